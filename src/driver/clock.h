@@ -1,0 +1,14 @@
+#pragma once
+
+/// @file
+/// The one place where the program looks at the wall clock. It is a library of its own, so that
+/// a test can link a clock that it sets.
+
+#include <ctime>
+
+namespace quorix {
+
+/// The current wall-clock time in whole seconds.
+std::time_t current_time();
+
+}  // namespace quorix

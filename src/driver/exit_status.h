@@ -1,0 +1,21 @@
+#pragma once
+
+/// @file
+/// How a run can end. `main` returns these codes; the shell sees their low 8 bits, which stand
+/// behind each one. The command-line library ends the process itself with 0 for help and version
+/// and with 1 for a malformed command line.
+
+namespace quorix {
+
+enum ExitCode : int {
+  kSuccess = 0,              ///< 0: the whole input was read, searched and reported.
+  kInvalidSetting = -1,      ///< 255: a setting is refused, or no input was named.
+  kUnknownMode = -2,         ///< 254: a mode code outside its range.
+  kInputReadError = -25,     ///< 231: the input is not FASTA, or could not be read on.
+  kInputNotOpened = -101,    ///< 155: the input file cannot be opened.
+  kOutputNotOpened = -102,   ///< 154: the report cannot be opened, or would hit another file.
+  kOutputWriteError = -103,  ///< 153: the report or the masked file cannot be written.
+  kNoMemory = -104,          ///< 152: the memory ran out.
+};
+
+}  // namespace quorix

@@ -1,0 +1,30 @@
+#pragma once
+
+/// @file
+/// Are two names one file? An output that is the input, or the other output, would destroy it.
+
+#include <string>
+
+namespace quorix {
+
+/// What tells a regular file from others: device and inode, through all links. A file that does
+/// not exist yet is known by the name that its links lead to. Files of other kinds (terminals,
+/// pipes, /dev/null) have no identity: writing to them destroys nothing.
+class CFileIdentity {
+ public:
+  /// The file behind a name, which need not exist.
+  [[nodiscard]] static CFileIdentity of_name(const std::string& filename);
+
+  /// The file behind an open descriptor.
+  [[nodiscard]] static CFileIdentity of_descriptor(int descriptor);
+
+  /// True if both are known to be one regular file.
+  [[nodiscard]] bool is_same_file(const CFileIdentity& other) const {
+    return !key_.empty() && key_ == other.key_;
+  }
+
+ private:
+  std::string key_;  ///< "device:inode" or "/resolved/name"; empty without an identity
+};
+
+}  // namespace quorix

@@ -1,0 +1,60 @@
+#pragma once
+
+/// @file
+/// A stream that the run writes to, and what became of the writes.
+///
+/// The texts are written by functions that look at no result. The driver asks here once a sequence,
+/// and again before and after the end of the run, so that a full disk or a broken pipe never passes
+/// for a finished report.
+
+#include <cstdio>
+#include <string>
+
+namespace quorix {
+
+class COutputFile {
+ public:
+  /// No file.
+  COutputFile() = default;
+  /// Closes an open file without a look at the result: the run has failed already.
+  ~COutputFile();
+  COutputFile(const COutputFile&) = delete;
+  COutputFile& operator=(const COutputFile&) = delete;
+
+  /// Opens `filename` for writing as a text file; what it held is gone. False if that fails.
+  [[nodiscard]] bool open(const std::string& filename);
+
+  /// Writes to standard output.
+  void use_standard_output();
+
+  /// The stream, or null where none could be opened.
+  [[nodiscard]] std::FILE* stream() const { return stream_; }
+
+  /// For messages.
+  [[nodiscard]] const std::string& name() const { return name_; }
+
+  /// Forgets the reasons of failures elsewhere, before something is written.
+  static void expect_writes();
+
+  /// Keeps the reason, if a write has failed since `expect_writes`.
+  void note_failure();
+
+  /// Hands on what is buffered. False if any write so far has failed.
+  [[nodiscard]] bool flush();
+
+  /// Closes a file, or flushes standard output. False if any write has failed.
+  [[nodiscard]] bool close();
+
+  /// The system's reason for the first failure.
+  [[nodiscard]] std::string failure_reason() const;
+
+ private:
+  bool fail();
+
+  std::FILE* stream_ = nullptr;
+  std::string name_;
+  bool has_failed_ = false;
+  int error_number_ = 0;
+};
+
+}  // namespace quorix

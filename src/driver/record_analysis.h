@@ -1,0 +1,18 @@
+#pragma once
+
+/// @file
+/// What is done with one sequence: searched, reported and, on request, masked.
+
+#include <cstdint>
+#include <cstdio>
+
+#include "sequence/sequence_mol.h"
+
+namespace quorix {
+
+/// Searches `record`, number `number` of its file, in the mode of the settings and writes its
+/// report block. With `is_masked` every base of a reported repeat becomes 'X' afterwards.
+/// Throws: std::bad_alloc.
+void analyse_record(std::uint64_t number, CSequence_Mol& record, std::FILE* report, bool is_masked);
+
+}  // namespace quorix

@@ -1,0 +1,36 @@
+#pragma once
+
+/// @file
+/// The files of a run: the input, the report and, on request, the masked copy of the input.
+
+#include <string>
+
+#include "driver/output_file.h"
+#include "sequence/file.h"
+
+namespace quorix {
+
+struct RunFiles {
+  CFile input;
+  COutputFile report;
+  COutputFile masked;  ///< open only when `global_mask_repeats` and it could be created
+};
+
+/// Name of the masked copy.
+[[nodiscard]] std::string masked_filename();
+
+/// Opens the input named by the settings, then makes sure that no two files are one, then opens
+/// the report. Gives `kSuccess`, or the code of the failure after its message.
+[[nodiscard]] int open_input_and_report(RunFiles& files);
+
+/// Opens the masked copy. A failure shows when a record is to be written to it.
+void open_masked_copy(RunFiles& files);
+
+/// Says that an output file could not be opened, and `why` in a line more unless that is empty.
+/// Gives `code` after the closing text.
+[[nodiscard]] int refuse_output_file(const std::string& filename, const std::string& why, int code);
+
+/// Says that writing to `file` failed, and why. Gives the code of it after the closing text.
+[[nodiscard]] int end_on_write_error(const COutputFile& file);
+
+}  // namespace quorix

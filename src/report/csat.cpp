@@ -1,0 +1,83 @@
+#include "report/csat.h"
+
+#include <cstdlib>
+
+#include "settings/settings.h"
+
+namespace quorix {
+
+namespace {
+
+/// Exit status for a perfection mode that the command line cannot have let through.
+constexpr int kUnknownPerfectionMode = 2;
+
+/// Deletion, insertion, mismatch: the order in which an alignment consumes them at one base.
+int rank_of(char kind) {
+  switch (kind) {
+    case 'D':
+      return 0;
+    case 'I':
+      return 1;
+    default:
+      return 2;
+  }
+}
+
+}  // namespace
+
+void Csat::init_from_unit(const char* unit_first, const char* unit_last) {
+  start = unit_begin = unit_pos_right = unit_first;
+  end = unit_end = unit_last;
+  unit_pos_left = unit_last - 1;
+  score = 0;
+  mismatches = insertions = deletions = n_count = 0;
+  recursion_depth = 0;
+  missense.truncate(0);
+}
+
+double Csat::percentagePerfection() const {
+  const std::int64_t edits = mismatches + insertions + deletions;
+  std::int64_t matched = normalized_length() - edits;
+  std::int64_t counted = normalized_length();
+  switch (global_N_and_perfection_mode) {
+    case kNAsMismatch:
+      matched -= n_count;
+      break;
+    case kNAsNeutral:
+      matched -= n_count;
+      counted -= n_count;
+      break;
+    case kNAsMatch:
+      break;
+    default:
+      std::exit(kUnknownPerfectionMode);
+  }
+  // In this order: 23 of 40 is just below 57.5 and has to round to 57.
+  return static_cast<double>(matched) / static_cast<double>(counted) * 100.0;
+}
+
+void Csat::remove_Ns_at_ends() {
+  while (end > start && end[-1] == 'N') {
+    --end;
+    unit_pos_right = (unit_pos_right == unit_begin ? unit_end : unit_pos_right) - 1;
+    --n_count;
+  }
+  while (start < end && *start == 'N') {
+    ++start;
+    ++unit_pos_left;
+    if (unit_pos_left == unit_end) unit_pos_left = unit_begin;
+    --n_count;
+  }
+}
+
+bool Csat::lessThan_missense::operator()(const Edit& left, const Edit& right) const {
+  if (left.position != right.position) return left.position < right.position;
+  return rank_of(left.kind) < rank_of(right.kind);
+}
+
+bool lessThan_sat(const Csat* left, const Csat* right) {
+  if (left->start != right->start) return left->start < right->start;
+  return left->end < right->end;
+}
+
+}  // namespace quorix

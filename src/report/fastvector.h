@@ -1,0 +1,93 @@
+#pragma once
+
+/// @file
+/// A growable array of plain elements in one plain memory block: the edit list of a repeat. It
+/// keeps its block when it is emptied, since records are used again and again.
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdio>
+#include <cstdlib>
+#include <new>
+#include <type_traits>
+
+namespace quorix {
+
+/// Tells on standard output that an edit list cannot grow, and ends the process with status 0. The
+/// text and the status are what scripts know.
+[[noreturn]] inline void end_on_failed_realloc() {
+  std::puts("Program aborded due to failed realloc!");
+  std::exit(0);
+}
+
+template <class Element>
+class fastvector {
+  static_assert(std::is_trivially_copyable_v<Element>, "elements move with their memory block");
+
+ public:
+  fastvector() = default;
+  ~fastvector() { std::free(data_); }
+
+  /// A copy's block has exactly the source's size.
+  fastvector(const fastvector& other) { append(other); }
+
+  /// The block grows only if the source does not fit in it.
+  fastvector& operator=(const fastvector& other) {
+    if (this != &other) {
+      size_ = 0;
+      append(other);
+    }
+    return *this;
+  }
+
+  [[nodiscard]] std::size_t size() const { return size_; }
+  [[nodiscard]] std::size_t capacity() const { return capacity_; }
+  [[nodiscard]] bool empty() const { return size_ == 0; }
+
+  [[nodiscard]] Element* begin() { return data_; }
+  [[nodiscard]] Element* end() { return data_ + size_; }
+  [[nodiscard]] const Element* begin() const { return data_; }
+  [[nodiscard]] const Element* end() const { return data_ + size_; }
+  [[nodiscard]] const Element& operator[](std::size_t index) const { return data_[index]; }
+
+  /// Forgets all elements but the first `count` and keeps the block. REQUIRES: count <= size().
+  void truncate(std::size_t count) { size_ = count; }
+
+  /// Makes room for `count` elements in all: a smaller block becomes exactly that large. A block
+  /// that cannot grow ends the process, see `end_on_failed_realloc`.
+  /// Throws: std::bad_alloc when the first block cannot be had.
+  void reserve(std::size_t count) {
+    if (capacity_ >= count) return;
+    constexpr std::size_t kMaxCount = static_cast<std::size_t>(-1) / sizeof(Element);
+    void* const block = count > kMaxCount ? nullptr : std::realloc(data_, count * sizeof(Element));
+    if (block == nullptr) {
+      if (data_ == nullptr) throw std::bad_alloc();
+      end_on_failed_realloc();
+    }
+    data_ = static_cast<Element*>(block);
+    capacity_ = count;
+  }
+
+  /// Appends one element. A full block doubles, an absent one becomes room for 4.
+  /// Throws and ends the process as `reserve` does.
+  void push_back(const Element& element) {
+    const Element copy = element;
+    if (size_ == capacity_) reserve(capacity_ == 0 ? kFirstCapacity : 2 * size_);
+    data_[size_++] = copy;
+  }
+
+ private:
+  static constexpr std::size_t kFirstCapacity = 4;
+
+  void append(const fastvector& other) {
+    reserve(other.size_);
+    std::copy(other.begin(), other.end(), data_);
+    size_ = other.size_;
+  }
+
+  Element* data_ = nullptr;
+  std::size_t size_ = 0;
+  std::size_t capacity_ = 0;
+};
+
+}  // namespace quorix

@@ -1,0 +1,85 @@
+// Growing a repeat over perfect copies of its unit: one pass over the bases with a cursor that
+// walks the unit cyclically, so that the unit is never copied.
+
+#include <cstring>
+
+#include "search/direction.h"
+#include "search/score.h"
+#include "search/search_controller.h"
+#include "settings/settings.h"
+
+namespace quorix {
+
+namespace {
+
+template <class Direction>
+void take_base(Csat& sat) {
+  const char*& cursor = Direction::unit_cursor(sat);
+  Direction::edge(sat) = Direction::edge_beyond(Direction::edge(sat));
+  cursor = Direction::next_in_unit(cursor, sat.unit_begin, sat.unit_end);
+}
+
+/// N's in a row beyond `edge`, counted no further than `limit` and `most`.
+template <class Direction>
+std::int64_t count_Ns(const char* edge, const char* limit, std::int64_t most) {
+  std::int64_t count = 0;
+  while (count < most && !Direction::is_at_limit(edge, limit) &&
+         *Direction::base_beyond(edge) == 'N') {
+    edge = Direction::edge_beyond(edge);
+    ++count;
+  }
+  return count;
+}
+
+template <class Direction>
+bool extend_exact(Csat& sat, const char* limit) {
+  while (!Direction::is_at_limit(Direction::edge(sat), limit)) {
+    const char base = *Direction::base_beyond(Direction::edge(sat));
+    if (base == *Direction::unit_cursor(sat)) {
+      sat.score = saturated_score(std::int64_t{sat.score} + 1);
+      take_base<Direction>(sat);
+      continue;
+    }
+    if (base != 'N' || !is_N_neutral()) return true;
+
+    const std::int64_t most = global_Ns_allowed_in_a_row;
+    const std::int64_t run_length = count_Ns<Direction>(Direction::edge(sat), limit, most + 1);
+    if (run_length > most) return false;
+    for (std::int64_t taken = 0; taken < run_length; ++taken) take_base<Direction>(sat);
+    sat.n_count += run_length;
+  }
+  return false;
+}
+
+/// True if all bases of [begin, end) are the same.
+bool is_single_base_run(const char* begin, const char* end) {
+  return std::memcmp(begin, begin + 1, static_cast<std::size_t>(end - begin) - 1) == 0;
+}
+
+}  // namespace
+
+bool CSearchController::extend_exact_forward(Csat& sat, const char* limit) {
+  return extend_exact<Rightward>(sat, limit);
+}
+
+bool CSearchController::extend_exact_backward(Csat& sat, const char* limit) {
+  return extend_exact<Leftward>(sat, limit);
+}
+
+bool CSearchController::valid_starting_pattern(const Csat& sat) {
+  const auto unit_length = static_cast<std::size_t>(sat.unit_length());
+  const void* const first_N = std::memchr(sat.unit_begin, 'N', unit_length);
+  return valid_starting_pattern(
+      sat.unit_begin, sat.unit_end,
+      first_N == nullptr ? sat.unit_end : static_cast<const char*>(first_N));
+}
+
+bool CSearchController::valid_starting_pattern(const char* pattern_begin, const char* pattern_end,
+                                               const char* next_N) {
+  const auto unit_length = pattern_end - pattern_begin;
+  if (unit_length == 0) return false;
+  if (next_N >= pattern_begin && next_N < pattern_end) return false;
+  return unit_length == 1 || !is_single_base_run(pattern_begin, pattern_end);
+}
+
+}  // namespace quorix

@@ -1,0 +1,79 @@
+// Runs of perfect copies.
+//
+// Unit lengths are searched in ascending order. At every base the unit that begins there is grown
+// to both sides; a run that reaches the user's thresholds closes its bases, so that neither the
+// same run from its next base nor a multiple of its unit is told again. A base that is closed may
+// still begin a unit when the unit reaches out of what is closed (`CAnchorSeq::may_seed`). Runs of
+// one base close nothing: longer units across them are repeats in their own right.
+
+#include <algorithm>
+#include <cstddef>
+#include <vector>
+
+#include "search/anchor_seq.h"
+#include "search/search_controller.h"
+#include "settings/settings.h"
+
+namespace quorix {
+
+void CSearchController::exact_search_2() {
+  CAnchorSeq coverage(text_begin(), text_length());
+  std::uint64_t unit_length = first_unit_length();
+  if (global_min_unit_length == 1) {
+    search_exact_mononucleotides();
+    unit_length = 2;
+  }
+  for (; unit_length <= last_unit_length(); ++unit_length) {
+    search_exact_unit_length(unit_length, coverage);
+  }
+  exact_sat_list.sat_list.sort(lessThan_sat);
+}
+
+void CSearchController::search_exact_mononucleotides() {
+  CSpareRecord spare(sat_alloc);
+  for (const char* p = skip_Ns(text_begin()); text_end() - p > 1; p = skip_Ns(p + 1)) {
+    report_progress(p, 1);
+    Csat& candidate = spare.seed(p, p + 1);
+    if (!grow_exact_and_test(candidate)) continue;
+    p = candidate.end - 1;
+    spare.keep_in(exact_sat_list.sat_list);
+  }
+}
+
+void CSearchController::search_exact_unit_length(std::uint64_t unit_length, CAnchorSeq& coverage) {
+  CSpareRecord spare(sat_alloc);
+  const char* const last_start = text_end() - unit_length;
+  const char* next_N = find_N(text_begin());
+  for (const char* p = text_begin(); p < last_start; ++p) {
+    report_progress(p, unit_length);
+    if (next_N < p) next_N = find_N(p);
+    if (!coverage.may_seed(p, unit_length)) continue;
+    if (!valid_starting_pattern(p, p + unit_length, next_N)) continue;
+
+    Csat& candidate = spare.seed(p, p + unit_length);
+    if (!grow_exact_and_test(candidate)) continue;
+    if (unit_length != 1 && passes_user_thresholds(candidate)) coverage.close_repeat(candidate);
+    spare.keep_in(exact_sat_list.sat_list);
+  }
+}
+
+void CSearchController::exact_search() {
+  const std::uint64_t longest_unit = last_unit_length();
+  std::vector<const char*> next_starts(longest_unit + 1, text_begin());
+  CSpareRecord spare(sat_alloc);
+  for (const char* p = text_begin(); p < text_end(); ++p) {
+    for (std::uint64_t unit_length = first_unit_length();
+         unit_length <= longest_unit && p + unit_length < text_end(); ++unit_length) {
+      if (p + unit_length < next_starts[unit_length]) continue;
+      Csat& candidate = spare.seed(p, p + unit_length);
+      if (!valid_starting_pattern(candidate) || !grow_exact_and_test(candidate)) continue;
+      for (std::uint64_t multiple = unit_length; multiple <= longest_unit;
+           multiple += unit_length) {
+        next_starts[multiple] = std::max(next_starts[multiple], candidate.end + 1);
+      }
+      spare.keep_in(exact_sat_list.sat_list);
+    }
+  }
+}
+
+}  // namespace quorix

@@ -1,0 +1,35 @@
+// Mode "extendExact": exact repeats, found with lax thresholds, are seeds that grow over edits.
+//
+// Each seed grows on its own, and to the left as far as the sequence goes, so several may grow into
+// the same repeat; the overlap removal sorts that out.
+
+#include <iterator>
+
+#include "driver/console_texts.h"
+#include "search/search_controller.h"
+
+namespace quorix {
+
+void CSearchController::search_exact_and_extend_to_imperfect_repeats() {
+  general_PrintMessage(stderr, "  Searching for exact repeats.\n");
+  std::fflush(stderr);
+  use_intern_thresholds();
+  exact_search_2();
+  use_user_thresholds();
+
+  general_PrintMessage(stderr, "  Extend exact to imperfect repeats.\n");
+  std::fflush(stderr);
+  std::list<Csat*>& seeds = exact_sat_list.sat_list;
+  std::list<Csat*>& accepted = imperfect_sat_list.sat_list;
+  while (!seeds.empty()) {
+    const auto seed = seeds.begin();
+    if (grow_and_test(**seed, before_text())) {
+      accepted.splice(accepted.end(), seeds, seed);
+    } else {
+      sat_alloc.take(seeds, seed, std::next(seed));
+    }
+  }
+  accepted.sort(lessThan_sat);
+}
+
+}  // namespace quorix

@@ -1,0 +1,45 @@
+// What is accepted: a candidate grows to both sides, gives back the N's at its ends and is held
+// against the thresholds of its unit length.
+
+#include <algorithm>
+
+#include "search/search_controller.h"
+
+namespace quorix {
+
+namespace {
+
+bool passes(const Csat& sat, const CThresholdTable& min_scores,
+            const CThresholdTable& min_lengths) {
+  const auto unit_length = static_cast<std::uint64_t>(sat.unit_length());
+  return sat.score >= min_scores[unit_length] &&
+         sat.normalized_length() >= min_lengths[unit_length];
+}
+
+}  // namespace
+
+bool CSearchController::passes_active_thresholds(const Csat& sat) {
+  return passes(sat, *minScores, *minLengths);
+}
+
+bool CSearchController::passes_user_thresholds(const Csat& sat) {
+  return passes(sat, *minScores_user, *minLengths_user);
+}
+
+bool CSearchController::grow_exact_and_test(Csat& sat) const {
+  extend_exact_forward(sat, text_end());
+  extend_exact_backward(sat, before_text());
+  sat.remove_Ns_at_ends();
+  return passes_active_thresholds(sat);
+}
+
+bool CSearchController::grow_and_test(Csat& sat, const char* left_limit) {
+  extend_imperfect_forward(sat, text_end());
+  extend_imperfect_backward(sat, left_limit);
+  sat.remove_Ns_at_ends();
+  if (!passes_active_thresholds(sat)) return false;
+  std::sort(sat.missense.begin(), sat.missense.end(), Csat::lessThan_missense());
+  return true;
+}
+
+}  // namespace quorix

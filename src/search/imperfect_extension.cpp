@@ -1,0 +1,164 @@
+// Growing a repeat over edits.
+//
+// The repeat is walked along matching bases. Where a base differs, each of the three edits that
+// keeps the score above the threshold is judged by a look-ahead, the best one is applied, whatever
+// it is worth, and the walk goes on. The best-scoring state met on the way is remembered and is
+// what remains: that is the only trimming. On equal look-ahead values a mismatch is preferred to
+// an insertion, and an insertion to a deletion.
+//
+// Ties between the current and the best state are broken in two ways, both on purpose: where the
+// text ends (or a long run of N's begins) the earlier, shorter state stays; where no edit is
+// allowed any more, the current one.
+
+#include "search/direction.h"
+#include "search/look_ahead.h"
+#include "search/score.h"
+#include "search/search_controller.h"
+#include "settings/settings.h"
+
+namespace quorix {
+
+namespace {
+
+constexpr char kNoEdit = '\0';
+
+/// A state of a growing repeat. During one extension the edit list only gets longer, so its length
+/// is all that has to be remembered of it.
+class CSnapshot {
+ public:
+  explicit CSnapshot(const Csat& sat)
+      : start_(sat.start),
+        end_(sat.end),
+        unit_pos_right_(sat.unit_pos_right),
+        unit_pos_left_(sat.unit_pos_left),
+        score_(sat.score),
+        mismatches_(sat.mismatches),
+        insertions_(sat.insertions),
+        deletions_(sat.deletions),
+        n_count_(sat.n_count),
+        edit_count_(sat.missense.size()) {}
+
+  [[nodiscard]] std::int32_t score() const { return score_; }
+
+  void restore(Csat& sat) const {
+    sat.start = start_;
+    sat.end = end_;
+    sat.unit_pos_right = unit_pos_right_;
+    sat.unit_pos_left = unit_pos_left_;
+    sat.score = score_;
+    sat.mismatches = mismatches_;
+    sat.insertions = insertions_;
+    sat.deletions = deletions_;
+    sat.n_count = n_count_;
+    sat.missense.truncate(edit_count_);
+  }
+
+ private:
+  const char* start_;
+  const char* end_;
+  const char* unit_pos_right_;
+  const char* unit_pos_left_;
+  std::int32_t score_;
+  std::int64_t mismatches_;
+  std::int64_t insertions_;
+  std::int64_t deletions_;
+  std::int64_t n_count_;
+  std::size_t edit_count_;
+};
+
+/// The edit that the look-ahead finds most promising, or `kNoEdit` if none may be made.
+template <class Direction>
+char choose_edit(Csat& sat, const char* limit, std::int64_t best_score, CLookAhead& look_ahead) {
+  const LookAheadBounds bounds{sat.unit_begin, sat.unit_end, sat.unit_length(), limit};
+  const std::int64_t threshold = edit_threshold(best_score, bounds.unit_length);
+  const auto level = static_cast<std::uint8_t>(sat.recursion_depth + 1);
+
+  char choice = kNoEdit;
+  std::int64_t best_value = 0;
+  const auto try_edit = [&](char kind, const char* edge, const char* character, int penalty) {
+    const std::int64_t score = std::int64_t{sat.score} + penalty;
+    if (score <= threshold) return;
+    const std::int64_t value =
+        look_ahead.highest_score<Direction>({edge, character, score, best_score, level}, bounds);
+    if (choice != kNoEdit && value <= best_value) return;
+    choice = kind;
+    best_value = value;
+  };
+
+  const char* const edge = Direction::edge(sat);
+  const char* const character = Direction::unit_cursor(sat);
+  const char* const next_edge = Direction::edge_beyond(edge);
+  const char* const next_character =
+      Direction::next_in_unit(character, sat.unit_begin, sat.unit_end);
+  try_edit('M', next_edge, next_character, global_mismatch_score);
+  try_edit('I', next_edge, character, global_indel_score);
+  try_edit('D', edge, next_character, global_indel_score);
+  return choice;
+}
+
+/// Makes the edit at the edge. A deletion lies just before the base at the edge, on either side.
+template <class Direction>
+void apply_edit(Csat& sat, char kind) {
+  const char*& edge = Direction::edge(sat);
+  const char*& cursor = Direction::unit_cursor(sat);
+  if (kind == 'D') {
+    sat.missense.push_back({edge, kind});
+    ++sat.deletions;
+  } else {
+    sat.missense.push_back({Direction::base_beyond(edge), kind});
+    edge = Direction::edge_beyond(edge);
+    ++(kind == 'M' ? sat.mismatches : sat.insertions);
+  }
+  if (kind != 'I') cursor = Direction::next_in_unit(cursor, sat.unit_begin, sat.unit_end);
+  const int penalty = kind == 'M' ? global_mismatch_score : global_indel_score;
+  sat.score = saturated_score(std::int64_t{sat.score} + penalty);
+}
+
+bool extend_exact(Rightward /*direction*/, Csat& sat, const char* limit) {
+  return CSearchController::extend_exact_forward(sat, limit);
+}
+
+bool extend_exact(Leftward /*direction*/, Csat& sat, const char* limit) {
+  return CSearchController::extend_exact_backward(sat, limit);
+}
+
+template <class Direction>
+void extend_imperfect(Csat& sat, const char* limit, CLookAhead& look_ahead) {
+  CSnapshot best(sat);
+  while (extend_exact(Direction(), sat, limit)) {
+    if (sat.score > best.score()) best = CSnapshot(sat);
+    const char kind = choose_edit<Direction>(sat, limit, best.score(), look_ahead);
+    if (kind == kNoEdit) {
+      if (sat.score < best.score()) best.restore(sat);
+      return;
+    }
+    apply_edit<Direction>(sat, kind);
+  }
+  if (sat.score <= best.score()) best.restore(sat);
+}
+
+}  // namespace
+
+void CSearchController::extend_imperfect_forward(Csat& sat, const char* limit) {
+  extend_imperfect<Rightward>(sat, limit, look_ahead_);
+}
+
+void CSearchController::extend_imperfect_backward(Csat& sat, const char* limit) {
+  extend_imperfect<Leftward>(sat, limit, look_ahead_);
+}
+
+int CSearchController::extend_imperfect_forward_leap_ahead(
+    const char* pos, const char* unit_pos, const char* unit_begin, const char* unit_end, int score,
+    std::int64_t unit_length, std::uint8_t level, const char* limit, int best_score) {
+  return saturated_score(look_ahead_.highest_score<Rightward>(
+      {pos, unit_pos, score, best_score, level}, {unit_begin, unit_end, unit_length, limit}));
+}
+
+int CSearchController::extend_imperfect_backward_leap_ahead(
+    const char* pos, const char* unit_pos, const char* unit_begin, const char* unit_end, int score,
+    std::int64_t unit_length, std::uint8_t level, const char* limit, int best_score) {
+  return saturated_score(look_ahead_.highest_score<Leftward>(
+      {pos, unit_pos, score, best_score, level}, {unit_begin, unit_end, unit_length, limit}));
+}
+
+}  // namespace quorix

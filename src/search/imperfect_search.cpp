@@ -1,0 +1,64 @@
+// Mode "imperfect": a candidate grows over edits from every base that may seed one, for every unit
+// length in ascending order.
+//
+// An accepted repeat closes its bases, except its edit sites, to the seeds of every longer unit.
+// Only what unit length 1 closed is opened again: a run of one base hides no longer unit. A seed
+// may still grow over a repeat that was found before, to the left as far as the sequence goes.
+
+#include "search/anchor_seq.h"
+#include "search/search_controller.h"
+#include "settings/settings.h"
+
+namespace quorix {
+
+void CSearchController::complete_imperfect_search(std::FILE* /*stream*/) {
+  CAnchorSeq anchors(text_begin(), text_length());
+  std::list<Csat*>& accepted = imperfect_sat_list.sat_list;
+  std::uint64_t unit_length = first_unit_length();
+  if (global_min_unit_length == 1) {
+    unit_len_1_complete_imperfect_search(anchors, accepted);
+    anchors.open_all();
+    unit_length = 2;
+  }
+  for (; unit_length <= last_unit_length(); ++unit_length) {
+    one_unit_len_complete_imperfect_search(unit_length, anchors, accepted);
+  }
+  accepted.sort(lessThan_sat);
+}
+
+void CSearchController::unit_len_1_complete_imperfect_search(CAnchorSeq& anchors,
+                                                             std::list<Csat*>& accepted) {
+  CSpareRecord spare(sat_alloc);
+  for (const char* p = skip_Ns(text_begin()); text_end() - p > 1; p = skip_Ns(p + 1)) {
+    report_progress(p, 1);
+    if (!anchors.may_seed(p, 1)) continue;
+    Csat& candidate = spare.seed(p, p + 1);
+    if (!grow_and_test(candidate, before_text())) continue;
+    anchors.close_repeat(candidate);
+    spare.keep_in(accepted);
+  }
+}
+
+void CSearchController::one_unit_len_complete_imperfect_search(std::uint64_t unit_length,
+                                                               CAnchorSeq& anchors,
+                                                               std::list<Csat*>& accepted) {
+  if (unit_length >= text_length()) return;
+  CSpareRecord spare(sat_alloc);
+  const char* const last_start = text_end() - unit_length;
+  const char* next_N = find_N(text_begin());
+  for (const char* p = text_begin(); p < last_start; ++p) {
+    report_progress(p, unit_length);
+    if (next_N < p) next_N = find_N(p);
+    if (!anchors.may_seed(p, unit_length)) continue;
+    if (!valid_starting_pattern(p, p + unit_length, next_N)) continue;
+
+    Csat& candidate = spare.seed(p, p + unit_length);
+    if (!grow_and_test(candidate, before_text())) continue;
+    anchors.close_repeat(candidate);
+    spare.keep_in(accepted);
+  }
+}
+
+void CSearchController::imperfect_search() {}
+
+}  // namespace quorix

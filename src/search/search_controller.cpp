@@ -1,0 +1,94 @@
+#include "search/search_controller.h"
+
+#include <algorithm>
+#include <cstring>
+
+#include "driver/console_texts.h"
+#include "driver/run_clock.h"
+#include "settings/settings.h"
+
+namespace quorix {
+
+namespace {
+
+/// A seed is kept while it is being grown if it scores this much, and its own unit length.
+constexpr std::int32_t kLeastSeedScore = 4;
+constexpr std::ptrdiff_t kProgressInterval = 256;
+
+void make_table_unless_there(std::unique_ptr<const CThresholdTable>& table,
+                             const ThresholdRule& rule) {
+  if (table == nullptr) {
+    table = std::make_unique<const CThresholdTable>(rule, global_max_unit_length);
+  }
+}
+
+}  // namespace
+
+std::unique_ptr<const CThresholdTable> CSearchController::minScores_user;
+std::unique_ptr<const CThresholdTable> CSearchController::minLengths_user;
+std::unique_ptr<const CThresholdTable> CSearchController::minScores_intern;
+std::unique_ptr<const CThresholdTable> CSearchController::minLengths_intern;
+const CThresholdTable* CSearchController::minScores = nullptr;
+const CThresholdTable* CSearchController::minLengths = nullptr;
+
+CSearchController::CSearchController(std::uint64_t number, CSequence_Mol& record)
+    : sequence_number(number),
+      sequence_record(record),
+      exact_sat_list(&sat_alloc),
+      imperfect_sat_list(&sat_alloc) {
+  sequence_record.sequence.c_str();  // before a pointer is taken: it may move the text
+
+  make_table_unless_there(minScores_user,
+                          {global_min_score, global_min_score_a, global_min_score_bx});
+  make_table_unless_there(minLengths_user,
+                          {global_min_length, global_min_length_a, global_min_length_bx});
+  make_table_unless_there(minScores_intern, {kLeastSeedScore, 0, 1.0F});
+  make_table_unless_there(minLengths_intern, {0, 0, 0.0F});
+  use_user_thresholds();
+}
+
+int CSearchController::reset_minimum_arrays() {
+  minScores_user.reset();
+  minLengths_user.reset();
+  minScores_intern.reset();
+  minLengths_intern.reset();
+  minScores = nullptr;
+  minLengths = nullptr;
+  return 0;
+}
+
+void CSearchController::use_user_thresholds() {
+  minScores = minScores_user.get();
+  minLengths = minLengths_user.get();
+}
+
+void CSearchController::use_intern_thresholds() {
+  minScores = minScores_intern.get();
+  minLengths = minLengths_intern.get();
+}
+
+std::uint64_t CSearchController::first_unit_length() {
+  return std::max<std::uint64_t>(global_min_unit_length, 1);
+}
+
+std::uint64_t CSearchController::last_unit_length() const {
+  if (text_length() == 0) return 0;
+  return std::min<std::uint64_t>(global_max_unit_length, text_length() - 1);
+}
+
+const char* CSearchController::find_N(const char* position) const {
+  const void* const found =
+      std::memchr(position, 'N', static_cast<std::size_t>(text_end() - position));
+  return found == nullptr ? text_end() : static_cast<const char*>(found);
+}
+
+const char* CSearchController::skip_Ns(const char* position) const {
+  return std::find_if(position, text_end(), [](char base) { return base != 'N'; });
+}
+
+void CSearchController::report_progress(const char* position, std::uint64_t unit_length) const {
+  if ((position - text_begin()) % kProgressInterval != 0 || !check_report_status()) return;
+  report_status(sequence_number, sequence_record.name.c_str(), unit_length, 'r');
+}
+
+}  // namespace quorix

@@ -1,0 +1,197 @@
+#pragma once
+
+/// @file
+/// The search of one sequence: what is searched, the thresholds that a repeat must reach, and the
+/// repeats found.
+///
+/// The driver builds one controller for a record, runs one search on it, has overlapping repeats
+/// removed and the rest reported, and destroys it before the next record is read. The stories of
+/// the searches stand one a file beside this one:
+///
+/// - exact_extension.cpp, exact_search.cpp: runs of perfect copies
+/// - look_ahead.cpp, imperfect_extension.cpp: growing a repeat over edits
+/// - growth.cpp: what is accepted
+/// - extend_exact_search.cpp, imperfect_search.cpp, simple_search.cpp: what is grown, and from
+/// where
+/// - overlap_removal.cpp, sat_list_report.cpp: what is told of it
+/// - minimum_perfection.cpp: another way to tell it, which no option selects
+///
+/// Positions are pointers into the record's text. A `limit` bounds what may be read: to the right
+/// it is one past the last base, to the left it is the position before the first one. Nothing here
+/// is safe for more than one thread: thresholds and the pool of records are process-wide.
+
+#include <cstdint>
+#include <cstdio>
+#include <list>
+#include <memory>
+
+#include "report/csat.h"
+#include "search/look_ahead.h"
+#include "search/sat_container.h"
+#include "search/thresholds.h"
+#include "sequence/sequence_mol.h"
+
+namespace quorix {
+
+class CAnchorSeq;
+
+class CSearchController {
+ public:
+  /// Prepares the search of `record`, number `number` of its file (from 1, for progress lines).
+  /// The first controller of the process computes the threshold tables from the settings; every
+  /// one makes the user's tables the active ones. The record's text becomes NUL-terminated and must
+  /// not move while the controller lives. Throws: std::bad_alloc.
+  CSearchController(std::uint64_t number, CSequence_Mol& record);
+
+  /// Returns the repeats of both lists to the pool, the imperfect ones first.
+  ~CSearchController() = default;
+  CSearchController(const CSearchController&) = delete;
+  CSearchController& operator=(const CSearchController&) = delete;
+
+  /// Forgets the threshold tables, so that the next controller computes them from the settings of
+  /// then. Gives 0. No controller may be in use.
+  static int reset_minimum_arrays();
+
+  /// Finds exact repeats: all unit lengths in ascending order, each region told once. Appends to
+  /// `exact_sat_list` those that pass the active thresholds, and sorts it. Throws: std::bad_alloc.
+  void exact_search_2();
+
+  /// An older single pass over the sequence, which nothing in the program calls: at each base all
+  /// unit lengths, skipping those whose region has been told. Appends to `exact_sat_list`,
+  /// unsorted. Throws: std::bad_alloc.
+  void exact_search();
+
+  /// Finds exact repeats with lax thresholds, grows each over edits and keeps in
+  /// `imperfect_sat_list`, sorted, those that pass the user's. Throws: std::bad_alloc.
+  void search_exact_and_extend_to_imperfect_repeats();
+
+  /// Grows a candidate from every admissible base for every unit length and keeps in
+  /// `imperfect_sat_list`, sorted, those that pass. The stream is not used. Throws: std::bad_alloc.
+  void complete_imperfect_search(std::FILE* stream);
+
+  /// The scan of `complete_imperfect_search` for unit length 1. Appends to `accepted`.
+  void unit_len_1_complete_imperfect_search(CAnchorSeq& anchors, std::list<Csat*>& accepted);
+
+  /// The scan of `complete_imperfect_search` for one unit length. Appends to `accepted`.
+  void one_unit_len_complete_imperfect_search(std::uint64_t unit_length, CAnchorSeq& anchors,
+                                              std::list<Csat*>& accepted);
+
+  /// A first-hit scan, which the driver does not call: the first accepted repeat at a base is
+  /// reported at once and the scan goes on behind it, so that its repeats never overlap.
+  void simple_imperfect_search(std::FILE* stream);
+
+  /// Does nothing; the name is kept for callers of old.
+  void imperfect_search();
+
+  /// True if the record's unit may start a repeat: it has a base, no N, and, from two bases on, two
+  /// neighbours that differ. Runs of one base are repeats of unit length 1.
+  [[nodiscard]] static bool valid_starting_pattern(const Csat& sat);
+
+  /// The same for the unit [pattern_begin, pattern_end); `next_N` is the first N at or after a
+  /// position not behind `pattern_begin`, or the sequence's end.
+  [[nodiscard]] static bool valid_starting_pattern(const char* pattern_begin,
+                                                   const char* pattern_end, const char* next_N);
+
+  /// Extends a repeat over matching bases, and over N's where they are neutral, +1 a match. True
+  /// if it stopped at a base that does not match; false at `limit` or at a run of more N's than
+  /// allowed, of which it takes none.
+  static bool extend_exact_forward(Csat& sat, const char* limit);
+  static bool extend_exact_backward(Csat& sat, const char* limit);
+
+  /// Extends a repeat over matches and edits and leaves it at the best-scoring extent met.
+  /// Throws: std::bad_alloc.
+  void extend_imperfect_forward(Csat& sat, const char* limit);
+  void extend_imperfect_backward(Csat& sat, const char* limit);
+
+  /// The highest score that can be reached from a state within the recursion depth and the score
+  /// reduction limit; changes nothing. `pos` is the next base to read (backward: one past it),
+  /// `unit_pos` the unit character that it has to match, `best_score` the best score so far.
+  /// Throws: std::bad_alloc.
+  [[nodiscard]] int extend_imperfect_forward_leap_ahead(
+      const char* pos, const char* unit_pos, const char* unit_begin, const char* unit_end,
+      int score, std::int64_t unit_length, std::uint8_t level, const char* limit, int best_score);
+  [[nodiscard]] int extend_imperfect_backward_leap_ahead(
+      const char* pos, const char* unit_pos, const char* unit_begin, const char* unit_end,
+      int score, std::int64_t unit_length, std::uint8_t level, const char* limit, int best_score);
+
+  /// Drops, of two repeats of which one has no whole unit outside their overlap, the one with the
+  /// lower score, the later one on a tie. REQUIRES: the list is sorted by `lessThan_sat`. Does
+  /// nothing when `global_remove_mostly_hidden` is false.
+  static void remove_hidden(CsatContainer& container);
+
+  /// Writes the sequence's head, each repeat of the list and the closing line, and flushes.
+  void report_SATList(std::FILE* stream, std::list<Csat*> repeats);
+
+  /// Writes the exact repeats, each whole or broken up into parts of at least
+  /// `global_perfection_minimum`. No option leads here.
+  void report_exact_sat_with_minimum_perfection(std::FILE* stream);
+
+  /// Writes every acceptable part of one exact repeat.
+  void find_and_report_all_sat_with_minimum_perfection_in_previously_determined_exact_sat(
+      std::FILE* stream, const Csat& sat);
+
+  /// Finds the best part of `sat` that begins at `from`: `best` becomes the longest of those with
+  /// the highest score; its `start` is null when there is none.
+  static void find_one_exact_sat_with_minimum_perfection_in_previously_determined_exact_repeat(
+      const Csat& sat, const char* from, Csat& best);
+
+  /// The user's thresholds, and the lax ones for seeds that are still to be grown. Null until the
+  /// first controller is built.
+  static std::unique_ptr<const CThresholdTable> minScores_user;
+  static std::unique_ptr<const CThresholdTable> minLengths_user;
+  static std::unique_ptr<const CThresholdTable> minScores_intern;
+  static std::unique_ptr<const CThresholdTable> minLengths_intern;
+  /// The active thresholds: one pair of the tables above.
+  static const CThresholdTable* minScores;
+  static const CThresholdTable* minLengths;
+
+  std::uint64_t sequence_number;
+  CSequence_Mol& sequence_record;
+  CsatContainer exact_sat_list;
+  CsatContainer imperfect_sat_list;
+
+ private:
+  /// First base and one past the last.
+  [[nodiscard]] const char* text_begin() const { return sequence_record.sequence.data(); }
+  [[nodiscard]] const char* text_end() const { return text_begin() + text_length(); }
+  [[nodiscard]] std::uint64_t text_length() const { return sequence_record.sequence.size(); }
+  /// The limit of an extension to the left that may take every base.
+  [[nodiscard]] const char* before_text() const { return text_begin() - 1; }
+
+  /// The unit lengths that can find anything: a unit has a base, and a base behind it.
+  [[nodiscard]] static std::uint64_t first_unit_length();
+  [[nodiscard]] std::uint64_t last_unit_length() const;
+
+  /// The first N at or after `position`, or the end of the text.
+  [[nodiscard]] const char* find_N(const char* position) const;
+  /// The first base at or after `position` that is not an N, or the end of the text.
+  [[nodiscard]] const char* skip_Ns(const char* position) const;
+
+  /// Writes a progress line when one is due. Asked at every base of a scan, it looks at the clock
+  /// at every 256th only.
+  void report_progress(const char* position, std::uint64_t unit_length) const;
+
+  static void use_user_thresholds();
+  static void use_intern_thresholds();
+  [[nodiscard]] static bool passes_active_thresholds(const Csat& sat);
+  [[nodiscard]] static bool passes_user_thresholds(const Csat& sat);
+
+  /// Grows an exact candidate to both sides and tests it.
+  [[nodiscard]] bool grow_exact_and_test(Csat& sat) const;
+  /// Grows a candidate over edits, to the left up to `left_limit`, and tests it. The edits of an
+  /// accepted one are sorted.
+  [[nodiscard]] bool grow_and_test(Csat& sat, const char* left_limit);
+
+  void search_exact_mononucleotides();
+  void search_exact_unit_length(std::uint64_t unit_length, CAnchorSeq& coverage);
+
+  /// The shortest unit of a first-hit scan that is accepted at `position`. True if there is one.
+  [[nodiscard]] bool find_first_hit(const char* position, const char* left_limit,
+                                    CSpareRecord& spare);
+
+  void report_head(std::FILE* stream) const;
+
+  CLookAhead look_ahead_;
+};
+
+}  // namespace quorix

@@ -1,0 +1,90 @@
+#pragma once
+
+/// @file
+/// The growable character buffer that holds the bases of a record.
+///
+/// It is one plain memory block that grows by doubling, so that reading a chromosome moves it a
+/// few times only, and that is kept from record to record. There is no terminating NUL unless
+/// `c_str` is asked for one.
+
+#include <cstddef>
+#include <cstdlib>
+#include <new>
+#include <utility>
+
+namespace quorix {
+
+class faststring {
+ public:
+  faststring() = default;
+  ~faststring() { std::free(data_); }
+  faststring(const faststring&) = delete;
+  faststring& operator=(const faststring&) = delete;
+  faststring(faststring&& other) noexcept { swap(other); }
+  faststring& operator=(faststring&& other) noexcept {
+    swap(other);
+    return *this;
+  }
+
+  /// The characters in use, null while nothing has been allocated. Valid until the block grows.
+  [[nodiscard]] char* data() { return data_; }
+  [[nodiscard]] const char* data() const { return data_; }
+  /// Characters in use.
+  [[nodiscard]] std::size_t size() const { return size_; }
+  /// Bytes allocated.
+  [[nodiscard]] std::size_t capacity() const { return capacity_; }
+
+  /// Forgets the characters and keeps the block.
+  void clear() { size_ = 0; }
+
+  /// Makes room for `count` characters and a terminator: a smaller block becomes exactly
+  /// `count` + 1 bytes. Throws: std::bad_alloc.
+  void reserve(std::size_t count) {
+    if (count == kMaxSize) throw std::bad_alloc();
+    if (capacity_ < count + 1) reallocate(count + 1);
+  }
+
+  /// Appends one character. A full block doubles, an absent one becomes 4 bytes.
+  /// Throws: std::bad_alloc.
+  void push_back(char character) {
+    if (size_ == capacity_) grow();
+    data_[size_++] = character;
+  }
+
+  /// The characters with a NUL behind the last one. A full block grows by exactly one byte, and may
+  /// move. Throws: std::bad_alloc.
+  const char* c_str() {
+    if (capacity_ == size_) reallocate(size_ + 1);
+    data_[size_] = '\0';
+    return data_;
+  }
+
+ protected:
+  void swap(faststring& other) noexcept {
+    std::swap(data_, other.data_);
+    std::swap(size_, other.size_);
+    std::swap(capacity_, other.capacity_);
+  }
+
+ private:
+  static constexpr std::size_t kMaxSize = static_cast<std::size_t>(-1);
+  static constexpr std::size_t kFirstCapacity = 4;
+
+  void grow() {
+    if (capacity_ > kMaxSize / 2) throw std::bad_alloc();
+    reallocate(capacity_ == 0 ? kFirstCapacity : 2 * capacity_);
+  }
+
+  void reallocate(std::size_t capacity) {
+    void* const block = std::realloc(data_, capacity);
+    if (block == nullptr) throw std::bad_alloc();
+    data_ = static_cast<char*>(block);
+    capacity_ = capacity;
+  }
+
+  char* data_ = nullptr;
+  std::size_t size_ = 0;
+  std::size_t capacity_ = 0;
+};
+
+}  // namespace quorix

@@ -1,0 +1,53 @@
+#include "sequence/reducible_unit.h"
+
+#include <cstddef>
+#include <cstring>
+
+namespace quorix {
+
+namespace {
+
+std::array<PrimeFactorRow, kLongestTabledLength + 1> make_prime_factors() {
+  std::array<PrimeFactorRow, kLongestTabledLength + 1> rows{};
+  std::array<std::size_t, kLongestTabledLength + 1> factor_counts{};
+  for (std::size_t prime = 2; prime <= kLongestTabledLength; ++prime) {
+    if (factor_counts[prime] != 0) continue;  // a smaller prime divides it
+    for (std::size_t multiple = 2 * prime; multiple <= kLongestTabledLength; multiple += prime) {
+      rows[multiple][factor_counts[multiple]++] = static_cast<std::int32_t>(prime);
+    }
+  }
+  return rows;
+}
+
+/// True if the `length` characters at `begin` are equal blocks of `block_length`. Blocks are equal
+/// to their neighbours exactly if the text is equal to itself, shifted by one block.
+bool has_period(const char* begin, std::size_t length, std::size_t block_length) {
+  return std::memcmp(begin, begin + block_length, length - block_length) == 0;
+}
+
+/// The rule of the table, for lengths beyond it.
+bool is_reducible_by_division(const char* begin, std::size_t length) {
+  std::size_t rest = length;
+  for (std::size_t factor = 2; factor <= rest / factor; ++factor) {
+    if (rest % factor != 0) continue;
+    if (has_period(begin, length, length / factor)) return true;
+    while (rest % factor == 0) rest /= factor;
+  }
+  return rest > 1 && rest < length && has_period(begin, length, length / rest);
+}
+
+}  // namespace
+
+const std::array<PrimeFactorRow, kLongestTabledLength + 1> primeFactors = make_prime_factors();
+
+bool isReducibleUnit_global(const char* begin, const char* end) {
+  const auto length = static_cast<std::size_t>(end - begin);
+  if (length > kLongestTabledLength) return is_reducible_by_division(begin, length);
+  for (const std::int32_t prime : primeFactors[length]) {
+    if (prime == 0) break;
+    if (has_period(begin, length, length / static_cast<std::size_t>(prime))) return true;
+  }
+  return false;
+}
+
+}  // namespace quorix

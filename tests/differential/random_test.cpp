@@ -1,0 +1,98 @@
+// Random records with planted repeats under random settings, from a seed that is printed.
+//
+//   quorix_random_test --cases=100000 --seed=1
+
+#include <gtest/gtest.h>
+
+#include <cstdint>
+#include <cstdio>
+#include <cstdlib>
+#include <string_view>
+
+#include "support/engine_comparison.h"
+
+namespace quorix::testing {
+namespace {
+
+std::uint64_t case_count = 1000;
+std::uint64_t first_seed = 1;
+
+/// What the cases have shown, so that a generator which no longer plants repeats is noticed.
+struct Tally {
+  std::uint64_t repeats = 0;
+  std::uint64_t mismatches = 0;
+  std::uint64_t insertions = 0;
+  std::uint64_t deletions = 0;
+  std::uint64_t masked_bases = 0;
+} tally;
+
+std::uint64_t count_of(std::string_view text, std::string_view word) {
+  std::uint64_t count = 0;
+  for (std::size_t found = text.find(word); found != std::string_view::npos;
+       found = text.find(word, found + word.size())) {
+    ++count;
+  }
+  return count;
+}
+
+void add_to_tally(const RunOutput& output) {
+  tally.repeats += count_of(output.report, " unit ");
+  tally.mismatches += count_of(output.report, ",M),");
+  tally.insertions += count_of(output.report, ",I),");
+  tally.deletions += count_of(output.report, ",D),");
+  tally.masked_bases += count_of(output.masked, "X");
+}
+
+/// One case a seed. Most records are short, so that many settings are met; without a limit of the
+/// recursion both engines try every combination of edits, which a dozen bases bear.
+void run_case(std::uint64_t seed) {
+  RandomEngine engine(seed);
+  const bool is_unlimited = draw_chance(engine, 5);
+  const Options options = draw_options(engine, is_unlimited);
+  const std::size_t longest = is_unlimited ? 12 : draw_chance(engine, 85) ? 90 : 300;
+  const NamedBases record{"seed " + std::to_string(seed),
+                          draw_record(engine, longest, draw_chance(engine, 70) ? 4 : 12)};
+  const Comparison comparison = compare_engines(record);
+  ASSERT_TRUE(comparison.is_equal()) << describe_difference(record, options);
+  add_to_tally(comparison.program);
+}
+
+TEST(Random, program_and_plain_engine_agree) {
+  std::printf("%llu cases from seed %llu\n", static_cast<unsigned long long>(case_count),
+              static_cast<unsigned long long>(first_seed));
+  silence_standard_error();
+  for (std::uint64_t seed = first_seed; seed < first_seed + case_count; ++seed) {
+    ASSERT_NO_FATAL_FAILURE(run_case(seed)) << "seed " << seed;
+  }
+  std::printf("%llu repeats, %llu mismatches, %llu insertions, %llu deletions, %llu masked bases\n",
+              static_cast<unsigned long long>(tally.repeats),
+              static_cast<unsigned long long>(tally.mismatches),
+              static_cast<unsigned long long>(tally.insertions),
+              static_cast<unsigned long long>(tally.deletions),
+              static_cast<unsigned long long>(tally.masked_bases));
+  EXPECT_GT(tally.repeats, case_count / 2);
+  EXPECT_GT(tally.masked_bases, case_count);
+  for (const std::uint64_t edits : {tally.mismatches, tally.insertions, tally.deletions}) {
+    EXPECT_GT(edits, case_count / 50);
+  }
+}
+
+bool read_number(std::string_view argument, std::string_view flag, std::uint64_t& value) {
+  if (!argument.starts_with(flag)) return false;
+  value = std::strtoull(argument.data() + flag.size(), nullptr, 10);
+  return true;
+}
+
+}  // namespace
+}  // namespace quorix::testing
+
+int main(int argc, char** argv) {
+  testing::InitGoogleTest(&argc, argv);
+  for (int i = 1; i < argc; ++i) {
+    if (quorix::testing::read_number(argv[i], "--cases=", quorix::testing::case_count)) continue;
+    if (quorix::testing::read_number(argv[i], "--seed=", quorix::testing::first_seed)) continue;
+    std::fprintf(stderr, "unknown argument %s\n", argv[i]);
+    return 2;
+  }
+  return RUN_ALL_TESTS();
+}

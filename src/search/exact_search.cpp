@@ -12,6 +12,7 @@
 
 #include "search/anchor_seq.h"
 #include "search/search_controller.h"
+#include "search/seed_scan.h"
 #include "settings/settings.h"
 
 namespace quorix {
@@ -42,19 +43,12 @@ void CSearchController::search_exact_mononucleotides() {
 
 void CSearchController::search_exact_unit_length(std::uint64_t unit_length, CAnchorSeq& coverage) {
   CSpareRecord spare(sat_alloc);
-  const char* const last_start = text_end() - unit_length;
-  const char* next_N = find_N(text_begin());
-  for (const char* p = text_begin(); p < last_start; ++p) {
-    report_progress(p, unit_length);
-    if (next_N < p) next_N = find_N(p);
-    if (!coverage.may_seed(p, unit_length)) continue;
-    if (!valid_starting_pattern(p, p + unit_length, next_N)) continue;
-
+  for_each_seed(unit_length, coverage, [&](const char* p) {
     Csat& candidate = spare.seed(p, p + unit_length);
-    if (!grow_exact_and_test(candidate)) continue;
+    if (!grow_exact_and_test(candidate)) return;
     if (unit_length != 1 && passes_user_thresholds(candidate)) coverage.close_repeat(candidate);
     spare.keep_in(exact_sat_list.sat_list);
-  }
+  });
 }
 
 void CSearchController::exact_search() {

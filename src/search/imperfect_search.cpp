@@ -7,6 +7,7 @@
 
 #include "search/anchor_seq.h"
 #include "search/search_controller.h"
+#include "search/seed_scan.h"
 #include "settings/settings.h"
 
 namespace quorix {
@@ -42,21 +43,13 @@ void CSearchController::unit_len_1_complete_imperfect_search(CAnchorSeq& anchors
 void CSearchController::one_unit_len_complete_imperfect_search(std::uint64_t unit_length,
                                                                CAnchorSeq& anchors,
                                                                std::list<Csat*>& accepted) {
-  if (unit_length >= text_length()) return;
   CSpareRecord spare(sat_alloc);
-  const char* const last_start = text_end() - unit_length;
-  const char* next_N = find_N(text_begin());
-  for (const char* p = text_begin(); p < last_start; ++p) {
-    report_progress(p, unit_length);
-    if (next_N < p) next_N = find_N(p);
-    if (!anchors.may_seed(p, unit_length)) continue;
-    if (!valid_starting_pattern(p, p + unit_length, next_N)) continue;
-
+  for_each_seed(unit_length, anchors, [&](const char* p) {
     Csat& candidate = spare.seed(p, p + unit_length);
-    if (!grow_and_test(candidate, before_text())) continue;
+    if (!grow_and_test(candidate, before_text())) return;
     anchors.close_repeat(candidate);
     spare.keep_in(accepted);
-  }
+  });
 }
 
 void CSearchController::imperfect_search() {}

@@ -182,6 +182,11 @@ class CSearchController {
   /// accepted one are sorted.
   [[nodiscard]] bool grow_and_test(Csat& sat, const char* left_limit);
 
+  /// See search/seed_scan.h.
+  template <class Visit>
+  void for_each_seed(std::uint64_t unit_length, const CAnchorSeq& anchors,
+                     const Visit& visit) const;
+
   void search_exact_mononucleotides();
   void search_exact_unit_length(std::uint64_t unit_length, CAnchorSeq& coverage);
 

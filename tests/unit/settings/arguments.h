@@ -1,0 +1,31 @@
+#pragma once
+
+/// @file
+/// Command lines read by a test.
+
+#include <initializer_list>
+#include <string>
+#include <vector>
+
+#include "settings/command_line.h"
+#include "unit/settings/captured_process.h"
+
+namespace quorix::testing {
+
+/// Reads these arguments of a program that was called by the name `invocation_name`.
+inline int read_arguments(std::initializer_list<const char*> arguments,
+                          const char* invocation_name = "quorix") {
+  std::vector<const char*> words{invocation_name};
+  words.insert(words.end(), arguments);
+  return read_and_init_parameters(static_cast<int>(words.size()), words.data());
+}
+
+/// Code and message of a command line that is read, as "0" or "-1 Error: ...".
+inline std::string verdict_on(std::initializer_list<const char*> arguments,
+                              const char* invocation_name = "quorix") {
+  int code = 0;
+  const std::string message = told_by([&] { code = read_arguments(arguments, invocation_name); });
+  return std::to_string(code) + (message.empty() ? "" : " ") + message;
+}
+
+}  // namespace quorix::testing

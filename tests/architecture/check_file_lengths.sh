@@ -1,0 +1,21 @@
+#!/usr/bin/env bash
+# Fails if a file of a source tree is so long that it surely does more than one thing.
+#
+#   check_file_lengths.sh SOURCE_FOLDER
+set -euo pipefail
+
+readonly most_lines=500
+
+[ $# -eq 1 ] || { echo 'usage: check_file_lengths.sh SOURCE_FOLDER' >&2 && exit 2; }
+
+files=$(find "$1" -type f -size +0)
+[ -n "$files" ] || { echo "no files found in $1" && exit 1; }
+
+findings=''
+while IFS= read -r file; do
+  lines=$(wc -l <"$file")
+  [ "$lines" -le "$most_lines" ] || findings+="$file: $lines lines, more than $most_lines"$'\n'
+done <<<"$files"
+
+printf '%s' "$findings"
+[ -z "$findings" ]

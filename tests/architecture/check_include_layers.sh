@@ -1,0 +1,115 @@
+#!/usr/bin/env bash
+# Fails on any include in a source tree that the picture of the layers does not allow.
+#
+#   check_include_layers.sh SOURCE_FOLDER
+#
+# Looked at are the lines with #include of every .h and .cpp file. A finding is one line of output:
+# "file:line: what is wrong".
+set -euo pipefail
+shopt -s globstar nullglob
+
+# The layers: their number, the layers that they may include from, and their files as patterns. A
+# file belongs to the first layer that has a pattern for it.
+readonly layers='
+7  7654321  driver/main.cpp
+3  31       driver/clock.* driver/run_clock.* driver/console_texts.* driver/exit_status.h
+7  7654321  driver/**
+6  65321    search/**
+5  521      report/**
+1  1        settings/settings.* settings/number_text.*
+4  431      settings/**
+2  2        sequence/**
+'
+
+# Headers with a '/' or a '.h' in angle brackets: the system's, for every file, and those of other
+# projects, by their beginning, each for one file alone. All else in angle brackets is the standard
+# library.
+readonly system_headers='fcntl.h sys/stat.h unistd.h'
+readonly third_party_headers='
+tclap/  settings/command_line.cpp
+'
+
+declare -A layer_of=()    # file -> number
+declare -A may_include=() # number -> numbers
+findings=''
+
+read_layers() {
+  local number allowed patterns file
+  while read -r number allowed patterns; do
+    [ -n "$number" ] || continue
+    may_include[$number]=$allowed
+    for file in $patterns; do # the shell puts the files in the place of the patterns
+      [ -n "${layer_of[$file]-}" ] || layer_of[$file]=$number
+    done
+  done <<<"$layers"
+}
+
+# Prints "file line kind name" for each include; kind is 'own' for "name" and 'system' for <name>.
+list_includes() {
+  # shellcheck disable=SC2016  # $0 is awk's
+  find . \( -name '*.h' -o -name '*.cpp' \) -printf '%P\0' | sort --zero-terminated |
+    xargs --null awk '
+      /^[ \t]*#[ \t]*include/ {
+        name = $0
+        sub(/^[ \t]*#[ \t]*include[ \t]*/, "", name)
+        kind = substr(name, 1, 1) == "<" ? "system" : "own"
+        sub(/^["<]/, "", name)
+        sub(/[">].*/, "", name)
+        print FILENAME, FNR, kind, name
+      }'
+}
+
+# report FILE LINE TEXT
+report() { findings+="$1:$2: $3"$'\n'; }
+
+# check_own FILE LINE NAME
+check_own() {
+  local from=${layer_of[$1]-} to=${layer_of[$3]-}
+  if [[ $3 != */* || $3 == *..* || ! -f $3 ]]; then
+    report "$1" "$2" "\"$3\" is no file written from the source folder"
+  elif [ -z "$from" ] || [ -z "$to" ]; then
+    report "$1" "$2" "no layer is known for this file or for \"$3\""
+  elif [[ ${may_include[$from]} != *$to* ]]; then
+    report "$1" "$2" "layer $from may not include \"$3\" of layer $to"
+  fi
+}
+
+# check_system FILE LINE NAME
+check_system() {
+  local beginning file
+  [[ $3 == */* || $3 == *.h ]] || return 0
+  [[ " $system_headers " != *" $3 "* ]] || return 0
+  while read -r beginning file; do
+    [[ -z $beginning || $3 != "$beginning"* || $1 != "$file" ]] || return 0
+  done <<<"$third_party_headers"
+  report "$1" "$2" "<$3> may not be included here"
+}
+
+# check_circles INCLUDES: no file may include itself, not even round a corner.
+check_circles() {
+  local circle
+  # Of a pair of equal names tsort makes nothing, so these are seen to first.
+  circle=$(awk '$3 == "own" && $1 == $4 { print $1 }' <<<"$1")
+  [ -n "$circle" ] ||
+    circle=$(awk '$3 == "own" { print $1, $4 }' <<<"$1" | tsort 2>&1 >/dev/null) || true
+  [ -z "$circle" ] || findings+="these files include each other:"$'\n'"$circle"$'\n'
+}
+
+main() {
+  local includes file line kind name
+  [ $# -eq 1 ] || { echo 'usage: check_include_layers.sh SOURCE_FOLDER' >&2 && exit 2; }
+  cd -- "$1"
+  includes=$(list_includes)
+  [ -n "$includes" ] || { echo "no includes found in $1" && exit 1; }
+
+  read_layers
+  while read -r file line kind name; do
+    "check_$kind" "$file" "$line" "$name"
+  done <<<"$includes"
+  check_circles "$includes"
+
+  printf '%s' "$findings"
+  [ -z "$findings" ]
+}
+
+main "$@"

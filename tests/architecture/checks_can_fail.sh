@@ -1,0 +1,103 @@
+#!/usr/bin/env bash
+# Plants faults into copies of the source tree and fails unless the checks beside this file find
+# every one of them, and nothing in the copy without a fault.
+#
+#   checks_can_fail.sh SOURCE_FOLDER PLAIN_PROGRAM
+#
+# PLAIN_PROGRAM is one that does hold the plain engine.
+set -euo pipefail
+
+[ $# -eq 2 ] || { echo 'usage: checks_can_fail.sh SOURCE_FOLDER PLAIN_PROGRAM' >&2 && exit 2; }
+checks=$(cd -- "$(dirname -- "${BASH_SOURCE[0]}")" && pwd)
+source_folder=$1
+plain_program=$2
+readonly checks source_folder plain_program
+
+scratch=$(mktemp --directory)
+readonly copy="$scratch/src"
+trap 'rm -rf -- "$scratch"' EXIT
+failures=0
+
+fresh_copy() {
+  rm -rf -- "$copy"
+  cp -R -- "$source_folder" "$copy"
+}
+
+# plant FILE LINE: puts the line at the end of a file of the copy.
+plant() { printf '%s\n' "$2" >>"$copy/$1"; }
+
+# expect_finding TEXT CHECK ARGUMENT: the check must fail, and say the text.
+expect_finding() {
+  local output status=0
+  output=$("$checks/$2" "$3" 2>&1) || status=$?
+  if [ "$status" -ne 1 ] || [[ $output != *"$1"* ]]; then
+    printf 'not found by %s (status %s): %s\n%s\n' "$2" "$status" "$1" "$output"
+    failures=$((failures + 1))
+  fi
+}
+
+# expect_include_finding FILE LINE TEXT: the planted line must be found, in these words.
+expect_include_finding() {
+  fresh_copy
+  plant "$1" "$2"
+  expect_finding "$3" check_include_layers.sh "$copy"
+}
+
+fresh_copy
+"$checks/check_include_layers.sh" "$copy"
+"$checks/check_file_lengths.sh" "$copy"
+
+# One include against the picture for each layer that has one above it or beside it.
+expect_include_finding settings/settings.cpp '#include "driver/clock.h"' \
+  'layer 1 may not include "driver/clock.h" of layer 3'
+expect_include_finding sequence/file.h '#include "settings/settings.h"' \
+  'layer 2 may not include "settings/settings.h" of layer 1'
+expect_include_finding driver/console_texts.h '#include "settings/command_line.h"' \
+  'layer 3 may not include "settings/command_line.h" of layer 4'
+expect_include_finding settings/command_line.h '#include "sequence/file.h"' \
+  'layer 4 may not include "sequence/file.h" of layer 2'
+expect_include_finding report/csat.cpp '#include "driver/clock.h"' \
+  'layer 5 may not include "driver/clock.h" of layer 3'
+expect_include_finding search/score.h '  #  include "settings/command_line.h"' \
+  'layer 6 may not include "settings/command_line.h" of layer 4'
+expect_include_finding search/score.h '#include "driver/run.h"' \
+  'layer 6 may not include "driver/run.h" of layer 7'
+
+expect_include_finding driver/run.cpp '#include "exit_status.h"' \
+  '"exit_status.h" is no file written from the source folder'
+expect_include_finding driver/run.cpp '#include "driver/../driver/clock.h"' \
+  'is no file written from the source folder'
+expect_include_finding driver/run.cpp '#include <tclap/CmdLine.h>' \
+  '<tclap/CmdLine.h> may not be included here'
+expect_include_finding report/csat.cpp '#include <zlib.h>' '<zlib.h> may not be included here'
+
+# A circle of two files and one of three, inside a layer, where every single step is allowed.
+expect_include_finding sequence/faststring.h '#include "sequence/dna_string.h"' \
+  'these files include each other'
+expect_include_finding search/score.h '#include "search/score.h"' 'these files include each other'
+fresh_copy
+plant search/score.h '#include "search/thresholds.h"'
+plant search/thresholds.h '#include "search/direction.h"'
+plant search/direction.h '#include "search/score.h"'
+expect_finding 'these files include each other' check_include_layers.sh "$copy"
+
+fresh_copy
+mkdir "$copy/attic"
+plant attic/old.cpp '#include "settings/settings.h"'
+expect_finding 'attic/old.cpp:1: no layer is known' check_include_layers.sh "$copy"
+
+fresh_copy
+seq 500 >"$copy/search/long.cpp"
+"$checks/check_file_lengths.sh" "$copy"
+seq 501 >"$copy/search/long.cpp"
+expect_finding 'search/long.cpp: 501 lines, more than 500' check_file_lengths.sh "$copy"
+
+expect_finding 'holds the plain engine' check_shipped_symbols.sh "$plain_program"
+cp -- "$plain_program" "$scratch/stripped"
+strip -- "$scratch/stripped"
+expect_finding 'has no symbols of the program' check_shipped_symbols.sh "$scratch/stripped"
+
+if [ "$failures" -ne 0 ]; then
+  printf '%s planted faults were not found\n' "$failures"
+  exit 1
+fi

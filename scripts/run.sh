@@ -1,0 +1,14 @@
+#!/usr/bin/env bash
+# Sets all up, builds the program and prints its reports of examples/*.fa on standard output. What
+# setup, build and search say on the way goes to standard error.
+set -euo pipefail
+
+cd -- "$(dirname -- "$(readlink -f -- "${BASH_SOURCE[0]}")")/.."
+
+scripts/setup.sh run
+cmake --preset release >&2
+cmake --build --preset release --parallel "$(nproc)" >&2
+
+for genome in examples/*.fa; do
+  build/quorix "$genome"
+done

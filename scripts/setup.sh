@@ -1,0 +1,80 @@
+#!/usr/bin/env bash
+# Installs the Debian packages that a purpose needs, and of those only the missing ones:
+#
+#   scripts/setup.sh run | test | coverage | measure
+#
+# It needs root or sudo only while a package is missing; where all are there, apt is not called.
+# All that it says goes to standard error.
+set -euo pipefail
+
+readonly run_packages=(g++ cmake make libtclap-dev)
+readonly test_packages=("${run_packages[@]}"
+  libgtest-dev librapidcheck-dev clang clang-format clang-tidy)
+readonly coverage_packages=("${run_packages[@]}" libgtest-dev librapidcheck-dev gcovr)
+readonly measure_packages=("${run_packages[@]}" time)
+
+say() { printf '%s\n' "$*" >&2; }
+
+# Ends the script with the packages that the user has to bring.
+give_up() {
+  say "setup: $1"
+  say "setup: what is needed are these Debian packages, or the like of them: $2"
+  exit 1
+}
+
+# is_installed PACKAGE (for any architecture)
+is_installed() {
+  [[ $(dpkg-query --show --showformat='${db:Status-Status} ' "$1" 2>/dev/null) == installed* ]]
+}
+
+# as_root COMMAND [WORD]...
+as_root() {
+  if [ "$(id -u)" -eq 0 ]; then
+    "$@"
+  elif [ -t 0 ]; then
+    sudo "$@"
+  else
+    sudo --non-interactive "$@" # nobody is there to type a password
+  fi
+}
+
+# apt WORD...: apt-get that asks nothing.
+apt() {
+  as_root env DEBIAN_FRONTEND=noninteractive apt-get --quiet --yes "$@" >&2
+}
+
+# install PACKAGE...
+install() {
+  if [ "$(id -u)" -ne 0 ] && ! command -v sudo >/dev/null; then
+    give_up "packages are missing, and only root or sudo could install them" "$*"
+  fi
+  say "setup: installing $*"
+  # The lists of a fresh system are empty and those of an old one name versions that are gone. A
+  # source that cannot be reached need not be the one that has the packages, so we go on.
+  apt update || say "setup: some package lists could not be fetched; trying with those at hand"
+  apt install --no-install-recommends "$@" || give_up "the packages could not be installed" "$*"
+}
+
+main() {
+  local packages=() missing=() package
+  case "${1-}" in
+    run) packages=("${run_packages[@]}") ;;
+    test) packages=("${test_packages[@]}") ;;
+    coverage) packages=("${coverage_packages[@]}") ;;
+    measure) packages=("${measure_packages[@]}") ;;
+    *)
+      say "usage: scripts/setup.sh run | test | coverage | measure"
+      exit 2
+      ;;
+  esac
+  if ! command -v dpkg-query >/dev/null || ! command -v apt-get >/dev/null; then
+    give_up "this is no Debian-like system: dpkg-query or apt-get is missing" "${packages[*]}"
+  fi
+
+  for package in "${packages[@]}"; do
+    is_installed "$package" || missing+=("$package")
+  done
+  [ ${#missing[@]} -eq 0 ] || install "${missing[@]}"
+}
+
+main "$@"

@@ -1,10 +1,11 @@
-# What `cmake --install` puts where.
+# What `cmake --install` puts where. The documents keep their places to each other, so that the
+# links between them hold.
 
 include(GNUInstallDirs)
 
 function(quorix_install)
   install(TARGETS quorix RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
-  install(FILES README.md CHANGELOG.md LICENSE DESTINATION ${CMAKE_INSTALL_DOCDIR})
-  install(DIRECTORY docs/ DESTINATION ${CMAKE_INSTALL_DOCDIR})
-  install(DIRECTORY examples DESTINATION ${CMAKE_INSTALL_DOCDIR})
+  install(FILES README.md CHANGELOG.md CONTRIBUTING.md LICENSE
+    DESTINATION ${CMAKE_INSTALL_DOCDIR})
+  install(DIRECTORY docs examples DESTINATION ${CMAKE_INSTALL_DOCDIR})
 endfunction()

@@ -8,7 +8,7 @@
 # CASE is a folder, or the name of one under cases/. PROGRAM is build/quorix unless it is given.
 set -u -o pipefail
 umask 022
-unset BASH_ENV ENV
+unset BASH_ENV ENV CDPATH
 
 here=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
 

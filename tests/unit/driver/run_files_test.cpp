@@ -17,35 +17,35 @@ class CRunFilesOpening : public testing::CInRunFolder {
   /// Opens the files that the settings name. Gives "0", or code and message.
   std::string opened() {
     int code = 0;
-    const std::string told = testing::told_by([&] { code = open_input_and_report(files); });
+    const std::string told = testing::told_by([&] { code = open_input_and_report(files_); });
     return std::to_string(code) + (told.empty() ? "" : " ") + told;
   }
 
-  RunFiles files;
+  RunFiles files_;
 };
 
 using RunFilesOpening = CRunFilesOpening;
 
 TEST_F(RunFilesOpening, opens_input_and_report) {
-  global_input_filename = folder.write("in.fa", ">a\nACGT\n");
-  global_output_filename = folder.write("report.txt", "old");
+  global_input_filename = folder_.write("in.fa", ">a\nACGT\n");
+  global_output_filename = folder_.write("report.txt", "old");
   EXPECT_EQ(opened(), "0");
-  EXPECT_EQ(files.input.getchar(), '>');
-  EXPECT_EQ(files.input.line_number(), 1U);
-  EXPECT_EQ(files.report.name(), folder.path("report.txt"));
-  EXPECT_EQ(folder.text("report.txt"), "");
-  EXPECT_EQ(files.masked.stream(), nullptr);
+  EXPECT_EQ(files_.input.getchar(), '>');
+  EXPECT_EQ(files_.input.line_number(), 1U);
+  EXPECT_EQ(files_.report.name(), folder_.path("report.txt"));
+  EXPECT_EQ(folder_.text("report.txt"), "");
+  EXPECT_EQ(files_.masked.stream(), nullptr);
 }
 
 TEST_F(RunFilesOpening, takes_standard_output_where_no_report_is_named) {
-  global_input_filename = folder.write("in.fa", ">a\nACGT\n");
+  global_input_filename = folder_.write("in.fa", ">a\nACGT\n");
   EXPECT_EQ(opened(), "0");
-  EXPECT_EQ(files.report.stream(), stdout);
+  EXPECT_EQ(files_.report.stream(), stdout);
 }
 
 TEST_F(RunFilesOpening, names_an_input_that_does_not_exist) {
-  global_input_filename = folder.path("100%%s.fa");
-  EXPECT_EQ(opened(), "-101 Sorry! The input file \n   \"" + folder.path("100%%s.fa") +
+  global_input_filename = folder_.path("100%%s.fa");
+  EXPECT_EQ(opened(), "-101 Sorry! The input file \n   \"" + folder_.path("100%%s.fa") +
                           "\"\ncould not be opened. I guess it does not exist.\n"
                           "\nAnalysis has been aborted due to errors. Error number: -101\n\n");
 }
@@ -58,27 +58,27 @@ TEST_F(RunFilesOpening, names_an_empty_input_name_as_it_is) {
 }
 
 TEST_F(RunFilesOpening, names_a_report_that_cannot_be_opened) {
-  global_input_filename = folder.write("in.fa", ">a\nACGT\n");
-  global_output_filename = folder.path("no folder/100%%s.txt");
+  global_input_filename = folder_.write("in.fa", ">a\nACGT\n");
+  global_output_filename = folder_.path("no folder/100%%s.txt");
   EXPECT_EQ(opened(), "-102 Sorry! Failed to open file\n   \"" +
-                          folder.path("no folder/100%%s.txt") +
+                          folder_.path("no folder/100%%s.txt") +
                           "\"\nas output file.\n"
                           "\nAnalysis has been aborted due to errors. Error number: -102\n\n");
 }
 
 TEST_F(RunFilesOpening, looks_at_the_input_before_the_report) {
-  global_input_filename = folder.path("missing.fa");
-  global_output_filename = folder.path("no folder/report.txt");
+  global_input_filename = folder_.path("missing.fa");
+  global_output_filename = folder_.path("no folder/report.txt");
   const std::string told = opened();
   EXPECT_EQ(told.substr(0, 5), "-101 ");
   EXPECT_FALSE(testing::contains(told, "report.txt"));
 }
 
 TEST_F(RunFilesOpening, leaves_an_old_report_alone_when_the_input_is_missing) {
-  global_input_filename = folder.path("missing.fa");
-  global_output_filename = folder.write("report.txt", "old");
+  global_input_filename = folder_.path("missing.fa");
+  global_output_filename = folder_.write("report.txt", "old");
   EXPECT_EQ(opened().substr(0, 5), "-101 ");
-  EXPECT_EQ(folder.text("report.txt"), "old");
+  EXPECT_EQ(folder_.text("report.txt"), "old");
 }
 
 TEST_F(RunFilesOpening, calls_the_masked_copy_after_the_input) {
@@ -88,20 +88,20 @@ TEST_F(RunFilesOpening, calls_the_masked_copy_after_the_input) {
 }
 
 TEST_F(RunFilesOpening, creates_the_masked_copy) {
-  global_input_filename = folder.write("in.fa", ">a\nACGT\n");
-  folder.write("in.fa.masked", "old");
-  open_masked_copy(files);
-  EXPECT_NE(files.masked.stream(), nullptr);
-  EXPECT_EQ(files.masked.name(), folder.path("in.fa.masked"));
-  EXPECT_EQ(folder.text("in.fa.masked"), "");
+  global_input_filename = folder_.write("in.fa", ">a\nACGT\n");
+  folder_.write("in.fa.masked", "old");
+  open_masked_copy(files_);
+  EXPECT_NE(files_.masked.stream(), nullptr);
+  EXPECT_EQ(files_.masked.name(), folder_.path("in.fa.masked"));
+  EXPECT_EQ(folder_.text("in.fa.masked"), "");
 }
 
 TEST_F(RunFilesOpening, says_nothing_when_the_masked_copy_cannot_be_created) {
-  global_input_filename = folder.write("in.fa", ">a\nACGT\n");
-  folder.make_folder("in.fa.masked");
-  EXPECT_EQ(testing::told_by([&] { open_masked_copy(files); }), "");
-  EXPECT_EQ(files.masked.stream(), nullptr);
-  EXPECT_EQ(files.masked.name(), folder.path("in.fa.masked"));
+  global_input_filename = folder_.write("in.fa", ">a\nACGT\n");
+  folder_.make_folder("in.fa.masked");
+  EXPECT_EQ(testing::told_by([&] { open_masked_copy(files_); }), "");
+  EXPECT_EQ(files_.masked.stream(), nullptr);
+  EXPECT_EQ(files_.masked.name(), folder_.path("in.fa.masked"));
 }
 
 TEST(RunFilesRefusal, adds_a_line_that_says_why) {

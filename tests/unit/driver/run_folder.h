@@ -89,7 +89,7 @@ class CRunFolder {
 /// Default settings, and a folder for each test.
 class CInRunFolder : public CDefaultSettings {
  protected:
-  CRunFolder folder;
+  CRunFolder folder_;
 };
 
 /// True if `text` holds `part`.

@@ -15,19 +15,19 @@ using testing::ProcessResult;
 using MaskedCopy = testing::CInRunFolder;
 
 TEST_F(MaskedCopy, is_not_written_unless_asked_for) {
-  folder.write("in.fa", ">a\nACACACACAC\n");
-  EXPECT_EQ(folder.run({"in.fa"}).status, 0);
-  EXPECT_FALSE(folder.has("in.fa.masked"));
+  folder_.write("in.fa", ">a\nACACACACAC\n");
+  EXPECT_EQ(folder_.run({"in.fa"}).status, 0);
+  EXPECT_FALSE(folder_.has("in.fa.masked"));
 }
 
 TEST_F(MaskedCopy, holds_the_records_of_the_range_with_repeats_as_X) {
-  folder.write("reads.fasta",
-               ">one\nACACACACAC\n>two words\nGTACACACACACTG\n>three\nACGTTGCACC\n>four\nACAC\n");
+  folder_.write("reads.fasta",
+                ">one\nACACACACAC\n>two words\nGTACACACACACTG\n>three\nACGTTGCACC\n>four\nACAC\n");
   const ProcessResult result =
-      folder.run({"--maskX", "--firstSeq", "2", "--lastSeq", "3", "reads.fasta", "report.txt"});
+      folder_.run({"--maskX", "--firstSeq", "2", "--lastSeq", "3", "reads.fasta", "report.txt"});
   EXPECT_EQ(result.status, 0);
-  EXPECT_EQ(folder.text("reads.fasta.masked"), ">two words\nGTXXXXXXXXXXTG\n>three\nACGTTGCACC\n");
-  EXPECT_FALSE(folder.has("report.txt.masked"));
+  EXPECT_EQ(folder_.text("reads.fasta.masked"), ">two words\nGTXXXXXXXXXXTG\n>three\nACGTTGCACC\n");
+  EXPECT_FALSE(folder_.has("report.txt.masked"));
 }
 
 TEST_F(MaskedCopy, has_lines_of_80_bases) {
@@ -41,52 +41,52 @@ TEST_F(MaskedCopy, has_lines_of_80_bases) {
   for (std::size_t start = 0; start < bases.size(); start += 34) {
     fasta += bases.substr(start, 34) + "\n";
   }
-  folder.write("in.fa", fasta);
+  folder_.write("in.fa", fasta);
 
   const ProcessResult result =
-      folder.run({"--maskX", "-M", "exact", "-u", "3", "-U", "3", "in.fa"});
+      folder_.run({"--maskX", "-M", "exact", "-u", "3", "-U", "3", "in.fa"});
   EXPECT_EQ(result.status, 0);
-  EXPECT_EQ(folder.text("in.fa.masked"), ">long\n" + before + std::string(50, 'X') + "\n" +
-                                             std::string(80, 'X') + "\n" + "XXGGTTACGA\n");
+  EXPECT_EQ(folder_.text("in.fa.masked"), ">long\n" + before + std::string(50, 'X') + "\n" +
+                                              std::string(80, 'X') + "\n" + "XXGGTTACGA\n");
 }
 
 TEST_F(MaskedCopy, changes_nothing_in_the_report) {
-  folder.write("in.fa", ">a\nGTACACACACACTG\n");
-  const std::string masked_blocks = testing::blocks_of(folder.run({"--maskX", "in.fa"}).out);
-  EXPECT_EQ(masked_blocks, testing::blocks_of(folder.run({"in.fa"}).out));
+  folder_.write("in.fa", ">a\nGTACACACACACTG\n");
+  const std::string masked_blocks = testing::blocks_of(folder_.run({"--maskX", "in.fa"}).out);
+  EXPECT_EQ(masked_blocks, testing::blocks_of(folder_.run({"in.fa"}).out));
   EXPECT_TRUE(testing::contains(masked_blocks, "\nACACACACAC\n||||||||||\nACACACACAC\n"));
 }
 
 TEST_F(MaskedCopy, replaces_an_older_one) {
-  folder.write("in.fa", ">a\nACGT\n");
-  folder.write("in.fa.masked", "a longer text of an earlier run");
-  EXPECT_EQ(folder.run({"--maskX", "in.fa"}).status, 0);
-  EXPECT_EQ(folder.text("in.fa.masked"), ">a\nACGT\n");
+  folder_.write("in.fa", ">a\nACGT\n");
+  folder_.write("in.fa.masked", "a longer text of an earlier run");
+  EXPECT_EQ(folder_.run({"--maskX", "in.fa"}).status, 0);
+  EXPECT_EQ(folder_.text("in.fa.masked"), ">a\nACGT\n");
 }
 
 TEST_F(MaskedCopy, holds_the_header_of_a_record_without_bases) {
-  folder.write("in.fa", ">empty\n>b%s\nacgu\n");
-  EXPECT_EQ(folder.run({"--maskX", "in.fa"}).status, 0);
-  EXPECT_EQ(folder.text("in.fa.masked"), ">empty\n>b%s\nACGT\n");
+  folder_.write("in.fa", ">empty\n>b%s\nacgu\n");
+  EXPECT_EQ(folder_.run({"--maskX", "in.fa"}).status, 0);
+  EXPECT_EQ(folder_.text("in.fa.masked"), ">empty\n>b%s\nACGT\n");
 }
 
 TEST_F(MaskedCopy, is_empty_when_no_record_is_in_the_range) {
-  folder.write("in.fa", ">a\nACGT\n");
-  EXPECT_EQ(folder.run({"--maskX", "--lastSeq", "0", "in.fa"}).status, 0);
-  EXPECT_TRUE(folder.has("in.fa.masked"));
-  EXPECT_EQ(folder.text("in.fa.masked"), "");
+  folder_.write("in.fa", ">a\nACGT\n");
+  EXPECT_EQ(folder_.run({"--maskX", "--lastSeq", "0", "in.fa"}).status, 0);
+  EXPECT_TRUE(folder_.has("in.fa.masked"));
+  EXPECT_EQ(folder_.text("in.fa.masked"), "");
 }
 
 TEST_F(MaskedCopy, keeps_the_records_before_a_malformed_one) {
-  folder.write("in.fa", ">a\nACACACACAC\n>b\nAC!\n");
-  EXPECT_EQ(folder.run({"--maskX", "in.fa"}).status, 231);
-  EXPECT_EQ(folder.text("in.fa.masked"), ">a\nXXXXXXXXXX\n");
+  folder_.write("in.fa", ">a\nACACACACAC\n>b\nAC!\n");
+  EXPECT_EQ(folder_.run({"--maskX", "in.fa"}).status, 231);
+  EXPECT_EQ(folder_.text("in.fa.masked"), ">a\nXXXXXXXXXX\n");
 }
 
 TEST_F(MaskedCopy, that_cannot_be_created_ends_the_run_at_the_first_record) {
-  folder.write("in.fa", ">a\nACGTTGCACC\n>b\nACGTTGCACC\n");
-  folder.make_folder("in.fa.masked");
-  const ProcessResult result = folder.run({"--maskX", "in.fa"});
+  folder_.write("in.fa", ">a\nACGTTGCACC\n>b\nACGTTGCACC\n");
+  folder_.make_folder("in.fa.masked");
+  const ProcessResult result = folder_.run({"--maskX", "in.fa"});
   EXPECT_EQ(result.status, 153);
   // The report of the record is written first; nothing is said before.
   EXPECT_EQ(testing::blocks_of(result.out), testing::empty_block("a"));
@@ -97,9 +97,9 @@ TEST_F(MaskedCopy, that_cannot_be_created_ends_the_run_at_the_first_record) {
 }
 
 TEST_F(MaskedCopy, that_cannot_be_created_does_no_harm_when_no_record_is_in_the_range) {
-  folder.write("in.fa", ">a\nACGT\n");
-  folder.make_folder("in.fa.masked");
-  const ProcessResult result = folder.run({"--maskX", "--lastSeq", "0", "in.fa"});
+  folder_.write("in.fa", ">a\nACGT\n");
+  folder_.make_folder("in.fa.masked");
+  const ProcessResult result = folder_.run({"--maskX", "--lastSeq", "0", "in.fa"});
   EXPECT_EQ(result.status, 0);
   EXPECT_EQ(testing::blocks_of(result.out), testing::kSuccessMark);
   EXPECT_EQ(testing::progress_of(result.err), testing::kGoodBye);

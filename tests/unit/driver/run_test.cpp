@@ -33,8 +33,8 @@ constexpr const char* kFiveCopies =
     "# Analysis of sequence \"chr 1\" completed.\n";
 
 TEST_F(WholeRun, writes_heads_blocks_and_closing_texts_in_order) {
-  folder.write("in.fa", ">chr 1\nACACACACAC\n");
-  const ProcessResult result = folder.run({"in.fa"});
+  folder_.write("in.fa", ">chr 1\nACACACACAC\n");
+  const ProcessResult result = folder_.run({"in.fa"});
   EXPECT_EQ(result.status, 0);
 
   EXPECT_EQ(result.err,
@@ -112,22 +112,22 @@ TEST_F(WholeRun, writes_heads_blocks_and_closing_texts_in_order) {
 }
 
 TEST_F(WholeRun, writes_the_report_into_the_second_file) {
-  folder.write("in.fa", ">chr 1\nACACACACAC\n");
-  folder.write("report.txt", "a report of an earlier run");
-  const ProcessResult result = folder.run({"in.fa", "report.txt"});
+  folder_.write("in.fa", ">chr 1\nACACACACAC\n");
+  folder_.write("report.txt", "a report of an earlier run");
+  const ProcessResult result = folder_.run({"in.fa", "report.txt"});
   EXPECT_EQ(result.status, 0);
   EXPECT_EQ(result.out, "");
   EXPECT_TRUE(testing::contains(result.err, "\nOutput file name:                   report.txt\n"));
 
-  const std::string report = folder.text("report.txt");
+  const std::string report = folder_.text("report.txt");
   EXPECT_EQ(report.rfind("# Results computed with:\n", 0), 0U);
   EXPECT_TRUE(testing::contains(report, "\n# Output file name:                   report.txt\n"));
   EXPECT_EQ(testing::blocks_of(report), std::string(kFiveCopies) + testing::kSuccessMark);
 }
 
 TEST_F(WholeRun, hands_on_the_head_and_each_block_before_it_tells_of_the_next_record) {
-  folder.write("in.fa", ">a\nACGTTGCACC\n>b\nACGTTGCACC\n");
-  const ProcessResult result = folder.run_after(
+  folder_.write("in.fa", ">a\nACGTTGCACC\n>b\nACGTTGCACC\n");
+  const ProcessResult result = folder_.run_after(
       [] {
         if (::dup2(STDERR_FILENO, STDOUT_FILENO) < 0) std::abort();
       },
@@ -138,8 +138,8 @@ TEST_F(WholeRun, hands_on_the_head_and_each_block_before_it_tells_of_the_next_re
 }
 
 TEST_F(WholeRun, begins_the_lines_of_the_head_with_a_comment_sign_in_the_report_alone) {
-  folder.write("in.fa", ">a\nACGTTGCACC\n");
-  const ProcessResult result = folder.run({"in.fa"});
+  folder_.write("in.fa", ">a\nACGTTGCACC\n");
+  const ProcessResult result = folder_.run({"in.fa"});
   const std::string head = result.out.substr(0, result.out.find(">a\n"));
   ASSERT_FALSE(head.empty());
   for (std::size_t line = 0; line < head.size(); line = head.find('\n', line) + 1) {
@@ -150,22 +150,22 @@ TEST_F(WholeRun, begins_the_lines_of_the_head_with_a_comment_sign_in_the_report_
 }
 
 TEST_F(WholeRun, counts_time_from_its_own_start) {
-  folder.write("in.fa", ">a\nACGTTGCACC\n");
+  folder_.write("in.fa", ">a\nACGTTGCACC\n");
   time_analysis_started = 12;
   testing::set_current_time(7777);
-  EXPECT_EQ(testing::progress_of(folder.run({"in.fa"}).err),
+  EXPECT_EQ(testing::progress_of(folder_.run({"in.fa"}).err),
             "00.00.00 - #   1 -    1bp - a\n" + std::string(testing::kGoodBye));
 }
 
 TEST_F(WholeRun, searches_in_the_mode_that_is_asked_for) {
   // Exact: 1 to 10 and 12 to 22; grown over the G: 1 to 22 (one mismatch of 22 bases).
-  folder.write("in.fa", ">a\nACACACACACGCACACACACAC\n");
+  folder_.write("in.fa", ">a\nACACACACACGCACACACACAC\n");
   const std::string head = ">a\nsequence length: 22\n";
   const std::string end =
       "# Analysis of sequence \"a\" completed.\n" + std::string(testing::kSuccessMark);
   const std::string grown = "dinucleotide 1 : 22 -- length 22 score 13 perfection 95 unit AC\n";
   const auto run = [&](const char* mode) {
-    return folder.run({"in.fa", "-M", mode, "--outputFormat", "2", "--printRepeatSeqMode", "0"});
+    return folder_.run({"in.fa", "-M", mode, "--outputFormat", "2", "--printRepeatSeqMode", "0"});
   };
   EXPECT_EQ(testing::blocks_of(run("exact").out),
             head +
@@ -184,19 +184,19 @@ TEST_F(WholeRun, searches_in_the_mode_that_is_asked_for) {
 }
 
 TEST_F(WholeRun, prints_percent_signs_of_all_names_as_they_stand) {
-  folder.write("100%s.fa", ">chr%n 5%%\nACGTTGCACC\n");
-  const ProcessResult result = folder.run({"100%s.fa", "%d%%.txt"});
+  folder_.write("100%s.fa", ">chr%n 5%%\nACGTTGCACC\n");
+  const ProcessResult result = folder_.run({"100%s.fa", "%d%%.txt"});
   EXPECT_EQ(result.status, 0);
   EXPECT_TRUE(testing::contains(result.err, "\nInput file name:                    100%s.fa\n"));
   EXPECT_TRUE(testing::contains(result.err, "\nOutput file name:                   %d%%.txt\n"));
   EXPECT_TRUE(testing::contains(result.err, "bp - chr%n 5%%\n"));
-  EXPECT_EQ(testing::blocks_of(folder.text("%d%%.txt")),
+  EXPECT_EQ(testing::blocks_of(folder_.text("%d%%.txt")),
             testing::empty_block("chr%n 5%%") + testing::kSuccessMark);
 }
 
 TEST_F(WholeRun, tells_of_a_record_without_bases_and_of_a_lone_header_sign) {
-  folder.write("in.fa", ">empty\n>");
-  const ProcessResult result = folder.run({"in.fa"});
+  folder_.write("in.fa", ">empty\n>");
+  const ProcessResult result = folder_.run({"in.fa"});
   EXPECT_EQ(result.status, 0);
   EXPECT_EQ(testing::blocks_of(result.out),
             ">empty\nsequence length: 0\n# Analysis of sequence \"empty\" completed.\n"
@@ -205,29 +205,29 @@ TEST_F(WholeRun, tells_of_a_record_without_bases_and_of_a_lone_header_sign) {
 }
 
 TEST_F(WholeRun, ends_also_when_the_largest_unit_length_is_huge) {
-  folder.write("in.fa", ">chr 1\nACACACACAC\n");
-  const ProcessResult result = folder.run({"in.fa", "-U", "4294967295"});
+  folder_.write("in.fa", ">chr 1\nACACACACAC\n");
+  const ProcessResult result = folder_.run({"in.fa", "-U", "4294967295"});
   EXPECT_EQ(result.status, 0);
   EXPECT_EQ(testing::blocks_of(result.out), std::string(kFiveCopies) + testing::kSuccessMark);
 }
 
 TEST_F(WholeRun, finds_no_unit_without_a_base) {
-  folder.write("in.fa", ">chr 1\nACACACACAC\n");
-  const ProcessResult result = folder.run({"in.fa", "-u", "0"});
+  folder_.write("in.fa", ">chr 1\nACACACACAC\n");
+  const ProcessResult result = folder_.run({"in.fa", "-u", "0"});
   EXPECT_EQ(result.status, 0);
   EXPECT_EQ(testing::blocks_of(result.out), std::string(kFiveCopies) + testing::kSuccessMark);
 }
 
 TEST_F(WholeRun, reads_a_file_whose_name_begins_with_a_dash_behind_two_dashes) {
-  folder.write("-in.fa", ">chr 1\nACACACACAC\n");
-  const ProcessResult result = folder.run({"--", "-in.fa", "--report"});
+  folder_.write("-in.fa", ">chr 1\nACACACACAC\n");
+  const ProcessResult result = folder_.run({"--", "-in.fa", "--report"});
   EXPECT_EQ(result.status, 0);
-  EXPECT_EQ(testing::blocks_of(folder.text("--report")),
+  EXPECT_EQ(testing::blocks_of(folder_.text("--report")),
             std::string(kFiveCopies) + testing::kSuccessMark);
 }
 
 TEST_F(WholeRun, without_arguments_greets_and_asks_for_a_file) {
-  const ProcessResult result = folder.run({});
+  const ProcessResult result = folder_.run({});
   EXPECT_EQ(result.status, 255);
   EXPECT_EQ(result.out, "");
   EXPECT_EQ(result.err, std::string(testing::kBanner) +
@@ -236,36 +236,36 @@ TEST_F(WholeRun, without_arguments_greets_and_asks_for_a_file) {
 }
 
 TEST_F(WholeRun, refuses_a_setting_before_it_opens_a_file) {
-  const ProcessResult result = folder.run({"-m", "-1", "missing.fa", "report.txt"});
+  const ProcessResult result = folder_.run({"-m", "-1", "missing.fa", "report.txt"});
   EXPECT_EQ(result.status, 255);
   EXPECT_EQ(result.err, std::string(testing::kBanner) +
                             "Sorry, the mismatch score must be smaller or equal to -2.\n\n\n");
-  EXPECT_FALSE(folder.has("report.txt"));
+  EXPECT_FALSE(folder_.has("report.txt"));
 }
 
 TEST_F(WholeRun, refuses_a_mode_code_with_its_own_status) {
-  const ProcessResult result = folder.run({"--outputFormat", "3", "missing.fa", "report.txt"});
+  const ProcessResult result = folder_.run({"--outputFormat", "3", "missing.fa", "report.txt"});
   EXPECT_EQ(result.status, 254);
   EXPECT_EQ(result.err,
             std::string(testing::kBanner) +
                 "Sorry, a problem occured when parsing the command line options. An outputFormat "
                 "with a value of 3 is unknown.\n\n" +
                 testing::aborted_with(-2));
-  EXPECT_FALSE(folder.has("report.txt"));
+  EXPECT_FALSE(folder_.has("report.txt"));
 }
 
 TEST_F(WholeRun, greets_before_help_version_and_a_malformed_command_line) {
-  EXPECT_EQ(folder.run({"--help"}).err, testing::kBanner);
-  EXPECT_EQ(folder.run({"--help"}).status, 0);
-  EXPECT_EQ(folder.run({"--version"}).err, testing::kBanner);
-  EXPECT_EQ(folder.run({"--version"}).status, 0);
+  EXPECT_EQ(folder_.run({"--help"}).err, testing::kBanner);
+  EXPECT_EQ(folder_.run({"--help"}).status, 0);
+  EXPECT_EQ(folder_.run({"--version"}).err, testing::kBanner);
+  EXPECT_EQ(folder_.run({"--version"}).status, 0);
 
-  folder.write("in.fa", ">a\nACGTTGCACC\n");
-  const ProcessResult malformed = folder.run({"--foo", "in.fa", "report.txt"});
+  folder_.write("in.fa", ">a\nACGTTGCACC\n");
+  const ProcessResult malformed = folder_.run({"--foo", "in.fa", "report.txt"});
   EXPECT_EQ(malformed.status, 1);
   EXPECT_EQ(testing::told_after_banner(malformed.err).rfind("PARSE ERROR: Argument: --foo\n", 0),
             0U);
-  EXPECT_FALSE(folder.has("report.txt"));
+  EXPECT_FALSE(folder_.has("report.txt"));
 }
 
 }  // namespace

@@ -22,13 +22,13 @@ class CSequenceRange : public testing::CInRunFolder {
     for (const char* const name : {"one", "two", "three", "four", "five"}) {
       fasta += std::string(">") + name + "\nACGTTGCACC\n";
     }
-    folder.write("in.fa", fasta + more);
+    folder_.write("in.fa", fasta + more);
   }
 
   /// Expects a run that ends well and reports these blocks, with these progress lines.
   void expect_run(std::initializer_list<const char*> arguments, const std::string& blocks,
                   const std::string& progress) const {
-    const ProcessResult result = folder.run(arguments);
+    const ProcessResult result = folder_.run(arguments);
     EXPECT_EQ(result.status, 0);
     EXPECT_EQ(testing::blocks_of(result.out), blocks + testing::kSuccessMark);
     EXPECT_EQ(testing::progress_of(result.err), progress + testing::kGoodBye);
@@ -93,7 +93,7 @@ TEST_F(SequenceRange, begins_with_the_first_record_also_from_zero) {
 
 TEST_F(SequenceRange, does_not_end_the_reading_at_a_malformed_record_behind_it) {
   write_five_records(">six\nAC1GT\n");
-  const ProcessResult result = folder.run({"--firstSeq", "2", "--lastSeq", "2", "in.fa"});
+  const ProcessResult result = folder_.run({"--firstSeq", "2", "--lastSeq", "2", "in.fa"});
   EXPECT_EQ(result.status, 231);
   // Ten lines of five records and the header of the sixth.
   EXPECT_EQ(testing::progress_of(result.err),
@@ -105,8 +105,8 @@ TEST_F(SequenceRange, does_not_end_the_reading_at_a_malformed_record_behind_it) 
 }
 
 TEST_F(SequenceRange, does_not_pass_over_a_malformed_record_before_it) {
-  folder.write("in.fa", ">one\nAC1GT\n>two\nACGTTGCACC\n");
-  const ProcessResult result = folder.run({"--firstSeq", "2", "in.fa"});
+  folder_.write("in.fa", ">one\nAC1GT\n>two\nACGTTGCACC\n");
+  const ProcessResult result = folder_.run({"--firstSeq", "2", "in.fa"});
   EXPECT_EQ(result.status, 231);
   EXPECT_EQ(testing::blocks_of(result.out), "");
 }

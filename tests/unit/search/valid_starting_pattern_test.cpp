@@ -67,6 +67,8 @@ TEST(ValidStartingPattern, trusts_the_position_of_the_next_N_that_it_is_told) {
   EXPECT_FALSE(CSearchController::valid_starting_pattern(bases.at(1), bases.at(4), bases.at(1)));
   EXPECT_FALSE(CSearchController::valid_starting_pattern(bases.at(1), bases.at(4), bases.at(3)));
   EXPECT_TRUE(CSearchController::valid_starting_pattern(bases.at(1), bases.at(4), bases.at(4)));
+  // One that lies before the unit is of no interest to it.
+  EXPECT_TRUE(CSearchController::valid_starting_pattern(bases.at(1), bases.at(4), bases.at(0)));
 }
 
 }  // namespace

@@ -20,24 +20,47 @@
 
 namespace quorix {
 
-namespace {
+// Such a run may be a gap of many megabases, and hundreds of paths at its edge go through it. So
+// the run that was walked over last is remembered, and all but the first of them jump.
+template <class Direction>
+const char* CLookAhead::edge_behind_Ns(const char* edge, const char* limit) {
+  NRun& last = last_N_runs_[Direction::kIndex];
+  if (last.limit == limit) {
+    const std::int64_t offset = Direction::distance(last.near_edge, edge);
+    if (offset >= 0 && offset < Direction::distance(last.near_edge, last.far_edge)) {
+      return last.far_edge;
+    }
+  }
+
+  const char* far_edge = edge;
+  while (!Direction::is_at_limit(far_edge, limit) && *Direction::base_beyond(far_edge) == 'N') {
+    far_edge = Direction::edge_beyond(far_edge);
+  }
+  last = {edge, far_edge, limit};
+  return far_edge;
+}
 
 /// Moves `state` along matches and neutral N's, until a base differs or the limit is met.
 template <class Direction>
-void walk_matches(LookAheadState& state, const LookAheadBounds& bounds) {
+void CLookAhead::walk_matches(LookAheadState& state, const LookAheadBounds& bounds) {
   while (!Direction::is_at_limit(state.edge, bounds.limit)) {
     const char base = *Direction::base_beyond(state.edge);
     if (base == *state.character) {
       ++state.score;
-    } else if (base != 'N' || !is_N_neutral()) {
+      state.edge = Direction::edge_beyond(state.edge);
+      state.character =
+          Direction::next_in_unit(state.character, bounds.unit_begin, bounds.unit_end);
+    } else if (base == 'N' && is_N_neutral()) {
+      const char* const far_edge = edge_behind_Ns<Direction>(state.edge, bounds.limit);
+      state.character =
+          Direction::character_beyond(state.character, Direction::distance(state.edge, far_edge),
+                                      bounds.unit_begin, bounds.unit_end);
+      state.edge = far_edge;
+    } else {
       return;
     }
-    state.edge = Direction::edge_beyond(state.edge);
-    state.character = Direction::next_in_unit(state.character, bounds.unit_begin, bounds.unit_end);
   }
 }
-
-}  // namespace
 
 template <class Direction>
 std::int64_t CLookAhead::highest_score(const LookAheadState& from, const LookAheadBounds& bounds) {

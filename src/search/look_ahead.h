@@ -3,6 +3,7 @@
 /// @file
 /// How far up can the score still go from here? An edit of a repeat is chosen by the answer.
 
+#include <array>
 #include <cstdint>
 #include <vector>
 
@@ -25,6 +26,7 @@ struct LookAheadBounds {
   const char* limit;  ///< see search/direction.h
 };
 
+/// A look-ahead belongs to one text: what it learns of the N's there, it keeps.
 class CLookAhead {
  public:
   /// The highest score that can be met from `from` on, over walks along matches and, between them,
@@ -37,7 +39,23 @@ class CLookAhead {
                                            const LookAheadBounds& bounds);
 
  private:
+  /// A run of N's as it was last walked over in one direction: from every edge between the two it
+  /// leads to `far_edge`.
+  struct NRun {
+    const char* near_edge = nullptr;
+    const char* far_edge = nullptr;
+    const char* limit = nullptr;  ///< of that walk; null before the first one
+  };
+
+  template <class Direction>
+  void walk_matches(LookAheadState& state, const LookAheadBounds& bounds);
+
+  /// The edge behind the run of N's that begins beyond `edge`.
+  template <class Direction>
+  const char* edge_behind_Ns(const char* edge, const char* limit);
+
   std::vector<LookAheadState> pending_;  ///< empty between calls; kept for its block
+  std::array<NRun, 2> last_N_runs_;      ///< by direction
 };
 
 }  // namespace quorix

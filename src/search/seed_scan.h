@@ -20,6 +20,10 @@ void CSearchController::for_each_seed(std::uint64_t unit_length, const CAnchorSe
   for (const char* p = text_begin(); p < last_start; ++p) {
     report_progress(p, unit_length);
     if (next_N < p) next_N = find_N(p);
+    if (next_N < p + unit_length) {  // no unit that reaches the N's is valid
+      p = skip_Ns(next_N) - 1;
+      continue;
+    }
     if (anchors.may_seed(p, unit_length) && valid_starting_pattern(p, p + unit_length, next_N)) {
       visit(p);
     }

@@ -98,7 +98,7 @@ check_circles() {
 main() {
   local includes file line kind name
   [ $# -eq 1 ] || { echo 'usage: check_include_layers.sh SOURCE_FOLDER' >&2 && exit 2; }
-  cd -- "$1"
+  cd -- "$(readlink -f -- "$1")"
   includes=$(list_includes)
   [ -n "$includes" ] || { echo "no includes found in $1" && exit 1; }
 

@@ -8,7 +8,7 @@
 set -euo pipefail
 
 [ $# -eq 2 ] || { echo 'usage: checks_can_fail.sh SOURCE_FOLDER PLAIN_PROGRAM' >&2 && exit 2; }
-checks=$(cd -- "$(dirname -- "${BASH_SOURCE[0]}")" && pwd)
+checks=$(dirname -- "$(readlink -f -- "${BASH_SOURCE[0]}")")
 source_folder=$1
 plain_program=$2
 readonly checks source_folder plain_program

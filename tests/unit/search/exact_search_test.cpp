@@ -88,6 +88,12 @@ TEST_F(ExactSearch, finds_nothing_where_all_bases_are_N) {
   EXPECT_EQ(exact_repeats_of("NNNNNNNNNNNN"), Words{});
 }
 
+// As a unit, the first N behind the A would match all the others.
+TEST_F(ExactSearch, finds_nothing_in_a_run_of_Ns_behind_a_base) {
+  search_units_of(1);
+  EXPECT_EQ(exact_repeats_of("ANNNNNNNNNNNNC"), Words{});
+}
+
 TEST_F(ExactSearch, finds_a_run_of_one_base_with_no_longer_unit) {
   search_units_from_to(1, 3);
   EXPECT_EQ(exact_repeats_of("AAAAAAAA"), Words{"[0,8) A@0 score 7"});

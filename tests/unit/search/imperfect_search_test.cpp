@@ -27,6 +27,12 @@ TEST_F(ImperfectSearch, has_no_seed_where_all_bases_are_N) {
   EXPECT_EQ(imperfect_repeats_of("NNNNNNNNNNNN"), Words{});
 }
 
+// N's behind a base are no seed either: as a unit, an N would match all the others.
+TEST_F(ImperfectSearch, has_no_seed_in_a_run_of_Ns_behind_a_base) {
+  search_units_of(1);
+  EXPECT_EQ(imperfect_repeats_of("ANNNNNNNNNNNNC"), Words{});
+}
+
 TEST_F(ImperfectSearch, never_seeds_with_a_unit_that_no_base_follows) {
   allow_no_edits();
   require_score(0);

@@ -173,9 +173,23 @@ TEST_F(LookAhead, gives_the_highest_score_met_and_not_the_last_one) {
   EXPECT_EQ(value("ACACACATACT", 2), 5);
 }
 
+// Behind the limit a mismatch would lead over nine matches.
 TEST_F(LookAhead, makes_no_edit_at_the_limit) {
   set_penalties(-2, -2);
   EXPECT_EQ(value("ACACACAC", 2), 6);
+  EXPECT_EQ(value("ACACACTCACACACAC", 2, {.limit = 6}), 4);
+}
+
+// 4 - 6 is above -3, though not above -2.
+TEST_F(LookAhead, takes_the_floor_from_the_unit_length_that_it_is_told) {
+  const CBases bases("ACGCACACACACA");
+  CSearchedSequence any("A");
+  const auto value_with_unit_length = [&](std::int64_t unit_length) {
+    return any.search.extend_imperfect_forward_leap_ahead(
+        bases.at(2), bases.at(0), bases.at(0), bases.at(2), 4, unit_length, 1, bases.end(), 4);
+  };
+  EXPECT_EQ(value_with_unit_length(2), 4);
+  EXPECT_EQ(value_with_unit_length(3), 8);
 }
 
 TEST_F(LookAhead, keeps_scores_within_32_bits) {

@@ -103,6 +103,16 @@ TEST_F(MinimumPerfection, asks_parts_for_the_minimum_length) {
   EXPECT_EQ(told(kBrokenByNs), "");
 }
 
+// Where nothing begins that is good enough, there is nothing to hold against thresholds either.
+TEST_F(MinimumPerfection, tells_nothing_for_a_base_without_a_part_however_lax_the_thresholds) {
+  global_perfection_minimum = 90.0F;
+  require_score(-10);
+  require_length(0);
+  EXPECT_EQ(told(kBrokenByNs),
+            "dinucleotide 1 : 8 -- length 8 score 6 perfection 100 unit AC\n"
+            "dinucleotide 11 : 18 -- length 8 score 6 perfection 100 unit AC\n");
+}
+
 TEST_F(MinimumPerfection, goes_on_behind_a_part_and_one_base_further_where_there_is_none) {
   require_score(2);
   global_perfection_minimum = 100.0F;

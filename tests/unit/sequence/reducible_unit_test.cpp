@@ -149,6 +149,8 @@ TEST(ReducibleUnit, beyond_the_table_may_have_a_large_prime_number_of_blocks) {
   EXPECT_TRUE(is_reducible(copies_of("AC", 10007)));
   EXPECT_TRUE(is_reducible(copies_of(irreducible_block(10007), 2)));
   EXPECT_FALSE(is_reducible(irreducible_block(20014)));
+  // 10012 = 2 * 2 * 2503: neither halves nor pairs are equal, only the 2503 blocks.
+  EXPECT_TRUE(is_reducible(copies_of("ACGT", 2503)));
   // 12769 = 113 * 113: the only prime factor is the square root.
   EXPECT_TRUE(is_reducible(copies_of(irreducible_block(113), 113)));
   EXPECT_FALSE(is_reducible(irreducible_block(12769)));

@@ -99,7 +99,7 @@ void print_sputnik_format(std::FILE* stream, const Csat& repeat, const RepeatFig
                           const char* unit) {
   // A repeat of N's alone has no perfection; no number of percent may be made of it.
   const long long rounded_perfection =
-      std::isnan(figures.perfection) ? 0 : static_cast<long long>(figures.perfection + 0.5);
+      std::isfinite(figures.perfection) ? static_cast<long long>(figures.perfection + 0.5) : 0;
   std::fprintf(stream, "%s %lld : %lld -- length %lld score %d perfection %lld unit %s\n",
                get_repeat_name(figures.unit_length), figures.first_position, figures.last_position,
                figures.normalized_length, repeat.score, rounded_perfection, unit);

@@ -89,6 +89,14 @@ TEST_F(ImperfectExtension, takes_back_edits_that_lead_to_nothing_better) {
   EXPECT_EQ(grown_left("GCGCACACA", 2), "[3,9) CA@7 score 4");
 }
 
+// A deletion at 12 leads to 8 - 6 + 4, an insertion at 9 to 6 - 6 + 3.
+TEST_F(ImperfectExtension, takes_back_deletions_and_insertions_too) {
+  EXPECT_EQ(grown_right("ACGTACGTACGTCGTA", 4), "[0,12) ACGT@0 score 8");
+  EXPECT_EQ(grown_left("ATGCTGCATGCATGCA", 4), "[4,16) TGCA@12 score 8");
+  EXPECT_EQ(grown_right("ACGACGACGTACG", 3), "[0,9) ACG@0 score 6");
+  EXPECT_EQ(grown_left("GCATGCAGCAGCA", 3), "[4,13) GCA@10 score 6");
+}
+
 // 6, 0 behind the G, 2 in front of the T, where no edit is allowed.
 TEST_F(ImperfectExtension,
        restores_the_best_state_where_no_edit_is_allowed_and_the_score_is_lower) {

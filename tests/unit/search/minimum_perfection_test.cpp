@@ -77,6 +77,20 @@ TEST_F(MinimumPerfection, tells_a_repeat_whole_that_reaches_it) {
             "dinucleotide 1 : 20 -- length 20 score 14 perfection 80 unit AC\n");
 }
 
+// What the search kept is not held against the thresholds once more, as parts of it are.
+TEST_F(MinimumPerfection, tells_a_repeat_whole_that_reaches_it_exactly_whatever_its_score) {
+  CSearchedSequence sequence("ACACACACNNNNACACACAC", "chr1");
+  sequence.search.exact_search_2();
+  const CThresholdTable out_of_reach({1000, 0, 0.0F}, 2);
+  CSearchController::minScores = &out_of_reach;
+  global_perfection_minimum = 80.0F;
+  EXPECT_EQ(printed_by([&](std::FILE* out) {
+              sequence.search.report_exact_sat_with_minimum_perfection(out);
+            }),
+            ">chr1\nsequence length: 20\n"
+            "dinucleotide 1 : 20 -- length 20 score 14 perfection 80 unit AC\n");
+}
+
 TEST_F(MinimumPerfection, breaks_a_repeat_up_at_its_Ns) {
   global_perfection_minimum = 90.0F;
   EXPECT_EQ(told(kBrokenByNs),

@@ -1,6 +1,7 @@
 // A look-ahead remembers the runs of N's that it has walked over. What it remembers must not show:
 // one that has been everywhere gives the same values as a fresh one.
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 
@@ -48,8 +49,8 @@ TEST_F(LookAheadGap, a_look_ahead_that_has_been_everywhere_sees_what_a_fresh_one
 
 // Three to the right of the N's the unit is where it was; the walk may begin anywhere in them.
 TEST_F(LookAheadGap, a_jump_over_Ns_keeps_the_phase_of_the_unit) {
-  for (std::int64_t gap_length = 1; gap_length <= 10; ++gap_length) {
-    const std::string gap(static_cast<std::size_t>(gap_length), 'N');
+  for (std::size_t gap_length = 1; gap_length <= 10; ++gap_length) {
+    const std::string gap(gap_length, 'N');
     const std::string behind = std::string("ACGACGACG").substr(gap_length % 3, 6);
     const CBases bases("ACG" + gap + behind);
     const LookAheadBounds bounds{bases.begin(), bases.begin() + 3, kUnitLength, bases.end()};

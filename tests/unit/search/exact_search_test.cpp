@@ -209,6 +209,7 @@ TEST_F(ExactSearch, is_soon_done_with_unit_lengths_that_no_sequence_has) {
   require_score(3);
   search_units_from_to(5, std::numeric_limits<std::uint32_t>::max());
   EXPECT_EQ(exact_repeats_of("ACGTTACG"), Words{"[0,8) ACGTT@0 score 3"});
+  EXPECT_EQ(exact_repeats_of(""), Words{});
   reset();
   search_units_of(std::numeric_limits<std::uint32_t>::max());
   EXPECT_EQ(exact_repeats_of("ACGTTACG"), Words{});

@@ -181,6 +181,7 @@ TEST_F(ImperfectSearch, takes_units_up_to_one_base_less_than_the_sequence) {
 TEST_F(ImperfectSearch, is_soon_done_with_unit_lengths_that_no_sequence_has) {
   search_units_from_to(2, std::numeric_limits<std::uint32_t>::max());
   EXPECT_EQ(imperfect_repeats_of("ACACACACT"), Words{"[0,8) AC@0 score 6"});
+  EXPECT_EQ(imperfect_repeats_of(""), Words{});
 }
 
 // Four hundred mismatches, one every seven bases: the whole is one repeat, whatever the depth.

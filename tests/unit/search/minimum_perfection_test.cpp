@@ -121,6 +121,7 @@ TEST_F(MinimumPerfection, asks_parts_for_the_minimum_length) {
 TEST_F(MinimumPerfection, tells_nothing_for_a_base_without_a_part_however_lax_the_thresholds) {
   global_perfection_minimum = 90.0F;
   require_score(-10);
+  global_min_score_a = -10;
   require_length(0);
   EXPECT_EQ(told(kBrokenByNs),
             "dinucleotide 1 : 8 -- length 8 score 6 perfection 100 unit AC\n"

@@ -112,6 +112,7 @@ TEST_F(OlderExactSearch, is_soon_done_with_unit_lengths_that_no_sequence_has) {
   require_score(3);
   search_units_from_to(5, std::numeric_limits<std::uint32_t>::max());
   EXPECT_EQ(older_exact_repeats_of("ACGTTACG"), Words{"[0,8) ACGTT@0 score 3"});
+  EXPECT_EQ(older_exact_repeats_of(""), Words{});
 }
 
 TEST_F(OlderExactSearch, takes_records_from_the_end_of_the_pool_and_gives_its_spare_one_back) {

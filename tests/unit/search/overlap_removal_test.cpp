@@ -72,8 +72,9 @@ TEST_F(OverlapRemoval, leaves_an_empty_list_and_a_list_of_one_unchanged) {
 
 TEST_F(OverlapRemoval, keeps_repeats_that_merely_touch) {
   EXPECT_EQ(remove_hidden({{0, 10, 2, 8}, {10, 20, 2, 5}}), (Outcome{{"0-10", "10-20"}, {}}));
-  // Even if one of them has no more than its unit.
+  // Even if they have no more than their unit, or less.
   EXPECT_EQ(remove_hidden({{0, 4, 4, 1}, {4, 8, 4, 9}}), (Outcome{{"0-4", "4-8"}, {}}));
+  EXPECT_EQ(remove_hidden({{0, 4, 5, 1}, {4, 8, 5, 9}}), (Outcome{{"0-4", "4-8"}, {}}));
 }
 
 TEST_F(OverlapRemoval, keeps_repeats_that_are_apart) {

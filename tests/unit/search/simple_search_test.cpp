@@ -119,6 +119,7 @@ TEST_F(SimpleSearch, finds_nothing_of_unit_length_0) {
 TEST_F(SimpleSearch, is_soon_done_with_unit_lengths_that_no_sequence_has) {
   search_units_from_to(2, std::numeric_limits<std::uint32_t>::max());
   EXPECT_EQ(scan("TACACACACT").repeats, Words{"[1,9) AC@1 score 6"});
+  EXPECT_EQ(scan("").repeats, Words{});
 }
 
 TEST_F(SimpleSearch, takes_records_from_the_end_of_the_pool_and_gives_its_spare_one_back) {

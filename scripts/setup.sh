@@ -7,7 +7,7 @@
 # All that it says goes to standard error.
 set -euo pipefail
 
-readonly run_packages=(g++ cmake make libtclap-dev)
+readonly run_packages=(g++ cmake make libtclap-dev libhwy-dev)
 readonly test_packages=("${run_packages[@]}"
   libgtest-dev librapidcheck-dev clang clang-format clang-tidy)
 readonly coverage_packages=("${run_packages[@]}" libgtest-dev librapidcheck-dev gcovr)

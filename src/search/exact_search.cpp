@@ -18,32 +18,38 @@
 namespace quorix {
 
 void CSearchController::exact_search_2() {
+  search_exact(SeedUse::kGrowExactly);
+}
+
+void CSearchController::search_exact(SeedUse use) {
+  if (last_unit_length() == 0) return;
   CAnchorSeq coverage(text_begin(), text_length());
   std::uint64_t unit_length = first_unit_length();
   if (global_min_unit_length == 1) {
-    search_exact_mononucleotides();
+    search_exact_mononucleotides(use);
     unit_length = 2;
   }
   for (; unit_length <= last_unit_length(); ++unit_length) {
-    search_exact_unit_length(unit_length, coverage);
+    search_exact_unit_length(unit_length, coverage, use);
   }
   exact_sat_list.sat_list.sort(lessThan_sat);
 }
 
-void CSearchController::search_exact_mononucleotides() {
+void CSearchController::search_exact_mononucleotides(SeedUse use) {
   CSpareRecord spare(sat_alloc);
-  for (const char* p = skip_Ns(text_begin()); text_end() - p > 1; p = skip_Ns(p + 1)) {
-    report_progress(p, 1);
-    Csat& candidate = spare.seed(p, p + 1);
-    if (!grow_exact_and_test(candidate)) continue;
-    p = candidate.end - 1;
+  for_each_base(use, [&](std::uint64_t p) {
+    const char* const base = text_begin() + p;
+    Csat& candidate = spare.seed(base, base + 1);
+    if (!grow_exact_and_test(candidate)) return p + 1;
     spare.keep_in(exact_sat_list.sat_list);
-  }
+    return static_cast<std::uint64_t>(candidate.end - text_begin());
+  });
 }
 
-void CSearchController::search_exact_unit_length(std::uint64_t unit_length, CAnchorSeq& coverage) {
+void CSearchController::search_exact_unit_length(std::uint64_t unit_length, CAnchorSeq& coverage,
+                                                 SeedUse use) {
   CSpareRecord spare(sat_alloc);
-  for_each_seed(unit_length, coverage, [&](const char* p) {
+  for_each_seed(unit_length, coverage, use, [&](const char* p) {
     Csat& candidate = spare.seed(p, p + unit_length);
     if (!grow_exact_and_test(candidate)) return;
     if (unit_length != 1 && passes_user_thresholds(candidate)) coverage.close_repeat(candidate);

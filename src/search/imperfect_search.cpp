@@ -13,6 +13,7 @@
 namespace quorix {
 
 void CSearchController::complete_imperfect_search(std::FILE* /*stream*/) {
+  if (last_unit_length() == 0) return;
   CAnchorSeq anchors(text_begin(), text_length());
   std::list<Csat*>& accepted = imperfect_sat_list.sat_list;
   std::uint64_t unit_length = first_unit_length();
@@ -30,21 +31,22 @@ void CSearchController::complete_imperfect_search(std::FILE* /*stream*/) {
 void CSearchController::unit_len_1_complete_imperfect_search(CAnchorSeq& anchors,
                                                              std::list<Csat*>& accepted) {
   CSpareRecord spare(sat_alloc);
-  for (const char* p = skip_Ns(text_begin()); text_end() - p > 1; p = skip_Ns(p + 1)) {
-    report_progress(p, 1);
-    if (!anchors.may_seed(p, 1)) continue;
-    Csat& candidate = spare.seed(p, p + 1);
-    if (!grow_and_test(candidate, before_text())) continue;
+  for_each_base(SeedUse::kGrowOverEdits, [&](std::uint64_t p) {
+    const char* const base = text_begin() + p;
+    if (!anchors.may_seed(base, 1)) return p + 1;
+    Csat& candidate = spare.seed(base, base + 1);
+    if (!grow_and_test(candidate, before_text())) return p + 1;
     anchors.close_repeat(candidate);
     spare.keep_in(accepted);
-  }
+    return p + 1;
+  });
 }
 
 void CSearchController::one_unit_len_complete_imperfect_search(std::uint64_t unit_length,
                                                                CAnchorSeq& anchors,
                                                                std::list<Csat*>& accepted) {
   CSpareRecord spare(sat_alloc);
-  for_each_seed(unit_length, anchors, [&](const char* p) {
+  for_each_seed(unit_length, anchors, SeedUse::kGrowOverEdits, [&](const char* p) {
     Csat& candidate = spare.seed(p, p + unit_length);
     if (!grow_and_test(candidate, before_text())) return;
     anchors.close_repeat(candidate);

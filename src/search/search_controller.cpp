@@ -1,10 +1,7 @@
 #include "search/search_controller.h"
 
 #include <algorithm>
-#include <cstring>
 
-#include "driver/console_texts.h"
-#include "driver/run_clock.h"
 #include "settings/settings.h"
 
 namespace quorix {
@@ -13,7 +10,6 @@ namespace {
 
 /// A seed is kept while it is being grown if it scores this much, and its own unit length.
 constexpr std::int32_t kLeastSeedScore = 4;
-constexpr std::ptrdiff_t kProgressInterval = 256;
 
 void make_table_unless_there(std::unique_ptr<const CThresholdTable>& table,
                              const ThresholdRule& rule) {
@@ -76,19 +72,13 @@ std::uint64_t CSearchController::last_unit_length() const {
   return std::min<std::uint64_t>(global_max_unit_length, text_length() - 1);
 }
 
-const char* CSearchController::find_N(const char* position) const {
-  const void* const found =
-      std::memchr(position, 'N', static_cast<std::size_t>(text_end() - position));
-  return found == nullptr ? text_end() : static_cast<const char*>(found);
-}
-
-const char* CSearchController::skip_Ns(const char* position) const {
-  return std::find_if(position, text_end(), [](char base) { return base != 'N'; });
-}
-
-void CSearchController::report_progress(const char* position, std::uint64_t unit_length) const {
-  if ((position - text_begin()) % kProgressInterval != 0 || !check_report_status()) return;
-  report_status(sequence_number, sequence_record.name.c_str(), unit_length, 'r');
+CSeedFilter& CSearchController::seed_filter(SeedUse use) {
+  const SeedThresholds thresholds{*minScores, *minLengths, *minScores_user};
+  if (seed_filter_ == nullptr || !seed_filter_->is_for(use, thresholds)) {
+    seed_filter_.reset();
+    seed_filter_ = std::make_unique<CSeedFilter>(text_begin(), text_length(), use, thresholds);
+  }
+  return *seed_filter_;
 }
 
 }  // namespace quorix

@@ -28,6 +28,7 @@
 #include "report/csat.h"
 #include "search/look_ahead.h"
 #include "search/sat_container.h"
+#include "search/seed_filter.h"
 #include "search/thresholds.h"
 #include "sequence/sequence_mol.h"
 
@@ -162,15 +163,6 @@ class CSearchController {
   [[nodiscard]] static std::uint64_t first_unit_length();
   [[nodiscard]] std::uint64_t last_unit_length() const;
 
-  /// The first N at or after `position`, or the end of the text.
-  [[nodiscard]] const char* find_N(const char* position) const;
-  /// The first base at or after `position` that is not an N, or the end of the text.
-  [[nodiscard]] const char* skip_Ns(const char* position) const;
-
-  /// Writes a progress line when one is due. Asked at every base of a scan, it looks at the clock
-  /// at every 256th only.
-  void report_progress(const char* position, std::uint64_t unit_length) const;
-
   static void use_user_thresholds();
   static void use_intern_thresholds();
   [[nodiscard]] static bool passes_active_thresholds(const Csat& sat);
@@ -184,11 +176,18 @@ class CSearchController {
 
   /// See search/seed_scan.h.
   template <class Visit>
-  void for_each_seed(std::uint64_t unit_length, const CAnchorSeq& anchors,
-                     const Visit& visit) const;
+  void for_each_seed(std::uint64_t unit_length, const CAnchorSeq& anchors, SeedUse use,
+                     const Visit& visit);
+  template <class Visit>
+  void for_each_base(SeedUse use, const Visit& visit);
 
-  void search_exact_mononucleotides();
-  void search_exact_unit_length(std::uint64_t unit_length, CAnchorSeq& coverage);
+  /// The filter of seeds for `use` under the active thresholds. Throws: std::bad_alloc.
+  CSeedFilter& seed_filter(SeedUse use);
+
+  /// `exact_search_2`, with seeds for `use`.
+  void search_exact(SeedUse use);
+  void search_exact_mononucleotides(SeedUse use);
+  void search_exact_unit_length(std::uint64_t unit_length, CAnchorSeq& coverage, SeedUse use);
 
   /// The shortest unit of a first-hit scan that is accepted at `position`. True if there is one.
   [[nodiscard]] bool find_first_hit(const char* position, const char* left_limit,
@@ -197,6 +196,7 @@ class CSearchController {
   void report_head(std::FILE* stream) const;
 
   CLookAhead look_ahead_;
+  std::unique_ptr<CSeedFilter> seed_filter_;  ///< null until the first scan
 };
 
 }  // namespace quorix

@@ -3,31 +3,71 @@
 /// @file
 /// The scan that exact and imperfect search share: every base at which a unit may seed a repeat.
 
+#include <algorithm>
+#include <cstdint>
+
 #include "search/anchor_seq.h"
+#include "search/scan_progress.h"
 #include "search/search_controller.h"
+#include "search/seed_filter.h"
 
 namespace quorix {
 
-/// Calls `visit` with the first base of each unit of `unit_length` that `anchors` lets seed a
-/// repeat and that `valid_starting_pattern` accepts, from left to right, and writes progress lines
-/// on the way. At least one base follows the unit. `visit` may close bases to the seeds to come.
+/// Calls `visit` with the first base of each unit of `unit_length` that the filter for `use` and
+/// `anchors` let seed a repeat and that `valid_starting_pattern` accepts, from left to right, and
+/// writes progress lines on the way. At least one base follows the unit. `visit` may close bases to
+/// the seeds to come. REQUIRES: unit_length >= 1.
 template <class Visit>
 void CSearchController::for_each_seed(std::uint64_t unit_length, const CAnchorSeq& anchors,
-                                      const Visit& visit) const {
+                                      SeedUse use, const Visit& visit) {
   if (unit_length >= text_length()) return;
-  const char* const last_start = text_end() - unit_length;
-  const char* next_N = find_N(text_begin());
-  for (const char* p = text_begin(); p < last_start; ++p) {
-    report_progress(p, unit_length);
-    if (next_N < p) next_N = find_N(p);
+  CSeedFilter& filter = seed_filter(use);
+  const CBitSet& seeds = filter.seeds(unit_length);
+  const CBitSet& Ns = filter.N_bits();
+  CScanProgress progress(*this, unit_length);
+  std::uint64_t next_N = Ns.find_set(0);
+  for (std::uint64_t p = seeds.find_set(0); p < seeds.size(); p = seeds.find_set(p)) {
+    if (next_N < p) next_N = Ns.find_set(p);
     if (next_N < p + unit_length) {  // no unit that reaches the N's is valid
-      p = skip_Ns(next_N) - 1;
+      p = std::min(Ns.find_clear(next_N), seeds.size());
       continue;
     }
-    if (anchors.may_seed(p, unit_length) && valid_starting_pattern(p, p + unit_length, next_N)) {
-      visit(p);
+    progress.pass(p);
+    const char* const base = text_begin() + p;
+    if (anchors.may_seed(base, unit_length) &&
+        valid_starting_pattern(base, base + unit_length, text_begin() + next_N)) {
+      visit(base);
     }
+    ++p;
   }
+  progress.pass(seeds.size() - 1);
+}
+
+/// Calls `visit` with each base that the filter for `use` lets seed a run of itself, from left to
+/// right, as an offset, and goes on at the offset that it gives. Writes progress lines on the way.
+template <class Visit>
+void CSearchController::for_each_base(SeedUse use, const Visit& visit) {
+  if (text_length() < 2) return;
+  CSeedFilter& filter = seed_filter(use);
+  const CBitSet& seeds = filter.seeds(1);
+  const CBitSet& Ns = filter.N_bits();
+  CScanProgress progress(*this, 1);
+  std::uint64_t next_N = Ns.find_set(0);
+  for (std::uint64_t p = 0; p < seeds.size();) {
+    if (next_N < p) next_N = Ns.find_set(p);
+    const std::uint64_t seed = seeds.find_set(p);
+    if (next_N <= seed && next_N < seeds.size()) {  // the clock is not looked at at N's
+      if (next_N > p) progress.pass(next_N - 1);
+      p = Ns.find_clear(next_N);
+      progress.skip_to(p);
+      continue;
+    }
+    if (seed == seeds.size()) break;
+    progress.pass(seed);
+    p = visit(seed);
+    progress.skip_to(p);
+  }
+  progress.pass(seeds.size() - 1);
 }
 
 }  // namespace quorix

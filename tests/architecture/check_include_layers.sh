@@ -11,10 +11,11 @@ shopt -s globstar nullglob
 # The layers: their number, the layers that they may include from, and their files as patterns. A
 # file belongs to the first layer that has a pattern for it.
 readonly layers='
-7  7654321  driver/main.cpp
+7  78654321 driver/main.cpp
 3  31       driver/clock.* driver/run_clock.* driver/console_texts.* driver/exit_status.h
-7  7654321  driver/**
-6  65321    search/**
+7  78654321 driver/**
+8  8        search/kernel/**
+6  865321   search/**
 5  521      report/**
 1  1        settings/settings.* settings/number_text.*
 4  431      settings/**
@@ -22,11 +23,13 @@ readonly layers='
 '
 
 # Headers with a '/' or a '.h' in angle brackets: the system's, for every file, and those of other
-# projects, by their beginning, each for one file alone. All else in angle brackets is the standard
-# library.
+# projects, by their beginning, each for the files named with it alone. All else in angle brackets
+# is the standard library.
 readonly system_headers='fcntl.h sys/stat.h unistd.h'
 readonly third_party_headers='
 tclap/  settings/command_line.cpp
+hwy/    search/kernel/lag_bound.cpp
+hwy/    search/kernel/score_bound.cpp
 '
 
 declare -A layer_of=()    # file -> number

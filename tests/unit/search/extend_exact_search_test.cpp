@@ -124,15 +124,16 @@ TEST_F(ExtendExactSearch, gives_back_the_Ns_at_the_ends_of_a_grown_repeat) {
 
 TEST_F(ExtendExactSearch, releases_rejected_seeds_to_the_pool_in_their_order) {
   search_units_of(2);
+  require_length(100);
   const CRecordedStandardError silent;
-  CSearchedSequence sequence("ACACAC");
+  CSearchedSequence sequence("ACACACAC");
   std::list<Csat*> records;
-  for (int i = 0; i < 4; ++i) records.push_back(sat_alloc.acquire(sequence.at(0), sequence.at(1)));
+  for (int i = 0; i < 6; ++i) records.push_back(sat_alloc.acquire(sequence.at(0), sequence.at(1)));
   for (Csat* const record : records) sat_alloc.release(record);
 
-  // The four seeds take their records from the end, the last one first.
+  // The six seeds take their records from the end, the last one first.
   std::list<Csat*> expected = sat_alloc.spare_records();
-  expected.resize(expected.size() - 4);
+  expected.resize(expected.size() - 6);
   records.reverse();
   expected.splice(expected.end(), records);
   sequence.search.search_exact_and_extend_to_imperfect_repeats();

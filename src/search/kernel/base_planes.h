@@ -1,0 +1,42 @@
+#pragma once
+
+/// @file
+/// A DNA text as bit planes: two bits a base and one that tells an N, 64 bases a word.
+///
+/// With them one handful of word operations tells for 64 bases at once which of them equal the base
+/// a given lag before. A tandem repeat of unit length L is a run of such bases at lag L.
+
+#include <cstdint>
+
+#include "search/kernel/bit_set.h"
+
+namespace quorix {
+
+class CBasePlanes {
+ public:
+  /// Reads `length` bases, of the letters A, C, G, T and N. Throws: std::bad_alloc.
+  CBasePlanes(const char* bases, std::uint64_t length);
+
+  [[nodiscard]] std::uint64_t length() const { return N_bits_.size(); }
+
+  /// Where the N's are.
+  [[nodiscard]] const CBitSet& N_bits() const { return N_bits_; }
+  [[nodiscard]] bool has_Ns() const { return has_Ns_; }
+
+  /// True if there is an N at a distance of at most 64 bases from [first, last), or some way
+  /// farther off: whole words are looked at.
+  [[nodiscard]] bool has_N_near(std::uint64_t first, std::uint64_t last) const;
+
+  /// Makes `matches` tell at bit x whether base x may equal base x - lag. An N equals every base if
+  /// `is_N_wild`, else none. Bits below `lag` are clear. REQUIRES: lag >= 1.
+  /// Throws: std::bad_alloc.
+  void find_matches(std::uint64_t lag, bool is_N_wild, CBitSet& matches) const;
+
+ private:
+  CBitSet low_bits_;
+  CBitSet high_bits_;
+  CBitSet N_bits_;
+  bool has_Ns_ = false;
+};
+
+}  // namespace quorix

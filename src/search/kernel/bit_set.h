@@ -1,0 +1,99 @@
+#pragma once
+
+/// @file
+/// One bit for each position of a text, in 64-bit words.
+
+#include <bit>
+#include <cstdint>
+#include <vector>
+
+namespace quorix {
+
+class CBitSet {
+ public:
+  static constexpr std::uint64_t kWordBits = 64;
+
+  /// `size` clear bits. Throws: std::bad_alloc.
+  explicit CBitSet(std::uint64_t size = 0) : size_(size), words_(size / kWordBits + 2) {}
+
+  [[nodiscard]] std::uint64_t size() const { return size_; }
+
+  /// Becomes `size` clear bits; keeps its block when that is large enough. Throws: std::bad_alloc.
+  void reset(std::uint64_t size) {
+    size_ = size;
+    words_.assign(size / kWordBits + 2, 0);
+  }
+
+  [[nodiscard]] bool test(std::uint64_t position) const {
+    return (words_[position / kWordBits] >> (position % kWordBits) & 1) != 0;
+  }
+
+  void set(std::uint64_t position) {
+    words_[position / kWordBits] |= std::uint64_t{1} << (position % kWordBits);
+  }
+
+  /// Sets the bits of [first, last). REQUIRES: first <= last <= size().
+  void set_range(std::uint64_t first, std::uint64_t last) {
+    if (first == last) return;
+    const std::uint64_t first_word = first / kWordBits;
+    const std::uint64_t last_word = (last - 1) / kWordBits;
+    const std::uint64_t from_first = ~std::uint64_t{0} << (first % kWordBits);
+    const std::uint64_t to_last = ~std::uint64_t{0} >> (kWordBits - 1 - (last - 1) % kWordBits);
+    if (first_word == last_word) {
+      words_[first_word] |= from_first & to_last;
+      return;
+    }
+    words_[first_word] |= from_first;
+    for (std::uint64_t w = first_word + 1; w < last_word; ++w) words_[w] = ~std::uint64_t{0};
+    words_[last_word] |= to_last;
+  }
+
+  /// The first set bit at or after `position`, or size(). REQUIRES: position <= size().
+  [[nodiscard]] std::uint64_t find_set(std::uint64_t position) const {
+    std::uint64_t w = position / kWordBits;
+    std::uint64_t word = words_[w] & (~std::uint64_t{0} << (position % kWordBits));
+    while (word == 0) {
+      if (++w == words_.size()) return size_;
+      word = words_[w];
+    }
+    return w * kWordBits + static_cast<std::uint64_t>(std::countr_zero(word));
+  }
+
+  /// The first clear bit at or after `position`, or size(). REQUIRES: position <= size().
+  [[nodiscard]] std::uint64_t find_clear(std::uint64_t position) const {
+    std::uint64_t w = position / kWordBits;
+    std::uint64_t word = ~words_[w] & (~std::uint64_t{0} << (position % kWordBits));
+    while (word == 0) {  // bits behind the last one are clear, so the last word ends the loop
+      word = ~words_[++w];
+    }
+    const std::uint64_t found = w * kWordBits + static_cast<std::uint64_t>(std::countr_zero(word));
+    return found < size_ ? found : size_;
+  }
+
+  /// How many bits are set from `position` on, up to 64. REQUIRES: position <= size().
+  [[nodiscard]] int ones_from(std::uint64_t position) const {
+    const std::uint64_t w = position / kWordBits;
+    const std::uint64_t offset = position % kWordBits;
+    const std::uint64_t upper = offset == 0 ? 0 : words_[w + 1] << (kWordBits - offset);
+    return std::countr_one(words_[w] >> offset | upper);
+  }
+
+  /// How many bits are set from `position` down, up to 64. REQUIRES: position < size().
+  [[nodiscard]] int ones_down_from(std::uint64_t position) const {
+    const std::uint64_t w = position / kWordBits;
+    const std::uint64_t offset = position % kWordBits;
+    const std::uint64_t below =
+        w == 0 || offset == kWordBits - 1 ? 0 : words_[w - 1] >> (offset + 1);
+    return std::countl_one(words_[w] << (kWordBits - 1 - offset) | below);
+  }
+
+  /// The words: bit i of word w belongs to position 64 * w + i. Bits behind the last one are clear.
+  [[nodiscard]] std::vector<std::uint64_t>& words() { return words_; }
+  [[nodiscard]] const std::vector<std::uint64_t>& words() const { return words_; }
+
+ private:
+  std::uint64_t size_;
+  std::vector<std::uint64_t> words_;  ///< the last one is spare and clear
+};
+
+}  // namespace quorix

@@ -1,0 +1,70 @@
+#pragma once
+
+/// @file
+/// Which seeds can become a repeat, told from the runs of matching bases around them.
+///
+/// The seed of unit length L at base p is the unit [p, p + L); its boundary q = p + L lies between
+/// the unit and the base behind it. The bases that equal the one L before form runs, and a seed
+/// grows exactly over the run that touches its boundary, by R bases in all.
+///
+/// What is refuted here, and why that is sound:
+///
+/// - Growing exactly, a seed scores at most R.
+/// - Growing over edits, it may make an edit only from a score above P - L, where P is the smaller
+///   penalty: with R <= P - L it makes none, and scores at most R again.
+/// - Otherwise it makes one edit beside that run, and walks on over r matches. The next edit, and
+///   also any gain, needs R + r > 2P - L. Those r bases match the unit, which up to there the text
+///   itself repeats; so they are a run at lag L behind a mismatch, at lag L + 1 behind an insertion
+///   and at lag L - 1 behind a deletion, at least until the lag meets the edit: L - 1, L and L - 1
+///   bases farther on.
+///
+/// N's that may stand for any base blur where a run ends, so near them every seed is let through.
+
+#include <cstdint>
+
+#include "search/kernel/base_planes.h"
+#include "search/kernel/bit_set.h"
+
+namespace quorix {
+
+/// What a run must be like for the seeds at it to be let through. Lengths are in matching bases.
+struct RunRule {
+  std::int64_t unit_length;
+  std::int64_t least_run;  ///< at a shorter run there are none; at least 1
+  std::int64_t sure_run;   ///< at a run of this length all are
+  /// In between, the run and one of those one edit off have to make up this many together.
+  std::int64_t chained_runs;
+};
+
+/// Where bases match at lags L - 1, L and L + 1, for growing unit lengths L: each set is made once.
+class CNeighbourLags {
+ public:
+  /// `planes` must outlive this. N's match everything if `is_N_wild`. Throws: std::bad_alloc.
+  CNeighbourLags(const CBasePlanes& planes, bool is_N_wild);
+
+  /// Makes `at()` tell of `lag`, and `shorter()` and `longer()` of the lags beside it, which are
+  /// left out if `needs_neighbours` is false. REQUIRES: lag >= 1. Throws: std::bad_alloc.
+  void move_to(std::uint64_t lag, bool needs_neighbours);
+
+  [[nodiscard]] const CBitSet& shorter() const { return matches_[(lag_ + 2) % 3]; }
+  [[nodiscard]] const CBitSet& at() const { return matches_[lag_ % 3]; }
+  [[nodiscard]] const CBitSet& longer() const { return matches_[(lag_ + 1) % 3]; }
+
+  [[nodiscard]] const CBasePlanes& planes() const { return planes_; }
+  [[nodiscard]] bool is_N_wild() const { return is_N_wild_; }
+
+ private:
+  void make(std::uint64_t lag);
+
+  const CBasePlanes& planes_;
+  bool is_N_wild_;
+  std::uint64_t lag_ = 0;
+  CBitSet matches_[3];          ///< by lag modulo 3
+  std::uint64_t made_[3] = {};  ///< the lags that they are of, 0 for none
+};
+
+/// Sets in `seeds` the bit of each base p whose seed `rule` lets through. `lags` stands at the
+/// unit length, with its neighbours if some runs are neither sure nor too short.
+void find_run_seeds(const CNeighbourLags& lags, const RunRule& rule, CBitSet& seeds);
+
+}  // namespace quorix

@@ -1,0 +1,243 @@
+#undef HWY_TARGET_INCLUDE
+#define HWY_TARGET_INCLUDE "search/kernel/score_bound.cpp"
+#include <hwy/foreach_target.h>  // compiles the rest of this file once for each kind of processor
+
+#include <algorithm>
+#include <bit>
+#include <cstddef>
+#include <cstdint>
+
+#include <hwy/highway.h>
+
+#include "search/kernel/score_bound.h"
+
+#ifndef QUORIX_SCORE_BOUND_SHARED
+#define QUORIX_SCORE_BOUND_SHARED
+
+namespace quorix {
+
+/// Growth in one direction.
+struct ScoreTable {
+  const char* first_base;  ///< the base that is read first
+  bool is_rightward;
+  std::ptrdiff_t bases_ahead;   ///< that may be read in the direction, `first_base` included
+  std::ptrdiff_t bases_behind;  ///< that lie on the other side of `first_base` in the text
+  const char* reversed_unit;    ///< the unit backwards, again and again
+  std::ptrdiff_t unit_length;
+  std::ptrdiff_t skipped;  ///< characters that the direction begins behind the unit's end
+  std::int64_t mismatch_penalty;
+  std::int64_t indel_penalty;
+  bool is_N_neutral;
+  std::int64_t start_value;   ///< the score above the floor
+  std::int64_t target_value;  ///< what answers the question when it is met
+};
+
+struct TableOutcome {
+  bool is_open;             ///< the target was met, or the table had to be given up
+  std::int64_t best_value;  ///< the highest value met, if not open
+};
+
+/// Rows after which a table is given up: what lives that long is to be grown.
+inline constexpr std::ptrdiff_t kMostRows = 8192;
+
+}  // namespace quorix
+
+#endif
+
+HWY_BEFORE_NAMESPACE();
+namespace quorix {
+namespace HWY_NAMESPACE {
+namespace {
+
+#if HWY_TARGET == HWY_SCALAR
+
+/// Without vector instructions nothing is refuted.
+TableOutcome fill_table(const ScoreTable& /*table*/, bool /*is_narrow*/,
+                        std::ptrdiff_t /*lane_count*/) {
+  return {true, 0};
+}
+
+#else
+
+namespace hn = hwy::HWY_NAMESPACE;
+
+/// Letters as vectors of values.
+template <class D>
+hn::Vec<D> load_letters(D d, const char* letters) {
+  const auto* const bytes = reinterpret_cast<const std::uint8_t*>(letters);
+  if constexpr (sizeof(hn::TFromD<D>) == 1) {
+    return hn::LoadU(d, bytes);
+  } else {
+    return hn::PromoteTo(d, hn::LoadU(hn::Rebind<std::uint8_t, D>(), bytes));
+  }
+}
+
+/// A row is `kBlocks` vectors of 16 bytes. Lane k of an even row holds the states whose counts
+/// differ by 2 * k - kLanes, lane k of an odd row those with one more. To the right it is bases
+/// less characters that they differ by, to the left the other way round: then bases and characters
+/// of ascending lanes lie at ascending addresses, of the text and of the reversed unit.
+template <class Value, int kBlocks>
+TableOutcome fill_table_of(const ScoreTable& table) {
+  const hn::Full128<Value> d;
+  using Vector = hn::Vec<decltype(d)>;
+  constexpr std::ptrdiff_t kBlockLanes = 16 / sizeof(Value);
+  constexpr std::ptrdiff_t kLanes = kBlockLanes * kBlocks;
+  constexpr std::int64_t kMax = static_cast<Value>(-1);
+  if (table.bases_behind < kLanes / 2) return {true, 0};
+
+  const Vector zero = hn::Zero(d);
+  const Vector one = hn::Set(d, 1);
+  const Vector letter_N = hn::Set(d, static_cast<Value>('N'));
+  const Vector neutral_N = hn::Set(d, static_cast<Value>(table.is_N_neutral ? kMax : 0));
+  const auto penalty = [&](std::int64_t points) {
+    return hn::Set(d, static_cast<Value>(std::min<std::int64_t>(points, kMax)));
+  };
+  const Vector mismatch = penalty(table.mismatch_penalty);
+  const Vector indel = penalty(table.indel_penalty);
+  const Vector target = hn::Set(d, static_cast<Value>(std::min(table.target_value, kMax)));
+
+  // Row 0 has one state, of no base and no character, and the row before it has none.
+  Vector last[kBlocks];
+  Vector before[kBlocks];
+  Vector best[kBlocks];
+  HWY_ALIGN Value lanes[kLanes] = {};
+  lanes[kLanes / 2] = static_cast<Value>(table.start_value);
+  for (int i = 0; i < kBlocks; ++i) {
+    before[i] = zero;
+    last[i] = best[i] = hn::Load(d, lanes + kBlockLanes * i);
+  }
+
+  for (std::ptrdiff_t row = 1; row < kMostRows; ++row) {
+    const std::ptrdiff_t odd = row % 2;
+    const std::ptrdiff_t less =
+        (row + odd - kLanes) / 2;  // lane 0's smaller count, negative at first
+    const std::ptrdiff_t more = (row - odd + kLanes) / 2;  // and its greater one
+    if ((table.is_rightward ? less + kLanes - 1 : more) > table.bases_ahead) return {true, 0};
+    const char* const bases =
+        table.is_rightward ? table.first_base + (less - 1) : table.first_base - (more - 1);
+    const std::ptrdiff_t characters = (table.is_rightward ? -more : less - 1) + table.skipped;
+    std::ptrdiff_t offset = characters % table.unit_length;
+    if (offset < 0) offset += table.unit_length;
+
+    Vector alive = zero;
+    Vector current[kBlocks];
+    for (int i = 0; i < kBlocks; ++i) {
+      const Vector base = load_letters(d, bases + kBlockLanes * i);
+      const Vector character = load_letters(d, table.reversed_unit + offset + kBlockLanes * i);
+      const Vector equal = hn::VecFromMask(d, hn::Eq(base, character));
+      const Vector neutral = hn::And(neutral_N, hn::VecFromMask(d, hn::Eq(base, letter_N)));
+      // A match adds 1 to living states alone.
+      Vector value = hn::SaturatedSub(before[i], hn::AndNot(hn::Or(equal, neutral), mismatch));
+      value = hn::SaturatedAdd(value, hn::And(equal, hn::Min(before[i], one)));
+      // One base or one character less: the lanes on both sides, in the last row.
+      const Vector beside = odd == 1 ? hn::CombineShiftRightBytes<sizeof(Value)>(
+                                           d, i + 1 < kBlocks ? last[i + 1] : zero, last[i])
+                                     : hn::CombineShiftRightBytes<16 - sizeof(Value)>(
+                                           d, last[i], i > 0 ? last[i - 1] : zero);
+      value = hn::Max(value, hn::SaturatedSub(hn::Max(last[i], beside), indel));
+      current[i] = value;
+      best[i] = hn::Max(best[i], value);
+      alive = hn::Or(alive, hn::Or(value, last[i]));
+    }
+    for (int i = 0; i < kBlocks; ++i) {
+      before[i] = last[i];
+      last[i] = current[i];
+    }
+
+    const bool is_dead = hn::AllTrue(d, hn::Eq(alive, zero));
+    if (!is_dead && row % 16 != 0) continue;
+    for (int i = 0; i < kBlocks; ++i) {
+      if (!hn::AllTrue(d, hn::Lt(best[i], target))) return {true, 0};
+      hn::Store(best[i], d, lanes + kBlockLanes * i);
+    }
+    // A path at the edge of the rows may have left them.
+    if (lanes[0] != 0 || lanes[kLanes - 1] != 0) return {true, 0};
+    if (is_dead) return {false, *std::max_element(lanes, lanes + kLanes)};
+  }
+  return {true, 0};
+}
+
+TableOutcome fill_table(const ScoreTable& table, bool is_narrow, std::ptrdiff_t lane_count) {
+  if (is_narrow) {
+    return lane_count == 16 ? fill_table_of<std::uint8_t, 1>(table)
+                            : fill_table_of<std::uint8_t, 2>(table);
+  }
+  switch (lane_count) {
+    case 32:
+      return fill_table_of<std::uint16_t, 4>(table);
+    case 64:
+      return fill_table_of<std::uint16_t, 8>(table);
+    case 128:
+      return fill_table_of<std::uint16_t, 16>(table);
+    default:
+      return fill_table_of<std::uint16_t, 32>(table);
+  }
+}
+
+#endif
+
+}  // namespace
+}  // namespace HWY_NAMESPACE
+}  // namespace quorix
+HWY_AFTER_NAMESPACE();
+
+#if HWY_ONCE
+
+namespace quorix {
+
+namespace {
+
+HWY_EXPORT(fill_table);
+
+constexpr std::ptrdiff_t kMostLanes = 256;
+constexpr std::ptrdiff_t kMostUnitCharacters = 4096;
+constexpr std::int64_t kMostStartValue = 60'000;
+
+}  // namespace
+
+bool may_reach_score(const GrowingRepeat& repeat, const GrowthRules& rules,
+                     std::int64_t min_score) {
+  if (repeat.score >= min_score) return true;
+  const std::ptrdiff_t unit_length = repeat.unit_end - repeat.unit_begin;
+  // Without a gain the differences reach as far as the score can pay for; half as much again is for
+  // gains. Whatever goes farther is let through.
+  const std::int64_t reach = (repeat.score + unit_length) * 3 / (2 * rules.indel_penalty) + 3;
+  if (reach > kMostLanes || unit_length > kMostUnitCharacters ||
+      repeat.score + unit_length > kMostStartValue) {
+    return true;
+  }
+  const bool is_narrow = unit_length + min_score < 256 && reach <= 32;
+  const auto lane_count = static_cast<std::ptrdiff_t>(std::bit_ceil(
+      static_cast<std::uint64_t>(std::max<std::int64_t>(reach, is_narrow ? 16 : 32))));
+
+  char reversed_unit[kMostUnitCharacters + kMostLanes];
+  std::reverse_copy(repeat.unit_begin, repeat.unit_end, reversed_unit);
+  for (std::ptrdiff_t i = 0; i < lane_count; ++i) reversed_unit[unit_length + i] = reversed_unit[i];
+
+  ScoreTable table{repeat.end,
+                   true,
+                   rules.text_end - repeat.end,
+                   repeat.end - rules.text_begin,
+                   reversed_unit,
+                   unit_length,
+                   unit_length - repeat.right_phase,
+                   rules.mismatch_penalty,
+                   rules.indel_penalty,
+                   rules.is_N_neutral,
+                   repeat.score + unit_length,
+                   min_score + unit_length};
+  const TableOutcome right = HWY_DYNAMIC_DISPATCH(fill_table)(table, is_narrow, lane_count);
+  if (right.is_open) return true;
+
+  table.first_base = repeat.start - 1;
+  table.is_rightward = false;
+  table.bases_ahead = repeat.start - rules.text_begin;
+  table.bases_behind = rules.text_end - repeat.start;
+  table.skipped = unit_length - 1 - repeat.left_phase;
+  table.start_value = right.best_value;
+  return HWY_DYNAMIC_DISPATCH(fill_table)(table, is_narrow, lane_count).is_open;
+}
+
+}  // namespace quorix
+
+#endif

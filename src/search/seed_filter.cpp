@@ -1,0 +1,87 @@
+#include "search/seed_filter.h"
+
+#include <algorithm>
+
+#include "search/kernel/lag_bound.h"
+#include "search/score.h"
+#include "settings/settings.h"
+
+namespace quorix {
+
+namespace {
+
+/// What the seeds of several unit lengths may take, unless the text is large.
+constexpr std::uint64_t kLagSeedBytes = 40'000'000;
+/// More unit lengths at a time make no scan quicker.
+constexpr std::uint64_t kMostLagUnits = 512;
+
+}  // namespace
+
+CSeedFilter::CSeedFilter(const char* text, std::uint64_t length, SeedUse use,
+                         const SeedThresholds& thresholds)
+    : text_(text),
+      use_(use),
+      thresholds_(thresholds),
+      mismatch_penalty_(-std::int64_t{global_mismatch_score}),
+      indel_penalty_(-std::int64_t{global_indel_score}),
+      planes_(text, length),
+      lags_(planes_, is_N_neutral()) {}
+
+RunRule CSeedFilter::run_rule(std::uint64_t unit_length) const {
+  const auto signed_length = static_cast<std::int64_t>(unit_length);
+  const std::int64_t min_score = thresholds_.min_scores[unit_length];
+  // A repeat is as long as its unit and the run together.
+  const std::int64_t exact_run =
+      std::max(min_score, thresholds_.min_lengths[unit_length] - signed_length);
+  if (use_ == SeedUse::kGrowExactly) return {signed_length, exact_run, exact_run, exact_run};
+
+  const std::int64_t least_penalty = std::min(mismatch_penalty_, indel_penalty_);
+  const std::int64_t edited_run = least_penalty - signed_length + 1;
+  const std::int64_t chained_runs = edited_run + least_penalty;
+  if (use_ == SeedUse::kGrowOverEdits) {
+    return {signed_length, std::min(min_score, edited_run), min_score, chained_runs};
+  }
+  const std::int64_t user_min_score = thresholds_.user_min_scores[unit_length];
+  return {signed_length, std::max(exact_run, std::min(user_min_score, edited_run)), user_min_score,
+          chained_runs};
+}
+
+bool CSeedFilter::has_lag_bound() const {
+  return use_ == SeedUse::kGrowOverEdits && can_lag_bound_refute(mismatch_penalty_, indel_penalty_);
+}
+
+const CBitSet& CSeedFilter::lag_seeds(std::uint64_t unit_length) {
+  if (first_lag_unit_ == 0 || unit_length < first_lag_unit_ ||
+      unit_length >= first_lag_unit_ + lag_seeds_.size()) {
+    const std::uint64_t length = planes_.length();
+    const std::uint64_t room = std::max(kLagSeedBytes, length / 2) * 8 / length;
+    const std::uint64_t last_unit_length = std::min<std::uint64_t>(
+        {unit_length + std::clamp<std::uint64_t>(room, 1, kMostLagUnits) - 1,
+         global_max_unit_length, length - 1});
+    LagBoundRules rules{unit_length, {}, mismatch_penalty_, indel_penalty_, is_N_neutral()};
+    lag_seeds_.clear();
+    for (std::uint64_t u = unit_length; u <= std::max(unit_length, last_unit_length); ++u) {
+      rules.min_scores.push_back(thresholds_.min_scores[u]);
+      lag_seeds_.emplace_back(length - u);
+    }
+    first_lag_unit_ = unit_length;
+    find_lag_seeds(text_, length, rules, lag_seeds_);
+  }
+  return lag_seeds_[unit_length - first_lag_unit_];
+}
+
+const CBitSet& CSeedFilter::seeds(std::uint64_t unit_length) {
+  const RunRule rule = run_rule(unit_length);
+  if (rule.least_run < 1 && has_lag_bound()) return lag_seeds(unit_length);
+
+  seeds_.reset(planes_.length() - unit_length);
+  if (rule.least_run < 1) {
+    seeds_.set_range(0, seeds_.size());
+    return seeds_;
+  }
+  lags_.move_to(unit_length, rule.least_run < rule.sure_run);
+  find_run_seeds(lags_, rule, seeds_);
+  return seeds_;
+}
+
+}  // namespace quorix

@@ -1,0 +1,73 @@
+#pragma once
+
+/// @file
+/// Which seeds of a sequence are worth growing.
+///
+/// Nearly every seed is hopeless, and nearly every hopeless one can be told by a few word
+/// operations for many seeds at once. A filter never accepts a seed: what it lets through is grown
+/// and tested as ever. It only leaves out seeds that cannot be accepted, whatever their growth.
+
+#include <cstdint>
+#include <vector>
+
+#include "search/kernel/base_planes.h"
+#include "search/kernel/bit_set.h"
+#include "search/kernel/run_seeds.h"
+#include "search/thresholds.h"
+
+namespace quorix {
+
+/// What a search does with a seed.
+enum class SeedUse {
+  kGrowExactly,      ///< exact growth, then the active thresholds
+  kGrowOverEdits,    ///< growth over edits, then the active thresholds
+  kGrowExactlyFirst  ///< exact growth and the active thresholds; then over edits and the user's
+};
+
+/// The thresholds of a search.
+struct SeedThresholds {
+  const CThresholdTable& min_scores;
+  const CThresholdTable& min_lengths;
+  const CThresholdTable& user_min_scores;
+};
+
+class CSeedFilter {
+ public:
+  /// Reads the text [text, text + length) and the settings. Throws: std::bad_alloc.
+  CSeedFilter(const char* text, std::uint64_t length, SeedUse use,
+              const SeedThresholds& thresholds);
+
+  /// True if it was made for this use and these tables.
+  [[nodiscard]] bool is_for(SeedUse use, const SeedThresholds& thresholds) const {
+    return use == use_ && &thresholds.min_scores == &thresholds_.min_scores &&
+           &thresholds.min_lengths == &thresholds_.min_lengths;
+  }
+
+  /// The bases p, 0-based, at which a unit of `unit_length` may seed a repeat that is accepted; at
+  /// least one base follows each unit. Valid until the next call; quickest for unit
+  /// lengths in ascending order. REQUIRES: 1 <= unit_length < length. Throws: std::bad_alloc.
+  const CBitSet& seeds(std::uint64_t unit_length);
+
+  /// Where the N's are.
+  [[nodiscard]] const CBitSet& N_bits() const { return planes_.N_bits(); }
+
+ private:
+  [[nodiscard]] RunRule run_rule(std::uint64_t unit_length) const;
+  /// True if the bound by lags serves for unit lengths that runs do not tell of.
+  [[nodiscard]] bool has_lag_bound() const;
+  /// The seeds of `unit_length`, with those of the unit lengths behind it that find room.
+  const CBitSet& lag_seeds(std::uint64_t unit_length);
+
+  const char* text_;
+  SeedUse use_;
+  SeedThresholds thresholds_;
+  std::int64_t mismatch_penalty_;
+  std::int64_t indel_penalty_;
+  CBasePlanes planes_;
+  CNeighbourLags lags_;
+  CBitSet seeds_;
+  std::uint64_t first_lag_unit_ = 0;  ///< unit length of the first of `lag_seeds_`
+  std::vector<CBitSet> lag_seeds_;
+};
+
+}  // namespace quorix

@@ -51,6 +51,16 @@ class faststring {
     data_[size_++] = character;
   }
 
+  /// Bytes of the block that are not in use.
+  [[nodiscard]] std::size_t spare_room() const { return capacity_ - size_; }
+
+  /// Where the next characters go: they can be written here and then appended by `commit`. Null
+  /// while nothing has been allocated.
+  [[nodiscard]] char* spare_begin() { return data_ + size_; }
+
+  /// Appends the `count` characters at `spare_begin`. REQUIRES: count <= spare_room().
+  void commit(std::size_t count) { size_ += count; }
+
   /// The characters with a NUL behind the last one. A full block grows by exactly one byte, and may
   /// move. Throws: std::bad_alloc.
   const char* c_str() {

@@ -2,11 +2,14 @@
 
 /// @file
 /// The input file, character by character: read in large blocks, every kind of line end folded to
-/// a line feed, lines counted, and always able to step back by one character.
+/// a line feed, lines counted, and always able to step back by one character. What is buffered can
+/// be seen and taken as a whole, for readers in a hurry.
 
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "sequence/byte_source.h"
@@ -41,6 +44,18 @@ class CFile {
 
   /// Steps back over the character that `getchar` gave last.
   void ungetchar();
+
+  /// The bytes that are buffered and not yet taken, with line ends as they stand in the input;
+  /// nothing once the end flag is set. Never reads. Valid until the next call that takes a
+  /// character.
+  [[nodiscard]] std::string_view unread() const {
+    if (is_at_end()) return {};
+    return {cursor_, static_cast<std::size_t>(buffer_end_ - cursor_)};
+  }
+
+  /// Takes the first `count` of the bytes that `unread` gives, as so many calls of `getchar` would.
+  /// REQUIRES: there are so many and no CR or LF is among them.
+  void skip(std::size_t count) { cursor_ += count; }
 
   /// Moves the last `keep` characters of the buffer (or as many as there are) to its front and
   /// reads on behind them. Gives how many were kept. Nothing read sets `kFail | kEnd`; a failed

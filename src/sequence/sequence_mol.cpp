@@ -1,9 +1,10 @@
 #include "sequence/sequence_mol.h"
 
 #include <algorithm>
-#include <array>
 #include <cassert>
 #include <string_view>
+
+#include "sequence/base_letters.h"
 
 namespace quorix {
 
@@ -12,27 +13,18 @@ namespace {
 constexpr std::size_t kReservedBases = 10'000'000;
 constexpr int kDna = 0;
 
-/// What a byte of a sequence line means, besides the base that it stands for.
-constexpr char kDropped = '-';
-constexpr char kNotAllowed = '\0';
+/// Bytes in which the end of a line is looked for at a time. An odd character makes the reader look
+/// anew, which must not cost a walk over all that is buffered.
+constexpr std::size_t kStretchLength = 512;
 
-/// The base for every byte value, or `kDropped` or `kNotAllowed`. A table and not the C library's
-/// classification, which would follow the locale.
-constexpr std::array<char, 256> make_base_table() {
-  std::array<char, 256> bases{};
-  const auto set = [&bases](std::string_view letters, char base) {
-    for (const char letter : letters) bases[static_cast<unsigned char>(letter)] = base;
-  };
-  set("Aa", 'A');
-  set("Cc", 'C');
-  set("Gg", 'G');
-  set("TtUu", 'T');
-  set("NnXxRrYyKkMmSsWwBbDdHhVv", 'N');
-  set(" \t\n\v\f\r-*", kDropped);
-  return bases;
+/// The buffered bytes of the line, up to its line feed or CR LF; nothing where the buffer or the
+/// file ends. A lone CR may be among them.
+std::string_view stretch_of_line(const CFile& file) {
+  const std::string_view buffered = file.unread().substr(0, kStretchLength);
+  std::string_view stretch = buffered.substr(0, buffered.find('\n'));
+  if (stretch.ends_with('\r')) stretch.remove_suffix(1);
+  return stretch;
 }
-
-constexpr std::array<char, 256> kBaseOf = make_base_table();
 
 bool is_white_space(int character) {
   return character == ' ' || (character >= '\t' && character <= '\r');
@@ -56,6 +48,8 @@ int skip_to_header(CFile& file) {
 
 /// True if the record has one more line. The character that tells stays unread.
 bool has_another_line(CFile& file) {
+  const std::string_view buffered = file.unread();
+  if (!buffered.empty() && buffered.front() != '\r') return buffered.front() != '>';
   const int character = file.getchar();
   file.ungetchar();
   return !file.is_at_end() && character != '>';
@@ -84,8 +78,14 @@ void CSequence_Mol::readFastaSequence(CFile& file) {
 }
 
 void CSequence_Mol::read_name(CFile& file) {
-  for (int character = file.getchar(); !file.is_at_end() && character != '\n';
-       character = file.getchar()) {
+  int character = 0;
+  while (true) {
+    const std::string_view stretch = stretch_of_line(file);
+    const std::string_view letters = stretch.substr(0, stretch.find('\r'));
+    name += letters;
+    file.skip(letters.size());
+    character = file.getchar();
+    if (file.is_at_end() || character == '\n') break;
     name += static_cast<char>(character);
   }
   // A header that the end of the file cuts off still is a record.
@@ -108,15 +108,26 @@ void CSequence_Mol::read_body(CFile& file) {
 }
 
 void CSequence_Mol::getLineOfDNA(CFile& file) {
-  for (int character = file.getchar(); !file.is_at_end() && character != '\n';
-       character = file.getchar()) {
-    const char base = kBaseOf[static_cast<std::size_t>(character)];
-    if (base == kNotAllowed) {
+  while (true) {
+    append_buffered_bases(file);
+    const int character = file.getchar();
+    if (file.is_at_end() || character == '\n') return;
+    const char base = base_of(character);
+    if (base == kNoLetter) {
       file.set_state(CFile::kEnd);
       return;
     }
-    if (base != kDropped) sequence.push_back(base);
+    if (base != kDroppedLetter) sequence.push_back(base);
   }
+}
+
+void CSequence_Mol::append_buffered_bases(CFile& file) {
+  const std::string_view stretch = stretch_of_line(file);
+  // A full block is left to `push_back`, so that it grows only for a base that needs the room.
+  const std::size_t count = std::min(stretch.size(), sequence.spare_room());
+  const std::size_t copied = copy_bases(stretch.data(), count, sequence.spare_begin());
+  sequence.commit(copied);
+  file.skip(copied);
 }
 
 void CSequence_Mol::writeSequence(std::FILE* stream, int width) const {

@@ -46,6 +46,9 @@ class CSequence_Mol {
  private:
   void read_name(CFile& file);
   void read_body(CFile& file);
+  /// Takes the bases at hand, up to the first character that is none or the end of the line, of the
+  /// buffer or of the block of bases.
+  void append_buffered_bases(CFile& file);
 };
 
 }  // namespace quorix

@@ -76,5 +76,38 @@ TEST(Reader, agrees_with_its_plain_twin_on_random_texts) {
   }
 }
 
+/// A line of up to `longest` characters, with an odd one at some places.
+std::string draw_line(RandomEngine& engine, std::size_t longest) {
+  const std::string letters = draw_chance(engine, 50) ? "ACGT" : "ACGTNacgtn";
+  const std::string odd_letters = "URyk- *\r\t>#7\xC1";
+  std::string line = draw_letters(engine, draw_between(engine, 0, longest), letters);
+  if (line.empty() || draw_chance(engine, 50)) return line;
+  for (std::size_t count = draw_between(engine, 1, 3); count > 0; --count) {
+    line[draw_between(engine, 0, line.size() - 1)] =
+        odd_letters[draw_between(engine, 0, draw_chance(engine, 90) ? 8 : odd_letters.size() - 1)];
+  }
+  return line;
+}
+
+TEST(Reader, agrees_with_its_plain_twin_on_texts_of_long_lines) {
+  constexpr std::uint64_t kCaseCount = 20'000;
+  for (std::uint64_t seed = 1; seed <= kCaseCount; ++seed) {
+    RandomEngine engine(seed);
+    const std::size_t longest = draw_chance(engine, 10) ? 1500 : 90;
+    const std::string line_end = draw_chance(engine, 50) ? "\n" : "\r\n";
+    std::string text;
+    for (std::size_t count = draw_between(engine, 1, 8); count > 0; --count) {
+      if (text.empty() || draw_chance(engine, 20)) {
+        text += ">" + draw_letters(engine, draw_between(engine, 0, longest), "name >") + line_end;
+      }
+      text += draw_line(engine, longest) + line_end;
+    }
+    if (draw_chance(engine, 20)) text.resize(draw_between(engine, 0, text.size()));
+    SCOPED_TRACE("seed " + std::to_string(seed));
+    ASSERT_NO_FATAL_FAILURE(compare_readers(text, draw_between(engine, 1, 100)));
+    ASSERT_NO_FATAL_FAILURE(compare_readers(text, 1'000'000));
+  }
+}
+
 }  // namespace
 }  // namespace quorix::testing

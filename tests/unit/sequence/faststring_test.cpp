@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <cstdint>
+#include <cstring>
 #include <new>
 #include <string>
 #include <string_view>
@@ -54,6 +55,22 @@ TEST(Faststring, keeps_its_characters_when_the_block_grows) {
     expected += character;
   }
   EXPECT_EQ(view_of(text), expected);
+}
+
+TEST(Faststring, takes_characters_that_were_written_into_its_spare_room) {
+  faststring text;
+  EXPECT_EQ(text.spare_room(), 0U);
+  text.commit(0);
+  append(text, "ACGTA");
+  ASSERT_EQ(text.spare_room(), 3U);
+  std::memcpy(text.spare_begin(), "CGT", 3);
+  text.commit(2);
+  EXPECT_EQ(view_of(text), "ACGTACG");
+  EXPECT_EQ(text.spare_room(), 1U);
+  text.commit(1);
+  EXPECT_EQ(view_of(text), "ACGTACGT");
+  EXPECT_EQ(text.spare_room(), 0U);
+  EXPECT_EQ(text.capacity(), 8U);
 }
 
 TEST(Faststring, reserves_exactly_one_byte_more_than_asked_for) {

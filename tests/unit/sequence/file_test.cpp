@@ -202,6 +202,37 @@ TEST(File, starts_anew_when_it_is_opened_again) {
   EXPECT_EQ(file.state(), 5);
 }
 
+TEST(File, shows_what_is_buffered_and_takes_as_much_of_it_as_asked_for) {
+  CScriptedFile file({read_of("ACGT\r\nA"), read_of("C")});
+  EXPECT_EQ(file.unread(), "");  // nothing is read for it
+  EXPECT_EQ(file.getchar(), 'A');
+  EXPECT_EQ(file.unread(), "CGT\r\nA");
+  file.skip(2);
+  EXPECT_EQ(file.unread(), "T\r\nA");
+  file.ungetchar();
+  EXPECT_EQ(file.unread(), "GT\r\nA");
+  file.skip(2);
+  EXPECT_EQ(file.line_number(), 1U);
+  EXPECT_EQ(file.getchar(), '\n');
+  EXPECT_EQ(file.line_number(), 2U);
+  EXPECT_EQ(file.unread(), "A");
+  file.skip(1);
+  EXPECT_EQ(file.unread(), "");
+  EXPECT_EQ(file.getchar(), 'C');
+  EXPECT_EQ(file.state(), CFile::kGood);
+}
+
+TEST(File, shows_nothing_once_it_is_at_its_end) {
+  CScriptedFile file({read_of("ACGT")});
+  EXPECT_EQ(file.getchar(), 'A');
+  file.set_state(CFile::kEnd);
+  EXPECT_EQ(file.unread(), "");
+  file.set_state(CFile::kFail | CFile::kEnd);
+  EXPECT_EQ(file.unread(), "");
+  file.set_state(CFile::kGood);
+  EXPECT_EQ(file.unread(), "CGT");
+}
+
 TEST(File, keeps_its_state_when_it_is_closed_and_gives_no_more_blocks) {
   CScriptedFile file({read_of("AC"), read_of("GT")});
   EXPECT_EQ(file.getchar(), 'A');

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <array>
 #include <cassert>
-#include <string>
 
 namespace quorix {
 
@@ -31,12 +30,16 @@ struct LeastRotation {
 
 LeastRotation find_least_rotation(std::string_view text) {
   const std::size_t length = text.size();
+  // Both terms of an index are less than the length.
+  const auto letter_at = [text, length](std::size_t index) {
+    return static_cast<unsigned char>(text[index < length ? index : index - length]);
+  };
   std::size_t best = 0;
   std::size_t rival = 1;
   std::size_t matched = 0;
   while (best < length && rival < length && matched < length) {
-    const auto best_letter = static_cast<unsigned char>(text[(best + matched) % length]);
-    const auto rival_letter = static_cast<unsigned char>(text[(rival + matched) % length]);
+    const unsigned char best_letter = letter_at(best + matched);
+    const unsigned char rival_letter = letter_at(rival + matched);
     if (best_letter == rival_letter) {
       ++matched;
       continue;
@@ -54,30 +57,35 @@ LeastRotation find_least_rotation(std::string_view text) {
 void CDnaString::assign(std::string_view text) {
   clear();
   reserve(text.size());
-  for (const char letter : text) push_back(letter);
+  text.copy(spare_begin(), text.size());
+  commit(text.size());
 }
 
 std::int32_t CDnaString::setToReverseComplementOf(const CDnaString& source) {
-  const std::string letters(source.view());
-  clear();
-  reserve(letters.size());
+  become(source);
+  std::reverse(data(), data() + size());
   std::int32_t unknown_count = 0;
-  for (auto letter = letters.rbegin(); letter != letters.rend(); ++letter) {
-    const char complement = kComplementOf[static_cast<unsigned char>(*letter)];
-    if (complement == kNoComplement) ++unknown_count;
-    push_back(complement);
+  for (char* letter = data(); letter != data() + size(); ++letter) {
+    *letter = kComplementOf[static_cast<unsigned char>(*letter)];
+    if (*letter == kNoComplement) ++unknown_count;
   }
   return unknown_count;
 }
 
 bool CDnaString::setToMinAlphaRepModCyclicPermOf(const CDnaString& source) {
   assert(source.size() > 0);
-  const LeastRotation least = find_least_rotation(source.view());
-  std::string rotated(source.view());
-  std::rotate(rotated.begin(), rotated.begin() + static_cast<std::ptrdiff_t>(least.start),
-              rotated.end());
-  assign(rotated);
+  become(source);
+  const LeastRotation least = find_least_rotation(view());
+  std::rotate(data(), data() + least.start, data() + size());
   return least.is_periodic;
+}
+
+void CDnaString::become(const CDnaString& source) {
+  if (this == &source) {
+    reserve(size());
+  } else {
+    assign(source.view());
+  }
 }
 
 }  // namespace quorix

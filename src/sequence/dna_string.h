@@ -38,6 +38,10 @@ class CDnaString : public faststring {
   /// comparison rules out (Y. Shiloach, Fast canonization of circular strings, 1981).
   /// REQUIRES: `source` is not empty. Throws: std::bad_alloc.
   bool setToMinAlphaRepModCyclicPermOf(const CDnaString& source);
+
+ private:
+  /// Becomes a copy of `source`, which may be this string, in a block as `assign` leaves it.
+  void become(const CDnaString& source);
 };
 
 }  // namespace quorix

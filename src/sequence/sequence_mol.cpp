@@ -5,12 +5,14 @@
 #include <string_view>
 
 #include "sequence/base_letters.h"
+#include "sequence/stream_text.h"
 
 namespace quorix {
 
 namespace {
 
 constexpr std::size_t kReservedBases = 10'000'000;
+constexpr std::size_t kWrittenBlockSize = 65'536;
 constexpr int kDna = 0;
 
 /// Bytes in which the end of a line is looked for at a time. An odd character makes the reader look
@@ -132,11 +134,16 @@ void CSequence_Mol::append_buffered_bases(CFile& file) {
 
 void CSequence_Mol::writeSequence(std::FILE* stream, int width) const {
   assert(width >= 1);
-  std::fprintf(stream, ">%s\n", name.c_str());
+  char block[kWrittenBlockSize];
+  CStreamText text(stream, block);
+  text.add('>');
+  text.add(name.c_str());  // a NUL in the name ends it
+  text.add('\n');
+  const std::string_view bases(sequence.data(), sequence.size());
   const auto line_length = static_cast<std::size_t>(width);
-  for (std::size_t start = 0; start < sequence.size(); start += line_length) {
-    std::fwrite(sequence.data() + start, 1, std::min(line_length, sequence.size() - start), stream);
-    std::fputc('\n', stream);
+  for (std::size_t start = 0; start < bases.size(); start += line_length) {
+    text.add(bases.substr(start, line_length));
+    text.add('\n');
   }
 }
 

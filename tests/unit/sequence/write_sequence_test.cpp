@@ -64,6 +64,21 @@ TEST(WriteSequence, writes_masked_bases_like_others) {
   EXPECT_EQ(written("s", "ACXXGT", 80), ">s\nACXXGT\n");
 }
 
+TEST(WriteSequence, writes_a_name_up_to_its_first_nul) {
+  EXPECT_EQ(written(std::string_view("a\0b", 3), "AC", 80), ">a\nAC\n");
+}
+
+TEST(WriteSequence, writes_more_than_is_gathered_at_a_time) {
+  const std::string bases = bases_of_length(300'000);
+  for (const int width : {80, 65'535, 65'536, 65'537, 300'000}) {
+    std::string expected = ">s\n";
+    for (std::size_t start = 0; start < bases.size(); start += static_cast<std::size_t>(width)) {
+      expected += bases.substr(start, static_cast<std::size_t>(width)) + "\n";
+    }
+    EXPECT_TRUE(written("s", bases, width) == expected) << "in lines of " << width;
+  }
+}
+
 TEST(WriteSequence, writes_what_reads_back_as_the_same_record) {
   const std::string bases = bases_of_length(333);
   const std::vector<testing::ReadRecord> expected = {{"a name", bases, testing::kCleanEnd, 7}};

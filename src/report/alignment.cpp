@@ -1,6 +1,8 @@
 #include "report/alignment.h"
 
 #include <algorithm>
+#include <cstddef>
+#include <string_view>
 
 namespace quorix {
 
@@ -13,29 +15,60 @@ void append_column(Alignment& alignment, char base, char mark, char unit_charact
 }
 
 void append_beside_repeat(Alignment& alignment, const char* first, const char* last) {
-  for (const char* base = first; base != last; ++base) append_column(alignment, *base, ' ', ' ');
+  const auto count = static_cast<std::size_t>(last - first);
+  alignment.bases.append(first, count);
+  alignment.marks.append(count, ' ');
+  alignment.unit.append(count, ' ');
 }
 
-/// Walks the bases, the unit and the sorted edits in step.
+/// Appends a mark for each of `bases`, of which none is edited.
+void append_marks(std::string& marks, std::string_view bases) {
+  const std::size_t start = marks.size();
+  marks.append(bases.size(), '|');
+  for (std::size_t i = bases.find('N'); i != std::string_view::npos; i = bases.find('N', i + 1)) {
+    marks[start + i] = '*';
+  }
+}
+
+/// Appends `count` characters of copies of `unit` in a row, from its character `offset` on,
+/// 0-based.
+void append_copies(std::string& line, std::string_view unit, std::size_t offset,
+                   std::size_t count) {
+  const std::size_t start = line.size();
+  const std::size_t end = start + count;
+  line += unit.substr(offset, count);
+  line += unit.substr(0, std::min(offset, end - line.size()));
+  // What stands there is as good as the unit, and twice as long each time.
+  while (line.size() < end) {
+    line.append(line, start, std::min(line.size() - start, end - line.size()));
+  }
+}
+
+/// Walks the bases, the unit and the sorted edits in step, from edit to edit.
 void append_repeat(Alignment& alignment, const Csat& repeat) {
-  const auto next_in_unit = [&repeat](const char* character) {
-    return character + 1 == repeat.unit_end ? repeat.unit_begin : character + 1;
-  };
+  const std::string_view unit(repeat.unit_begin, static_cast<std::size_t>(repeat.unit_length()));
   const Edit* edit = repeat.missense.begin();
-  const char* unit_character = next_in_unit(repeat.unit_pos_left);
   const char* base = repeat.start;
+  // The unit character for the base, 0-based.
+  auto offset =
+      static_cast<std::size_t>(repeat.unit_pos_left + 1 - repeat.unit_begin) % unit.size();
 
   while (base != repeat.end) {
     if (edit == repeat.missense.end() || edit->position != base) {
-      append_column(alignment, *base, *base == 'N' ? '*' : '|', *unit_character);
-      ++base;
-      unit_character = next_in_unit(unit_character);
+      const bool is_edit_ahead = edit != repeat.missense.end() && edit->position > base;
+      const char* const next = is_edit_ahead ? std::min(edit->position, repeat.end) : repeat.end;
+      const std::string_view run(base, static_cast<std::size_t>(next - base));
+      alignment.bases += run;
+      append_marks(alignment.marks, run);
+      append_copies(alignment.unit, unit, offset, run.size());
+      offset = (offset + run.size()) % unit.size();
+      base = next;
       continue;
     }
     const char kind = edit->kind;
-    append_column(alignment, kind == 'D' ? '-' : *base, ' ', kind == 'I' ? '-' : *unit_character);
+    append_column(alignment, kind == 'D' ? '-' : *base, ' ', kind == 'I' ? '-' : unit[offset]);
     if (kind != 'D') ++base;
-    if (kind != 'I') unit_character = next_in_unit(unit_character);
+    if (kind != 'I') offset = offset + 1 == unit.size() ? 0 : offset + 1;
     ++edit;
   }
 }

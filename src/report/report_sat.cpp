@@ -2,20 +2,27 @@
 // formats, and on request its bases or its alignment.
 
 #include <cmath>
-#include <cstring>
+#include <cstddef>
+#include <cstdio>
+#include <string>
 #include <string_view>
 
 #include "report/alignment.h"
 #include "report/csat.h"
 #include "report/repeat_names.h"
+#include "report/report_text.h"
 #include "sequence/dna_string.h"
 #include "sequence/reducible_unit.h"
 #include "sequence/sequence_mol.h"
+#include "sequence/stream_text.h"
 #include "settings/settings.h"
 
 namespace quorix {
 
 namespace {
+
+/// Bytes in which the report of a repeat is put together; nearly every one fits.
+constexpr std::size_t kBlockSize = 4096;
 
 /// What an information line tells, whatever its format.
 struct RepeatFigures {
@@ -40,102 +47,123 @@ bool bring_unit_into_form(CDnaString& unit) {
     const char* const letters = unit.c_str();
     return isReducibleUnit_global(letters, letters + unit.size());
   }
-  CDnaString least;
-  const bool is_reducible = least.setToMinAlphaRepModCyclicPermOf(unit);
   if (global_report_unit_mode != kUnitAlphabeticalBothStrands) {
-    unit.assign(least.view());
-    return is_reducible;
+    return unit.setToMinAlphaRepModCyclicPermOf(unit);
   }
   CDnaString complement;
   complement.setToReverseComplementOf(unit);
-  CDnaString least_complement;
-  const bool is_complement_reducible = least_complement.setToMinAlphaRepModCyclicPermOf(complement);
-  const bool is_complement_greater = std::strcmp(least_complement.c_str(), least.c_str()) > 0;
-  unit.assign(is_complement_greater ? least.view() : least_complement.view());
+  const bool is_complement_reducible = complement.setToMinAlphaRepModCyclicPermOf(complement);
+  unit.setToMinAlphaRepModCyclicPermOf(unit);
+  if (complement.view() < unit.view()) unit.assign(complement.view());
   return is_complement_reducible;
 }
 
 /// The class name, 16 characters wide for unit lengths of up to five digits.
-void print_class_name(std::FILE* stream, long long unit_length) {
+void add_class_name(CStreamText& report, long long unit_length) {
   if (unit_length < static_cast<long long>(REPEAT_NAMES.size())) {
-    std::fprintf(stream, "%16s", REPEAT_NAMES[static_cast<std::size_t>(unit_length)]);
+    add_column(report, REPEAT_NAMES[static_cast<std::size_t>(unit_length)], 16);
   } else {
-    std::fprintf(stream, "%5lld-nucleotide", unit_length);
+    add_number(report, unit_length, 5);
+    report.add("-nucleotide");
   }
+}
+
+/// A number and what stands behind it.
+void add_figure(CStreamText& report, long long number, std::size_t width, std::string_view behind) {
+  add_number(report, number, width);
+  report.add(behind);
 }
 
 /// The columns that the two formats of our own share.
-void print_common_columns(std::FILE* stream, const Csat& repeat, const RepeatFigures& figures) {
-  print_class_name(stream, figures.unit_length);
-  std::fprintf(stream, " %9lld : %9lld | %6lld bp | %6lld BP | %6d pt | %7.3f %% |",
-               figures.first_position, figures.last_position, figures.length,
-               figures.normalized_length, repeat.score, figures.perfection);
+void add_common_columns(CStreamText& report, const Csat& repeat, const RepeatFigures& figures) {
+  add_class_name(report, figures.unit_length);
+  report.add(' ');
+  add_figure(report, figures.first_position, 9, " : ");
+  add_figure(report, figures.last_position, 9, " | ");
+  add_figure(report, figures.length, 6, " bp | ");
+  add_figure(report, figures.normalized_length, 6, " BP | ");
+  add_figure(report, repeat.score, 6, " pt | ");
+  add_decimals(report, figures.perfection);
+  report.add(" % |");
 }
 
-void print_quorix_format(std::FILE* stream, const Csat& repeat, const RepeatFigures& figures,
-                         const char* unit) {
-  print_common_columns(stream, repeat, figures);
-  std::fprintf(stream, " unit %s\n", unit);
+void add_unit(CStreamText& report, std::string_view unit) {
+  report.add(" unit ");
+  report.add(unit);
+  report.add('\n');
 }
 
-void print_extended_format(std::FILE* stream, const Csat& repeat, const RepeatFigures& figures,
-                           const char* unit) {
-  print_common_columns(stream, repeat, figures);
-  std::fprintf(stream, " %3lld mis | %3lld ins | %3lld del | ",
-               static_cast<long long>(repeat.mismatches), static_cast<long long>(repeat.insertions),
-               static_cast<long long>(repeat.deletions));
-  if (!global_treat_Ns_as_missense) {
-    std::fprintf(stream, "%3lld N | ", static_cast<long long>(repeat.n_count));
-  }
-  std::fprintf(stream, " unit %s\nMissense: ", unit);
+void add_quorix_format(CStreamText& report, const Csat& repeat, const RepeatFigures& figures,
+                       std::string_view unit) {
+  add_common_columns(report, repeat, figures);
+  add_unit(report, unit);
+}
+
+void add_extended_format(CStreamText& report, const Csat& repeat, const RepeatFigures& figures,
+                         std::string_view unit) {
+  add_common_columns(report, repeat, figures);
+  report.add(' ');
+  add_figure(report, repeat.mismatches, 3, " mis | ");
+  add_figure(report, repeat.insertions, 3, " ins | ");
+  add_figure(report, repeat.deletions, 3, " del | ");
+  if (!global_treat_Ns_as_missense) add_figure(report, repeat.n_count, 3, " N | ");
+  add_unit(report, unit);
+  report.add("Missense: ");
   for (const Edit& edit : repeat.missense) {
-    std::fprintf(stream, "(%lld,%c),", static_cast<long long>(edit.position - repeat.start) + 1,
-                 edit.kind);
+    report.add('(');
+    add_figure(report, (edit.position - repeat.start) + 1, 0, ",");
+    report.add(edit.kind);
+    report.add("),");
   }
-  std::fputc('\n', stream);
+  report.add('\n');
 }
 
-void print_sputnik_format(std::FILE* stream, const Csat& repeat, const RepeatFigures& figures,
-                          const char* unit) {
+void add_sputnik_format(CStreamText& report, const Csat& repeat, const RepeatFigures& figures,
+                        std::string_view unit) {
   // A repeat of N's alone has no perfection; no number of percent may be made of it.
   const long long rounded_perfection =
       std::isfinite(figures.perfection) ? static_cast<long long>(figures.perfection + 0.5) : 0;
-  std::fprintf(stream, "%s %lld : %lld -- length %lld score %d perfection %lld unit %s\n",
-               get_repeat_name(figures.unit_length), figures.first_position, figures.last_position,
-               figures.normalized_length, repeat.score, rounded_perfection, unit);
-  std::fflush(stream);
+  report.add(get_repeat_name(figures.unit_length));
+  report.add(' ');
+  add_figure(report, figures.first_position, 0, " : ");
+  add_figure(report, figures.last_position, 0, " -- length ");
+  add_figure(report, figures.normalized_length, 0, " score ");
+  add_figure(report, repeat.score, 0, " perfection ");
+  add_figure(report, rounded_perfection, 0, "");
+  add_unit(report, unit);
 }
 
-void print_information(std::FILE* stream, const Csat& repeat, const SequenceText& text,
-                       const char* unit) {
+void add_information(CStreamText& report, const Csat& repeat, const SequenceText& text,
+                     std::string_view unit) {
   const RepeatFigures figures = figures_of(repeat, text);
   switch (global_print_sat_mode) {
     case kFormatQuorix:
-      return print_quorix_format(stream, repeat, figures, unit);
+      return add_quorix_format(report, repeat, figures, unit);
     case kFormatSputnik:
-      return print_sputnik_format(stream, repeat, figures, unit);
+      return add_sputnik_format(report, repeat, figures, unit);
     default:
-      return print_extended_format(stream, repeat, figures, unit);
+      return add_extended_format(report, repeat, figures, unit);
   }
 }
 
-void print_bases(std::FILE* stream, const char* first, const char* last, char end_mark) {
-  std::fwrite(first, 1, static_cast<std::size_t>(last - first), stream);
-  std::fputc(end_mark, stream);
+void add_bases(CStreamText& report, const char* first, const char* last, char end_mark) {
+  report.add(std::string_view(first, static_cast<std::size_t>(last - first)));
+  report.add(end_mark);
 }
 
-void print_sequence(std::FILE* stream, const Csat& repeat, const SequenceText& text) {
-  if (global_flanking <= 0) return print_bases(stream, repeat.start, repeat.end, '\n');
+void add_sequence(CStreamText& report, const Csat& repeat, const SequenceText& text) {
+  if (global_flanking <= 0) return add_bases(report, repeat.start, repeat.end, '\n');
   const Flanks flanks = flanks_of(repeat, text, global_flanking);
-  print_bases(stream, flanks.left_begin, repeat.start, ':');
-  print_bases(stream, repeat.start, repeat.end, ':');
-  print_bases(stream, repeat.end, flanks.right_end, '\n');
+  add_bases(report, flanks.left_begin, repeat.start, ':');
+  add_bases(report, repeat.start, repeat.end, ':');
+  add_bases(report, repeat.end, flanks.right_end, '\n');
 }
 
-void print_alignment(std::FILE* stream, const Csat& repeat, const SequenceText& text) {
+void add_alignment(CStreamText& report, const Csat& repeat, const SequenceText& text) {
   const Alignment alignment = align(repeat, text, global_flanking);
   for (const std::string* line : {&alignment.bases, &alignment.marks, &alignment.unit}) {
-    print_bases(stream, line->data(), line->data() + line->size(), '\n');
+    report.add(*line);
+    report.add('\n');
   }
 }
 
@@ -148,9 +176,16 @@ void Csat::report_sat(std::FILE* stream, CSequence_Mol& sequence) const {
   CDnaString unit(std::string_view(unit_begin, static_cast<std::size_t>(unit_length())));
   if (bring_unit_into_form(unit)) return;
 
-  print_information(stream, *this, text, unit.c_str());
-  if (global_print_sat_seq_mode == kPrintSequence) print_sequence(stream, *this, text);
-  if (global_print_sat_seq_mode == kPrintAlignment) print_alignment(stream, *this, text);
+  char block[kBlockSize];
+  CStreamText report(stream, block);
+  add_information(report, *this, text, unit.view());
+  if (global_print_sat_mode == kFormatSputnik) {
+    // Whoever waits for the next line of this format gets it at once.
+    report.hand_over();
+    std::fflush(stream);
+  }
+  if (global_print_sat_seq_mode == kPrintSequence) add_sequence(report, *this, text);
+  if (global_print_sat_seq_mode == kPrintAlignment) add_alignment(report, *this, text);
 }
 
 }  // namespace quorix

@@ -1,17 +1,19 @@
 #!/usr/bin/env bash
 # Installs the Debian packages that a purpose needs, and of those only the missing ones:
 #
-#   scripts/setup.sh run | test | coverage | measure
+#   scripts/setup.sh run | test | coverage | measure | bench
 #
+# For bench, a program that is only measured beside ours is installed if that can be done.
 # It needs root or sudo only while a package is missing; where all are there, apt is not called.
 # All that it says goes to standard error.
 set -euo pipefail
 
 readonly run_packages=(g++ cmake make libtclap-dev libhwy-dev)
 readonly test_packages=("${run_packages[@]}"
-  libgtest-dev librapidcheck-dev clang clang-format clang-tidy)
+  libgtest-dev librapidcheck-dev libbenchmark-dev clang clang-format clang-tidy)
 readonly coverage_packages=("${run_packages[@]}" libgtest-dev librapidcheck-dev gcovr)
 readonly measure_packages=("${run_packages[@]}" time)
+readonly bench_packages=("${run_packages[@]}" libbenchmark-dev)
 
 say() { printf '%s\n' "$*" >&2; }
 
@@ -62,8 +64,9 @@ main() {
     test) packages=("${test_packages[@]}") ;;
     coverage) packages=("${coverage_packages[@]}") ;;
     measure) packages=("${measure_packages[@]}") ;;
+    bench) packages=("${bench_packages[@]}") ;;
     *)
-      say "usage: scripts/setup.sh run | test | coverage | measure"
+      say "usage: scripts/setup.sh run | test | coverage | measure | bench"
       exit 2
       ;;
   esac
@@ -75,6 +78,11 @@ main() {
     is_installed "$package" || missing+=("$package")
   done
   [ ${#missing[@]} -eq 0 ] || install "${missing[@]}"
+
+  # In a subshell, since giving up ends it.
+  if [ "${1-}" = bench ] && ! is_installed tantan; then
+    (install tantan) || say "setup: tantan is left out"
+  fi
 }
 
 main "$@"

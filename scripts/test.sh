@@ -24,8 +24,8 @@ say_where_it_ended() { # STATUS
 }
 
 check_format() {
-  stage "Format of src and tests (clang-format)"
-  find src tests \( -name '*.cpp' -o -name '*.h' \) -print0 | sort --zero-terminated |
+  stage "Format of src, tests and bench (clang-format)"
+  find src tests bench \( -name '*.cpp' -o -name '*.h' \) -print0 | sort --zero-terminated |
     xargs --null clang-format --dry-run -Werror
 }
 
@@ -56,9 +56,9 @@ lint_file() { # FILE
 export -f lint_file
 
 lint() {
-  stage "Lint of src (clang-tidy)"
+  stage "Lint of src and bench (clang-tidy)"
   # shellcheck disable=SC2016  # the $1 is for the inner shell
-  find src -name '*.cpp' -print0 | sort --zero-terminated |
+  find src bench -name '*.cpp' -print0 | sort --zero-terminated |
     xargs --null --max-args=1 --max-procs="$jobs" bash -c 'lint_file "$1"' lint_file
 }
 

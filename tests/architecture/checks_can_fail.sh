@@ -1,20 +1,22 @@
 #!/usr/bin/env bash
-# Plants faults into copies of the source tree and fails unless the checks beside this file find
+# Plants faults into copies of the source trees and fails unless the checks beside this file find
 # every one of them, and nothing in the copy without a fault.
 #
-#   checks_can_fail.sh SOURCE_FOLDER PLAIN_PROGRAM
+#   checks_can_fail.sh SOURCE_FOLDER BENCH_FOLDER PLAIN_PROGRAM
 #
 # PLAIN_PROGRAM is one that does hold the plain engine.
 set -euo pipefail
 
-[ $# -eq 2 ] || { echo 'usage: checks_can_fail.sh SOURCE_FOLDER PLAIN_PROGRAM' >&2 && exit 2; }
+[ $# -eq 3 ] ||
+  { echo 'usage: checks_can_fail.sh SOURCE_FOLDER BENCH_FOLDER PLAIN_PROGRAM' >&2 && exit 2; }
 checks=$(dirname -- "$(readlink -f -- "${BASH_SOURCE[0]}")")
 source_folder=$1
-plain_program=$2
-readonly checks source_folder plain_program
+bench_folder=$2
+plain_program=$3
+readonly checks source_folder bench_folder plain_program
 
 scratch=$(mktemp --directory)
-readonly copy="$scratch/src"
+readonly copy="$scratch/src" bench_copy="$scratch/bench"
 trap 'rm -rf -- "$scratch"' EXIT
 failures=0
 
@@ -46,6 +48,29 @@ expect_include_finding() {
 fresh_copy
 "$checks/check_include_layers.sh" "$copy"
 "$checks/check_file_lengths.sh" "$copy"
+
+# The same for the benchmarks.
+expect_bench_finding() { # FILE LINE TEXT
+  rm -rf -- "$bench_copy"
+  cp -R -- "$bench_folder" "$bench_copy"
+  printf '%s\n' "$2" >>"$bench_copy/$1"
+  expect_finding "$3" check_bench_includes.sh "$bench_copy"
+}
+
+"$checks/check_bench_includes.sh" "$bench_folder"
+"$checks/check_file_lengths.sh" "$bench_folder"
+expect_bench_finding macro/generate.cpp '#include "sequence/dna_string.h"' \
+  '"sequence/dna_string.h" may not be included here'
+expect_bench_finding macro/stopwatch.cpp '#include <benchmark/benchmark.h>' \
+  '"benchmark/benchmark.h" may not be included here'
+expect_bench_finding macro/read_only.cpp '  #  include "search/score.h"' \
+  '"search/score.h" may not be included here'
+expect_bench_finding micro/search_bench.cpp '#include "reference/plain_engine.h"' \
+  '"reference/plain_engine.h" may not be included here'
+expect_bench_finding micro/search_bench.cpp '#include "search/../driver/run.h"' \
+  '"search/../driver/run.h" may not be included here'
+expect_bench_finding micro/report_bench.cpp '#include <gtest/gtest.h>' \
+  '"gtest/gtest.h" may not be included here'
 
 # One include against the picture for each layer that has one above it or beside it.
 expect_include_finding settings/settings.cpp '#include "driver/clock.h"' \

@@ -109,9 +109,7 @@ measure() {
       2>"$scratch/stderr" 3>"$scratch/result"
     outcome=$(cut -d ' ' -f 3 "$scratch/result")
     cat "$scratch/result" >>"$scratch/figures"
-    if [ "$outcome" = over ]; then
-      break
-    fi
+    [[ $outcome = 0 || $outcome = over ]] || tail -n 3 "$scratch/stderr" >&2
   done
   seconds=$(sort --numeric-sort "$scratch/figures" |
     awk '{ s[NR] = $1 } END { print s[int((NR + 1) / 2)] }')

@@ -18,6 +18,9 @@
 # a minute for it, else as many copies as that allows, or a shorter slice, and is run once; times
 # are compared a base. On what both have searched, both must have written the same.
 #
+# A generated input is named in the words that quorix_generate takes. A verdict is open where a run
+# over the limit hides it.
+#
 # The status is 1 if outputs differ or a program fails; a missed target is told, and no error.
 set -euo pipefail
 export LC_ALL=C # decimal points

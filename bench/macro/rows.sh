@@ -110,9 +110,9 @@ against_the_plain_engine() {
   compare long/20/human 40 '-U 20' "$human 100000"
   compare long/20/yeast-hardmasked 40 '-U 20' 'genome yeast-chrI-hardmasked.fa'
   compare long/50/human 150 '-U 50' "$human 100000" "$human 50000"
-  compare long/50/random 500 '-U 50' 'random 100000 1 1' 'random 50000 1 1'
+  compare long/50/random 500 '-U 50' 'random 100000 1 1' 'random 30000 1 1'
   compare long/100/human 200 '-U 100' "$human 100000" "$human 10000"
-  compare long/100/random 1000 '-U 100' 'random 50000 1 1' 'random 10000 1 1'
+  compare long/100/random 1000 '-U 100' 'random 50000 1 1' 'random 4000 1 1'
 
   compare satellite/human-cen 100 '-u 160 -U 180' 'genome human-cen-100k.fa' \
     'slice human-cen-100k.fa 8000'

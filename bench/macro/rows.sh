@@ -117,7 +117,7 @@ against_the_plain_engine() {
   compare satellite/human-cen 100 '-u 160 -U 180' 'genome human-cen-100k.fa' \
     'slice human-cen-100k.fa 8000'
   compare satellite/worm-tr 100 '-u 160 -U 180' 'genome worm-tr-chrII.fa' \
-    'slice worm-tr-chrII.fa 8000'
+    'slice worm-tr-chrII.fa 5000'
   compare satellite/human-500 1000 '-U 500' 'slice human-chr2-2.3M-softmasked.fa 2000000' \
     'slice human-chr2-2.3M-softmasked.fa 2000'
 

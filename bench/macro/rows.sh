@@ -119,7 +119,7 @@ against_the_plain_engine() {
   compare satellite/worm-tr 100 '-u 160 -U 180' 'genome worm-tr-chrII.fa' \
     'slice worm-tr-chrII.fa 5000'
   compare satellite/human-500 1000 '-U 500' 'slice human-chr2-2.3M-softmasked.fa 2000000' \
-    'slice human-chr2-2.3M-softmasked.fa 2000'
+    'slice human-chr2-2.3M-softmasked.fa 1500'
 
   compare records/small 8 '-M imperfect' 'random 300 1000000 1' 'random 300 100000 1'
 }

@@ -3,7 +3,6 @@
 
 #include <algorithm>
 
-#include "search/kernel/score_bound.h"
 #include "search/score.h"
 #include "search/search_controller.h"
 #include "settings/settings.h"
@@ -39,7 +38,7 @@ bool CSearchController::grow_exact_and_test(Csat& sat) const {
 bool CSearchController::grow_and_test(Csat& sat, const char* left_limit) {
   const GrowthRules rules{left_limit + 1, text_end(), -std::int64_t{global_mismatch_score},
                           -std::int64_t{global_indel_score}, is_N_neutral()};
-  if (!may_reach_score(
+  if (!score_bound_.may_reach(
           {sat.start, sat.end, sat.unit_begin, sat.unit_end, sat.unit_pos_right - sat.unit_begin,
            sat.unit_pos_left - sat.unit_begin, sat.score},
           rules, (*minScores)[static_cast<std::uint64_t>(sat.unit_length())])) {

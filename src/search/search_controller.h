@@ -26,6 +26,7 @@
 #include <memory>
 
 #include "report/csat.h"
+#include "search/kernel/score_bound.h"
 #include "search/look_ahead.h"
 #include "search/sat_container.h"
 #include "search/seed_filter.h"
@@ -195,6 +196,7 @@ class CSearchController {
 
   void report_head(std::FILE* stream) const;
 
+  CScoreBound score_bound_;
   CLookAhead look_ahead_;
   std::unique_ptr<CSeedFilter> seed_filter_;  ///< null until the first scan
 };

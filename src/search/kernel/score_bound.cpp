@@ -195,8 +195,13 @@ constexpr std::int64_t kMostStartValue = 60'000;
 
 }  // namespace
 
-bool may_reach_score(const GrowingRepeat& repeat, const GrowthRules& rules,
-                     std::int64_t min_score) {
+CScoreBound::CScoreBound() {
+  hwy::GetChosenTarget().Update(hwy::SupportedTargets());
+  fill_table_ = HWY_DISPATCH_TABLE(fill_table)[hwy::GetChosenTarget().GetIndex()];
+}
+
+bool CScoreBound::may_reach(const GrowingRepeat& repeat, const GrowthRules& rules,
+                            std::int64_t min_score) const {
   if (repeat.score >= min_score) return true;
   const std::ptrdiff_t unit_length = repeat.unit_end - repeat.unit_begin;
   // Without a gain the differences reach as far as the score can pay for; half as much again is for
@@ -226,7 +231,7 @@ bool may_reach_score(const GrowingRepeat& repeat, const GrowthRules& rules,
                    rules.is_N_neutral,
                    repeat.score + unit_length,
                    min_score + unit_length};
-  const TableOutcome right = HWY_DYNAMIC_DISPATCH(fill_table)(table, is_narrow, lane_count);
+  const TableOutcome right = fill_table_(table, is_narrow, lane_count);
   if (right.is_open) return true;
 
   table.first_base = repeat.start - 1;
@@ -235,7 +240,7 @@ bool may_reach_score(const GrowingRepeat& repeat, const GrowthRules& rules,
   table.bases_behind = rules.text_end - repeat.start;
   table.skipped = unit_length - 1 - repeat.left_phase;
   table.start_value = right.best_value;
-  return HWY_DYNAMIC_DISPATCH(fill_table)(table, is_narrow, lane_count).is_open;
+  return fill_table_(table, is_narrow, lane_count).is_open;
 }
 
 }  // namespace quorix

@@ -18,6 +18,7 @@
 /// only the two before it, so a whole row is computed by a few vector operations, with scores as
 /// unsigned bytes counted from the floor: 0 is dead, and saturating subtraction lets a state die.
 
+#include <cstddef>
 #include <cstdint>
 
 namespace quorix {
@@ -42,9 +43,21 @@ struct GrowthRules {
   bool is_N_neutral;
 };
 
-/// False only if no growth of `repeat` to the right and then to the left reaches `min_score`. Near
-/// the ends of the text, and where the table would get too large, the answer is true.
-[[nodiscard]] bool may_reach_score(const GrowingRepeat& repeat, const GrowthRules& rules,
-                                   std::int64_t min_score);
+struct ScoreTable;
+struct TableOutcome;
+
+class CScoreBound {
+ public:
+  /// Chooses the instructions of this processor.
+  CScoreBound();
+
+  /// False only if no growth of `repeat` to the right and then to the left reaches `min_score`.
+  /// Near the ends of the text, and where the table would get too large, the answer is true.
+  [[nodiscard]] bool may_reach(const GrowingRepeat& repeat, const GrowthRules& rules,
+                               std::int64_t min_score) const;
+
+ private:
+  TableOutcome (*fill_table_)(const ScoreTable& table, bool is_narrow, std::ptrdiff_t lane_count);
+};
 
 }  // namespace quorix

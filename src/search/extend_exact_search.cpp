@@ -23,7 +23,7 @@ void CSearchController::search_exact_and_extend_to_imperfect_repeats() {
   std::list<Csat*>& accepted = imperfect_sat_list.sat_list;
   while (!seeds.empty()) {
     const auto seed = seeds.begin();
-    if (grow_and_test(**seed, before_text())) {
+    if (may_grow(**seed) && grow_and_test(**seed, before_text())) {
       accepted.splice(accepted.end(), seeds, seed);
     } else {
       sat_alloc.take(seeds, seed, std::next(seed));

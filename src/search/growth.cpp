@@ -36,20 +36,21 @@ bool CSearchController::grow_exact_and_test(Csat& sat) const {
 }
 
 bool CSearchController::grow_and_test(Csat& sat, const char* left_limit) {
-  const GrowthRules rules{left_limit + 1, text_end(), -std::int64_t{global_mismatch_score},
-                          -std::int64_t{global_indel_score}, is_N_neutral()};
-  if (!score_bound_.may_reach(
-          {sat.start, sat.end, sat.unit_begin, sat.unit_end, sat.unit_pos_right - sat.unit_begin,
-           sat.unit_pos_left - sat.unit_begin, sat.score},
-          rules, (*minScores)[static_cast<std::uint64_t>(sat.unit_length())])) {
-    return false;
-  }
   extend_imperfect_forward(sat, text_end());
   extend_imperfect_backward(sat, left_limit);
   sat.remove_Ns_at_ends();
   if (!passes_active_thresholds(sat)) return false;
   std::sort(sat.missense.begin(), sat.missense.end(), Csat::lessThan_missense());
   return true;
+}
+
+bool CSearchController::may_grow(const Csat& sat) const {
+  const GrowthRules rules{text_begin(), text_end(), -std::int64_t{global_mismatch_score},
+                          -std::int64_t{global_indel_score}, is_N_neutral()};
+  return score_bound_.may_reach(
+      {sat.start, sat.end, sat.unit_begin, sat.unit_end, sat.unit_pos_right - sat.unit_begin,
+       sat.unit_pos_left - sat.unit_begin, sat.score},
+      rules, (*minScores)[static_cast<std::uint64_t>(sat.unit_length())]);
 }
 
 }  // namespace quorix

@@ -171,6 +171,8 @@ class CSearchController {
 
   /// Grows an exact candidate to both sides and tests it.
   [[nodiscard]] bool grow_exact_and_test(Csat& sat) const;
+  /// False only if the repeat cannot grow over edits into one of the minimum score.
+  [[nodiscard]] bool may_grow(const Csat& sat) const;
   /// Grows a candidate over edits, to the left up to `left_limit`, and tests it. The edits of an
   /// accepted one are sorted.
   [[nodiscard]] bool grow_and_test(Csat& sat, const char* left_limit);

@@ -1,6 +1,7 @@
 #include "search/seed_filter.h"
 
 #include <algorithm>
+#include <bit>
 
 #include "search/kernel/lag_bound.h"
 #include "search/score.h"
@@ -15,6 +16,9 @@ constexpr std::uint64_t kLagSeedBytes = 40'000'000;
 /// More unit lengths at a time make no scan quicker.
 constexpr std::uint64_t kMostLagUnits = 512;
 
+/// From so many seeds within one batch on, a batch is quicker than one seed after the other.
+constexpr int kLeastBatch = 4;
+
 }  // namespace
 
 CSeedFilter::CSeedFilter(const char* text, std::uint64_t length, SeedUse use,
@@ -24,6 +28,7 @@ CSeedFilter::CSeedFilter(const char* text, std::uint64_t length, SeedUse use,
       thresholds_(thresholds),
       mismatch_penalty_(-std::int64_t{global_mismatch_score}),
       indel_penalty_(-std::int64_t{global_indel_score}),
+      growth_rules_{text, text + length, mismatch_penalty_, indel_penalty_, is_N_neutral()},
       planes_(text, length),
       lags_(planes_, is_N_neutral()) {}
 
@@ -72,8 +77,12 @@ const CBitSet& CSeedFilter::lag_seeds(std::uint64_t unit_length) {
 
 const CBitSet& CSeedFilter::seeds(std::uint64_t unit_length) {
   const RunRule rule = run_rule(unit_length);
-  if (rule.least_run < 1 && has_lag_bound()) return lag_seeds(unit_length);
+  if (rule.least_run < 1 && has_lag_bound()) {
+    last_seeds_ = &lag_seeds(unit_length);
+    return *last_seeds_;
+  }
 
+  last_seeds_ = &seeds_;
   seeds_.reset(planes_.length() - unit_length);
   if (rule.least_run < 1) {
     seeds_.set_range(0, seeds_.size());
@@ -82,6 +91,28 @@ const CBitSet& CSeedFilter::seeds(std::uint64_t unit_length) {
   lags_.move_to(unit_length, rule.least_run < rule.sure_run);
   find_run_seeds(lags_, rule, seeds_);
   return seeds_;
+}
+
+bool CSeedFilter::may_grow(std::uint64_t p, std::uint64_t unit_length) {
+  constexpr auto kBatch = static_cast<std::uint64_t>(CBatchBound::kSeeds);
+  const std::int64_t min_score = thresholds_.min_scores[unit_length];
+  if (batch_unit_length_ == unit_length && p >= batch_begin_ && p < batch_begin_ + kBatch) {
+    return (batch_ >> (p - batch_begin_) & 1) != 0;
+  }
+
+  const char* const base = text_ + p;
+  const std::uint32_t neighbours = static_cast<std::uint32_t>(last_seeds_->bits_from(p));
+  if (std::popcount(neighbours) < kLeastBatch) {
+    const auto last_character = static_cast<std::int64_t>(unit_length) - 1;
+    return score_bound_.may_reach(
+        {base, base + unit_length, base, base + unit_length, 0, last_character, 0}, growth_rules_,
+        min_score);
+  }
+  batch_unit_length_ = unit_length;
+  batch_begin_ = p;
+  batch_ = batch_bound_.may_reach(base, static_cast<std::int64_t>(unit_length), neighbours,
+                                  growth_rules_, min_score);
+  return (batch_ & 1) != 0;
 }
 
 }  // namespace quorix

@@ -11,8 +11,10 @@
 #include <vector>
 
 #include "search/kernel/base_planes.h"
+#include "search/kernel/batch_bound.h"
 #include "search/kernel/bit_set.h"
 #include "search/kernel/run_seeds.h"
+#include "search/kernel/score_bound.h"
 #include "search/thresholds.h"
 
 namespace quorix {
@@ -48,6 +50,10 @@ class CSeedFilter {
   /// lengths in ascending order. REQUIRES: 1 <= unit_length < length. Throws: std::bad_alloc.
   const CBitSet& seeds(std::uint64_t unit_length);
 
+  /// False only if the seed of `unit_length` at base p cannot grow over edits into a repeat of the
+  /// minimum score. REQUIRES: p is one of the `seeds` last asked for, its unit holds no N.
+  [[nodiscard]] bool may_grow(std::uint64_t p, std::uint64_t unit_length);
+
   /// Where the N's are.
   [[nodiscard]] const CBitSet& N_bits() const { return planes_.N_bits(); }
 
@@ -63,11 +69,19 @@ class CSeedFilter {
   SeedThresholds thresholds_;
   std::int64_t mismatch_penalty_;
   std::int64_t indel_penalty_;
+  GrowthRules growth_rules_;
   CBasePlanes planes_;
   CNeighbourLags lags_;
   CBitSet seeds_;
-  std::uint64_t first_lag_unit_ = 0;  ///< unit length of the first of `lag_seeds_`
+  const CBitSet* last_seeds_ = nullptr;  ///< those last asked for
+  std::uint64_t first_lag_unit_ = 0;     ///< unit length of the first of `lag_seeds_`
   std::vector<CBitSet> lag_seeds_;
+
+  CScoreBound score_bound_;
+  CBatchBound batch_bound_;
+  std::uint64_t batch_unit_length_ = 0;  ///< of the seeds in `batch_`, 0 for none
+  std::uint64_t batch_begin_ = 0;
+  std::uint32_t batch_ = 0;  ///< which of the seeds from `batch_begin_` on may grow
 };
 
 }  // namespace quorix

@@ -35,7 +35,8 @@ void CSearchController::for_each_seed(std::uint64_t unit_length, const CAnchorSe
     progress.pass(p);
     const char* const base = text_begin() + p;
     if (anchors.may_seed(base, unit_length) &&
-        valid_starting_pattern(base, base + unit_length, text_begin() + next_N)) {
+        valid_starting_pattern(base, base + unit_length, text_begin() + next_N) &&
+        (use != SeedUse::kGrowOverEdits || filter.may_grow(p, unit_length))) {
       visit(base);
     }
     ++p;

@@ -28,6 +28,7 @@ readonly layers='
 readonly system_headers='fcntl.h sys/stat.h unistd.h'
 readonly third_party_headers='
 tclap/  settings/command_line.cpp
+hwy/    search/kernel/batch_bound.cpp
 hwy/    search/kernel/lag_bound.cpp
 hwy/    search/kernel/score_bound.cpp
 '

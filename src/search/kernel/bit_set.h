@@ -70,12 +70,17 @@ class CBitSet {
     return found < size_ ? found : size_;
   }
 
-  /// How many bits are set from `position` on, up to 64. REQUIRES: position <= size().
-  [[nodiscard]] int ones_from(std::uint64_t position) const {
+  /// The bits of `position` and the 63 positions behind it. REQUIRES: position <= size().
+  [[nodiscard]] std::uint64_t bits_from(std::uint64_t position) const {
     const std::uint64_t w = position / kWordBits;
     const std::uint64_t offset = position % kWordBits;
     const std::uint64_t upper = offset == 0 ? 0 : words_[w + 1] << (kWordBits - offset);
-    return std::countr_one(words_[w] >> offset | upper);
+    return words_[w] >> offset | upper;
+  }
+
+  /// How many bits are set from `position` on, up to 64. REQUIRES: position <= size().
+  [[nodiscard]] int ones_from(std::uint64_t position) const {
+    return std::countr_one(bits_from(position));
   }
 
   /// How many bits are set from `position` down, up to 64. REQUIRES: position < size().

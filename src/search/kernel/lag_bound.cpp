@@ -19,7 +19,9 @@ namespace {
 
 /// Without vector instructions nothing is refuted.
 void sift_segment(CLagGrid& /*grid*/, std::int64_t /*first_row*/, std::int64_t /*row_end*/,
-                  std::vector<CBitSet>& /*seeds*/) {}
+                  std::vector<CBitSet>& seeds) {
+  for (CBitSet& all : seeds) all.set_range(0, all.size());
+}
 
 #else
 
@@ -169,8 +171,7 @@ HWY_EXPORT(sift_segment);
 }  // namespace
 
 bool can_lag_bound_refute(std::int64_t mismatch_penalty, std::int64_t indel_penalty) {
-  return std::min(mismatch_penalty, indel_penalty) >= CLagGrid::kLeastPenalty &&
-         hwy::SupportedTargets() != HWY_SCALAR;
+  return std::min(mismatch_penalty, indel_penalty) >= CLagGrid::kLeastPenalty;
 }
 
 void find_lag_seeds(const char* text, std::uint64_t length, const LagBoundRules& rules,

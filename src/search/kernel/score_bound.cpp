@@ -196,7 +196,10 @@ constexpr std::int64_t kMostStartValue = 60'000;
 }  // namespace
 
 CScoreBound::CScoreBound() {
-  hwy::GetChosenTarget().Update(hwy::SupportedTargets());
+  // To ask the processor costs more than a short record's search.
+  if (!hwy::GetChosenTarget().IsInitialized()) {
+    hwy::GetChosenTarget().Update(hwy::SupportedTargets());
+  }
   fill_table_ = HWY_DISPATCH_TABLE(fill_table)[hwy::GetChosenTarget().GetIndex()];
 }
 

@@ -7,10 +7,12 @@
 /// An edge lies between two bases: the base just beyond it is the next to be read. `limit` is the
 /// bound of its direction: one past the last base, or the position before the first one.
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 
 #include "report/csat.h"
+#include "search/kernel/match_run.h"
 
 namespace quorix {
 
@@ -34,10 +36,34 @@ struct Rightward {
   /// Bases from `edge` to `farther`, which lies in this direction.
   static std::int64_t distance(const char* edge, const char* farther) { return farther - edge; }
 
+  /// The edge `count` bases on.
+  static const char* edge_beyond(const char* edge, std::int64_t count) { return edge + count; }
+
+  /// Bases that may be read beyond `edge`.
+  static std::int64_t bases_beyond(const char* edge, const char* limit) { return limit - edge; }
+
+  /// Characters from `character` on to the end of the unit, itself included.
+  static std::int64_t characters_left(const char* character, const char* /*unit_begin*/,
+                                      const char* unit_end) {
+    return unit_end - character;
+  }
+
+  /// How many bases beyond `edge`, at most `most`, equal those beyond `other`.
+  static std::int64_t common_bases(const char* edge, const char* other, std::int64_t most) {
+    return common_prefix(edge, other, most);
+  }
+  /// The same with the characters from `character` on.
+  static std::int64_t common_characters(const char* edge, const char* character,
+                                        std::int64_t most) {
+    return common_prefix(edge, character, most);
+  }
+
   /// The unit character `count` characters on, cyclically.
   static const char* character_beyond(const char* character, std::int64_t count,
                                       const char* unit_begin, const char* unit_end) {
-    return unit_begin + ((character - unit_begin) + count) % (unit_end - unit_begin);
+    const std::int64_t offset = (character - unit_begin) + count;
+    const std::int64_t unit_length = unit_end - unit_begin;
+    return unit_begin + (offset < unit_length ? offset : offset % unit_length);
   }
 };
 
@@ -58,10 +84,56 @@ struct Leftward {
 
   static std::int64_t distance(const char* edge, const char* farther) { return edge - farther; }
 
+  static const char* edge_beyond(const char* edge, std::int64_t count) { return edge - count; }
+
+  static std::int64_t bases_beyond(const char* edge, const char* limit) {
+    return edge - (limit + 1);
+  }
+
+  static std::int64_t characters_left(const char* character, const char* unit_begin,
+                                      const char* /*unit_end*/) {
+    return character - unit_begin + 1;
+  }
+
+  static std::int64_t common_bases(const char* edge, const char* other, std::int64_t most) {
+    return common_suffix(edge, other, most);
+  }
+  static std::int64_t common_characters(const char* edge, const char* character,
+                                        std::int64_t most) {
+    return common_suffix(edge, character + 1, most);
+  }
+
   static const char* character_beyond(const char* character, std::int64_t count,
                                       const char* unit_begin, const char* unit_end) {
-    return unit_end - 1 - ((unit_end - 1 - character) + count) % (unit_end - unit_begin);
+    const std::int64_t offset = (unit_end - 1 - character) + count;
+    const std::int64_t unit_length = unit_end - unit_begin;
+    return unit_end - 1 - (offset < unit_length ? offset : offset % unit_length);
   }
 };
+
+/// How many bases beyond `edge` equal the unit, read on cyclically from `character`.
+template <class Direction>
+[[nodiscard]] std::int64_t matches_beyond(const char* edge, const char* character,
+                                          const char* unit_begin, const char* unit_end,
+                                          const char* limit) {
+  const std::int64_t unit_length = unit_end - unit_begin;
+  const std::int64_t room = Direction::bases_beyond(edge, limit);
+  const std::int64_t first_part =
+      std::min(room, Direction::characters_left(character, unit_begin, unit_end));
+  std::int64_t matches = Direction::common_characters(edge, character, first_part);
+  if (matches < first_part || matches == room) return matches;
+
+  const char* const wrapped =
+      Direction::character_beyond(character, first_part, unit_begin, unit_end);
+  const std::int64_t first_copy = std::min(room, unit_length);
+  matches += Direction::common_characters(Direction::edge_beyond(edge, matches), wrapped,
+                                          first_copy - matches);
+  if (matches < first_copy) return matches;
+
+  // One copy is behind: from here on the bases are their own unit.
+  return matches + Direction::common_bases(Direction::edge_beyond(edge, matches),
+                                           Direction::edge_beyond(edge, matches - unit_length),
+                                           room - matches);
+}
 
 }  // namespace quorix

@@ -1,5 +1,5 @@
 // Growing a repeat over perfect copies of its unit: one pass over the bases with a cursor that
-// walks the unit cyclically, so that the unit is never copied.
+// walks the unit cyclically, so that the unit is never copied, by as many bases at a time as agree.
 
 #include <cstring>
 
@@ -12,11 +12,12 @@ namespace quorix {
 
 namespace {
 
+/// Moves the edge and the cursor `count` bases on.
 template <class Direction>
-void take_base(Csat& sat) {
+void take_bases(Csat& sat, std::int64_t count) {
   const char*& cursor = Direction::unit_cursor(sat);
-  Direction::edge(sat) = Direction::edge_beyond(Direction::edge(sat));
-  cursor = Direction::next_in_unit(cursor, sat.unit_begin, sat.unit_end);
+  Direction::edge(sat) = Direction::edge_beyond(Direction::edge(sat), count);
+  cursor = Direction::character_beyond(cursor, count, sat.unit_begin, sat.unit_end);
 }
 
 /// N's in a row beyond `edge`, counted no further than `limit` and `most`.
@@ -33,22 +34,20 @@ std::int64_t count_Ns(const char* edge, const char* limit, std::int64_t most) {
 
 template <class Direction>
 bool extend_exact(Csat& sat, const char* limit) {
-  while (!Direction::is_at_limit(Direction::edge(sat), limit)) {
-    const char base = *Direction::base_beyond(Direction::edge(sat));
-    if (base == *Direction::unit_cursor(sat)) {
-      sat.score = saturated_score(std::int64_t{sat.score} + 1);
-      take_base<Direction>(sat);
-      continue;
-    }
-    if (base != 'N' || !is_N_neutral()) return true;
+  while (true) {
+    const std::int64_t matches = matches_beyond<Direction>(
+        Direction::edge(sat), Direction::unit_cursor(sat), sat.unit_begin, sat.unit_end, limit);
+    sat.score = saturated_score(std::int64_t{sat.score} + matches);
+    take_bases<Direction>(sat, matches);
+    if (Direction::is_at_limit(Direction::edge(sat), limit)) return false;
+    if (*Direction::base_beyond(Direction::edge(sat)) != 'N' || !is_N_neutral()) return true;
 
     const std::int64_t most = global_Ns_allowed_in_a_row;
     const std::int64_t run_length = count_Ns<Direction>(Direction::edge(sat), limit, most + 1);
     if (run_length > most) return false;
-    for (std::int64_t taken = 0; taken < run_length; ++taken) take_base<Direction>(sat);
+    take_bases<Direction>(sat, run_length);
     sat.n_count += run_length;
   }
-  return false;
 }
 
 /// True if all bases of [begin, end) are the same.

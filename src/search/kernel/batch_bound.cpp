@@ -100,8 +100,7 @@ class CBatchTables {
     Vector best = values;
     store(0, 0, values);
     clear_around(0, 0, 0);
-    clear_around(2, 0, 0);  // the row before the first has no living state
-    store(2, 0, zero);
+    clear_around(-1, 1, -1);  // the row before the first has no living state
     Range last{0, 0};
     Range before{1, -1};
     for (std::ptrdiff_t row = 1;; ++row) {

@@ -77,6 +77,10 @@ void CLagGrid::fill_lanes() {
   const std::int64_t least = std::min(rules_.mismatch_penalty, rules_.indel_penalty);
   const auto first = static_cast<std::int64_t>(rules_.first_unit_length);
   const auto last = static_cast<std::int64_t>(rules_.last_unit_length());
+  // A path that matters is never lower than this below where it has to get.
+  const auto deepest_fall = [&](std::int64_t unit_length) {
+    return divided_up(weights_.cost * unit_length, least) + 1;
+  };
   for (std::size_t parity = 0; parity < 2; ++parity) {
     std::uint8_t* const values = lane_values_.data() + 5 * parity * lane_count_;
     LagLanes& lanes = lanes_[parity];
@@ -88,14 +92,14 @@ void CLagGrid::fill_lanes() {
           first_lag_ + static_cast<std::int64_t>(parity) + 2 * static_cast<std::int64_t>(k);
       while (longest < last && longest + 1 - most_indels(longest + 1) <= lag) ++longest;
       lanes.gain_cap[k] = as_byte(longest);
-      // A path that matters is never lower than this below where it has to get.
-      lanes.persistence_cap[k] =
-          as_byte(least_persistence(longest) + divided_up(weights_.cost * longest, least) + 1);
+      lanes.persistence_cap[k] = as_byte(least_persistence(longest) + deepest_fall(longest));
       const bool is_searched = lag >= first && lag <= last;
       lanes.is_searched[k] = is_searched ? 255 : 0;
       lanes.least_gain[k] =
           is_searched ? as_byte(rules_.min_scores[static_cast<std::size_t>(lag - first)]) : 255;
-      lanes.least_persistence[k] = is_searched ? as_byte(least_persistence(lag)) : 255;
+      // Where a byte ends below that cap, less has to do: the path may fall from there, too.
+      lanes.least_persistence[k] =
+          is_searched ? as_byte(std::min(least_persistence(lag), 255 - deepest_fall(lag))) : 255;
     }
   }
 }

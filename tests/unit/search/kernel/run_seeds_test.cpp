@@ -1,0 +1,174 @@
+// Seeds told from runs, against the rule written out base by base.
+
+#include "search/kernel/run_seeds.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <utility>
+
+#include "support/random_dna.h"
+#include "unit/search/searched_sequence.h"
+
+namespace quorix::testing {
+namespace {
+
+/// A text of which it can be asked which bases match those before them.
+class CPlainText {
+ public:
+  CPlainText(std::string bases, bool is_N_wild) : bases_(std::move(bases)), is_N_wild_(is_N_wild) {}
+
+  [[nodiscard]] std::int64_t length() const { return static_cast<std::int64_t>(bases_.size()); }
+
+  [[nodiscard]] bool is_N_wild() const { return is_N_wild_; }
+
+  [[nodiscard]] bool matches(std::int64_t x, std::int64_t lag) const {
+    if (x - lag < 0 || x >= length()) return false;
+    const char base = bases_[static_cast<std::size_t>(x)];
+    const char before = bases_[static_cast<std::size_t>(x - lag)];
+    if (base == 'N' || before == 'N') return is_N_wild_;
+    return base == before;
+  }
+
+  /// Matches at `lag` from `x` on, in steps of 1 or -1.
+  [[nodiscard]] std::int64_t count(std::int64_t x, std::int64_t lag, std::int64_t step) const {
+    std::int64_t matching = 0;
+    while (matches(x + step * matching, lag)) ++matching;
+    return matching;
+  }
+
+ private:
+  std::string bases_;
+  bool is_N_wild_;
+};
+
+/// True if the rule lets the seed at p through. The run that touches its boundary is [first, last);
+/// behind an edit the lag is one of three, and what matches there is counted up to where the text
+/// has to be the edit itself, and up to 64.
+bool is_let_through(const CPlainText& text, const CBasePlanes& planes, const RunRule& rule,
+                    std::int64_t p) {
+  const std::int64_t lag = rule.unit_length;
+  const std::int64_t boundary = p + lag;
+  const std::int64_t first = boundary - text.count(boundary - 1, lag, -1);
+  const std::int64_t last = boundary + text.count(boundary, lag, 1);
+  const std::int64_t run = last - first;
+  if (run < rule.least_run) return false;
+  if (run >= rule.sure_run || run >= rule.chained_runs) return true;
+  if (text.is_N_wild() && planes.has_N_near(static_cast<std::uint64_t>(first - lag),
+                                            static_cast<std::uint64_t>(last))) {
+    return true;
+  }
+  const auto chains = [&](std::int64_t x, std::int64_t other_lag, std::int64_t step,
+                          std::int64_t most) {
+    const std::int64_t enough =
+        std::min({rule.chained_runs - run, most, std::int64_t{64}});  // that many count
+    return enough <= 0 || text.count(x, other_lag, step) >= enough;
+  };
+  return chains(last + 1, lag, 1, lag - 1) || chains(last + 1, lag + 1, 1, lag) ||
+         chains(last, lag - 1, 1, lag - 1) || chains(first - 2, lag, -1, lag - 1) ||
+         chains(first - 1, lag + 1, -1, lag) || chains(first - 2, lag - 1, -1, lag - 1);
+}
+
+struct Tally {
+  std::int64_t let_through = 0;
+  std::int64_t refuted = 0;
+};
+
+void expect_seeds_of(const std::string& bases, bool is_N_wild, const RunRule& rule,
+                     CNeighbourLags& lags, Tally& tally) {
+  const CPlainText text(bases, is_N_wild);
+  const auto lag = static_cast<std::uint64_t>(rule.unit_length);
+  lags.move_to(lag, rule.least_run < rule.sure_run);
+  CBitSet seeds(bases.size() - lag);
+  find_run_seeds(lags, rule, seeds);
+  for (std::uint64_t p = 0; p < seeds.size(); ++p) {
+    const bool expected = is_let_through(text, lags.planes(), rule, static_cast<std::int64_t>(p));
+    ASSERT_EQ(seeds.test(p), expected)
+        << bases << " unit " << lag << " base " << p << " rule " << rule.least_run << ","
+        << rule.sure_run << "," << rule.chained_runs << (is_N_wild ? " wild" : "");
+    ++(expected ? tally.let_through : tally.refuted);
+  }
+}
+
+RunRule draw_rule(RandomEngine& engine, std::int64_t unit_length) {
+  const auto between = [&](std::size_t first, std::size_t last) {
+    return static_cast<std::int64_t>(draw_between(engine, first, last));
+  };
+  const std::int64_t least = between(1, 9);
+  switch (draw_between(engine, 0, 3)) {
+    case 0:
+      return {unit_length, least, least, least};
+    case 1:
+      return {unit_length, least, least + between(0, 12), between(1, 30)};
+    case 2:
+      return {unit_length, least, 150, between(1, 150)};
+    default:
+      return {unit_length, between(50, 140), 150, between(60, 200)};
+  }
+}
+
+TEST(RunSeeds, are_those_of_the_rule) {
+  RandomEngine engine(4);
+  Tally tally;
+  for (int round = 0; round < 1500; ++round) {
+    std::string bases = draw_record(engine, 400, draw_chance(engine, 70) ? 4 : 30);
+    if (draw_chance(engine, 50)) std::replace(bases.begin(), bases.end(), 'N', 'C');
+    if (draw_chance(engine, 20)) bases += draw_array(engine, 300, 3, 1);
+    const CBases block(bases);
+    const CBasePlanes planes(block.begin(), bases.size());
+    const bool is_N_wild = draw_chance(engine, 50);
+    CNeighbourLags lags(planes, is_N_wild);
+    for (std::uint64_t lag = draw_between(engine, 1, 9); lag < bases.size() && lag < 40;
+         lag += draw_between(engine, 1, 4)) {
+      const RunRule rule = draw_rule(engine, static_cast<std::int64_t>(lag));
+      ASSERT_NO_FATAL_FAILURE(expect_seeds_of(bases, is_N_wild, rule, lags, tally));
+    }
+  }
+  EXPECT_GT(tally.let_through, 100'000);
+  EXPECT_GT(tally.refuted, 1'000'000);
+}
+
+TEST(RunSeeds, reach_from_one_end_of_the_text_to_the_other) {
+  Tally tally;
+  for (const std::size_t length : {2, 63, 64, 65, 66, 127, 128, 129, 130, 200}) {
+    const std::string bases(length, 'A');
+    const CBases block(bases);
+    const CBasePlanes planes(block.begin(), length);
+    CNeighbourLags lags(planes, false);
+    for (std::int64_t lag = 1; lag < static_cast<std::int64_t>(length) && lag < 70; ++lag) {
+      const auto run = static_cast<std::int64_t>(length) - lag;
+      for (const std::int64_t least : {run, run + 1}) {
+        const RunRule rule{lag, least, least, least};
+        ASSERT_NO_FATAL_FAILURE(expect_seeds_of(bases, false, rule, lags, tally));
+      }
+    }
+  }
+  EXPECT_GT(tally.let_through, 1000);
+  EXPECT_GT(tally.refuted, 1000);
+}
+
+TEST(NeighbourLags, tell_of_the_lags_beside_one) {
+  RandomEngine engine(5);
+  const std::string bases = draw_array(engine, 150, 5, 20);
+  const CBases block(bases);
+  const CBasePlanes planes(block.begin(), bases.size());
+  CNeighbourLags lags(planes, true);
+  CBitSet expected;
+  for (const std::uint64_t lag : {2, 3, 4, 9, 8, 7, 60, 3}) {
+    lags.move_to(lag, draw_chance(engine, 30));
+    planes.find_matches(lag, true, expected);
+    EXPECT_EQ(lags.at().words(), expected.words()) << lag;
+    lags.move_to(lag, true);
+    EXPECT_EQ(lags.at().words(), expected.words()) << lag;
+    planes.find_matches(lag - 1, true, expected);
+    EXPECT_EQ(lags.shorter().words(), expected.words()) << lag;
+    planes.find_matches(lag + 1, true, expected);
+    EXPECT_EQ(lags.longer().words(), expected.words()) << lag;
+  }
+}
+
+}  // namespace
+}  // namespace quorix::testing

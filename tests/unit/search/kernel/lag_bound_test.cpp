@@ -1,0 +1,170 @@
+// The seeds that the lag bound lets through, against tables filled cell by cell.
+
+#include "search/kernel/lag_bound.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "support/random_dna.h"
+#include "unit/search/kernel/plain_lag_bound.h"
+#include "unit/search/kernel/vector_targets.h"
+#include "unit/search/searched_sequence.h"
+
+namespace quorix::testing {
+namespace {
+
+struct Tally {
+  std::int64_t let_through = 0;
+  std::int64_t refuted = 0;
+  std::int64_t most_segments = 0;
+};
+
+/// Holds the seeds of every kind of processor against the tables above.
+void expect_seeds_of(const std::string& text, const LagBoundRules& rules, Tally& tally) {
+  const CPlainLagBound twin(text, rules);
+  const std::vector<std::vector<bool>> expected = twin.seeds();
+  tally.most_segments = std::max(tally.most_segments, twin.segment_count());
+  const CBases bases(text);
+  for_each_vector_target([&](const char* target) {
+    std::vector<CBitSet> seeds;
+    for (const std::vector<bool>& bits : expected) seeds.emplace_back(bits.size());
+    find_lag_seeds(bases.begin(), text.size(), rules, seeds);
+    for (std::size_t i = 0; i < seeds.size(); ++i) {
+      for (std::size_t p = 0; p < expected[i].size(); ++p) {
+        ASSERT_EQ(seeds[i].test(p), expected[i][p])
+            << target << " unit " << rules.first_unit_length + i << " base " << p << " of "
+            << text.size() << " penalties " << rules.mismatch_penalty << "," << rules.indel_penalty
+            << (rules.is_N_neutral ? " neutral N's" : "");
+        ++(expected[i][p] ? tally.let_through : tally.refuted);
+      }
+    }
+  });
+}
+
+LagBoundRules rules_for(std::uint64_t first_unit, std::uint64_t last_unit,
+                        std::int64_t mismatch_penalty, std::int64_t indel_penalty,
+                        bool is_N_neutral) {
+  LagBoundRules rules{first_unit, {}, mismatch_penalty, indel_penalty, is_N_neutral};
+  for (std::uint64_t unit = first_unit; unit <= last_unit; ++unit) {
+    rules.min_scores.push_back(static_cast<std::int64_t>(std::max<std::uint64_t>(unit, 6)));
+  }
+  return rules;
+}
+
+struct Penalties {
+  std::int64_t mismatch;
+  std::int64_t indel;
+};
+constexpr Penalties kPenalties[] = {{5, 5}, {6, 6},  {7, 7},   {9, 9},
+                                    {5, 9}, {30, 6}, {6, 300}, {2147483648, 2147483648}};
+
+struct Units {
+  std::uint64_t first;
+  std::uint64_t last;
+};
+
+TEST(LagBound, lets_the_seeds_of_its_tables_through) {
+  RandomEngine engine(6);
+  Tally tally;
+  for (const auto& [mismatch, indel] : kPenalties) {
+    for (const auto& [first, last] :
+         {Units{1, 1}, {1, 20}, {7, 30}, {7, 70}, {50, 52}, {50, 130}, {129, 130}}) {
+      const std::size_t length = last + draw_between(engine, 1, 500);
+      std::string text = draw_record(engine, length, last / 2 + 1);
+      text += draw_array(engine, length + 1 - text.size(), last, 5);
+      LagBoundRules rules = rules_for(first, last, mismatch, indel, draw_chance(engine, 50));
+      for (std::int64_t& score : rules.min_scores) {
+        if (draw_chance(engine, 20))
+          score = static_cast<std::int64_t>(draw_between(engine, 0, 400));
+      }
+      ASSERT_NO_FATAL_FAILURE(expect_seeds_of(text, rules, tally));
+    }
+  }
+  EXPECT_GT(tally.let_through, 50'000);
+  EXPECT_GT(tally.refuted, 50'000);
+}
+
+TEST(LagBound, tells_of_texts_that_end_behind_the_unit) {
+  RandomEngine engine(7);
+  Tally tally;
+  for (const std::uint64_t unit : {1, 2, 7, 50, 63, 64, 65}) {
+    for (const std::uint64_t more : {1, 2, 3, 20}) {
+      for (const char* const alphabet : {"A", "ACGT", "AN"}) {
+        const std::string text = draw_letters(engine, unit + more, alphabet);
+        const LagBoundRules rules =
+            rules_for(std::max<std::uint64_t>(unit / 2, 1), unit, 6, 7, draw_chance(engine, 50));
+        ASSERT_NO_FATAL_FAILURE(expect_seeds_of(text, rules, tally));
+      }
+    }
+  }
+  EXPECT_GT(tally.let_through, 0);
+  EXPECT_GT(tally.refuted, 0);
+}
+
+TEST(LagBound, joins_the_segments_of_long_texts) {
+  RandomEngine engine(8);
+  Tally tally;
+  for (const bool is_N_neutral : {false, true}) {
+    std::string text;
+    while (text.size() < 16'000) {
+      text += draw_letters(engine, draw_between(engine, 1, 300), "ACGT");
+      text += draw_array(engine, draw_between(engine, 1, 500), 120, 6);
+    }
+    const LagBoundRules rules = rules_for(100, 130, 6, 6, is_N_neutral);
+    ASSERT_NO_FATAL_FAILURE(expect_seeds_of(text, rules, tally));
+  }
+  EXPECT_GT(tally.most_segments, 2);
+  EXPECT_GT(tally.let_through, 10'000);
+  EXPECT_GT(tally.refuted, 100'000);
+}
+
+/// Three copies of a unit, of which the second one begins with so many mismatches that its own
+/// matches pay for them only beyond what a byte holds.
+std::string copies_with_mismatches(std::size_t unit_length, std::size_t mismatches) {
+  RandomEngine engine(9);
+  const std::string unit = draw_letters(engine, mismatches, "CGT") +
+                           draw_letters(engine, unit_length - mismatches, "ACGT");
+  const std::string hit = std::string(mismatches, 'A') + unit.substr(mismatches);
+  return unit + hit + unit + unit + draw_letters(engine, 200, "ACGT");
+}
+
+TEST(LagBound, lets_long_units_pay_for_edits_beyond_a_byte) {
+  struct Case {
+    std::size_t unit_length;
+    std::size_t mismatches;
+    std::int64_t penalty;
+  };
+  for (const auto& [unit_length, mismatches, penalty] : {Case{600, 9, 30}, {2000, 60, 6}}) {
+    const std::string text = copies_with_mismatches(unit_length, mismatches);
+    const std::string mirrored(text.rbegin(), text.rend());
+    const LagBoundRules rules = rules_for(unit_length, unit_length, penalty, penalty, true);
+    for_each_vector_target([&](const char* target) {
+      std::vector<CBitSet> seeds(1, CBitSet(text.size() - unit_length));
+      find_lag_seeds(text.data(), text.size(), rules, seeds);
+      EXPECT_TRUE(seeds[0].test(0)) << target << " unit " << unit_length;
+      seeds[0].reset(text.size() - unit_length);
+      find_lag_seeds(mirrored.data(), mirrored.size(), rules, seeds);
+      EXPECT_TRUE(seeds[0].test(text.size() - unit_length - 1)) << target;
+    });
+  }
+}
+
+TEST(LagBound, serves_where_penalties_and_processor_are_fit) {
+  const int targets = for_each_vector_target([](const char* target) {
+    EXPECT_TRUE(can_lag_bound_refute(5, 5)) << target;
+    EXPECT_TRUE(can_lag_bound_refute(2147483648, 6)) << target;
+    EXPECT_FALSE(can_lag_bound_refute(4, 9)) << target;
+    EXPECT_FALSE(can_lag_bound_refute(9, 4)) << target;
+    EXPECT_FALSE(can_lag_bound_refute(2, 2)) << target;
+  });
+  EXPECT_GT(targets, 0);
+  with_no_vectors([] { EXPECT_FALSE(can_lag_bound_refute(9, 9)); });
+}
+
+}  // namespace
+}  // namespace quorix::testing

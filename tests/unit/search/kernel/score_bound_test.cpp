@@ -1,0 +1,289 @@
+// The bound of a growing score, against a table of all its states in 64-bit numbers.
+
+#include "search/kernel/score_bound.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <limits>
+#include <string>
+#include <vector>
+
+#include "support/random_dna.h"
+#include "unit/search/kernel/vector_targets.h"
+#include "unit/search/searched_sequence.h"
+
+namespace quorix::testing {
+namespace {
+
+/// A growing repeat in words that both sides are made from; positions are offsets.
+struct Growth {
+  std::string text;
+  std::int64_t start;
+  std::int64_t end;
+  std::int64_t unit_begin;
+  std::int64_t unit_end;
+  std::int64_t right_phase;
+  std::int64_t left_phase;
+  std::int64_t score;
+  std::int64_t mismatch_penalty;
+  std::int64_t indel_penalty;
+  bool is_N_neutral;
+
+  [[nodiscard]] std::int64_t unit_length() const { return unit_end - unit_begin; }
+};
+
+constexpr std::int64_t kDead = std::numeric_limits<std::int64_t>::min();
+/// What is read in one direction, at the most.
+constexpr std::int64_t kMostReach = 1500;
+
+/// What the paths of one direction came to.
+struct Outcome {
+  std::int64_t best;
+  std::int64_t farthest_base;  ///< count of bases read by a state that lives
+  std::int64_t widest;         ///< difference of the two counts of one
+  bool is_complete;            ///< no path was left off at `kMostReach`
+};
+
+/// The highest score at every count of bases read and characters used; an edit has to leave it
+/// above minus the unit length.
+Outcome follow_all_paths(const Growth& growth, bool is_rightward, std::int64_t score) {
+  const std::int64_t length = growth.unit_length();
+  const auto text_length = static_cast<std::int64_t>(growth.text.size());
+  const std::int64_t ahead = is_rightward ? text_length - growth.end : growth.start;
+  Outcome outcome{score, 0, 0, true};
+  std::vector<std::int64_t> last(kMostReach + 2, kDead);  // by characters, of one base less
+  std::vector<std::int64_t> current(kMostReach + 2, kDead);
+  const auto edited = [&](std::int64_t from, std::int64_t penalty) {
+    return from != kDead && from - penalty > -length ? from - penalty : kDead;
+  };
+  for (std::int64_t bases = 0; bases <= ahead; ++bases) {
+    bool is_alive = false;
+    const std::int64_t position = is_rightward ? growth.end + bases - 1 : growth.start - bases;
+    for (std::int64_t used = 0; used <= kMostReach; ++used) {
+      std::int64_t value = bases == 0 && used == 0 ? score : kDead;
+      const auto at = static_cast<std::size_t>(used);
+      if (used > 0) value = std::max(value, edited(current[at - 1], growth.indel_penalty));
+      if (bases > 0) value = std::max(value, edited(last[at], growth.indel_penalty));
+      if (bases > 0 && used > 0 && last[at - 1] != kDead) {
+        const char base = growth.text[static_cast<std::size_t>(position)];
+        const std::int64_t phase =
+            is_rightward ? (growth.right_phase + used - 1) % length
+                         : ((growth.left_phase - used + 1) % length + length) % length;
+        const char character = growth.text[static_cast<std::size_t>(growth.unit_begin + phase)];
+        const std::int64_t kept = base == character                    ? last[at - 1] + 1
+                                  : base == 'N' && growth.is_N_neutral ? last[at - 1]
+                                                                       : kDead;
+        value = std::max({value, kept, edited(last[at - 1], growth.mismatch_penalty)});
+      }
+      current[at] = value;
+      if (value == kDead) continue;
+      is_alive = true;
+      outcome.best = std::max(outcome.best, value);
+      outcome.farthest_base = std::max({outcome.farthest_base, bases, used});
+      outcome.widest = std::max(outcome.widest, bases > used ? bases - used : used - bases);
+      if (used == kMostReach) outcome.is_complete = false;
+    }
+    if (!is_alive) return outcome;
+    std::swap(last, current);
+  }
+  return outcome;
+}
+
+bool may_reach(const Growth& growth, std::int64_t min_score) {
+  const CBases bases(growth.text);
+  const auto at = [&](std::int64_t offset) { return bases.at(static_cast<std::size_t>(offset)); };
+  const CScoreBound bound;
+  return bound.may_reach({at(growth.start), at(growth.end), at(growth.unit_begin),
+                          at(growth.unit_end), growth.right_phase, growth.left_phase, growth.score},
+                         {bases.begin(), bases.end(), growth.mismatch_penalty, growth.indel_penalty,
+                          growth.is_N_neutral},
+                         min_score);
+}
+
+struct Tally {
+  std::int64_t refuted = 0;
+  std::int64_t had_to_be_refuted = 0;
+  std::int64_t let_through = 0;
+  std::int64_t with_16_bits = 0;
+};
+
+/// May be refuted at `min_score` only if no path gets there; and has to be if nothing hinders it.
+void expect_bound_of(const Growth& growth, std::int64_t min_score, Tally& tally) {
+  const Outcome right = follow_all_paths(growth, true, growth.score);
+  if (!right.is_complete) return;
+  const Outcome both = follow_all_paths(growth, false, right.best);
+  if (!both.is_complete) return;
+
+  const std::int64_t length = growth.unit_length();
+  // The width that is made room for: what the score pays for, and half as much again.
+  const std::int64_t width = (growth.score + length) * 3 / (2 * growth.indel_penalty);
+  const std::int64_t margin = 256 + std::max(right.farthest_base, both.farthest_base);
+  const auto text_length = static_cast<std::int64_t>(growth.text.size());
+  const bool is_far_from_ends = growth.start > margin && growth.end + margin < text_length;
+  const bool must_be_refuted = both.best < min_score && is_far_from_ends && width < 250 &&
+                               std::max(right.widest, both.widest) <= width;
+  for_each_vector_target([&](const char* target) {
+    const bool answer = may_reach(growth, min_score);
+    const auto describe = [&] {
+      return std::string(target) + " unit [" + std::to_string(growth.unit_begin) + "," +
+             std::to_string(growth.unit_end) + ") of " + growth.text + " score " +
+             std::to_string(growth.score) + " best " + std::to_string(both.best) + " needed " +
+             std::to_string(min_score) + " penalties " + std::to_string(growth.mismatch_penalty) +
+             "," + std::to_string(growth.indel_penalty);
+    };
+    ASSERT_TRUE(answer || both.best < min_score) << describe();
+    ASSERT_FALSE(answer && must_be_refuted) << describe();
+    ++(answer ? tally.let_through : tally.refuted);
+    if (must_be_refuted) ++tally.had_to_be_refuted;
+    if (!answer && length + min_score >= 256) ++tally.with_16_bits;
+  });
+}
+
+std::int64_t draw_number(RandomEngine& engine, std::size_t first, std::size_t last) {
+  return static_cast<std::int64_t>(draw_between(engine, first, last));
+}
+
+/// A repeat of `unit_length` in the midst of an array between stretches of `margin` random bases.
+Growth draw_growth(RandomEngine& engine, std::size_t unit_length, std::size_t margin) {
+  Growth growth{};
+  const std::string unit = draw_letters(engine, unit_length, "ACGT");
+  const std::string noise = draw_letters(engine, margin, "ACGT");
+  std::string copies;
+  const std::size_t count = draw_between(engine, 0, 2);
+  for (std::size_t i = 0; i < count; ++i)
+    copies += unit.substr(0, draw_between(engine, 0, unit_length));
+  for (char& base : copies) {
+    if (draw_chance(engine, 12)) base = "ACGTNN"[draw_between(engine, 0, 5)];
+  }
+  if (!copies.empty() && draw_chance(engine, 30)) {
+    copies.erase(draw_between(engine, 0, copies.size() - 1), 1);
+  }
+  growth.text = noise + copies;
+  growth.unit_begin = static_cast<std::int64_t>(growth.text.size());
+  growth.text += unit;
+  growth.unit_end = static_cast<std::int64_t>(growth.text.size());
+  growth.text += copies +
+                 (draw_chance(engine, 30) ? std::string(draw_between(engine, 1, 6), 'N') : "") +
+                 draw_letters(engine, margin, "ACGT");
+  growth.start = growth.unit_begin;
+  growth.end = growth.unit_end;
+  growth.left_phase = growth.unit_length() - 1;
+  if (draw_chance(engine, 30)) {  // a repeat that has grown before
+    growth.score = draw_number(engine, 1, 30);
+    growth.start -= draw_number(engine, 0, std::min<std::size_t>(margin, 20));
+    growth.end += draw_number(engine, 0, std::min<std::size_t>(margin, 20));
+    growth.right_phase = draw_number(engine, 0, unit_length - 1);
+    growth.left_phase = draw_number(engine, 0, unit_length - 1);
+  }
+  growth.mismatch_penalty = draw_number(engine, 2, 12);
+  growth.indel_penalty =
+      draw_chance(engine, 50) ? growth.mismatch_penalty : draw_number(engine, 2, 12);
+  growth.is_N_neutral = draw_chance(engine, 50);
+  return growth;
+}
+
+TEST(ScoreBound, is_the_best_of_all_paths) {
+  RandomEngine engine(12);
+  Tally tally;
+  for (int round = 0; round < 700; ++round) {
+    const Growth growth = draw_growth(engine, draw_between(engine, 1, 40), 700);
+    const std::int64_t near = draw_number(engine, 0, 12) - 6;
+    const std::int64_t right = follow_all_paths(growth, true, growth.score).best;
+    const std::int64_t best = follow_all_paths(growth, false, right).best;
+    // At the best score itself, just above it, and at the usual minimum.
+    for (const std::int64_t min_score :
+         {best, best + 1, best + near, std::max<std::int64_t>(growth.unit_length(), 6)}) {
+      ASSERT_NO_FATAL_FAILURE(expect_bound_of(growth, min_score, tally));
+    }
+  }
+  EXPECT_GT(tally.refuted, 1000);
+  EXPECT_GT(tally.had_to_be_refuted, tally.refuted * 3 / 4);
+  EXPECT_GT(tally.let_through, 1000);
+}
+
+TEST(ScoreBound, is_the_best_of_all_paths_of_long_units) {
+  RandomEngine engine(13);
+  Tally tally;
+  for (int round = 0; round < 60; ++round) {
+    Growth growth = draw_growth(engine, draw_between(engine, 100, 300), 1300);
+    growth.mismatch_penalty += 4;
+    growth.indel_penalty += 4;
+    const std::int64_t right = follow_all_paths(growth, true, growth.score).best;
+    const std::int64_t best = follow_all_paths(growth, false, right).best;
+    for (const std::int64_t min_score :
+         {best, best + 1, growth.unit_length(), std::int64_t{100'000}}) {
+      ASSERT_NO_FATAL_FAILURE(expect_bound_of(growth, min_score, tally));
+    }
+  }
+  EXPECT_GT(tally.with_16_bits, 50);
+  EXPECT_GT(tally.had_to_be_refuted, 50);
+  EXPECT_GT(tally.let_through, 50);
+}
+
+TEST(ScoreBound, refutes_nothing_wrongly_near_the_ends_of_the_text) {
+  RandomEngine engine(14);
+  Tally tally;
+  for (int round = 0; round < 1500; ++round) {
+    const Growth growth =
+        draw_growth(engine, draw_between(engine, 1, 40), draw_between(engine, 0, 90));
+    const std::int64_t right = follow_all_paths(growth, true, growth.score).best;
+    const std::int64_t best = follow_all_paths(growth, false, right).best;
+    for (const std::int64_t min_score : {best, best + 1, best + 20}) {
+      ASSERT_NO_FATAL_FAILURE(expect_bound_of(growth, min_score, tally));
+    }
+  }
+  EXPECT_GT(tally.refuted, 100);
+  EXPECT_GT(tally.let_through, 1000);
+}
+
+Growth lone_unit(std::size_t unit_length, std::size_t margin) {
+  Growth growth{};
+  growth.text = std::string(margin, 'A') + std::string(unit_length, 'C') + std::string(margin, 'A');
+  growth.unit_begin = growth.start = static_cast<std::int64_t>(margin);
+  growth.unit_end = growth.end = growth.start + static_cast<std::int64_t>(unit_length);
+  growth.left_phase = growth.unit_length() - 1;
+  growth.mismatch_penalty = growth.indel_penalty = 6;
+  return growth;
+}
+
+TEST(ScoreBound, lets_through_what_is_there_already) {
+  Growth growth = lone_unit(5, 500);
+  EXPECT_FALSE(may_reach(growth, 1));
+  EXPECT_TRUE(may_reach(growth, 0));
+  EXPECT_TRUE(may_reach(growth, -7));
+  growth.score = 30;
+  EXPECT_TRUE(may_reach(growth, 30));
+  EXPECT_FALSE(may_reach(growth, 31));
+}
+
+TEST(ScoreBound, lets_all_through_without_vectors) {
+  if ((HWY_TARGETS & HWY_SCALAR) == 0) GTEST_SKIP() << "compiled for processors with vectors alone";
+  with_no_vectors([] { EXPECT_TRUE(may_reach(lone_unit(5, 500), 5)); });
+  EXPECT_FALSE(may_reach(lone_unit(5, 500), 5));
+}
+
+TEST(ScoreBound, lets_through_what_is_too_large_for_the_table) {
+  EXPECT_FALSE(may_reach(lone_unit(1000, 3000), std::numeric_limits<std::int32_t>::max()));
+  EXPECT_TRUE(may_reach(lone_unit(4097, 20'000), 4097));
+  Growth growth = lone_unit(1000, 3000);
+  growth.score = 60'000;
+  EXPECT_TRUE(may_reach(growth, 100'000));
+}
+
+TEST(ScoreBound, takes_penalties_of_any_height) {
+  Growth growth = lone_unit(8, 500);
+  growth.mismatch_penalty = growth.indel_penalty = 2147483648;
+  EXPECT_FALSE(may_reach(growth, 8));
+  growth.text.replace(static_cast<std::size_t>(growth.end), 8, 8, 'C');
+  EXPECT_TRUE(may_reach(growth, 8));
+  EXPECT_FALSE(may_reach(growth, 9));
+  growth.text.replace(static_cast<std::size_t>(growth.start) - 1, 1, 1, 'C');
+  EXPECT_TRUE(may_reach(growth, 9));
+  EXPECT_FALSE(may_reach(growth, 10));
+}
+
+}  // namespace
+}  // namespace quorix::testing

@@ -1,0 +1,288 @@
+// What the filters of seeds refute, the plain engine must not accept.
+//
+//   quorix_seed_filter_test --cases=1000 --seed=1
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstdint>
+#include <cstdio>
+#include <cstdlib>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "reference/plain_exact_extension.h"
+#include "reference/plain_extension.h"
+#include "reference/plain_seed_rules.h"
+#include "reference/plain_thresholds.h"
+#include "search/kernel/score_bound.h"
+#include "search/score.h"
+#include "search/search_controller.h"
+#include "search/seed_filter.h"
+#include "support/engine_comparison.h"
+#include "support/random_dna.h"
+#include "support/random_options.h"
+#include "support/test_record.h"
+
+namespace quorix::testing {
+namespace {
+
+using reference::Repeat;
+using reference::ThresholdSet;
+
+std::uint64_t case_count = 1000;
+std::uint64_t first_seed = 1;
+
+/// Seeds, by what became of them; those of short units are told by runs, of long ones by lags.
+struct Tally {
+  std::uint64_t seeds = 0;
+  std::uint64_t accepted = 0;
+  std::uint64_t refuted_by_runs = 0;
+  std::uint64_t refuted_by_lags = 0;
+  std::uint64_t refuted_by_score = 0;
+  std::uint64_t refuted_at_all = 0;
+} tally;
+
+std::string draw_one_of(RandomEngine& engine, const std::vector<std::string>& values) {
+  return values[draw_between(engine, 0, values.size() - 1)];
+}
+
+/// Settings that the filters obey. Only small depths: the judge tries every path.
+Options draw_filter_options(RandomEngine& engine) {
+  const auto penalty = [&] {
+    return "-" + std::to_string(draw_chance(engine, 60) ? draw_between(engine, 5, 12)
+                                                        : draw_between(engine, 2, 12));
+  };
+  const std::string mismatch = penalty();
+  const std::string indel = draw_chance(engine, 50) ? mismatch : penalty();
+  Options options{"-m", mismatch, "-g", indel, "-u", "1", "-U", "30"};
+  const auto add = [&](std::size_t percent, const char* flag,
+                       const std::vector<std::string>& values) {
+    if (!draw_chance(engine, percent)) return;
+    options.emplace_back(flag);
+    options.push_back(draw_one_of(engine, values));
+  };
+  options.emplace_back("-r");
+  options.push_back(draw_one_of(engine, {"1", "1", "1", "2"}));
+  add(60, "-s", {"1", "3", "4", "6", "8", "12", "15", "25"});
+  add(50, "--minScore_b", {"0", "0.1", "0.5", "0.7", "1.5"});
+  add(15, "--minScore_a", {"-4", "-1", "2", "5"});
+  add(25, "-l", {"0", "5", "12", "30"});
+  add(15, "--minLength_b", {"0.5", "1", "2.5"});
+  add(20, "-R", {"0", "2", "5", "20"});
+  add(40, "-N", {"0", "1", "2", "7", "2147483647"});
+  if (draw_chance(engine, 15)) options.emplace_back("--NsAsMissense");
+  return options;
+}
+
+std::string draw_bases(RandomEngine& engine) {
+  std::string bases =
+      draw_record(engine, draw_chance(engine, 70) ? 150 : 500, draw_chance(engine, 50) ? 8 : 30);
+  if (draw_chance(engine, 30)) bases += draw_letters(engine, 100, "ACGT");
+  if (draw_chance(engine, 30)) bases += draw_array(engine, 120, 35, draw_between(engine, 0, 12));
+  if (draw_chance(engine, 30)) std::replace(bases.begin(), bases.end(), 'N', 'A');
+  return bases;
+}
+
+/// A record and everything that judges its seeds.
+class CJudgedRecord {
+ public:
+  explicit CJudgedRecord(std::string bases) : bases_(std::move(bases)) {
+    set_record(record_, "judged", bases_);
+    controller_.emplace(1, record_);
+  }
+
+  /// Looks at every seed of `unit_length`. Empty, or what is wrong.
+  [[nodiscard]] std::string judge(std::uint64_t unit_length) {
+    if (unit_length >= bases_.size()) return "";
+    const SeedThresholds user{*CSearchController::minScores_user,
+                              *CSearchController::minLengths_user,
+                              *CSearchController::minScores_user};
+    const SeedThresholds intern{*CSearchController::minScores_intern,
+                                *CSearchController::minLengths_intern,
+                                *CSearchController::minScores_user};
+    const CBitSet exact = seeds_for(unit_length, SeedUse::kGrowExactly, user);
+    const CBitSet edited = seeds_for(unit_length, SeedUse::kGrowOverEdits, user);
+    const CBitSet extended = seeds_for(unit_length, SeedUse::kGrowExactlyFirst, intern);
+    const bool is_told_by_lags = static_cast<std::int64_t>(unit_length) >=
+                                 -std::max(global_mismatch_score, global_indel_score);
+
+    const auto signed_length = static_cast<std::int64_t>(unit_length);
+    for (std::int64_t p = 0; p + signed_length < length(); ++p) {
+      if (!reference::is_valid_starting_pattern(bases_, p, p + signed_length)) continue;
+      const Repeat seed = reference::repeat_from_unit(p, p + signed_length);
+      const Repeat run = grown_exactly(seed);
+      const Repeat grown = grown_over_edits(seed);
+      const auto at = static_cast<std::uint64_t>(p);
+
+      ++tally.seeds;
+      if (!exact.test(at) && reference::passes_thresholds(run, ThresholdSet::kUser)) {
+        return describe("exact growth", run);
+      }
+      const bool is_accepted = reference::passes_thresholds(grown, ThresholdSet::kUser);
+      if (is_accepted) ++tally.accepted;
+      const bool is_bounded = !may_reach(seed);
+      if ((!edited.test(at) || is_bounded) && is_accepted) {
+        return describe(is_bounded ? "the score bound" : "growth over edits", grown);
+      }
+      if (!edited.test(at)) ++(is_told_by_lags ? tally.refuted_by_lags : tally.refuted_by_runs);
+      if (is_bounded) ++tally.refuted_by_score;
+      if (is_bounded || !edited.test(at)) ++tally.refuted_at_all;
+
+      if (!reference::passes_thresholds(run, ThresholdSet::kIntern)) continue;
+      const Repeat extension = grown_over_edits(run);
+      const bool is_extended = reference::passes_thresholds(extension, ThresholdSet::kUser);
+      if (is_extended && (!extended.test(at) || !may_reach(run))) {
+        return describe("exact growth with edits behind it", extension);
+      }
+      // Such a run closes its bases to the seeds of longer units.
+      if (!extended.test(at) && reference::passes_thresholds(run, ThresholdSet::kUser)) {
+        return describe("exact growth before edits", run);
+      }
+    }
+    return "";
+  }
+
+ private:
+  [[nodiscard]] std::int64_t length() const { return static_cast<std::int64_t>(bases_.size()); }
+
+  [[nodiscard]] CBitSet seeds_for(std::uint64_t unit_length, SeedUse use,
+                                  const SeedThresholds& thresholds) const {
+    CSeedFilter filter(record_.sequence.data(), bases_.size(), use, thresholds);
+    return filter.seeds(unit_length);
+  }
+
+  [[nodiscard]] Repeat grown_exactly(Repeat repeat) const {
+    reference::extend_exact_forward(repeat, bases_, length());
+    reference::extend_exact_backward(repeat, bases_, -1);
+    reference::remove_Ns_at_ends(repeat, bases_);
+    return repeat;
+  }
+
+  [[nodiscard]] Repeat grown_over_edits(Repeat repeat) const {
+    reference::extend_imperfect_forward(repeat, bases_, length());
+    reference::extend_imperfect_backward(repeat, bases_, -1);
+    reference::remove_Ns_at_ends(repeat, bases_);
+    return repeat;
+  }
+
+  [[nodiscard]] bool may_reach(const Repeat& repeat) const {
+    const char* const text = record_.sequence.data();
+    const GrowthRules rules{text, text + length(), -std::int64_t{global_mismatch_score},
+                            -std::int64_t{global_indel_score}, is_N_neutral()};
+    return score_bound_.may_reach(
+        {text + repeat.start, text + repeat.end, text + repeat.unit_begin, text + repeat.unit_end,
+         repeat.unit_pos_right - repeat.unit_begin, repeat.unit_pos_left - repeat.unit_begin,
+         repeat.score},
+        rules, reference::min_score(ThresholdSet::kUser, reference::unit_length(repeat)));
+  }
+
+  [[nodiscard]] std::string describe(const std::string& how, const Repeat& repeat) const {
+    return "refuted, but accepted by " + how + ": unit [" + std::to_string(repeat.unit_begin) +
+           "," + std::to_string(repeat.unit_end) + ") grows to [" + std::to_string(repeat.start) +
+           "," + std::to_string(repeat.end) + ") of " + bases_ + " with score " +
+           std::to_string(repeat.score);
+  }
+
+  std::string bases_;
+  CSequence_Mol record_;
+  std::optional<CSearchController> controller_;  ///< makes the tables of thresholds
+  CScoreBound score_bound_;
+};
+
+/// Random bases and arrays, three unit lengths.
+void run_case(std::uint64_t seed) {
+  RandomEngine engine(seed);
+  Options options = draw_filter_options(engine);
+  while (!apply_options(options)) options = draw_filter_options(engine);
+  CJudgedRecord record(draw_bases(engine));
+  for (int i = 0; i < 3; ++i) {
+    const std::string fault = record.judge(draw_between(engine, 1, 30));
+    ASSERT_EQ(fault, "") << joined(options);
+  }
+}
+
+/// Copies of a long unit, which the bounds hold in numbers that end: one copy begins or ends with
+/// many mismatches, which those behind it have to pay for.
+void run_case_of_a_long_unit(std::uint64_t seed) {
+  RandomEngine engine(seed);
+  const std::size_t unit_length = draw_between(engine, 150, 700);
+  const std::size_t penalty = draw_between(engine, 5, 30);
+  const std::size_t most = unit_length / penalty;
+  const std::size_t mismatches = draw_between(engine, most / 2, most);
+  const std::string unit = draw_letters(engine, mismatches, "CGT") +
+                           draw_letters(engine, unit_length - mismatches, "ACGT");
+  const std::string hit = std::string(mismatches, 'A') + unit.substr(mismatches);
+  std::string bases = unit + hit + unit + unit.substr(0, draw_between(engine, 0, unit_length));
+  bases += draw_letters(engine, 100, "ACGT");
+  if (draw_chance(engine, 50)) std::reverse(bases.begin(), bases.end());
+
+  const std::string length_text = std::to_string(unit_length);
+  const std::string penalty_text = "-" + std::to_string(penalty);
+  const Options options{
+      "-u", length_text,  "-U",           length_text,
+      "-m", penalty_text, "-g",           penalty_text,
+      "-r", "1",          "--minScore_b", draw_one_of(engine, {"0.1", "0.5", "1", "1.3"})};
+  ASSERT_TRUE(apply_options(options)) << joined(options);
+  CJudgedRecord record(bases);
+  ASSERT_EQ(record.judge(unit_length), "") << joined(options);
+}
+
+TEST(SeedFilter, refutes_no_seed_that_the_plain_engine_accepts) {
+  std::printf("%llu cases from seed %llu\n", static_cast<unsigned long long>(case_count),
+              static_cast<unsigned long long>(first_seed));
+  silence_standard_error();
+  for (std::uint64_t seed = first_seed; seed < first_seed + case_count; ++seed) {
+    ASSERT_NO_FATAL_FAILURE(run_case(seed)) << "seed " << seed;
+  }
+  std::printf("%llu seeds, %llu accepted, refuted: %llu by runs, %llu by lags, %llu by scores\n",
+              static_cast<unsigned long long>(tally.seeds),
+              static_cast<unsigned long long>(tally.accepted),
+              static_cast<unsigned long long>(tally.refuted_by_runs),
+              static_cast<unsigned long long>(tally.refuted_by_lags),
+              static_cast<unsigned long long>(tally.refuted_by_score));
+  EXPECT_GT(tally.accepted, tally.seeds / 100);
+  EXPECT_GT(tally.refuted_at_all, tally.seeds / 4);
+  EXPECT_GT(tally.refuted_by_runs, tally.seeds / 20);
+  EXPECT_GT(tally.refuted_by_lags, tally.seeds / 20);
+  EXPECT_GT(tally.refuted_by_score, tally.seeds / 20);
+}
+
+TEST(SeedFilter, refutes_no_seed_of_long_units_that_the_plain_engine_accepts) {
+  const Tally before = tally;
+  for (std::uint64_t seed = first_seed; seed < first_seed + case_count / 200 + 5; ++seed) {
+    ASSERT_NO_FATAL_FAILURE(run_case_of_a_long_unit(seed)) << "seed " << seed;
+  }
+  const std::uint64_t seeds = tally.seeds - before.seeds;
+  std::printf("%llu seeds of long units, %llu accepted, refuted: %llu by lags, %llu by scores\n",
+              static_cast<unsigned long long>(seeds),
+              static_cast<unsigned long long>(tally.accepted - before.accepted),
+              static_cast<unsigned long long>(tally.refuted_by_lags - before.refuted_by_lags),
+              static_cast<unsigned long long>(tally.refuted_by_score - before.refuted_by_score));
+  EXPECT_GT(tally.accepted - before.accepted, seeds / 20);
+  EXPECT_GT(tally.refuted_by_lags - before.refuted_by_lags, 0U);
+  EXPECT_GT(tally.refuted_by_score - before.refuted_by_score, 0U);
+}
+
+bool read_number(std::string_view argument, std::string_view flag, std::uint64_t& value) {
+  if (!argument.starts_with(flag)) return false;
+  value = std::strtoull(argument.data() + flag.size(), nullptr, 10);
+  return true;
+}
+
+}  // namespace
+}  // namespace quorix::testing
+
+int main(int argc, char** argv) {
+  testing::InitGoogleTest(&argc, argv);
+  for (int i = 1; i < argc; ++i) {
+    if (quorix::testing::read_number(argv[i], "--cases=", quorix::testing::case_count)) continue;
+    if (quorix::testing::read_number(argv[i], "--seed=", quorix::testing::first_seed)) continue;
+    std::fprintf(stderr, "unknown argument %s\n", argv[i]);
+    return 2;
+  }
+  return RUN_ALL_TESTS();
+}

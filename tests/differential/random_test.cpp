@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
+#include <string>
 #include <string_view>
 
 #include "support/engine_comparison.h"
@@ -43,18 +44,43 @@ void add_to_tally(const RunOutput& output) {
   tally.masked_bases += count_of(output.masked, "X");
 }
 
-/// One case a seed. Most records are short, so that many settings are met; without a limit of the
-/// recursion both engines try every combination of edits, which a dozen bases bear.
-void run_case(std::uint64_t seed) {
-  RandomEngine engine(seed);
-  const bool is_unlimited = draw_chance(engine, 5);
-  const Options options = draw_options(engine, is_unlimited);
-  const std::size_t longest = is_unlimited ? 12 : draw_chance(engine, 85) ? 90 : 300;
-  const NamedBases record{"seed " + std::to_string(seed),
-                          draw_record(engine, longest, draw_chance(engine, 70) ? 4 : 12)};
+/// Runs both engines on a record of `bases`.
+void run_record(std::uint64_t seed, const Options& options, const std::string& bases) {
+  const NamedBases record{"seed " + std::to_string(seed), bases};
   const Comparison comparison = compare_engines(record);
   ASSERT_TRUE(comparison.is_equal()) << describe_difference(record, options);
   add_to_tally(comparison.program);
+}
+
+/// Most records are short, so that many settings are met; without a limit of the recursion both
+/// engines try every combination of edits, which a dozen bases bear.
+void run_short_case(std::uint64_t seed, RandomEngine& engine) {
+  const bool is_unlimited = draw_chance(engine, 5);
+  const Options options = draw_options(engine, is_unlimited);
+  const std::size_t longest = is_unlimited ? 12 : draw_chance(engine, 85) ? 90 : 300;
+  run_record(seed, options, draw_record(engine, longest, draw_chance(engine, 70) ? 4 : 12));
+}
+
+/// Units and records beyond what one machine word or one byte holds, for the bounds that work with
+/// those. Penalties are mostly high and the recursion is shallow: the plain engine tries all paths.
+void run_long_case(std::uint64_t seed, RandomEngine& engine) {
+  const Options options = draw_long_unit_options(engine);
+  std::string bases = draw_record(engine, 700, draw_chance(engine, 50) ? 60 : 12);
+  const std::size_t room = 700 - bases.size();
+  if (room > 0 && draw_chance(engine, 60)) {  // copies enough for a long unit
+    bases += draw_array(engine, draw_between(engine, 1, room), 60, draw_between(engine, 0, 6));
+  }
+  run_record(seed, options, bases);
+}
+
+/// One case a seed.
+void run_case(std::uint64_t seed) {
+  RandomEngine engine(seed);
+  if (draw_chance(engine, 10)) {
+    run_long_case(seed, engine);
+  } else {
+    run_short_case(seed, engine);
+  }
 }
 
 TEST(Random, program_and_plain_engine_agree) {

@@ -1,5 +1,7 @@
 #include "support/random_options.h"
 
+#include <algorithm>
+
 #include "search/search_controller.h"
 #include "settings/command_line.h"
 
@@ -51,6 +53,31 @@ void draw_search(RandomEngine& engine, Options& options, bool may_be_unlimited) 
   draw_switch(engine, options, 40, "-D");
 }
 
+/// One or a few neighbouring unit lengths up to 60, and what keeps the plain engine quick.
+void draw_long_unit_search(RandomEngine& engine, Options& options) {
+  options.emplace_back("-M");
+  options.push_back(draw_chance(engine, 80) ? "imperfect" : "extendExact");
+  const std::size_t shortest = draw_between(engine, 1, 60);
+  const std::size_t longest = shortest + (draw_chance(engine, 70) ? 0 : draw_between(engine, 1, 9));
+  options.insert(options.end(), {"-u", std::to_string(shortest)});
+  options.insert(options.end(), {"-U", std::to_string(std::min<std::size_t>(longest, 60))});
+
+  const bool is_usual = draw_chance(engine, 95);
+  const std::vector<std::string> penalties =
+      is_usual ? std::vector<std::string>{"-5", "-6", "-6", "-7", "-8", "-9"}
+               : std::vector<std::string>{"-2", "-3", "-30", "-300"};
+  draw_option(engine, options, 80, "-m", penalties);
+  draw_option(engine, options, 80, "-g", penalties);
+  draw_option(engine, options, 20, "-R", {"0", "5", "20", "60"});
+  options.insert(options.end(), {"-r", draw_chance(engine, 80) ? "1" : "2"});
+  draw_option(engine, options, 30, "-N", {"0", "1", "2", "7", "2147483647"});
+  draw_switch(engine, options, 15, "--NsAsMissense");
+  draw_switch(engine, options, 40, "-D");
+  draw_option(engine, options, 50, "-s", {"1", "4", "8", "15", "30"});
+  draw_option(engine, options, 60, "--minScore_b", {"0", "0.1", "0.3", "0.5", "0.7", "1.5", "6"});
+  draw_option(engine, options, 15, "-l", {"12", "30", "100"});
+}
+
 void draw_report(RandomEngine& engine, Options& options) {
   draw_option(engine, options, 40, "--outputFormat", {"0", "1", "2"});
   draw_option(engine, options, 40, "--printRepeatSeqMode", {"0", "1", "2"});
@@ -80,6 +107,15 @@ Options draw_options(RandomEngine& engine, bool may_be_unlimited) {
     Options options;
     draw_search(engine, options, may_be_unlimited);
     draw_thresholds(engine, options);
+    draw_report(engine, options);
+    if (apply_options(options)) return options;
+  }
+}
+
+Options draw_long_unit_options(RandomEngine& engine) {
+  while (true) {
+    Options options;
+    draw_long_unit_search(engine, options);
     draw_report(engine, options);
     if (apply_options(options)) return options;
   }

@@ -23,4 +23,8 @@ std::string joined(const Options& options);
 /// `may_be_unlimited` the recursion may have no limit, which short records alone can bear.
 Options draw_options(RandomEngine& engine, bool may_be_unlimited);
 
+/// The same for units of up to 60 bases, with penalties and depths that records of some hundred
+/// bases can bear.
+Options draw_long_unit_options(RandomEngine& engine);
+
 }  // namespace quorix::testing

@@ -1,0 +1,116 @@
+// The filters of seeds: matches at a lag, seeds told from runs and from lags, and the bound of one
+// score.
+
+#include <benchmark/benchmark.h>
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "micro/bench_support.h"
+#include "search/kernel/base_planes.h"
+#include "search/kernel/bit_set.h"
+#include "search/kernel/lag_bound.h"
+#include "search/kernel/run_seeds.h"
+#include "search/kernel/score_bound.h"
+
+namespace quorix::bench {
+namespace {
+
+constexpr std::size_t kBases = 1'000'000;
+constexpr std::int64_t kPenalty = 6;
+
+/// Argument: one N in that many bases, 0 for none.
+void find_matches(benchmark::State& state) {
+  std::string bases = repeat_rich_bases(kBases, 1);
+  const auto spacing = static_cast<std::size_t>(state.range(0));
+  for (std::size_t i = spacing; spacing != 0 && i < bases.size(); i += spacing) bases[i] = 'N';
+  const CBasePlanes planes(bases.data(), bases.size());
+  CBitSet matches;
+  std::uint64_t lag = 0;
+  for ([[maybe_unused]] auto _ : state) {
+    planes.find_matches(++lag % 100 + 1, true, matches);
+    benchmark::DoNotOptimize(matches.words().data());
+  }
+  state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(bases.size()));
+}
+BENCHMARK(find_matches)->Arg(0)->Arg(1000)->Unit(benchmark::kMicrosecond);
+
+/// With the default penalties and minimum score. Arguments: the length of the unit, whether half of
+/// the bases lie in arrays.
+void find_run_seeds_of_unit(benchmark::State& state) {
+  const std::string bases =
+      state.range(1) != 0 ? repeat_rich_bases(kBases, 1) : random_bases(kBases, 1);
+  const std::int64_t unit_length = state.range(0);
+  const std::int64_t edited_run = kPenalty - unit_length + 1;
+  const RunRule rule{unit_length, edited_run, kPenalty, edited_run + kPenalty};
+  const CBasePlanes planes(bases.data(), bases.size());
+  CNeighbourLags lags(planes, false);
+  lags.move_to(static_cast<std::uint64_t>(unit_length), true);
+  CBitSet seeds;
+  for ([[maybe_unused]] auto _ : state) {
+    seeds.reset(bases.size() - static_cast<std::size_t>(unit_length));
+    find_run_seeds(lags, rule, seeds);
+    benchmark::DoNotOptimize(seeds.words().data());
+  }
+  if (seeds.find_set(0) == seeds.size()) state.SkipWithError("some seeds should be let through");
+  state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(bases.size()));
+}
+BENCHMARK(find_run_seeds_of_unit)
+    ->Args({2, 0})
+    ->Args({4, 0})
+    ->Args({6, 0})
+    ->Args({6, 1})
+    ->Unit(benchmark::kMicrosecond);
+
+/// Arguments: the first and the last length of the units. Items are pairs of a base and a length.
+void find_lag_seeds_of_units(benchmark::State& state) {
+  constexpr std::size_t kLagBases = 200'000;
+  const std::string bases = random_bases(kLagBases, 2);
+  LagBoundRules rules{static_cast<std::uint64_t>(state.range(0)), {}, kPenalty, kPenalty, true};
+  for (std::int64_t unit = state.range(0); unit <= state.range(1); ++unit) {
+    rules.min_scores.push_back(unit);
+  }
+  for ([[maybe_unused]] auto _ : state) {
+    std::vector<CBitSet> seeds;
+    for (std::size_t i = 0; i < rules.min_scores.size(); ++i) {
+      seeds.emplace_back(bases.size() - rules.first_unit_length - i);
+    }
+    find_lag_seeds(bases.data(), bases.size(), rules, seeds);
+    benchmark::DoNotOptimize(seeds.data());
+  }
+  state.SetItemsProcessed(state.iterations() * static_cast<std::int64_t>(bases.size()) *
+                          static_cast<std::int64_t>(rules.min_scores.size()));
+}
+BENCHMARK(find_lag_seeds_of_units)
+    ->Args({7, 20})
+    ->Args({7, 100})
+    ->Args({100, 500})
+    ->Unit(benchmark::kMillisecond);
+
+/// Hopeless seeds in random bases, which is what most seeds are. Argument: the length of the unit.
+void bound_hopeless_score(benchmark::State& state) {
+  constexpr std::size_t kMargin = 20'000;
+  constexpr std::size_t kSeedCount = 64;
+  const auto unit_length = static_cast<std::size_t>(state.range(0));
+  const std::string bases = random_bases(2 * kMargin + kSeedCount + unit_length, 3);
+  const GrowthRules rules{bases.data(), bases.data() + bases.size(), kPenalty, kPenalty, true};
+  const CScoreBound bound;
+  std::size_t round = 0;
+  std::int64_t refuted = 0;
+  for ([[maybe_unused]] auto _ : state) {
+    const char* const unit = bases.data() + kMargin + round++ % kSeedCount;
+    const char* const unit_end = unit + unit_length;
+    const bool may_reach =
+        bound.may_reach({unit, unit_end, unit, unit_end, 0, state.range(0) - 1, 0}, rules,
+                        state.range(0) < kPenalty ? kPenalty : state.range(0));
+    refuted += may_reach ? 0 : 1;
+  }
+  if (refuted == 0) state.SkipWithError("most seeds should be refuted");
+  state.SetItemsProcessed(state.iterations());
+}
+BENCHMARK(bound_hopeless_score)->Arg(6)->Arg(20)->Arg(100)->Arg(300);
+
+}  // namespace
+}  // namespace quorix::bench

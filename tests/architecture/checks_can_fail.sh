@@ -88,6 +88,13 @@ expect_include_finding search/score.h '  #  include "settings/command_line.h"' \
 expect_include_finding search/score.h '#include "driver/run.h"' \
   'layer 6 may not include "driver/run.h" of layer 7'
 
+expect_include_finding search/kernel/bit_set.h '#include "search/score.h"' \
+  'layer 8 may not include "search/score.h" of layer 6'
+expect_include_finding search/kernel/run_seeds.cpp '#include "settings/settings.h"' \
+  'layer 8 may not include "settings/settings.h" of layer 1'
+expect_include_finding search/kernel/run_seeds.cpp '#include <hwy/highway.h>' \
+  '<hwy/highway.h> may not be included here'
+
 expect_include_finding driver/run.cpp '#include "exit_status.h"' \
   '"exit_status.h" is no file written from the source folder'
 expect_include_finding driver/run.cpp '#include "driver/../driver/clock.h"' \

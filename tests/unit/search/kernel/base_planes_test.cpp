@@ -7,6 +7,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <string>
+#include <vector>
 
 #include "support/random_dna.h"
 #include "unit/search/searched_sequence.h"
@@ -58,7 +59,8 @@ TEST(BasePlanes, tell_every_pair_of_letters) {
 
 TEST(BasePlanes, find_the_matches_of_all_lags) {
   RandomEngine engine(2);
-  for (const std::size_t length : {0, 1, 2, 7, 8, 9, 63, 64, 65, 127, 128, 129, 192, 193, 250}) {
+  for (const std::size_t length :
+       std::vector<std::size_t>{0, 1, 2, 7, 8, 9, 63, 64, 65, 127, 128, 129, 192, 193, 250}) {
     for (const char* const alphabet : {"ACGT", "AC", "ACGTN", "AN", "N"}) {
       const std::string text = draw_text(engine, length, alphabet);
       ASSERT_NO_FATAL_FAILURE(expect_matches_of(text, false));
@@ -69,7 +71,7 @@ TEST(BasePlanes, find_the_matches_of_all_lags) {
 
 TEST(BasePlanes, tell_where_the_Ns_are) {
   RandomEngine engine(3);
-  for (const std::size_t length : {0, 1, 63, 64, 65, 128, 200}) {
+  for (const std::size_t length : std::vector<std::size_t>{0, 1, 63, 64, 65, 128, 200}) {
     const std::string text = draw_text(engine, length, "ACGTN");
     const CBasePlanes planes = planes_of(text);
     ASSERT_EQ(planes.length(), length);

@@ -92,8 +92,8 @@ TEST(LagBound, lets_the_seeds_of_its_tables_through) {
 TEST(LagBound, tells_of_texts_that_end_behind_the_unit) {
   RandomEngine engine(7);
   Tally tally;
-  for (const std::uint64_t unit : {1, 2, 7, 50, 63, 64, 65}) {
-    for (const std::uint64_t more : {1, 2, 3, 20}) {
+  for (const std::uint64_t unit : std::vector<std::uint64_t>{1, 2, 7, 50, 63, 64, 65}) {
+    for (const std::uint64_t more : std::vector<std::uint64_t>{1, 2, 3, 20}) {
       for (const char* const alphabet : {"A", "ACGT", "AN"}) {
         const std::string text = draw_letters(engine, unit + more, alphabet);
         const LagBoundRules rules =
@@ -139,10 +139,11 @@ TEST(LagBound, lets_long_units_pay_for_edits_beyond_a_byte) {
     std::size_t mismatches;
     std::int64_t penalty;
   };
-  for (const auto& [unit_length, mismatches, penalty] : {Case{600, 9, 30}, {2000, 60, 6}}) {
-    const std::string text = copies_with_mismatches(unit_length, mismatches);
+  for (const Case& one : {Case{600, 9, 30}, Case{2000, 60, 6}}) {
+    const std::size_t unit_length = one.unit_length;
+    const std::string text = copies_with_mismatches(unit_length, one.mismatches);
     const std::string mirrored(text.rbegin(), text.rend());
-    const LagBoundRules rules = rules_for(unit_length, unit_length, penalty, penalty, true);
+    const LagBoundRules rules = rules_for(unit_length, unit_length, one.penalty, one.penalty, true);
     for_each_vector_target([&](const char* target) {
       std::vector<CBitSet> seeds(1, CBitSet(text.size() - unit_length));
       find_lag_seeds(text.data(), text.size(), rules, seeds);

@@ -138,7 +138,7 @@ void expect_letters_of_row(const CLagGrid& grid, const std::string& text, std::i
 
 TEST(LagGrid, lays_the_bases_out_by_rows_and_lanes) {
   RandomEngine engine(11);
-  for (const std::uint64_t unit : {1, 2, 9, 50, 101}) {
+  for (const std::uint64_t unit : std::vector<std::uint64_t>{1, 2, 9, 50, 101}) {
     const std::string text = draw_letters(engine, unit + 150, "ACGT");
     const CBases bases(text);
     const LagBoundRules rules = rules_for(unit, {6, 7});

@@ -9,6 +9,7 @@
 #include <cstdint>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include "support/random_dna.h"
 #include "unit/search/searched_sequence.h"
@@ -133,7 +134,8 @@ TEST(RunSeeds, are_those_of_the_rule) {
 
 TEST(RunSeeds, reach_from_one_end_of_the_text_to_the_other) {
   Tally tally;
-  for (const std::size_t length : {2, 63, 64, 65, 66, 127, 128, 129, 130, 200}) {
+  for (const std::size_t length :
+       std::vector<std::size_t>{2, 63, 64, 65, 66, 127, 128, 129, 130, 200}) {
     const std::string bases(length, 'A');
     const CBases block(bases);
     const CBasePlanes planes(block.begin(), length);
@@ -157,7 +159,7 @@ TEST(NeighbourLags, tell_of_the_lags_beside_one) {
   const CBasePlanes planes(block.begin(), bases.size());
   CNeighbourLags lags(planes, true);
   CBitSet expected;
-  for (const std::uint64_t lag : {2, 3, 4, 9, 8, 7, 60, 3}) {
+  for (const std::uint64_t lag : std::vector<std::uint64_t>{2, 3, 4, 9, 8, 7, 60, 3}) {
     lags.move_to(lag, draw_chance(engine, 30));
     planes.find_matches(lag, true, expected);
     EXPECT_EQ(lags.at().words(), expected.words()) << lag;

@@ -10,7 +10,11 @@
 // text ends (or a long run of N's begins) the earlier, shorter state stays; where no edit is
 // allowed any more, the current one.
 
+#include <algorithm>
+#include <functional>
+
 #include "search/direction.h"
+#include "search/edit_memo.h"
 #include "search/look_ahead.h"
 #include "search/score.h"
 #include "search/search_controller.h"
@@ -66,33 +70,62 @@ class CSnapshot {
   std::size_t edit_count_;
 };
 
+/// What growth asks for an edit.
+struct EditAdvisers {
+  CLookAhead& look_ahead;
+  CEditMemo* memo;  ///< null if the text is not the one that it is for
+};
+
+/// True if the choice at a stop depends on the bases and characters alone: no path of the
+/// look-ahead can meet a threshold, however many of its edits it makes.
+bool is_choice_free_of_score(const Csat& sat, std::int64_t best_score, std::int64_t bases_beyond) {
+  const std::int64_t most_lost =
+      std::int64_t{global_maximum_recursion_depth} *
+      std::max(-std::int64_t{global_mismatch_score}, -std::int64_t{global_indel_score});
+  const std::int64_t highest_score = std::max<std::int64_t>(sat.score, best_score) + bases_beyond;
+  return sat.recursion_depth == 0 &&
+         sat.score - most_lost > edit_threshold(highest_score, sat.unit_length());
+}
+
 /// The edit that the look-ahead finds most promising, or `kNoEdit` if none may be made.
 template <class Direction>
-char choose_edit(Csat& sat, const char* limit, std::int64_t best_score, CLookAhead& look_ahead) {
-  const LookAheadBounds bounds{sat.unit_begin, sat.unit_end, sat.unit_length(), limit};
-  const std::int64_t threshold = edit_threshold(best_score, bounds.unit_length);
-  const auto level = static_cast<std::uint8_t>(sat.recursion_depth + 1);
-
+char look_ahead_for_edit(const Csat& sat, const char* edge, const char* character,
+                         const char* limit, std::int64_t best_score, CLookAhead& look_ahead) {
+  const ByEdit<std::int64_t> values = look_ahead.values_of_edits<Direction>(
+      {edge, character, sat.score, best_score, sat.recursion_depth},
+      {sat.unit_begin, sat.unit_end, sat.unit_length(), limit});
+  constexpr ByEdit<char> kKinds = {'M', 'I', 'D'};
   char choice = kNoEdit;
-  std::int64_t best_value = 0;
-  const auto try_edit = [&](char kind, const char* edge, const char* character, int penalty) {
-    const std::int64_t score = std::int64_t{sat.score} + penalty;
-    if (score <= threshold) return;
-    const std::int64_t value =
-        look_ahead.highest_score<Direction>({edge, character, score, best_score, level}, bounds);
-    if (choice != kNoEdit && value <= best_value) return;
-    choice = kind;
-    best_value = value;
-  };
+  std::int64_t best_value = kNoValue;
+  for (std::size_t i = 0; i < kEditKinds; ++i) {
+    if (values[i] <= best_value) continue;
+    choice = kKinds[i];
+    best_value = values[i];
+  }
+  return choice;
+}
 
+template <class Direction>
+char choose_edit(Csat& sat, const char* limit, std::int64_t best_score,
+                 const EditAdvisers& advisers) {
   const char* const edge = Direction::edge(sat);
   const char* const character = Direction::unit_cursor(sat);
-  const char* const next_edge = Direction::edge_beyond(edge);
-  const char* const next_character =
-      Direction::next_in_unit(character, sat.unit_begin, sat.unit_end);
-  try_edit('M', next_edge, next_character, global_mismatch_score);
-  try_edit('I', next_edge, character, global_indel_score);
-  try_edit('D', edge, next_character, global_indel_score);
+  const bool is_memorable =
+      advisers.memo != nullptr && sat.unit_length() <= CEditMemo::kLongestUnit &&
+      is_choice_free_of_score(sat, best_score, Direction::bases_beyond(edge, limit));
+  if (!is_memorable) {
+    return look_ahead_for_edit<Direction>(sat, edge, character, limit, best_score,
+                                          advisers.look_ahead);
+  }
+  const EditSite site{edge, limit,
+                      CEditMemo::code_of(character, sat.unit_begin, sat.unit_end,
+                                         Direction::kIndex == Rightward::kIndex)};
+  char choice = advisers.memo->find(site);
+  if (choice == kNoEdit) {
+    choice = look_ahead_for_edit<Direction>(sat, edge, character, limit, best_score,
+                                            advisers.look_ahead);
+    advisers.memo->keep(site, choice);
+  }
   return choice;
 }
 
@@ -123,11 +156,11 @@ bool extend_exact(Leftward /*direction*/, Csat& sat, const char* limit) {
 }
 
 template <class Direction>
-void extend_imperfect(Csat& sat, const char* limit, CLookAhead& look_ahead) {
+void extend_imperfect(Csat& sat, const char* limit, const EditAdvisers& advisers) {
   CSnapshot best(sat);
   while (extend_exact(Direction(), sat, limit)) {
     if (sat.score > best.score()) best = CSnapshot(sat);
-    const char kind = choose_edit<Direction>(sat, limit, best.score(), look_ahead);
+    const char kind = choose_edit<Direction>(sat, limit, best.score(), advisers);
     if (kind == kNoEdit) {
       if (sat.score < best.score()) best.restore(sat);
       return;
@@ -139,12 +172,18 @@ void extend_imperfect(Csat& sat, const char* limit, CLookAhead& look_ahead) {
 
 }  // namespace
 
+CEditMemo* CSearchController::memo_for(const Csat& sat) {
+  const std::less<> is_before;
+  const bool is_own = !is_before(sat.start, text_begin()) && !is_before(text_end(), sat.end);
+  return is_own ? &edit_memo_ : nullptr;
+}
+
 void CSearchController::extend_imperfect_forward(Csat& sat, const char* limit) {
-  extend_imperfect<Rightward>(sat, limit, look_ahead_);
+  extend_imperfect<Rightward>(sat, limit, {look_ahead_, memo_for(sat)});
 }
 
 void CSearchController::extend_imperfect_backward(Csat& sat, const char* limit) {
-  extend_imperfect<Leftward>(sat, limit, look_ahead_);
+  extend_imperfect<Leftward>(sat, limit, {look_ahead_, memo_for(sat)});
 }
 
 int CSearchController::extend_imperfect_forward_leap_ahead(

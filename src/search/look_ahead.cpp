@@ -27,6 +27,43 @@
 
 namespace quorix {
 
+namespace {
+
+constexpr int kDeepestLevel = std::numeric_limits<std::uint8_t>::max();
+
+/// Edits that may follow those on the way to `level`; negative if any number may.
+int edits_left(std::uint8_t level) {
+  if (global_maximum_recursion_depth > kDeepestLevel) return -1;
+  return static_cast<std::uint8_t>(global_maximum_recursion_depth - level);
+}
+
+/// False if the floor alone bounds what edits may cost.
+template <class Direction>
+bool may_reduction_be_limited(const LookAheadState& from, const LookAheadBounds& bounds) {
+  // No path gets above this.
+  const std::int64_t most =
+      std::max(from.score, from.best_score) + Direction::bases_beyond(from.edge, bounds.limit);
+  return most - std::int64_t{global_maximum_scorereduction} > -bounds.unit_length;
+}
+
+/// The states after each edit at `stop`.
+template <class Direction>
+ByEdit<LookAheadState> edits_at(const LookAheadState& stop, const LookAheadBounds& bounds) {
+  const char* const next_edge = Direction::edge_beyond(stop.edge);
+  const char* const next_character =
+      Direction::next_in_unit(stop.character, bounds.unit_begin, bounds.unit_end);
+  const auto level = static_cast<std::uint8_t>(stop.level + 1);
+  return {{{next_edge, next_character, stop.score + global_mismatch_score, stop.best_score, level},
+           {next_edge, stop.character, stop.score + global_indel_score, stop.best_score, level},
+           {stop.edge, next_character, stop.score + global_indel_score, stop.best_score, level}}};
+}
+
+void raise(ByEdit<std::int64_t>& scores, const ByEdit<std::int64_t>& others) {
+  for (std::size_t i = 0; i < kEditKinds; ++i) scores[i] = std::max(scores[i], others[i]);
+}
+
+}  // namespace
+
 // Such a run may be a gap of many megabases, and hundreds of paths at its edge go through it. So
 // the run that was walked over last is remembered, and all but the first of them jump.
 template <class Direction>
@@ -47,25 +84,28 @@ const char* CLookAhead::edge_behind_Ns(const char* edge, const char* limit) {
   return far_edge;
 }
 
-template <class Direction, class State>
-void CLookAhead::walk_matches(State& state, const LookAheadBounds& bounds) {
-  const auto move_on = [&](const char* edge) {
-    const std::int64_t count = Direction::distance(state.edge, edge);
-    state.character =
-        Direction::character_beyond(state.character, count, bounds.unit_begin, bounds.unit_end);
-    state.edge = edge;
+template <class Direction>
+std::int64_t CLookAhead::walk_matches(const char*& edge, const char*& character,
+                                      const LookAheadBounds& bounds) {
+  std::int64_t all_matches = 0;
+  const auto move_on = [&](std::int64_t count) {
+    edge = Direction::edge_beyond(edge, count);
+    character = Direction::character_beyond(character, count, bounds.unit_begin, bounds.unit_end);
   };
-  while (true) {
-    const std::int64_t matches = matches_beyond<Direction>(
-        state.edge, state.character, bounds.unit_begin, bounds.unit_end, bounds.limit);
-    if (matches != 0) {
-      state.score += matches;
-      move_on(Direction::edge_beyond(state.edge, matches));
+  while (!Direction::is_at_limit(edge, bounds.limit)) {
+    const char base = *Direction::base_beyond(edge);
+    if (base == *character) {
+      const std::int64_t matches = matches_beyond<Direction>(edge, character, bounds.unit_begin,
+                                                             bounds.unit_end, bounds.limit);
+      all_matches += matches;
+      move_on(matches);
+    } else if (base == 'N' && is_N_neutral()) {
+      move_on(Direction::distance(edge, edge_behind_Ns<Direction>(edge, bounds.limit)));
+    } else {
+      break;
     }
-    if (Direction::is_at_limit(state.edge, bounds.limit)) return;
-    if (*Direction::base_beyond(state.edge) != 'N' || !is_N_neutral()) return;
-    move_on(edge_behind_Ns<Direction>(state.edge, bounds.limit));
   }
+  return all_matches;
 }
 
 template <class Direction>
@@ -76,7 +116,7 @@ std::int64_t CLookAhead::highest_score_of_all_paths(const LookAheadState& from,
   while (!pending_.empty()) {
     LookAheadState state = pending_.back();
     pending_.pop_back();
-    walk_matches<Direction>(state, bounds);
+    state.score += walk_matches<Direction>(state.edge, state.character, bounds);
     highest = std::max(highest, state.score);
     if (state.level == global_maximum_recursion_depth ||
         Direction::is_at_limit(state.edge, bounds.limit)) {
@@ -85,129 +125,153 @@ std::int64_t CLookAhead::highest_score_of_all_paths(const LookAheadState& from,
 
     state.best_score = std::max(state.best_score, state.score);
     const std::int64_t threshold = edit_threshold(state.best_score, bounds.unit_length);
-    const auto try_edit = [&](const char* edge, const char* character, int penalty) {
-      const std::int64_t score = state.score + penalty;
-      if (score <= threshold) return;
-      pending_.push_back(
-          {edge, character, score, state.best_score, static_cast<std::uint8_t>(state.level + 1)});
-    };
-    const char* const next_edge = Direction::edge_beyond(state.edge);
-    const char* const next_character =
-        Direction::next_in_unit(state.character, bounds.unit_begin, bounds.unit_end);
-    try_edit(next_edge, next_character, global_mismatch_score);
-    try_edit(next_edge, state.character, global_indel_score);
-    try_edit(state.edge, next_character, global_indel_score);
+    for (const LookAheadState& edited : edits_at<Direction>(state, bounds)) {
+      if (edited.score > threshold) pending_.push_back(edited);
+    }
   }
   return highest;
 }
 
 template <class Direction>
-std::int64_t CLookAhead::edit_places(std::ptrdiff_t drift, const LookAheadBounds& bounds) {
-  const auto next_in_unit = [&bounds](const char* character) {
-    return Direction::next_in_unit(character, bounds.unit_begin, bounds.unit_end);
-  };
-  // Three ordered sources: the states one edit earlier of this drift, the one below and the one
-  // above.
-  struct Source {
-    const Place* place;
-    const Place* end;
-  };
-  const auto source_of = [&](std::ptrdiff_t source_drift) -> Source {
-    if (source_drift < level_.lowest || source_drift > level_.highest()) return {nullptr, nullptr};
-    const Place* const places = level_.places.data();
-    const auto index = static_cast<std::size_t>(source_drift - level_.lowest);
-    return {places + level_.begins[index], places + level_.begins[index + 1]};
-  };
-  Source mismatched = source_of(drift);
-  Source inserted = source_of(drift - 1);
-  Source deleted = source_of(drift + 1);
-
-  std::int64_t highest = std::numeric_limits<std::int64_t>::min();
-  const std::size_t first = next_.places.size();
-  while (true) {
-    // The nearest edge, and the highest score at it.
-    Place nearest{nullptr, nullptr, 0};
-    const auto offer = [&](const Source& source, bool is_base_used, bool is_character_used,
-                           int penalty) {
-      if (source.place == source.end) return;
-      const Place& from = *source.place;
-      const char* const edge = is_base_used ? Direction::edge_beyond(from.edge) : from.edge;
-      const std::int64_t score = from.score + penalty;
-      if (nearest.edge != nullptr) {
-        const std::int64_t lead = Direction::distance(edge, nearest.edge);
-        if (lead < 0 || (lead == 0 && score <= nearest.score)) return;
-      }
-      nearest = {edge, is_character_used ? next_in_unit(from.character) : from.character, score};
-    };
-    offer(mismatched, true, true, global_mismatch_score);
-    offer(inserted, true, false, global_indel_score);
-    offer(deleted, false, true, global_indel_score);
-    if (nearest.edge == nullptr) return highest;
-
-    const auto skip = [&](Source& source, bool is_base_used) {
-      if (source.place == source.end) return;
-      const char* const edge =
-          is_base_used ? Direction::edge_beyond(source.place->edge) : source.place->edge;
-      if (edge == nearest.edge) ++source.place;
-    };
-    skip(mismatched, true);
-    skip(inserted, true);
-    skip(deleted, false);
-    if (nearest.score <= -bounds.unit_length) continue;
-
-    walk_matches<Direction>(nearest, bounds);
-    highest = std::max(highest, nearest.score);
-    if (Direction::is_at_limit(nearest.edge, bounds.limit)) continue;
-    // Walks of one drift that overlap end at the same edge.
-    if (next_.places.size() > first && next_.places.back().edge == nearest.edge) {
-      next_.places.back().score = std::max(next_.places.back().score, nearest.score);
-    } else {
-      next_.places.push_back(nearest);
-    }
+void CLookAhead::add_place(Place place, const char* origin, const LookAheadBounds& bounds,
+                           ByEdit<std::int64_t>& highest, Level& level, std::size_t first) {
+  const char* edge = Direction::edge_beyond(origin, place.offset);
+  const std::int64_t matches = walk_matches<Direction>(edge, place.character, bounds);
+  place.offset = Direction::distance(origin, edge);
+  for (std::size_t i = 0; i < kEditKinds; ++i) {
+    if (place.scores[i] != kNoValue) place.scores[i] += matches;
+    highest[i] = std::max(highest[i], place.scores[i]);
+  }
+  if (Direction::is_at_limit(edge, bounds.limit)) return;
+  // Walks of one drift that overlap end at the same base.
+  if (level.places.size() > first && level.places.back().offset == place.offset) {
+    raise(level.places.back().scores, place.scores);
+  } else {
+    level.places.push_back(place);
   }
 }
 
 template <class Direction>
-std::int64_t CLookAhead::highest_score_of_best_paths(const LookAheadState& from,
-                                                     const LookAheadBounds& bounds) {
-  constexpr int kDeepestLevel = std::numeric_limits<std::uint8_t>::max();
-  const bool is_unlimited = global_maximum_recursion_depth > kDeepestLevel;
-  const auto most_edits = static_cast<std::uint8_t>(global_maximum_recursion_depth - from.level);
+void CLookAhead::edit_places(std::ptrdiff_t drift, const char* origin,
+                             const LookAheadBounds& bounds, ByEdit<std::int64_t>& highest) {
+  constexpr std::int64_t kNone = std::numeric_limits<std::int64_t>::max();
+  // Three ordered sources: the states one edit earlier of this drift, the one below and the one
+  // above, and what an edit of them uses.
+  struct Source {
+    const Place* place;
+    const Place* end;
+    std::int64_t bases;
+    bool is_character_used;
+    std::int64_t penalty;
 
-  Place start{from.edge, from.character, from.score};
-  walk_matches<Direction>(start, bounds);
-  std::int64_t highest = start.score;
-  level_.restart(0);
-  if (!Direction::is_at_limit(start.edge, bounds.limit)) level_.places.push_back(start);
-  level_.complete_drift();
+    [[nodiscard]] std::int64_t offset() const {
+      return place == end ? kNone : place->offset + bases;
+    }
+  };
+  const auto source_of = [&](std::ptrdiff_t from, std::int64_t bases, bool is_character_used,
+                             int penalty) -> Source {
+    if (from < level_.lowest || from > level_.highest()) return {nullptr, nullptr, 0, false, 0};
+    const Place* const places = level_.places.data();
+    const auto index = static_cast<std::size_t>(from - level_.lowest);
+    return {places + level_.begins[index], places + level_.begins[index + 1], bases,
+            is_character_used, penalty};
+  };
+  ByEdit<Source> sources = {source_of(drift, 1, true, global_mismatch_score),
+                            source_of(drift - 1, 1, false, global_indel_score),
+                            source_of(drift + 1, 0, true, global_indel_score)};
 
-  for (int edits = 0; !level_.places.empty() && (is_unlimited || edits < most_edits); ++edits) {
+  const std::size_t first = next_.places.size();
+  while (true) {
+    const std::int64_t offset =
+        std::min({sources[0].offset(), sources[1].offset(), sources[2].offset()});
+    if (offset == kNone) return;
+    Place place{offset, nullptr, {kNoValue, kNoValue, kNoValue}};
+    bool is_alive = false;
+    for (Source& source : sources) {
+      if (source.offset() != offset) continue;
+      const Place& from = *source.place++;
+      place.character =
+          source.is_character_used
+              ? Direction::next_in_unit(from.character, bounds.unit_begin, bounds.unit_end)
+              : from.character;
+      for (std::size_t i = 0; i < kEditKinds; ++i) {
+        const std::int64_t score = from.scores[i] + source.penalty;
+        if (score <= -bounds.unit_length) continue;
+        place.scores[i] = std::max(place.scores[i], score);
+        is_alive = true;
+      }
+    }
+    if (is_alive) add_place<Direction>(place, origin, bounds, highest, next_, first);
+  }
+}
+
+template <class Direction>
+void CLookAhead::follow_best_paths(const char* origin, int most_edits,
+                                   const LookAheadBounds& bounds, ByEdit<std::int64_t>& highest) {
+  for (int edits = 0; !level_.places.empty() && (most_edits < 0 || edits < most_edits); ++edits) {
     next_.restart(level_.lowest - 1);
     const std::ptrdiff_t last_drift = level_.highest() + 1;
     for (std::ptrdiff_t drift = level_.lowest - 1; drift <= last_drift; ++drift) {
-      highest = std::max(highest, edit_places<Direction>(drift, bounds));
+      edit_places<Direction>(drift, origin, bounds, highest);
       next_.complete_drift();
     }
     next_.complete();
     std::swap(level_, next_);
   }
-  return highest;
 }
 
 template <class Direction>
 std::int64_t CLookAhead::highest_score(const LookAheadState& from, const LookAheadBounds& bounds) {
-  // No path gets above this.
-  const std::int64_t most =
-      std::max(from.score, from.best_score) + Direction::bases_beyond(from.edge, bounds.limit);
-  const bool is_reduction_limited =
-      most - std::int64_t{global_maximum_scorereduction} > -bounds.unit_length;
-  return is_reduction_limited ? highest_score_of_all_paths<Direction>(from, bounds)
-                              : highest_score_of_best_paths<Direction>(from, bounds);
+  if (may_reduction_be_limited<Direction>(from, bounds)) {
+    return highest_score_of_all_paths<Direction>(from, bounds);
+  }
+  ByEdit<std::int64_t> highest = {from.score, kNoValue, kNoValue};
+  level_.restart(0);
+  add_place<Direction>({0, from.character, highest}, from.edge, bounds, highest, level_, 0);
+  level_.complete_drift();
+  follow_best_paths<Direction>(from.edge, edits_left(from.level), bounds, highest);
+  return highest[0];
+}
+
+template <class Direction>
+ByEdit<std::int64_t> CLookAhead::values_of_edits(const LookAheadState& stop,
+                                                 const LookAheadBounds& bounds) {
+  ByEdit<std::int64_t> values = {kNoValue, kNoValue, kNoValue};
+  const std::int64_t threshold = edit_threshold(stop.best_score, bounds.unit_length);
+  const ByEdit<LookAheadState> edited = edits_at<Direction>(stop, bounds);
+  if (may_reduction_be_limited<Direction>(stop, bounds)) {
+    for (std::size_t i = 0; i < kEditKinds; ++i) {
+      if (edited[i].score <= threshold) continue;
+      values[i] = highest_score_of_all_paths<Direction>(edited[i], bounds);
+    }
+    return values;
+  }
+
+  // By ascending drift: a deletion, the mismatch, an insertion.
+  constexpr ByEdit<std::size_t> kByDrift = {2, 0, 1};
+  level_.restart(-1);
+  for (const std::size_t i : kByDrift) {
+    if (edited[i].score > threshold) {
+      Place place{Direction::distance(stop.edge, edited[i].edge),
+                  edited[i].character,
+                  {kNoValue, kNoValue, kNoValue}};
+      place.scores[i] = edited[i].score;
+      add_place<Direction>(place, stop.edge, bounds, values, level_, level_.places.size());
+    }
+    level_.complete_drift();
+  }
+  level_.complete();
+  follow_best_paths<Direction>(stop.edge, edits_left(edited[0].level), bounds, values);
+  return values;
 }
 
 template std::int64_t CLookAhead::highest_score<Rightward>(const LookAheadState&,
                                                            const LookAheadBounds&);
 template std::int64_t CLookAhead::highest_score<Leftward>(const LookAheadState&,
                                                           const LookAheadBounds&);
+template ByEdit<std::int64_t> CLookAhead::values_of_edits<Rightward>(const LookAheadState&,
+                                                                     const LookAheadBounds&);
+template ByEdit<std::int64_t> CLookAhead::values_of_edits<Leftward>(const LookAheadState&,
+                                                                    const LookAheadBounds&);
 
 }  // namespace quorix

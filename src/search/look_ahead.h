@@ -6,6 +6,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <limits>
 #include <vector>
 
 namespace quorix {
@@ -27,6 +28,16 @@ struct LookAheadBounds {
   const char* limit;  ///< see search/direction.h
 };
 
+/// The three edits, in the order in which they are preferred: a mismatch, an inserted base and a
+/// deleted unit character.
+inline constexpr std::size_t kEditKinds = 3;
+/// Something for each of them.
+template <class Value>
+using ByEdit = std::array<Value, kEditKinds>;
+
+/// The value of an edit that may not be made: below every score.
+inline constexpr std::int64_t kNoValue = std::numeric_limits<std::int64_t>::min() / 2;
+
 /// A look-ahead belongs to one text: what it learns of the N's there, it keeps.
 class CLookAhead {
  public:
@@ -39,6 +50,13 @@ class CLookAhead {
   [[nodiscard]] std::int64_t highest_score(const LookAheadState& from,
                                            const LookAheadBounds& bounds);
 
+  /// The highest score that can be met after each of the edits at `stop`, where the base beyond the
+  /// edge does not match, or `kNoValue` if the edit may not be made. `stop.level` is that before
+  /// the edit. Throws: std::bad_alloc.
+  template <class Direction>
+  [[nodiscard]] ByEdit<std::int64_t> values_of_edits(const LookAheadState& stop,
+                                                     const LookAheadBounds& bounds);
+
  private:
   /// A run of N's as it was last walked over in one direction: from every edge between the two it
   /// leads to `far_edge`.
@@ -48,11 +66,12 @@ class CLookAhead {
     const char* limit = nullptr;  ///< of that walk; null before the first one
   };
 
-  /// A state among those with the same number of edits and the same drift.
+  /// A state among those with the same number of edits and the same drift. Paths that begin with
+  /// different edits meet, too: each of them has a score of its own, or `kNoValue`.
   struct Place {
-    const char* edge;
-    const char* character;
-    std::int64_t score;
+    std::int64_t offset;    ///< bases from where the look-ahead begins
+    const char* character;  ///< that the next base has to match
+    ByEdit<std::int64_t> scores;
   };
 
   /// The states with one number of edits, by drift: the insertions less the deletions. Those of
@@ -89,18 +108,29 @@ class CLookAhead {
   template <class Direction>
   std::int64_t highest_score_of_all_paths(const LookAheadState& from,
                                           const LookAheadBounds& bounds);
-  template <class Direction>
-  std::int64_t highest_score_of_best_paths(const LookAheadState& from,
-                                           const LookAheadBounds& bounds);
 
-  /// Fills the states of `drift` into `next_`, by an edit of those of `level_`. Gives the highest
-  /// score among them.
+  /// Follows the best paths from the states of `level_` over up to `most_edits` more edits, or any
+  /// number if it is negative, and raises `highest` to the scores met.
   template <class Direction>
-  std::int64_t edit_places(std::ptrdiff_t drift, const LookAheadBounds& bounds);
+  void follow_best_paths(const char* origin, int most_edits, const LookAheadBounds& bounds,
+                         ByEdit<std::int64_t>& highest);
 
-  /// Moves a state along matches and neutral N's, until a base differs or the limit is met.
-  template <class Direction, class State>
-  void walk_matches(State& state, const LookAheadBounds& bounds);
+  /// Fills the states of `drift` into `next_`, by an edit of those of `level_`.
+  template <class Direction>
+  void edit_places(std::ptrdiff_t drift, const char* origin, const LookAheadBounds& bounds,
+                   ByEdit<std::int64_t>& highest);
+
+  /// Walks from `place`, raises `highest` to the scores met, and adds it to the states that are
+  /// being filled into `level`, of which those from `first` on have the same drift.
+  template <class Direction>
+  void add_place(Place place, const char* origin, const LookAheadBounds& bounds,
+                 ByEdit<std::int64_t>& highest, Level& level, std::size_t first);
+
+  /// Moves on along matches and neutral N's, until a base differs or the limit is met. Gives the
+  /// matches.
+  template <class Direction>
+  std::int64_t walk_matches(const char*& edge, const char*& character,
+                            const LookAheadBounds& bounds);
 
   /// The edge behind the run of N's that begins beyond `edge`.
   template <class Direction>

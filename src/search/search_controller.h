@@ -26,6 +26,7 @@
 #include <memory>
 
 #include "report/csat.h"
+#include "search/edit_memo.h"
 #include "search/kernel/score_bound.h"
 #include "search/look_ahead.h"
 #include "search/sat_container.h"
@@ -199,7 +200,11 @@ class CSearchController {
   void report_head(std::FILE* stream) const;
 
   CScoreBound score_bound_;
+  /// The memo for growing `sat`, null if that is not a repeat of this text.
+  CEditMemo* memo_for(const Csat& sat);
+
   CLookAhead look_ahead_;
+  CEditMemo edit_memo_;
   std::unique_ptr<CSeedFilter> seed_filter_;  ///< null until the first scan
 };
 

@@ -1,0 +1,54 @@
+#pragma once
+
+/// @file
+/// Edits that were chosen before.
+///
+/// Many seeds grow over the same array: each base of it that is not closed begins one, with the
+/// unit turned by a base. They all align it to the same characters, so they come to the same
+/// stops, and there, as long as the score is high enough for every path of the look-ahead to make
+/// all its edits, the choice depends on the bases and the characters alone. It is looked up.
+
+#include <cstdint>
+#include <vector>
+
+namespace quorix {
+
+/// A stop of growth: the base beyond an edge differs from the character that it has to match.
+struct EditSite {
+  const char* edge;
+  const char* limit;
+  std::uint64_t unit_code;  ///< the unit read from that character on, its length and the direction
+};
+
+class CEditMemo {
+ public:
+  /// The longest unit that a code has room for.
+  static constexpr std::int64_t kLongestUnit = 28;
+
+  /// The code of the unit [unit_begin, unit_end) as it is read from `character` on: the same for
+  /// all turns of a unit that have the same character next. REQUIRES: at most `kLongestUnit`
+  /// characters, no N.
+  [[nodiscard]] static std::uint64_t code_of(const char* character, const char* unit_begin,
+                                             const char* unit_end, bool is_rightward);
+
+  /// The edit chosen at `site`, or NUL if it is not known any more.
+  [[nodiscard]] char find(const EditSite& site) const;
+
+  /// Keeps the choice, in the place of another one. Throws: std::bad_alloc.
+  void keep(const EditSite& site, char kind);
+
+  /// Forgets everything: the text or the settings are others.
+  void clear() { entries_.clear(); }
+
+ private:
+  struct Entry {
+    EditSite site;
+    char kind;
+  };
+
+  [[nodiscard]] static std::size_t place_of(const EditSite& site);
+
+  std::vector<Entry> entries_;  ///< none until the first is kept
+};
+
+}  // namespace quorix

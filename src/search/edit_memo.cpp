@@ -33,19 +33,18 @@ std::uint64_t CEditMemo::code_of(const char* character, const char* unit_begin,
 std::size_t CEditMemo::place_of(const EditSite& site) {
   constexpr std::uint64_t kMixer = 0x9E3779B97F4A7C15U;
   const auto address = reinterpret_cast<std::uintptr_t>(site.edge);
-  return ((address ^ site.unit_code * kMixer) * kMixer) >> 50U;
+  const auto score = static_cast<std::uint64_t>(site.score);
+  return ((address ^ (site.unit_code + score) * kMixer) * kMixer) >> 50U;
 }
 
 char CEditMemo::find(const EditSite& site) const {
   if (entries_.empty()) return '\0';
   const Entry& entry = entries_[place_of(site)];
-  const bool is_same = entry.site.edge == site.edge && entry.site.limit == site.limit &&
-                       entry.site.unit_code == site.unit_code;
-  return is_same ? entry.kind : '\0';
+  return entry.site == site ? entry.kind : '\0';
 }
 
 void CEditMemo::keep(const EditSite& site, char kind) {
-  if (entries_.empty()) entries_.resize(kEntries, {{nullptr, nullptr, 0}, '\0'});
+  if (entries_.empty()) entries_.resize(kEntries, {{nullptr, nullptr, 0, 0}, '\0'});
   entries_[place_of(site)] = {site, kind};
 }
 

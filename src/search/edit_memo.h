@@ -18,6 +18,9 @@ struct EditSite {
   const char* edge;
   const char* limit;
   std::uint64_t unit_code;  ///< the unit read from that character on, its length and the direction
+  std::int64_t score;       ///< one value for all scores that are high enough
+
+  [[nodiscard]] bool operator==(const EditSite& other) const = default;
 };
 
 class CEditMemo {

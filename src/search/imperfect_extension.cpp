@@ -76,15 +76,19 @@ struct EditAdvisers {
   CEditMemo* memo;  ///< null if the text is not the one that it is for
 };
 
-/// True if the choice at a stop depends on the bases and characters alone: no path of the
-/// look-ahead can meet a threshold, however many of its edits it makes.
-bool is_choice_free_of_score(const Csat& sat, std::int64_t best_score, std::int64_t bases_beyond) {
+/// True if only the floor bounds what edits may cost from here on.
+bool is_reduction_unlimited(const Csat& sat, std::int64_t best_score, std::int64_t bases_beyond) {
+  const std::int64_t highest_score = std::max<std::int64_t>(sat.score, best_score) + bases_beyond;
+  return edit_threshold(highest_score, sat.unit_length()) == -sat.unit_length();
+}
+
+/// The score, or one value for all scores from which no path of the look-ahead can fall to the
+/// floor, however many of its edits it makes.
+std::int64_t score_that_matters(const Csat& sat) {
   const std::int64_t most_lost =
       std::int64_t{global_maximum_recursion_depth} *
       std::max(-std::int64_t{global_mismatch_score}, -std::int64_t{global_indel_score});
-  const std::int64_t highest_score = std::max<std::int64_t>(sat.score, best_score) + bases_beyond;
-  return sat.recursion_depth == 0 &&
-         sat.score - most_lost > edit_threshold(highest_score, sat.unit_length());
+  return std::min<std::int64_t>(sat.score, most_lost - sat.unit_length() + 1);
 }
 
 /// The edit that the look-ahead finds most promising, or `kNoEdit` if none may be made.
@@ -112,14 +116,16 @@ char choose_edit(Csat& sat, const char* limit, std::int64_t best_score,
   const char* const character = Direction::unit_cursor(sat);
   const bool is_memorable =
       advisers.memo != nullptr && sat.unit_length() <= CEditMemo::kLongestUnit &&
-      is_choice_free_of_score(sat, best_score, Direction::bases_beyond(edge, limit));
+      sat.recursion_depth == 0 &&
+      is_reduction_unlimited(sat, best_score, Direction::bases_beyond(edge, limit));
   if (!is_memorable) {
     return look_ahead_for_edit<Direction>(sat, edge, character, limit, best_score,
                                           advisers.look_ahead);
   }
   const EditSite site{edge, limit,
                       CEditMemo::code_of(character, sat.unit_begin, sat.unit_end,
-                                         Direction::kIndex == Rightward::kIndex)};
+                                         Direction::kIndex == Rightward::kIndex),
+                      score_that_matters(sat)};
   char choice = advisers.memo->find(site);
   if (choice == kNoEdit) {
     choice = look_ahead_for_edit<Direction>(sat, edge, character, limit, best_score,

@@ -143,6 +143,9 @@ void CLookAhead::add_place(Place place, const char* origin, const LookAheadBound
     highest[i] = std::max(highest[i], place.scores[i]);
   }
   if (Direction::is_at_limit(edge, bounds.limit)) return;
+  const std::int64_t highest_score = std::max({place.scores[0], place.scores[1], place.scores[2]});
+  const std::int64_t least_penalty = std::max(global_mismatch_score, global_indel_score);
+  if (highest_score + least_penalty <= -bounds.unit_length) return;  // no edit can follow
   // Walks of one drift that overlap end at the same base.
   if (level.places.size() > first && level.places.back().offset == place.offset) {
     raise(level.places.back().scores, place.scores);

@@ -17,7 +17,7 @@ constexpr std::uint64_t kLagSeedBytes = 40'000'000;
 constexpr std::uint64_t kMostLagUnits = 512;
 
 /// From so many seeds within one batch on, a batch is quicker than one seed after the other.
-constexpr int kLeastBatch = 4;
+constexpr int kLeastBatch = 3;
 
 }  // namespace
 
@@ -28,8 +28,9 @@ CSeedFilter::CSeedFilter(const char* text, std::uint64_t length, SeedUse use,
       thresholds_(thresholds),
       mismatch_penalty_(-std::int64_t{global_mismatch_score}),
       indel_penalty_(-std::int64_t{global_indel_score}),
-      growth_rules_{text, text + length, mismatch_penalty_, indel_penalty_, is_N_neutral()},
       planes_(text, length),
+      growth_rules_{text, text + length, mismatch_penalty_, indel_penalty_,
+                    is_N_neutral() && planes_.has_Ns()},
       lags_(planes_, is_N_neutral()) {}
 
 RunRule CSeedFilter::run_rule(std::uint64_t unit_length) const {

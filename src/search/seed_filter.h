@@ -69,8 +69,8 @@ class CSeedFilter {
   SeedThresholds thresholds_;
   std::int64_t mismatch_penalty_;
   std::int64_t indel_penalty_;
-  GrowthRules growth_rules_;
   CBasePlanes planes_;
+  GrowthRules growth_rules_;
   CNeighbourLags lags_;
   CBitSet seeds_;
   const CBitSet* last_seeds_ = nullptr;  ///< those last asked for

@@ -58,6 +58,18 @@ ByEdit<LookAheadState> edits_at(const LookAheadState& stop, const LookAheadBound
            {stop.edge, next_character, stop.score + global_indel_score, stop.best_score, level}}};
 }
 
+/// Drifts that differ by this meet the same unit characters. The first edits make three of them.
+std::ptrdiff_t drift_modulus(std::int64_t unit_length) {
+  switch (unit_length) {
+    case 1:
+      return 3;
+    case 2:
+      return 4;
+    default:
+      return unit_length;
+  }
+}
+
 void raise(ByEdit<std::int64_t>& scores, const ByEdit<std::int64_t>& others) {
   for (std::size_t i = 0; i < kEditKinds; ++i) scores[i] = std::max(scores[i], others[i]);
 }
@@ -158,6 +170,7 @@ template <class Direction>
 void CLookAhead::edit_places(std::ptrdiff_t drift, const char* origin,
                              const LookAheadBounds& bounds, ByEdit<std::int64_t>& highest) {
   constexpr std::int64_t kNone = std::numeric_limits<std::int64_t>::max();
+  const std::ptrdiff_t modulus = drift_modulus(bounds.unit_length);
   // Three ordered sources: the states one edit earlier of this drift, the one below and the one
   // above, and what an edit of them uses.
   struct Source {
@@ -173,9 +186,12 @@ void CLookAhead::edit_places(std::ptrdiff_t drift, const char* origin,
   };
   const auto source_of = [&](std::ptrdiff_t from, std::int64_t bases, bool is_character_used,
                              int penalty) -> Source {
-    if (from < level_.lowest || from > level_.highest()) return {nullptr, nullptr, 0, false, 0};
+    std::ptrdiff_t from_lowest = from - level_.lowest;
+    if (from_lowest < 0) from_lowest += modulus;
+    if (from_lowest >= modulus) from_lowest -= modulus;
+    if (from_lowest > level_.highest() - level_.lowest) return {nullptr, nullptr, 0, false, 0};
+    const auto index = static_cast<std::size_t>(from_lowest);
     const Place* const places = level_.places.data();
-    const auto index = static_cast<std::size_t>(from - level_.lowest);
     return {places + level_.begins[index], places + level_.begins[index + 1], bases,
             is_character_used, penalty};
   };
@@ -213,7 +229,8 @@ void CLookAhead::follow_best_paths(const char* origin, int most_edits,
                                    const LookAheadBounds& bounds, ByEdit<std::int64_t>& highest) {
   for (int edits = 0; !level_.places.empty() && (most_edits < 0 || edits < most_edits); ++edits) {
     next_.restart(level_.lowest - 1);
-    const std::ptrdiff_t last_drift = level_.highest() + 1;
+    const std::ptrdiff_t last_drift =
+        std::min(level_.highest() + 1, level_.lowest + drift_modulus(bounds.unit_length) - 2);
     for (std::ptrdiff_t drift = level_.lowest - 1; drift <= last_drift; ++drift) {
       edit_places<Direction>(drift, origin, bounds, highest);
       next_.complete_drift();

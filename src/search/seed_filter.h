@@ -55,7 +55,7 @@ class CSeedFilter {
   [[nodiscard]] bool may_grow(std::uint64_t p, std::uint64_t unit_length);
 
   /// Where the N's are.
-  [[nodiscard]] const CBitSet& N_bits() const { return planes_.N_bits(); }
+  [[nodiscard]] const CBitSet& bits_of_Ns() const { return planes_.bits_of_Ns(); }
 
  private:
   [[nodiscard]] RunRule run_rule(std::uint64_t unit_length) const;

@@ -23,13 +23,13 @@ void CSearchController::for_each_seed(std::uint64_t unit_length, const CAnchorSe
   if (unit_length >= text_length()) return;
   CSeedFilter& filter = seed_filter(use);
   const CBitSet& seeds = filter.seeds(unit_length);
-  const CBitSet& Ns = filter.N_bits();
+  const CBitSet& all_Ns = filter.bits_of_Ns();
   CScanProgress progress(*this, unit_length);
-  std::uint64_t next_N = Ns.find_set(0);
+  std::uint64_t next_N = all_Ns.find_set(0);
   for (std::uint64_t p = seeds.find_set(0); p < seeds.size(); p = seeds.find_set(p)) {
-    if (next_N < p) next_N = Ns.find_set(p);
+    if (next_N < p) next_N = all_Ns.find_set(p);
     if (next_N < p + unit_length) {  // no unit that reaches the N's is valid
-      p = std::min(Ns.find_clear(next_N), seeds.size());
+      p = std::min(all_Ns.find_clear(next_N), seeds.size());
       continue;
     }
     progress.pass(p);
@@ -51,15 +51,15 @@ void CSearchController::for_each_base(SeedUse use, const Visit& visit) {
   if (text_length() < 2) return;
   CSeedFilter& filter = seed_filter(use);
   const CBitSet& seeds = filter.seeds(1);
-  const CBitSet& Ns = filter.N_bits();
+  const CBitSet& all_Ns = filter.bits_of_Ns();
   CScanProgress progress(*this, 1);
-  std::uint64_t next_N = Ns.find_set(0);
+  std::uint64_t next_N = all_Ns.find_set(0);
   for (std::uint64_t p = 0; p < seeds.size();) {
-    if (next_N < p) next_N = Ns.find_set(p);
+    if (next_N < p) next_N = all_Ns.find_set(p);
     const std::uint64_t seed = seeds.find_set(p);
     if (next_N <= seed && next_N < seeds.size()) {  // the clock is not looked at at N's
       if (next_N > p) progress.pass(next_N - 1);
-      p = Ns.find_clear(next_N);
+      p = all_Ns.find_clear(next_N);
       progress.skip_to(p);
       continue;
     }

@@ -67,12 +67,12 @@ struct Lag {
 }  // namespace
 
 CBasePlanes::CBasePlanes(const char* bases, std::uint64_t length)
-    : low_bits_(length), high_bits_(length), N_bits_(length) {
+    : low_bits_(length), high_bits_(length), bits_of_Ns_(length) {
   std::uint64_t any_N = 0;
   const auto store = [&](std::size_t w, const PlaneWords& word) {
     low_bits_.words()[w] = word.low;
     high_bits_.words()[w] = word.high;
-    N_bits_.words()[w] = word.is_N;
+    bits_of_Ns_.words()[w] = word.is_N;
     any_N |= word.is_N;
   };
   const std::uint64_t whole_words = length / kWordBits;
@@ -85,7 +85,7 @@ CBasePlanes::CBasePlanes(const char* bases, std::uint64_t length)
 
 bool CBasePlanes::has_N_near(std::uint64_t first, std::uint64_t last) const {
   if (!has_Ns_) return false;
-  const Words& words = N_bits_.words();
+  const Words& words = bits_of_Ns_.words();
   const std::uint64_t first_word = first / kWordBits == 0 ? 0 : first / kWordBits - 1;
   const std::uint64_t last_word = std::min<std::uint64_t>(last / kWordBits + 1, words.size() - 1);
   for (std::uint64_t w = first_word; w <= last_word; ++w) {
@@ -99,7 +99,7 @@ void CBasePlanes::find_matches(std::uint64_t lag, bool is_N_wild, CBitSet& match
   if (lag >= length()) return;
   const Words& low = low_bits_.words();
   const Words& high = high_bits_.words();
-  const Words& is_N = N_bits_.words();
+  const Words& is_N = bits_of_Ns_.words();
   Words& result = matches.words();
 
   const Lag shift{lag / kWordBits, static_cast<unsigned>(lag % kWordBits)};

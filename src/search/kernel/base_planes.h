@@ -17,10 +17,10 @@ class CBasePlanes {
   /// Reads `length` bases, of the letters A, C, G, T and N. Throws: std::bad_alloc.
   CBasePlanes(const char* bases, std::uint64_t length);
 
-  [[nodiscard]] std::uint64_t length() const { return N_bits_.size(); }
+  [[nodiscard]] std::uint64_t length() const { return bits_of_Ns_.size(); }
 
   /// Where the N's are.
-  [[nodiscard]] const CBitSet& N_bits() const { return N_bits_; }
+  [[nodiscard]] const CBitSet& bits_of_Ns() const { return bits_of_Ns_; }
   [[nodiscard]] bool has_Ns() const { return has_Ns_; }
 
   /// True if there is an N at a distance of at most 64 bases from [first, last), or some way
@@ -35,7 +35,7 @@ class CBasePlanes {
  private:
   CBitSet low_bits_;
   CBitSet high_bits_;
-  CBitSet N_bits_;
+  CBitSet bits_of_Ns_;
   bool has_Ns_ = false;
 };
 

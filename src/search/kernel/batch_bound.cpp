@@ -39,8 +39,7 @@ inline constexpr std::ptrdiff_t kMostDifference = 160;
 #endif
 
 HWY_BEFORE_NAMESPACE();
-namespace quorix {
-namespace HWY_NAMESPACE {
+namespace quorix::HWY_NAMESPACE {
 namespace {
 
 #if HWY_TARGET == HWY_SCALAR
@@ -56,7 +55,7 @@ namespace hn = hwy::HWY_NAMESPACE;
 
 template <class D>
 hn::Vec<D> load_bases(D d, const char* bases) {
-  const auto* const bytes = reinterpret_cast<const std::uint8_t*>(bases);
+  const auto* const bytes = static_cast<const std::uint8_t*>(static_cast<const void*>(bases));
   if constexpr (sizeof(hn::TFromD<D>) == 1) {
     return hn::LoadU(d, bytes);
   } else {
@@ -86,17 +85,12 @@ class CBatchTables {
   /// were alive when the tables had to be given up.
   template <bool kIsRightward>
   Vector highest_values(const char* first, Vector values) {
-    const Tag d;
-    const Vector zero = hn::Zero(d);
-    const Vector one = hn::Set(d, 1);
-    const Vector letter_N = hn::Set(d, static_cast<Value>('N'));
-    const std::ptrdiff_t unit_length = batch_.unit_length;
-    const auto lanes = static_cast<std::ptrdiff_t>(hn::Lanes(d));
+    const auto lanes = static_cast<std::ptrdiff_t>(hn::Lanes(Tag()));
 
     // Bases that every seed may read.
-    const std::ptrdiff_t bases_ahead = kIsRightward
-                                           ? batch_.text_end - (first + unit_length) - (lanes - 1)
-                                           : first - batch_.text_begin;
+    const std::ptrdiff_t bases_ahead =
+        kIsRightward ? batch_.text_end - (first + batch_.unit_length) - (lanes - 1)
+                     : first - batch_.text_begin;
     Vector best = values;
     store(0, 0, values);
     clear_around(0, 0, 0);
@@ -111,44 +105,11 @@ class CBatchTables {
           computed.low < -kMostDifference) {
         return give_up(best, row, last, before);
       }
-      // Differences have the parity of the row.
-      std::ptrdiff_t difference = computed.low + ((computed.low ^ row) & 1);
-      const std::ptrdiff_t first_difference = difference;
-      std::ptrdiff_t bases = (row + difference) / 2;
-      std::ptrdiff_t character = ((row - difference) / 2 - 1) % unit_length;
-      if (character < 0) character += unit_length;
-      const Value* const diagonals = cell(row - 2, 0);
-      const Value* const neighbours = cell(row - 1, 0);
-      Value* const values_here = cell(row, 0);
-      for (; difference <= computed.high; difference += 2) {
-        const char* const base_at = kIsRightward ? first + unit_length + bases - 1 : first - bases;
-        const char* const character_at =
-            kIsRightward ? first + character : first + unit_length - 1 - character;
-        const Vector base = load_bases(d, base_at);
-        const Vector equal = hn::VecFromMask(d, hn::Eq(base, load_bases(d, character_at)));
-        Vector is_free = equal;
-        Vector is_match = equal;
-        if constexpr (kMayHaveNs) {
-          const Vector is_N = hn::VecFromMask(d, hn::Eq(base, letter_N));
-          is_free = hn::Or(equal, is_N);
-          is_match = hn::AndNot(is_N, equal);
-        }
-        const Vector diagonal = hn::Load(d, diagonals + difference * kCell);
-        Vector value = hn::SaturatedSub(diagonal, hn::AndNot(is_free, mismatch_));
-        // A match adds 1 to living states alone.
-        value = hn::SaturatedAdd(value, hn::And(is_match, hn::Min(diagonal, one)));
-        const Vector beside = hn::Max(hn::Load(d, neighbours + (difference - 1) * kCell),
-                                      hn::Load(d, neighbours + (difference + 1) * kCell));
-        value = hn::Max(value, hn::SaturatedSub(beside, indel_));
-        best = hn::Max(best, value);
-        hn::Store(value, d, values_here + difference * kCell);
-        ++bases;
-        character = character == 0 ? unit_length - 1 : character - 1;
-      }
-      clear_around(row, first_difference, difference - 2);
+      const Range filled = fill_row<kIsRightward>(first, row, computed, best);
+      clear_around(row, filled.low, filled.high);
 
       before = last;
-      last = living_range(row, first_difference, difference - 2);
+      last = living_range(row, filled.low, filled.high);
       if (last.is_empty() && before.is_empty()) return best;
       if (row % 16 == 0 && !drop_answered(best, row, last, before)) return best;
     }
@@ -164,6 +125,52 @@ class CBatchTables {
     std::ptrdiff_t high;
     [[nodiscard]] bool is_empty() const { return low > high; }
   };
+
+  /// Computes the states of `row` within `computed`, gives the differences of the first and the
+  /// last one, and raises `best` to the highest values.
+  template <bool kIsRightward>
+  HWY_INLINE Range fill_row(const char* first, std::ptrdiff_t row, const Range& computed,
+                            Vector& best) {
+    const Tag d;
+    const Vector one = hn::Set(d, 1);
+    const Vector letter_N = hn::Set(d, static_cast<Value>('N'));
+    const std::ptrdiff_t unit_length = batch_.unit_length;
+    // Differences have the parity of the row.
+    std::ptrdiff_t difference = computed.low + ((computed.low ^ row) & 1);
+    const std::ptrdiff_t first_difference = difference;
+    std::ptrdiff_t bases = (row + difference) / 2;
+    std::ptrdiff_t character = ((row - difference) / 2 - 1) % unit_length;
+    if (character < 0) character += unit_length;
+    const Value* const diagonals = cell(row - 2, 0);
+    const Value* const neighbours = cell(row - 1, 0);
+    Value* const values_here = cell(row, 0);
+    for (; difference <= computed.high; difference += 2) {
+      const char* const base_at = kIsRightward ? first + unit_length + bases - 1 : first - bases;
+      const char* const character_at =
+          kIsRightward ? first + character : first + unit_length - 1 - character;
+      const Vector base = load_bases(d, base_at);
+      const Vector equal = hn::VecFromMask(d, hn::Eq(base, load_bases(d, character_at)));
+      Vector is_free = equal;
+      Vector is_match = equal;
+      if constexpr (kMayHaveNs) {
+        const Vector is_N = hn::VecFromMask(d, hn::Eq(base, letter_N));
+        is_free = hn::Or(equal, is_N);
+        is_match = hn::AndNot(is_N, equal);
+      }
+      const Vector diagonal = hn::Load(d, diagonals + difference * kCell);
+      Vector value = hn::SaturatedSub(diagonal, hn::AndNot(is_free, mismatch_));
+      // A match adds 1 to living states alone.
+      value = hn::SaturatedAdd(value, hn::And(is_match, hn::Min(diagonal, one)));
+      const Vector beside = hn::Max(hn::Load(d, neighbours + (difference - 1) * kCell),
+                                    hn::Load(d, neighbours + (difference + 1) * kCell));
+      value = hn::Max(value, hn::SaturatedSub(beside, indel_));
+      best = hn::Max(best, value);
+      hn::Store(value, d, values_here + difference * kCell);
+      ++bases;
+      character = character == 0 ? unit_length - 1 : character - 1;
+    }
+    return {first_difference, difference - 2};
+  }
 
   static Vector penalty(std::int64_t points) { return hn::Set(Tag(), capped(points)); }
 
@@ -272,8 +279,7 @@ std::uint32_t sift_batch(const SeedBatch& batch) {
 #endif
 
 }  // namespace
-}  // namespace HWY_NAMESPACE
-}  // namespace quorix
+}  // namespace quorix::HWY_NAMESPACE
 HWY_AFTER_NAMESPACE();
 
 #if HWY_ONCE

@@ -11,8 +11,7 @@
 #include "search/kernel/lag_grid.h"
 
 HWY_BEFORE_NAMESPACE();
-namespace quorix {
-namespace HWY_NAMESPACE {
+namespace quorix::HWY_NAMESPACE {
 namespace {
 
 #if HWY_TARGET == HWY_SCALAR
@@ -34,7 +33,7 @@ auto is_at_least(Vector values, Vector limits) {
 
 /// Computes row `t` of both tables from the two rows before it on the way.
 template <bool kMayHaveNs, bool kIsRightward>
-void fill_row(const CLagGrid& grid, LagRows& rows, std::int64_t t) {
+void fill_row(const CLagGrid& grid, CLagRows& rows, std::int64_t t) {
   const hn::ScalableTag<std::uint8_t> d;
   using Vector = hn::Vec<decltype(d)>;
   const LagWeights& weights = grid.weights();
@@ -86,7 +85,7 @@ void fill_row(const CLagGrid& grid, LagRows& rows, std::int64_t t) {
 
 /// Keeps of row `t` what the other side needs: the gain, or 255 where the path may persist or
 /// gains more than the bounds allow for.
-void keep_row(CLagGrid& grid, const LagRows& rows, std::int64_t t, std::uint8_t* kept) {
+void keep_row(CLagGrid& grid, const CLagRows& rows, std::int64_t t, std::uint8_t* kept) {
   const hn::ScalableTag<std::uint8_t> d;
   using Vector = hn::Vec<decltype(d)>;
   const LagLanes& lanes = grid.lanes(CLagGrid::parity_of(t));
@@ -102,7 +101,7 @@ void keep_row(CLagGrid& grid, const LagRows& rows, std::int64_t t, std::uint8_t*
 }
 
 /// Joins row `t` of growth to the right, as kept, with `rows`, which stand at its mirror image.
-void join_row(const CLagGrid& grid, const LagRows& rows, std::int64_t t, const std::uint8_t* kept,
+void join_row(const CLagGrid& grid, const CLagRows& rows, std::int64_t t, const std::uint8_t* kept,
               std::vector<CBitSet>& seeds) {
   const hn::ScalableTag<std::uint8_t> d;
   using Vector = hn::Vec<decltype(d)>;
@@ -130,13 +129,13 @@ void join_row(const CLagGrid& grid, const LagRows& rows, std::int64_t t, const s
 template <bool kMayHaveNs>
 void sift_rows(CLagGrid& grid, std::int64_t first_row, std::int64_t row_end,
                std::vector<CBitSet>& seeds) {
-  LagRows& right = grid.start_rightward_rows();
+  CLagRows& right = grid.start_rightward_rows();
   for (std::int64_t t = grid.row_ahead(row_end); t >= first_row; --t) {
     right.advance();
     fill_row<kMayHaveNs, true>(grid, right, t);
     if (t < row_end) keep_row(grid, right, t, grid.kept_row(t));
   }
-  LagRows& left = grid.leftward_rows();
+  CLagRows& left = grid.leftward_rows();
   for (std::int64_t t = first_row; t < row_end; ++t) {
     left.advance();
     fill_row<kMayHaveNs, false>(grid, left, t - 2);
@@ -156,8 +155,7 @@ void sift_segment(CLagGrid& grid, std::int64_t first_row, std::int64_t row_end,
 #endif
 
 }  // namespace
-}  // namespace HWY_NAMESPACE
-}  // namespace quorix
+}  // namespace quorix::HWY_NAMESPACE
 HWY_AFTER_NAMESPACE();
 
 #if HWY_ONCE

@@ -40,8 +40,8 @@ CLagGrid::CLagGrid(const char* text, std::uint64_t length, const LagBoundRules& 
   rows_per_segment_ =
       std::max(kSegmentBytes / static_cast<std::int64_t>(lane_count_), 2 * rows_ahead_);
   rows_per_segment_ = std::min(rows_per_segment_, row_count());
-  rightward_rows_ = LagRows(lane_count_);
-  leftward_rows_ = LagRows(lane_count_);
+  rightward_rows_ = CLagRows(lane_count_);
+  leftward_rows_ = CLagRows(lane_count_);
   kept_.resize(static_cast<std::size_t>(rows_per_segment_) * lane_count_);
   fill_lanes();
 }
@@ -51,10 +51,11 @@ void CLagGrid::choose_weights() {
   weights_.mismatch = as_byte(rules_.mismatch_penalty);
   weights_.indel = as_byte(rules_.indel_penalty);
   // The cost has to be below the penalties, and so high that noise collects nothing.
-  weights_.reward = least > kLeastPenalty ? 1 : 2;
-  weights_.cost = least > kLeastPenalty ? 2 : 3;
-  weights_.is_half_enough = 2 * (weights_.reward + weights_.cost) <= least + 1 &&
-                            2 * weights_.cost <= rules_.indel_penalty;
+  const std::int64_t reward = least > kLeastPenalty ? 1 : 2;
+  const std::int64_t cost = least > kLeastPenalty ? 2 : 3;
+  weights_.reward = as_byte(reward);
+  weights_.cost = as_byte(cost);
+  weights_.is_half_enough = 2 * (reward + cost) <= least + 1 && 2 * cost <= rules_.indel_penalty;
 }
 
 /// Insertions or deletions on a path through one copy that begins with at most `kHighestGain`.

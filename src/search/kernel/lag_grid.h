@@ -36,9 +36,9 @@ struct LagLanes {
 };
 
 /// The last three rows of both tables. Lanes on both sides of a row are 0.
-class LagRows {
+class CLagRows {
  public:
-  explicit LagRows(std::size_t lane_count)
+  explicit CLagRows(std::size_t lane_count)
       : stride_(lane_count + 2 * kMargin), values_(6 * stride_) {}
 
   /// Row `age` before the newest one, 0 to 2.
@@ -111,12 +111,12 @@ class CLagGrid {
   }
 
   /// The rows of growth to the right, empty.
-  [[nodiscard]] LagRows& start_rightward_rows() {
+  [[nodiscard]] CLagRows& start_rightward_rows() {
     rightward_rows_.clear();
     return rightward_rows_;
   }
   /// Those of growth to the left, as the last segment left them.
-  [[nodiscard]] LagRows& leftward_rows() { return leftward_rows_; }
+  [[nodiscard]] CLagRows& leftward_rows() { return leftward_rows_; }
 
   /// Room for what is kept of a row of the segment.
   [[nodiscard]] std::uint8_t* kept_row(std::int64_t t) {
@@ -145,8 +145,8 @@ class CLagGrid {
 
   std::array<LagLanes, 2> lanes_{};  ///< by parity
   std::vector<std::uint8_t> lane_values_;
-  LagRows rightward_rows_{0};
-  LagRows leftward_rows_{0};
+  CLagRows rightward_rows_{0};
+  CLagRows leftward_rows_{0};
 
   std::int64_t first_row_ = 0;
   std::int64_t first_higher_ = 0;  ///< position of the first one of `higher_bases_`

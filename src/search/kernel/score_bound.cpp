@@ -45,8 +45,7 @@ inline constexpr std::ptrdiff_t kMostRows = 8192;
 #endif
 
 HWY_BEFORE_NAMESPACE();
-namespace quorix {
-namespace HWY_NAMESPACE {
+namespace quorix::HWY_NAMESPACE {
 namespace {
 
 #if HWY_TARGET == HWY_SCALAR
@@ -64,7 +63,7 @@ namespace hn = hwy::HWY_NAMESPACE;
 /// Letters as vectors of values.
 template <class D>
 hn::Vec<D> load_letters(D d, const char* letters) {
-  const auto* const bytes = reinterpret_cast<const std::uint8_t*>(letters);
+  const auto* const bytes = static_cast<const std::uint8_t*>(static_cast<const void*>(letters));
   if constexpr (sizeof(hn::TFromD<D>) == 1) {
     return hn::LoadU(d, bytes);
   } else {
@@ -72,41 +71,113 @@ hn::Vec<D> load_letters(D d, const char* letters) {
   }
 }
 
-/// A row is `kBlocks` vectors of 16 bytes. Lane k of an even row holds the states whose counts
-/// differ by 2 * k - kLanes, lane k of an odd row those with one more. To the right it is bases
-/// less characters that they differ by, to the left the other way round: then bases and characters
-/// of ascending lanes lie at ascending addresses, of the text and of the reversed unit.
+/// What each edit and each base does to a value.
+template <class Value>
+struct RowRules {
+  using Tag = hn::Full128<Value>;
+  using Vector = hn::Vec<Tag>;
+  static constexpr std::int64_t kMax = static_cast<Value>(-1);
+
+  explicit RowRules(const ScoreTable& table)
+      : letter_N(hn::Set(Tag(), static_cast<Value>('N'))),
+        neutral_N(hn::Set(Tag(), static_cast<Value>(table.is_N_neutral ? kMax : 0))),
+        mismatch(hn::Set(Tag(), capped(table.mismatch_penalty))),
+        indel(hn::Set(Tag(), capped(table.indel_penalty))) {}
+
+  [[nodiscard]] static Value capped(std::int64_t value) {
+    return static_cast<Value>(std::min(value, kMax));
+  }
+
+  Vector letter_N;
+  Vector neutral_N;
+  Vector mismatch;
+  Vector indel;
+};
+
+/// The last two rows of a table, and the highest value of each lane. A row is `kBlocks` vectors of
+/// 16 bytes. Lane k of an even row holds the states whose counts differ by 2 * k - kLanes, lane k
+/// of an odd row those with one more. To the right it is bases less characters that they differ by,
+/// to the left the other way round: then bases and characters of ascending lanes lie at ascending
+/// addresses, of the text and of the reversed unit.
 template <class Value, int kBlocks>
-TableOutcome fill_table_of(const ScoreTable& table) {
-  const hn::Full128<Value> d;
-  using Vector = hn::Vec<decltype(d)>;
-  constexpr std::ptrdiff_t kBlockLanes = 16 / sizeof(Value);
-  constexpr std::ptrdiff_t kLanes = kBlockLanes * kBlocks;
-  constexpr std::int64_t kMax = static_cast<Value>(-1);
-  if (table.bases_behind < kLanes / 2) return {true, 0};
+struct ScoreRows {
+  using Tag = hn::Full128<Value>;
+  using Vector = hn::Vec<Tag>;
+  static constexpr std::ptrdiff_t kBlockLanes = 16 / sizeof(Value);
+  static constexpr std::ptrdiff_t kLanes = kBlockLanes * kBlocks;
 
-  const Vector zero = hn::Zero(d);
-  const Vector one = hn::Set(d, 1);
-  const Vector letter_N = hn::Set(d, static_cast<Value>('N'));
-  const Vector neutral_N = hn::Set(d, static_cast<Value>(table.is_N_neutral ? kMax : 0));
-  const auto penalty = [&](std::int64_t points) {
-    return hn::Set(d, static_cast<Value>(std::min<std::int64_t>(points, kMax)));
-  };
-  const Vector mismatch = penalty(table.mismatch_penalty);
-  const Vector indel = penalty(table.indel_penalty);
-  const Vector target = hn::Set(d, static_cast<Value>(std::min(table.target_value, kMax)));
+  /// Row 0 has one state, of no base and no character, and the row before it has none.
+  explicit ScoreRows(std::int64_t start_value) {
+    const Tag d;
+    HWY_ALIGN Value lanes[kLanes] = {};
+    lanes[kLanes / 2] = static_cast<Value>(start_value);
+    for (int i = 0; i < kBlocks; ++i) {
+      before[i] = hn::Zero(d);
+      last[i] = best[i] = hn::Load(d, lanes + kBlockLanes * i);
+    }
+  }
 
-  // Row 0 has one state, of no base and no character, and the row before it has none.
+  /// Computes the next row. `bases` and `characters` are those of lane 0. True if a value of it or
+  /// of the row before lives.
+  HWY_INLINE bool advance(const RowRules<Value>& rules, const char* bases, const char* characters,
+                          bool is_odd) {
+    const Tag d;
+    const Vector zero = hn::Zero(d);
+    Vector alive = zero;
+    Vector current[kBlocks];
+    for (int i = 0; i < kBlocks; ++i) {
+      const Vector base = load_letters(d, bases + kBlockLanes * i);
+      const Vector character = load_letters(d, characters + kBlockLanes * i);
+      const Vector equal = hn::VecFromMask(d, hn::Eq(base, character));
+      const Vector neutral =
+          hn::And(rules.neutral_N, hn::VecFromMask(d, hn::Eq(base, rules.letter_N)));
+      // A match adds 1 to living states alone.
+      Vector value =
+          hn::SaturatedSub(before[i], hn::AndNot(hn::Or(equal, neutral), rules.mismatch));
+      value = hn::SaturatedAdd(value, hn::And(equal, hn::Min(before[i], hn::Set(d, 1))));
+      // One base or one character less: the lanes on both sides, in the last row.
+      const Vector beside = is_odd ? hn::CombineShiftRightBytes<sizeof(Value)>(
+                                         d, i + 1 < kBlocks ? last[i + 1] : zero, last[i])
+                                   : hn::CombineShiftRightBytes<16 - sizeof(Value)>(
+                                         d, last[i], i > 0 ? last[i - 1] : zero);
+      value = hn::Max(value, hn::SaturatedSub(hn::Max(last[i], beside), rules.indel));
+      current[i] = value;
+      best[i] = hn::Max(best[i], value);
+      alive = hn::Or(alive, hn::Or(value, last[i]));
+    }
+    for (int i = 0; i < kBlocks; ++i) {
+      before[i] = last[i];
+      last[i] = current[i];
+    }
+    return !hn::AllTrue(d, hn::Eq(alive, zero));
+  }
+
+  /// The table's outcome so far; open also if a path may have left the rows at their edge.
+  [[nodiscard]] HWY_INLINE TableOutcome outcome(Vector target) const {
+    const Tag d;
+    HWY_ALIGN Value lanes[kLanes];
+    for (int i = 0; i < kBlocks; ++i) {
+      if (!hn::AllTrue(d, hn::Lt(best[i], target))) return {true, 0};
+      hn::Store(best[i], d, lanes + kBlockLanes * i);
+    }
+    if (lanes[0] != 0 || lanes[kLanes - 1] != 0) return {true, 0};
+    return {false, *std::max_element(lanes, lanes + kLanes)};
+  }
+
   Vector last[kBlocks];
   Vector before[kBlocks];
   Vector best[kBlocks];
-  HWY_ALIGN Value lanes[kLanes] = {};
-  lanes[kLanes / 2] = static_cast<Value>(table.start_value);
-  for (int i = 0; i < kBlocks; ++i) {
-    before[i] = zero;
-    last[i] = best[i] = hn::Load(d, lanes + kBlockLanes * i);
-  }
+};
 
+template <class Value, int kBlocks>
+TableOutcome fill_table_of(const ScoreTable& table) {
+  using Rules = RowRules<Value>;
+  constexpr std::ptrdiff_t kLanes = ScoreRows<Value, kBlocks>::kLanes;
+  if (table.bases_behind < kLanes / 2) return {true, 0};
+
+  const Rules rules(table);
+  const auto target = hn::Set(typename Rules::Tag(), Rules::capped(table.target_value));
+  ScoreRows<Value, kBlocks> rows(table.start_value);
   for (std::ptrdiff_t row = 1; row < kMostRows; ++row) {
     const std::ptrdiff_t odd = row % 2;
     const std::ptrdiff_t less =
@@ -119,40 +190,10 @@ TableOutcome fill_table_of(const ScoreTable& table) {
     std::ptrdiff_t offset = characters % table.unit_length;
     if (offset < 0) offset += table.unit_length;
 
-    Vector alive = zero;
-    Vector current[kBlocks];
-    for (int i = 0; i < kBlocks; ++i) {
-      const Vector base = load_letters(d, bases + kBlockLanes * i);
-      const Vector character = load_letters(d, table.reversed_unit + offset + kBlockLanes * i);
-      const Vector equal = hn::VecFromMask(d, hn::Eq(base, character));
-      const Vector neutral = hn::And(neutral_N, hn::VecFromMask(d, hn::Eq(base, letter_N)));
-      // A match adds 1 to living states alone.
-      Vector value = hn::SaturatedSub(before[i], hn::AndNot(hn::Or(equal, neutral), mismatch));
-      value = hn::SaturatedAdd(value, hn::And(equal, hn::Min(before[i], one)));
-      // One base or one character less: the lanes on both sides, in the last row.
-      const Vector beside = odd == 1 ? hn::CombineShiftRightBytes<sizeof(Value)>(
-                                           d, i + 1 < kBlocks ? last[i + 1] : zero, last[i])
-                                     : hn::CombineShiftRightBytes<16 - sizeof(Value)>(
-                                           d, last[i], i > 0 ? last[i - 1] : zero);
-      value = hn::Max(value, hn::SaturatedSub(hn::Max(last[i], beside), indel));
-      current[i] = value;
-      best[i] = hn::Max(best[i], value);
-      alive = hn::Or(alive, hn::Or(value, last[i]));
-    }
-    for (int i = 0; i < kBlocks; ++i) {
-      before[i] = last[i];
-      last[i] = current[i];
-    }
-
-    const bool is_dead = hn::AllTrue(d, hn::Eq(alive, zero));
-    if (!is_dead && row % 16 != 0) continue;
-    for (int i = 0; i < kBlocks; ++i) {
-      if (!hn::AllTrue(d, hn::Lt(best[i], target))) return {true, 0};
-      hn::Store(best[i], d, lanes + kBlockLanes * i);
-    }
-    // A path at the edge of the rows may have left them.
-    if (lanes[0] != 0 || lanes[kLanes - 1] != 0) return {true, 0};
-    if (is_dead) return {false, *std::max_element(lanes, lanes + kLanes)};
+    const bool is_alive = rows.advance(rules, bases, table.reversed_unit + offset, odd == 1);
+    if (is_alive && row % 16 != 0) continue;
+    const TableOutcome outcome = rows.outcome(target);
+    if (!is_alive || outcome.is_open) return outcome;
   }
   return {true, 0};
 }
@@ -177,8 +218,7 @@ TableOutcome fill_table(const ScoreTable& table, bool is_narrow, std::ptrdiff_t 
 #endif
 
 }  // namespace
-}  // namespace HWY_NAMESPACE
-}  // namespace quorix
+}  // namespace quorix::HWY_NAMESPACE
 HWY_AFTER_NAMESPACE();
 
 #if HWY_ONCE

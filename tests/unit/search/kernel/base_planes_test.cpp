@@ -77,7 +77,7 @@ TEST(BasePlanes, tell_where_the_Ns_are) {
     ASSERT_EQ(planes.length(), length);
     EXPECT_EQ(planes.has_Ns(), text.find('N') != std::string::npos) << text;
     for (std::size_t x = 0; x < length; ++x) {
-      ASSERT_EQ(planes.N_bits().test(x), text[x] == 'N') << text << " base " << x;
+      ASSERT_EQ(planes.bits_of_Ns().test(x), text[x] == 'N') << text << " base " << x;
     }
   }
 }

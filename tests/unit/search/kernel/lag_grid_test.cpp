@@ -174,7 +174,7 @@ TEST(LagGrid, notices_neutral_Ns) {
 
 TEST(LagRows, keep_the_last_three_rows_between_clear_margins) {
   constexpr std::size_t kLanes = 64;
-  LagRows rows(kLanes);
+  CLagRows rows(kLanes);
   for (std::uint8_t round = 1; round <= 9; ++round) {
     rows.advance();
     for (std::size_t i = 0; i < kLanes; ++i) {

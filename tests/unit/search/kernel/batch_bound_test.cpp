@@ -1,0 +1,308 @@
+// The bound of seeds side by side, against a table of all states of each of them in 64-bit numbers.
+
+#include "search/kernel/batch_bound.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <string>
+
+#include "support/random_dna.h"
+#include "unit/search/kernel/plain_score_paths.h"
+#include "unit/search/kernel/vector_targets.h"
+#include "unit/search/searched_sequence.h"
+
+namespace quorix::testing {
+namespace {
+
+constexpr std::int64_t kSeeds = CBatchBound::kSeeds;
+/// The difference of bases and characters that the tables have room for, less some.
+constexpr std::int64_t kSureDifference = 155;
+
+std::int64_t draw_number(RandomEngine& engine, std::size_t first, std::size_t last) {
+  return static_cast<std::int64_t>(draw_between(engine, first, last));
+}
+
+std::uint32_t bit(std::int64_t k) {
+  return std::uint32_t{1} << k;
+}
+
+/// Seeds at neighbouring bases, and what they are asked with.
+struct Batch {
+  std::string text;
+  std::int64_t first;
+  std::int64_t unit_length;
+  std::int64_t mismatch_penalty;
+  std::int64_t indel_penalty;
+  bool is_N_neutral;
+
+  [[nodiscard]] std::int64_t text_length() const { return static_cast<std::int64_t>(text.size()); }
+
+  [[nodiscard]] Growth seed(std::int64_t k) const {
+    const std::int64_t begin = first + k;
+    const std::int64_t end = begin + unit_length;
+    return {text,          begin,       end, begin, end, 0, unit_length - 1, 0, mismatch_penalty,
+            indel_penalty, is_N_neutral};
+  }
+
+  /// The seeds whose units lie in the text and hold no N's.
+  [[nodiscard]] std::uint32_t units_without_Ns() const {
+    std::uint32_t seeds = 0;
+    for (std::int64_t k = 0; k < kSeeds && first + k + unit_length <= text_length(); ++k) {
+      const std::size_t N_at = text.find('N', static_cast<std::size_t>(first + k));
+      if (N_at >= static_cast<std::size_t>(first + k + unit_length)) seeds |= bit(k);
+    }
+    return seeds;
+  }
+};
+
+std::uint32_t may_reach(const Batch& batch, std::uint32_t asked, std::int64_t min_score) {
+  const CBases bases(batch.text);
+  const CBatchBound bound;
+  return bound.may_reach(
+      bases.at(static_cast<std::size_t>(batch.first)), batch.unit_length, asked,
+      {bases.begin(), bases.end(), batch.mismatch_penalty, batch.indel_penalty, batch.is_N_neutral},
+      min_score);
+}
+
+/// What a seed can come to, nothing if paths were left off.
+struct SeedReach {
+  std::int64_t best;
+  std::int64_t farthest_base;
+  std::int64_t widest;
+};
+using BatchReach = std::array<std::optional<SeedReach>, kSeeds>;
+
+BatchReach reach_of(const Batch& batch) {
+  BatchReach reaches;
+  const std::uint32_t seeds = batch.units_without_Ns();
+  for (std::int64_t k = 0; k < kSeeds; ++k) {
+    if ((seeds & bit(k)) == 0) continue;
+    const Growth growth = batch.seed(k);
+    const Outcome right = follow_all_paths(growth, true, 0);
+    const Outcome both = follow_all_paths(growth, false, right.best);
+    if (!right.is_complete || !both.is_complete) continue;
+    reaches[static_cast<std::size_t>(k)] = {both.best,
+                                            std::max(right.farthest_base, both.farthest_base),
+                                            std::max(right.widest, both.widest)};
+  }
+  return reaches;
+}
+
+struct Tally {
+  std::int64_t refuted = 0;
+  std::int64_t had_to_be_refuted = 0;
+  std::int64_t let_through = 0;
+  std::int64_t with_16_bits = 0;
+};
+
+/// True if no path of the seeds comes near the ends of the text or of the tables. Those that live
+/// longest set the range of all.
+bool is_exact_for(const Batch& batch, std::uint32_t asked, const BatchReach& reaches) {
+  std::int64_t farthest = 0;
+  std::int64_t widest = 0;
+  for (std::int64_t k = 0; k < kSeeds; ++k) {
+    if ((asked & bit(k)) == 0) continue;
+    const std::optional<SeedReach>& reach = reaches[static_cast<std::size_t>(k)];
+    if (!reach) return false;
+    farthest = std::max(farthest, reach->farthest_base);
+    widest = std::max(widest, reach->widest);
+  }
+  const std::int64_t margin = farthest + widest / 2 + 4;
+  return widest <= kSureDifference && batch.first > margin &&
+         batch.first + batch.unit_length + kSeeds + margin < batch.text_length();
+}
+
+/// A seed may be refuted only if no path of it gets to `min_score`, and has to be far from the
+/// ends.
+void expect_bound_of(const Batch& batch, const BatchReach& reaches, std::uint32_t asked,
+                     std::int64_t min_score, Tally& tally) {
+  const bool is_exact = min_score > 0 && is_exact_for(batch, asked, reaches);
+  for_each_vector_target([&](const char* target) {
+    const std::uint32_t answer = may_reach(batch, asked, min_score);
+    const auto describe = [&](std::int64_t k) {
+      return std::string(target) + " seed " + std::to_string(batch.first) + "+" +
+             std::to_string(k) + " unit length " + std::to_string(batch.unit_length) + " of " +
+             batch.text + " needed " + std::to_string(min_score) + " penalties " +
+             std::to_string(batch.mismatch_penalty) + "," + std::to_string(batch.indel_penalty) +
+             " asked " + std::to_string(asked);
+    };
+    ASSERT_EQ(answer & ~asked, 0U) << describe(0);
+    for (std::int64_t k = 0; k < kSeeds; ++k) {
+      const std::optional<SeedReach>& reach = reaches[static_cast<std::size_t>(k)];
+      if ((asked & bit(k)) == 0 || !reach) continue;
+      const bool is_let_through = (answer & bit(k)) != 0;
+      const bool must_be_refuted = is_exact && reach->best < min_score;
+      ASSERT_TRUE(is_let_through || reach->best < min_score) << describe(k);
+      ASSERT_FALSE(is_let_through && must_be_refuted) << describe(k);
+      ++(is_let_through ? tally.let_through : tally.refuted);
+      if (must_be_refuted) ++tally.had_to_be_refuted;
+      if (!is_let_through && batch.unit_length + min_score >= 256) ++tally.with_16_bits;
+    }
+  });
+}
+
+/// All of the seeds, half of them, few of them, one of them.
+std::uint32_t draw_mask(RandomEngine& engine) {
+  const auto bits = [&] { return static_cast<std::uint32_t>(engine()); };
+  switch (draw_between(engine, 0, 3)) {
+    case 0:
+      return ~std::uint32_t{0};
+    case 1:
+      return bits();
+    case 2:
+      return bits() & bits() & bits();
+    default:
+      return bit(draw_number(engine, 0, kSeeds - 1));
+  }
+}
+
+/// Asks for all seeds and for some of them, at scores around those that they come to.
+void expect_bounds(RandomEngine& engine, const Batch& batch, Tally& tally) {
+  const BatchReach reaches = reach_of(batch);
+  const std::uint32_t seeds = batch.units_without_Ns();
+  const auto& some_reach = reaches[draw_between(engine, 0, kSeeds - 1)];
+  const std::int64_t best = some_reach ? some_reach->best : 6;
+  for (const std::int64_t min_score : {best, best + 1, best + draw_number(engine, 0, 12) - 6,
+                                       std::max<std::int64_t>(batch.unit_length, 6)}) {
+    ASSERT_NO_FATAL_FAILURE(expect_bound_of(batch, reaches, seeds, min_score, tally));
+    ASSERT_NO_FATAL_FAILURE(
+        expect_bound_of(batch, reaches, seeds & draw_mask(engine), min_score, tally));
+  }
+}
+
+/// Copies of a unit with edits, some N's among them at times.
+std::string draw_copies(RandomEngine& engine, const std::string& unit, std::size_t most) {
+  std::string copies;
+  const std::size_t count = draw_between(engine, 0, most);
+  for (std::size_t i = 0; i < count; ++i) {
+    copies += unit.substr(
+        0, draw_chance(engine, 50) ? unit.size() : draw_between(engine, 0, unit.size()));
+  }
+  const bool has_Ns = draw_chance(engine, 30);
+  for (char& base : copies) {
+    if (draw_chance(engine, 8)) base = (has_Ns ? "ACGTN" : "ACGTT")[draw_between(engine, 0, 4)];
+  }
+  if (!copies.empty() && draw_chance(engine, 30)) {
+    copies.erase(draw_between(engine, 0, copies.size() - 1), 1);
+  }
+  return copies;
+}
+
+/// Seeds in and beside an array of a unit of `unit_length` with `before` random bases before it and
+/// `behind` behind it.
+Batch draw_batch(RandomEngine& engine, std::size_t unit_length, std::size_t before,
+                 std::size_t behind) {
+  Batch batch{};
+  batch.unit_length = static_cast<std::int64_t>(unit_length);
+  const std::string unit = draw_letters(engine, unit_length, "ACGT");
+  batch.text = draw_letters(engine, before, "ACGT") + draw_copies(engine, unit, 2);
+  batch.first = static_cast<std::int64_t>(batch.text.size()) - draw_number(engine, 0, 20);
+  batch.first = std::max<std::int64_t>(batch.first, 0);
+  batch.text += unit + draw_copies(engine, unit, 2);
+  if (draw_chance(engine, 30)) batch.text += std::string(draw_between(engine, 1, 6), 'N');
+  batch.text += draw_letters(engine, behind, "ACGT");
+  const std::int64_t missing = batch.first + batch.unit_length + kSeeds - batch.text_length();
+  if (missing > 0) batch.text += draw_letters(engine, static_cast<std::size_t>(missing), "ACGT");
+  batch.mismatch_penalty = draw_number(engine, 2, 9);
+  batch.indel_penalty =
+      draw_chance(engine, 30) ? batch.mismatch_penalty : draw_number(engine, 2, 9);
+  batch.is_N_neutral = draw_chance(engine, 50);
+  return batch;
+}
+
+TEST(BatchBound, is_the_best_of_all_paths_of_each_seed) {
+  RandomEngine engine(21);
+  Tally tally;
+  for (int round = 0; round < 120; ++round) {
+    const Batch batch = draw_batch(engine, draw_between(engine, 1, 40), 700, 700);
+    ASSERT_NO_FATAL_FAILURE(expect_bounds(engine, batch, tally));
+  }
+  EXPECT_GT(tally.refuted, 10'000);
+  EXPECT_GT(tally.had_to_be_refuted, tally.refuted * 3 / 4);
+  EXPECT_GT(tally.let_through, 5000);
+}
+
+TEST(BatchBound, is_the_best_of_all_paths_of_each_seed_of_long_units) {
+  RandomEngine engine(22);
+  Tally tally;
+  for (int round = 0; round < 12; ++round) {
+    const Batch batch = draw_batch(engine, draw_between(engine, 130, 200), 1300, 1300);
+    ASSERT_NO_FATAL_FAILURE(expect_bounds(engine, batch, tally));
+  }
+  EXPECT_GT(tally.with_16_bits, 500);
+  EXPECT_GT(tally.had_to_be_refuted, 500);
+  EXPECT_GT(tally.let_through, 500);
+}
+
+TEST(BatchBound, refutes_nothing_wrongly_near_the_ends_of_the_text) {
+  RandomEngine engine(23);
+  Tally tally;
+  for (int round = 0; round < 250; ++round) {
+    Batch batch = draw_batch(engine, draw_between(engine, 1, 40), draw_between(engine, 0, 90),
+                             draw_between(engine, 0, 90));
+    const std::int64_t last = batch.text_length() - batch.unit_length - kSeeds;
+    if (draw_chance(engine, 30)) batch.first = 0;
+    if (draw_chance(engine, 30)) batch.first = last;
+    ASSERT_NO_FATAL_FAILURE(expect_bounds(engine, batch, tally));
+  }
+  EXPECT_GT(tally.refuted, 500);
+  EXPECT_GT(tally.let_through, 10'000);
+}
+
+/// Seeds far from the ends that nothing lets grow: no base beyond the units equals one in them.
+Batch lone_units(std::int64_t unit_length, std::size_t margin) {
+  Batch batch{};
+  batch.text = std::string(margin, 'A') +
+               std::string(static_cast<std::size_t>(unit_length + kSeeds), 'C') +
+               std::string(margin, 'A');
+  batch.first = static_cast<std::int64_t>(margin);
+  batch.unit_length = unit_length;
+  batch.mismatch_penalty = batch.indel_penalty = 6;
+  return batch;
+}
+
+TEST(BatchBound, lets_all_through_that_cannot_be_read_whole) {
+  Batch batch = lone_units(5, 500);
+  const std::uint32_t asked = 0xF0F0F0F1U;
+  EXPECT_EQ(may_reach(batch, asked, 100), 0U);
+  batch.first = batch.text_length() - 5 - kSeeds;
+  EXPECT_EQ(may_reach(batch, asked, 100), asked);
+  for (; batch.first + 5 < batch.text_length(); ++batch.first) {
+    EXPECT_EQ(may_reach(batch, asked & batch.units_without_Ns(), 100),
+              asked & batch.units_without_Ns());
+  }
+}
+
+TEST(BatchBound, lets_all_through_that_are_there_already) {
+  const Batch batch = lone_units(40, 1500);
+  EXPECT_EQ(may_reach(batch, 0x1234U, 0), 0x1234U);
+  EXPECT_EQ(may_reach(batch, 0x1234U, -7), 0x1234U);
+  // To the right of seed k lie 32 - k more bases of the array, to its left k.
+  EXPECT_EQ(may_reach(batch, 0x1234U, 32), 0x1234U);
+  EXPECT_EQ(may_reach(batch, 0x1234U, 33), 0U);
+}
+
+TEST(BatchBound, answers_for_no_seed_without_a_question) {
+  EXPECT_EQ(may_reach(lone_units(5, 500), 0, 5), 0U);
+}
+
+TEST(BatchBound, lets_all_through_without_vectors) {
+  if ((HWY_TARGETS & HWY_SCALAR) == 0) GTEST_SKIP() << "compiled for processors with vectors alone";
+  with_no_vectors([] { EXPECT_EQ(may_reach(lone_units(40, 1500), 0xFFU, 33), 0xFFU); });
+  EXPECT_EQ(may_reach(lone_units(40, 1500), 0xFFU, 33), 0U);
+}
+
+TEST(BatchBound, takes_penalties_of_any_height) {
+  Batch batch = lone_units(8, 500);
+  batch.mismatch_penalty = batch.indel_penalty = 2147483648;
+  EXPECT_EQ(may_reach(batch, 0xFFFFFFFFU, 32), 0xFFFFFFFFU);
+  EXPECT_EQ(may_reach(batch, 0xFFFFFFFFU, 33), 0U);
+}
+
+}  // namespace
+}  // namespace quorix::testing

@@ -1,8 +1,9 @@
-// The filters of seeds: matches at a lag, seeds told from runs and from lags, and the bound of one
-// score.
+// The filters of seeds: matches at a lag, seeds told from runs and from lags, and the bounds of one
+// score and of a batch of them.
 
 #include <benchmark/benchmark.h>
 
+#include <bit>
 #include <cstddef>
 #include <cstdint>
 #include <string>
@@ -10,6 +11,7 @@
 
 #include "micro/bench_support.h"
 #include "search/kernel/base_planes.h"
+#include "search/kernel/batch_bound.h"
 #include "search/kernel/bit_set.h"
 #include "search/kernel/lag_bound.h"
 #include "search/kernel/run_seeds.h"
@@ -111,6 +113,30 @@ void bound_hopeless_score(benchmark::State& state) {
   state.SetItemsProcessed(state.iterations());
 }
 BENCHMARK(bound_hopeless_score)->Arg(6)->Arg(20)->Arg(100)->Arg(300);
+
+/// The same for seeds side by side, all of them asked for. Argument: the length of the unit. Items
+/// are seeds.
+void bound_hopeless_batch(benchmark::State& state) {
+  constexpr std::size_t kMargin = 20'000;
+  constexpr std::size_t kBatchCount = 16;
+  constexpr auto kSeeds = static_cast<std::size_t>(CBatchBound::kSeeds);
+  const std::int64_t unit_length = state.range(0);
+  const std::string bases =
+      random_bases(2 * kMargin + kBatchCount * kSeeds + static_cast<std::size_t>(unit_length), 3);
+  const GrowthRules rules{bases.data(), bases.data() + bases.size(), kPenalty, kPenalty, true};
+  const CBatchBound bound;
+  std::size_t round = 0;
+  std::int64_t refuted = 0;
+  for ([[maybe_unused]] auto _ : state) {
+    const char* const first = bases.data() + kMargin + round++ % kBatchCount * kSeeds;
+    const std::uint32_t let_through =
+        bound.may_reach(first, unit_length, ~std::uint32_t{0}, rules, unit_length);
+    refuted += CBatchBound::kSeeds - std::popcount(let_through);
+  }
+  if (refuted == 0) state.SkipWithError("most seeds should be refuted");
+  state.SetItemsProcessed(state.iterations() * CBatchBound::kSeeds);
+}
+BENCHMARK(bound_hopeless_batch)->Arg(10)->Arg(100);
 
 }  // namespace
 }  // namespace quorix::bench

@@ -88,10 +88,10 @@ const char* CLookAhead::edge_behind_Ns(const char* edge, const char* limit) {
     }
   }
 
-  const char* far_edge = edge;
-  while (!Direction::is_at_limit(far_edge, limit) && *Direction::base_beyond(far_edge) == 'N') {
-    far_edge = Direction::edge_beyond(far_edge);
-  }
+  // As far as the bases equal the one before them.
+  const std::int64_t others = Direction::common_bases(Direction::edge_beyond(edge), edge,
+                                                      Direction::bases_beyond(edge, limit) - 1);
+  const char* const far_edge = Direction::edge_beyond(edge, others + 1);
   last = {edge, far_edge, limit};
   return far_edge;
 }

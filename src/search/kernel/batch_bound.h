@@ -25,8 +25,8 @@ class CBatchBound {
 
   /// Bit k is clear only if bit k of `asked` is, or if no growth of the seed of `unit_length` at
   /// `first + k` to the right and then to the left reaches `min_score`. Near the ends of the text,
-  /// and where the tables would get too large, bits stay set. REQUIRES: the units that are asked
-  /// for lie in the text and hold no N's.
+  /// and where the tables would get too large, bits stay set. What is told of a unit with an N
+  /// means nothing. REQUIRES: the units that are asked for lie in the text.
   [[nodiscard]] std::uint32_t may_reach(const char* first, std::int64_t unit_length,
                                         std::uint32_t asked, const GrowthRules& rules,
                                         std::int64_t min_score) const;

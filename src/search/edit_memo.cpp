@@ -32,9 +32,9 @@ std::uint64_t CEditMemo::code_of(const char* character, const char* unit_begin,
 
 std::size_t CEditMemo::place_of(const EditSite& site) {
   constexpr std::uint64_t kMixer = 0x9E3779B97F4A7C15U;
-  const auto address = reinterpret_cast<std::uintptr_t>(site.edge);
+  const auto position = static_cast<std::uint64_t>(site.limit - site.edge);
   const auto score = static_cast<std::uint64_t>(site.score);
-  return ((address ^ (site.unit_code + score) * kMixer) * kMixer) >> 50U;
+  return ((position ^ (site.unit_code + score) * kMixer) * kMixer) >> 50U;
 }
 
 char CEditMemo::find(const EditSite& site) const {

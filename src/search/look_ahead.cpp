@@ -147,15 +147,15 @@ std::int64_t CLookAhead::highest_score_of_all_paths(const LookAheadState& from,
 template <class Direction>
 void CLookAhead::add_place(Place place, const char* origin, const LookAheadBounds& bounds,
                            ByEdit<std::int64_t>& highest, Level& level, std::size_t first) {
-  const char* edge = Direction::edge_beyond(origin, place.offset);
-  const std::int64_t matches = walk_matches<Direction>(edge, place.character, bounds);
-  place.offset = Direction::distance(origin, edge);
+  const char* reached = Direction::edge_beyond(origin, place.offset);
+  const std::int64_t matches = walk_matches<Direction>(reached, place.character, bounds);
+  place.offset = Direction::distance(origin, reached);
   for (std::size_t i = 0; i < kEditKinds; ++i) {
     if (place.scores[i] != kNoValue) place.scores[i] += matches;
     highest[i] = std::max(highest[i], place.scores[i]);
   }
-  if (Direction::is_at_limit(edge, bounds.limit)) return;
-  const std::int64_t highest_score = std::max({place.scores[0], place.scores[1], place.scores[2]});
+  if (Direction::is_at_limit(reached, bounds.limit)) return;
+  const std::int64_t highest_score = *std::max_element(place.scores.begin(), place.scores.end());
   const std::int64_t least_penalty = std::max(global_mismatch_score, global_indel_score);
   if (highest_score + least_penalty <= -bounds.unit_length) return;  // no edit can follow
   // Walks of one drift that overlap end at the same base.
@@ -166,59 +166,57 @@ void CLookAhead::add_place(Place place, const char* origin, const LookAheadBound
   }
 }
 
+CLookAhead::EditSource CLookAhead::source_of(std::ptrdiff_t drift, std::int64_t unit_length) const {
+  const std::ptrdiff_t modulus = drift_modulus(unit_length);
+  std::ptrdiff_t from_lowest = drift - level_.lowest;
+  if (from_lowest < 0) from_lowest += modulus;
+  if (from_lowest >= modulus) from_lowest -= modulus;
+  if (from_lowest > level_.highest() - level_.lowest) return {};
+  const auto index = static_cast<std::size_t>(from_lowest);
+  const Place* const places = level_.places.data();
+  return {places + level_.begins[index], places + level_.begins[index + 1]};
+}
+
+template <class Direction>
+bool CLookAhead::take_edits(EditSource& source, const EditUse& edit, const LookAheadBounds& bounds,
+                            Place& place) {
+  if (source.offset(edit) != place.offset) return false;
+  const Place& from = *source.place++;
+  place.character = edit.is_character_used ? Direction::next_in_unit(
+                                                 from.character, bounds.unit_begin, bounds.unit_end)
+                                           : from.character;
+  bool is_alive = false;
+  for (std::size_t i = 0; i < kEditKinds; ++i) {
+    const std::int64_t score = from.scores[i] + edit.penalty;
+    if (score <= -bounds.unit_length) continue;
+    place.scores[i] = std::max(place.scores[i], score);
+    is_alive = true;
+  }
+  return is_alive;
+}
+
 template <class Direction>
 void CLookAhead::edit_places(std::ptrdiff_t drift, const char* origin,
                              const LookAheadBounds& bounds, ByEdit<std::int64_t>& highest) {
-  constexpr std::int64_t kNone = std::numeric_limits<std::int64_t>::max();
-  const std::ptrdiff_t modulus = drift_modulus(bounds.unit_length);
   // Three ordered sources: the states one edit earlier of this drift, the one below and the one
-  // above, and what an edit of them uses.
-  struct Source {
-    const Place* place;
-    const Place* end;
-    std::int64_t bases;
-    bool is_character_used;
-    std::int64_t penalty;
-
-    [[nodiscard]] std::int64_t offset() const {
-      return place == end ? kNone : place->offset + bases;
-    }
-  };
-  const auto source_of = [&](std::ptrdiff_t from, std::int64_t bases, bool is_character_used,
-                             int penalty) -> Source {
-    std::ptrdiff_t from_lowest = from - level_.lowest;
-    if (from_lowest < 0) from_lowest += modulus;
-    if (from_lowest >= modulus) from_lowest -= modulus;
-    if (from_lowest > level_.highest() - level_.lowest) return {nullptr, nullptr, 0, false, 0};
-    const auto index = static_cast<std::size_t>(from_lowest);
-    const Place* const places = level_.places.data();
-    return {places + level_.begins[index], places + level_.begins[index + 1], bases,
-            is_character_used, penalty};
-  };
-  ByEdit<Source> sources = {source_of(drift, 1, true, global_mismatch_score),
-                            source_of(drift - 1, 1, false, global_indel_score),
-                            source_of(drift + 1, 0, true, global_indel_score)};
-
+  // above.
+  const ByEdit<EditUse> edits = {{{1, true, global_mismatch_score},
+                                  {1, false, global_indel_score},
+                                  {0, true, global_indel_score}}};
+  ByEdit<EditSource> sources = {source_of(drift, bounds.unit_length),
+                                source_of(drift - 1, bounds.unit_length),
+                                source_of(drift + 1, bounds.unit_length)};
   const std::size_t first = next_.places.size();
   while (true) {
-    const std::int64_t offset =
-        std::min({sources[0].offset(), sources[1].offset(), sources[2].offset()});
-    if (offset == kNone) return;
+    std::int64_t offset = EditSource::kNone;
+    for (std::size_t i = 0; i < kEditKinds; ++i) {
+      offset = std::min(offset, sources[i].offset(edits[i]));
+    }
+    if (offset == EditSource::kNone) return;
     Place place{offset, nullptr, {kNoValue, kNoValue, kNoValue}};
     bool is_alive = false;
-    for (Source& source : sources) {
-      if (source.offset() != offset) continue;
-      const Place& from = *source.place++;
-      place.character =
-          source.is_character_used
-              ? Direction::next_in_unit(from.character, bounds.unit_begin, bounds.unit_end)
-              : from.character;
-      for (std::size_t i = 0; i < kEditKinds; ++i) {
-        const std::int64_t score = from.scores[i] + source.penalty;
-        if (score <= -bounds.unit_length) continue;
-        place.scores[i] = std::max(place.scores[i], score);
-        is_alive = true;
-      }
+    for (std::size_t i = 0; i < kEditKinds; ++i) {
+      if (take_edits<Direction>(sources[i], edits[i], bounds, place)) is_alive = true;
     }
     if (is_alive) add_place<Direction>(place, origin, bounds, highest, next_, first);
   }

@@ -105,6 +105,35 @@ class CLookAhead {
     }
   };
 
+  /// What an edit uses and costs.
+  struct EditUse {
+    std::int64_t bases;
+    bool is_character_used;
+    std::int64_t penalty;
+  };
+
+  /// States of one drift, still to be edited.
+  struct EditSource {
+    static constexpr std::int64_t kNone = std::numeric_limits<std::int64_t>::max();
+
+    const Place* place = nullptr;
+    const Place* end = nullptr;
+
+    /// Where the edit of the next of them leads; `kNone` if there is none.
+    [[nodiscard]] std::int64_t offset(const EditUse& edit) const {
+      return place == end ? kNone : place->offset + edit.bases;
+    }
+  };
+
+  /// The states of `level_` whose drift is `drift`, or differs from it by whole units.
+  [[nodiscard]] EditSource source_of(std::ptrdiff_t drift, std::int64_t unit_length) const;
+
+  /// If the next state of `source` leads to `place`, takes it, and raises the scores there. True if
+  /// one of its scores may pay for the edit.
+  template <class Direction>
+  static bool take_edits(EditSource& source, const EditUse& edit, const LookAheadBounds& bounds,
+                         Place& place);
+
   template <class Direction>
   std::int64_t highest_score_of_all_paths(const LookAheadState& from,
                                           const LookAheadBounds& bounds);

@@ -1,0 +1,87 @@
+// What is remembered of an edit, and for which stops it holds.
+
+#include "search/edit_memo.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+namespace quorix {
+namespace {
+
+constexpr char kText[] = "ACGTACGTACGTACGT";
+
+std::uint64_t code(const std::string& unit, std::size_t phase, bool is_rightward) {
+  return CEditMemo::code_of(unit.data() + phase, unit.data(), unit.data() + unit.size(),
+                            is_rightward);
+}
+
+EditSite site(std::size_t edge, std::uint64_t unit_code, std::int64_t score) {
+  return {kText + edge, kText + 16, unit_code, score};
+}
+
+TEST(EditMemoCode, is_the_same_for_all_turns_of_a_unit_with_the_same_character_next) {
+  for (const bool is_rightward : {false, true}) {
+    EXPECT_EQ(code("ACGGT", 2, is_rightward), code("GGTAC", 0, is_rightward));
+    EXPECT_EQ(code("ACGGT", 4, is_rightward), code("TACGG", 0, is_rightward));
+    EXPECT_NE(code("ACGGT", 2, is_rightward), code("ACGGT", 3, is_rightward));
+  }
+}
+
+TEST(EditMemoCode, tells_bases_lengths_and_directions_apart) {
+  EXPECT_NE(code("ACG", 0, true), code("ACT", 0, true));
+  EXPECT_NE(code("A", 0, true), code("AA", 0, true));
+  EXPECT_NE(code("AA", 0, true), code("AA", 0, false));
+  const std::string longest(CEditMemo::kLongestUnit, 'G');
+  std::string other = longest;
+  other[0] = 'C';
+  EXPECT_NE(code(longest, 0, true), code(other, 0, true));
+  EXPECT_NE(code(longest, 0, true), code(longest, 0, false));
+}
+
+TEST(EditMemo, knows_nothing_at_first) {
+  const CEditMemo memo;
+  EXPECT_EQ(memo.find(site(3, 7, 1)), '\0');
+}
+
+TEST(EditMemo, gives_back_what_was_kept_for_that_very_stop_alone) {
+  CEditMemo memo;
+  memo.keep(site(3, 7, 1), 'I');
+  EXPECT_EQ(memo.find(site(3, 7, 1)), 'I');
+  EXPECT_EQ(memo.find(site(4, 7, 1)), '\0');
+  EXPECT_EQ(memo.find(site(3, 8, 1)), '\0');
+  EXPECT_EQ(memo.find(site(3, 7, 2)), '\0');
+  EXPECT_EQ(memo.find({kText + 3, kText + 15, 7, 1}), '\0');
+}
+
+TEST(EditMemo, keeps_the_last_choice_of_a_stop) {
+  CEditMemo memo;
+  memo.keep(site(3, 7, 1), 'I');
+  memo.keep(site(3, 7, 1), 'D');
+  EXPECT_EQ(memo.find(site(3, 7, 1)), 'D');
+}
+
+TEST(EditMemo, never_gives_the_choice_of_another_stop_when_it_is_full) {
+  CEditMemo memo;
+  constexpr std::uint64_t kMany = 100'000;
+  const auto kind_of = [](std::uint64_t i) { return "MID"[i % 3]; };
+  for (std::uint64_t i = 0; i < kMany; ++i) memo.keep(site(i % 16, i, 0), kind_of(i));
+  std::uint64_t known = 0;
+  for (std::uint64_t i = 0; i < kMany; ++i) {
+    const char kind = memo.find(site(i % 16, i, 0));
+    if (kind == '\0') continue;
+    ++known;
+    EXPECT_EQ(kind, kind_of(i));
+  }
+  EXPECT_GT(known, 1000U);
+}
+
+TEST(EditMemo, forgets_everything_when_it_is_cleared) {
+  CEditMemo memo;
+  memo.keep(site(3, 7, 1), 'I');
+  memo.clear();
+  EXPECT_EQ(memo.find(site(3, 7, 1)), '\0');
+}
+
+}  // namespace
+}  // namespace quorix

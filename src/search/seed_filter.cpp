@@ -16,6 +16,9 @@ constexpr std::uint64_t kLagSeedBytes = 40'000'000;
 /// More unit lengths at a time make no scan quicker.
 constexpr std::uint64_t kMostLagUnits = 512;
 
+/// For longer units the tables, of bytes, have no room for what they would have to tell.
+constexpr std::uint64_t kLongestLagUnit = 750;
+
 /// From so many seeds within one batch on, a batch is quicker than one seed after the other.
 constexpr int kLeastBatch = 3;
 
@@ -52,8 +55,9 @@ RunRule CSeedFilter::run_rule(std::uint64_t unit_length) const {
           chained_runs};
 }
 
-bool CSeedFilter::has_lag_bound() const {
-  return use_ == SeedUse::kGrowOverEdits && can_lag_bound_refute(mismatch_penalty_, indel_penalty_);
+bool CSeedFilter::has_lag_bound(std::uint64_t unit_length) const {
+  return unit_length <= kLongestLagUnit && use_ == SeedUse::kGrowOverEdits &&
+         can_lag_bound_refute(mismatch_penalty_, indel_penalty_);
 }
 
 const CBitSet& CSeedFilter::lag_seeds(std::uint64_t unit_length) {
@@ -62,7 +66,7 @@ const CBitSet& CSeedFilter::lag_seeds(std::uint64_t unit_length) {
     const std::uint64_t length = planes_.length();
     const std::uint64_t room = std::max(kLagSeedBytes, length / 2) * 8 / length;
     const std::uint64_t last_unit_length = std::min<std::uint64_t>(
-        {unit_length + std::clamp<std::uint64_t>(room, 1, kMostLagUnits) - 1,
+        {unit_length + std::clamp<std::uint64_t>(room, 1, kMostLagUnits) - 1, kLongestLagUnit,
          global_max_unit_length, length - 1});
     LagBoundRules rules{unit_length, {}, mismatch_penalty_, indel_penalty_, is_N_neutral()};
     lag_seeds_.clear();
@@ -78,7 +82,7 @@ const CBitSet& CSeedFilter::lag_seeds(std::uint64_t unit_length) {
 
 const CBitSet& CSeedFilter::seeds(std::uint64_t unit_length) {
   const RunRule rule = run_rule(unit_length);
-  if (rule.least_run < 1 && has_lag_bound()) {
+  if (rule.least_run < 1 && has_lag_bound(unit_length)) {
     last_seeds_ = &lag_seeds(unit_length);
     return *last_seeds_;
   }

@@ -59,8 +59,8 @@ class CSeedFilter {
 
  private:
   [[nodiscard]] RunRule run_rule(std::uint64_t unit_length) const;
-  /// True if the bound by lags serves for unit lengths that runs do not tell of.
-  [[nodiscard]] bool has_lag_bound() const;
+  /// True if the bound by lags serves for a unit length that runs do not tell of.
+  [[nodiscard]] bool has_lag_bound(std::uint64_t unit_length) const;
   /// The seeds of `unit_length`, with those of the unit lengths behind it that find room.
   const CBitSet& lag_seeds(std::uint64_t unit_length);
 

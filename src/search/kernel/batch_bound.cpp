@@ -32,7 +32,7 @@ struct SeedBatch {
 /// Rows after which a batch is given up: what lives that long is to be grown.
 inline constexpr std::ptrdiff_t kMostBatchRows = 8192;
 /// Bases less characters, or the other way round, of the states that are followed.
-inline constexpr std::ptrdiff_t kMostDifference = 160;
+inline constexpr std::ptrdiff_t kMostDifference = 400;
 
 }  // namespace quorix
 

@@ -9,8 +9,9 @@
 /// the searches stand one a file beside this one:
 ///
 /// - exact_extension.cpp, exact_search.cpp: runs of perfect copies
-/// - look_ahead.cpp, imperfect_extension.cpp: growing a repeat over edits
+/// - look_ahead.cpp, edit_memo.cpp, imperfect_extension.cpp: growing a repeat over edits
 /// - growth.cpp: what is accepted
+/// - seed_filter.h and kernel/: which seeds are worth growing
 /// - extend_exact_search.cpp, imperfect_search.cpp, simple_search.cpp: what is grown, and from
 /// where
 /// - overlap_removal.cpp, sat_list_report.cpp: what is told of it

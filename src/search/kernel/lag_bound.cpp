@@ -34,7 +34,7 @@ auto is_at_least(Vector values, Vector limits) {
 /// Computes row `t` of both tables from the two rows before it on the way.
 template <bool kMayHaveNs, bool kIsRightward>
 void fill_row(const CLagGrid& grid, CLagRows& rows, std::int64_t t) {
-  const hn::ScalableTag<std::uint8_t> d;
+  const hn::CappedTag<std::uint8_t, CLagGrid::kLaneGrain> d;
   using Vector = hn::Vec<decltype(d)>;
   const LagWeights& weights = grid.weights();
   const Vector one = hn::Set(d, 1);
@@ -86,7 +86,7 @@ void fill_row(const CLagGrid& grid, CLagRows& rows, std::int64_t t) {
 /// Keeps of row `t` what the other side needs: the gain, or 255 where the path may persist or
 /// gains more than the bounds allow for.
 void keep_row(CLagGrid& grid, const CLagRows& rows, std::int64_t t, std::uint8_t* kept) {
-  const hn::ScalableTag<std::uint8_t> d;
+  const hn::CappedTag<std::uint8_t, CLagGrid::kLaneGrain> d;
   using Vector = hn::Vec<decltype(d)>;
   const LagLanes& lanes = grid.lanes(CLagGrid::parity_of(t));
   const Vector highest_gain = hn::Set(d, CLagGrid::kHighestGain);
@@ -103,7 +103,7 @@ void keep_row(CLagGrid& grid, const CLagRows& rows, std::int64_t t, std::uint8_t
 /// Joins row `t` of growth to the right, as kept, with `rows`, which stand at its mirror image.
 void join_row(const CLagGrid& grid, const CLagRows& rows, std::int64_t t, const std::uint8_t* kept,
               std::vector<CBitSet>& seeds) {
-  const hn::ScalableTag<std::uint8_t> d;
+  const hn::CappedTag<std::uint8_t, CLagGrid::kLaneGrain> d;
   using Vector = hn::Vec<decltype(d)>;
   const LagLanes& lanes = grid.lanes(CLagGrid::parity_of(t));
   const Vector zero = hn::Zero(d);

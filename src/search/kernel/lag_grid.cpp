@@ -7,8 +7,7 @@ namespace quorix {
 
 namespace {
 
-/// Rows are whole vectors of any processor.
-constexpr std::int64_t kLaneGrain = 64;
+constexpr std::int64_t kSignedGrain = CLagGrid::kLaneGrain;
 constexpr std::int64_t kSegmentBytes = 1'000'000;
 
 /// Letters that no base has, and that differ from each other.
@@ -34,7 +33,7 @@ CLagGrid::CLagGrid(const char* text, std::uint64_t length, const LagBoundRules& 
   first_lag_ = std::max<std::int64_t>(first - drift, 1) | 1;
   if (first_lag_ > first) first_lag_ -= 2;
   const std::int64_t lags = last + drift - first_lag_ + 1;
-  lane_count_ = static_cast<std::size_t>(divided_up(lags, 2 * kLaneGrain) * kLaneGrain);
+  lane_count_ = static_cast<std::size_t>(divided_up(lags, 2 * kSignedGrain) * kSignedGrain);
   // Within a copy a path uses up to L characters, and that many bases and its insertions.
   rows_ahead_ = 2 * last + drift + 2;
   rows_per_segment_ =
@@ -107,7 +106,7 @@ void CLagGrid::fill_lanes() {
 
 void CLagGrid::load_bases(std::int64_t first_row, std::int64_t row_end) {
   first_row_ = first_row;
-  const std::int64_t lanes = static_cast<std::int64_t>(lane_count_) + kLaneGrain;
+  const std::int64_t lanes = static_cast<std::int64_t>(lane_count_) + kSignedGrain;
   // The rows used are [first_row - 2, row_end + rows_ahead).
   first_higher_ = (first_row - 2 + first_lag_) / 2 - 1;
   const std::int64_t higher_end = (row_end + rows_ahead_ + first_lag_) / 2 + 2 + lanes;

@@ -74,6 +74,8 @@ class CLagGrid {
  public:
   /// Below this penalty no weights tell a path that persists from noise.
   static constexpr std::int64_t kLeastPenalty = 5;
+  /// Rows are whole vectors of this many lanes.
+  static constexpr std::size_t kLaneGrain = 32;
   /// A higher gain to the right is not bounded farther.
   static constexpr std::uint8_t kHighestGain = 31;
 

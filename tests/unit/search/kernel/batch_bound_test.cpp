@@ -291,11 +291,13 @@ TEST(BatchBound, answers_for_no_seed_without_a_question) {
   EXPECT_EQ(may_reach(lone_units(5, 500), 0, 5), 0U);
 }
 
+// Some compilers build for processors with vectors alone.
+#if (HWY_TARGETS & HWY_SCALAR) != 0
 TEST(BatchBound, lets_all_through_without_vectors) {
-  if ((HWY_TARGETS & HWY_SCALAR) == 0) GTEST_SKIP() << "compiled for processors with vectors alone";
   with_no_vectors([] { EXPECT_EQ(may_reach(lone_units(40, 1500), 0xFFU, 33), 0xFFU); });
   EXPECT_EQ(may_reach(lone_units(40, 1500), 0xFFU, 33), 0U);
 }
+#endif
 
 TEST(BatchBound, takes_penalties_of_any_height) {
   Batch batch = lone_units(8, 500);

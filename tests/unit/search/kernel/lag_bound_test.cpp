@@ -166,18 +166,19 @@ TEST(LagBound, serves_where_penalties_and_processor_are_fit) {
   EXPECT_GT(targets, 0);
 }
 
+// Some compilers build for processors with vectors alone.
+#if (HWY_TARGETS & HWY_SCALAR) != 0
 TEST(LagBound, refutes_nothing_without_vectors) {
-  if ((HWY_TARGETS & HWY_SCALAR) == 0) GTEST_SKIP() << "compiled for processors with vectors alone";
   RandomEngine engine(10);
   const std::string text = draw_letters(engine, 500, "ACGT");
   const LagBoundRules rules = rules_for(20, 20, 9, 9, true);
   with_no_vectors([&] {
-    if (!can_lag_bound_refute(9, 9)) return;
     std::vector<CBitSet> seeds(1, CBitSet(text.size() - 20));
     find_lag_seeds(text.data(), text.size(), rules, seeds);
     EXPECT_EQ(seeds[0].find_clear(0), seeds[0].size());
   });
 }
+#endif
 
 }  // namespace
 }  // namespace quorix::testing

@@ -186,11 +186,13 @@ TEST(ScoreBound, lets_through_what_is_there_already) {
   EXPECT_FALSE(may_reach(growth, 31));
 }
 
+// Some compilers build for processors with vectors alone.
+#if (HWY_TARGETS & HWY_SCALAR) != 0
 TEST(ScoreBound, lets_all_through_without_vectors) {
-  if ((HWY_TARGETS & HWY_SCALAR) == 0) GTEST_SKIP() << "compiled for processors with vectors alone";
   with_no_vectors([] { EXPECT_TRUE(may_reach(lone_unit(5, 500), 5)); });
   EXPECT_FALSE(may_reach(lone_unit(5, 500), 5));
 }
+#endif
 
 TEST(ScoreBound, lets_through_what_is_too_large_for_the_table) {
   EXPECT_FALSE(may_reach(lone_unit(1000, 3000), std::numeric_limits<std::int32_t>::max()));

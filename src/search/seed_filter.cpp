@@ -55,6 +55,11 @@ RunRule CSeedFilter::run_rule(std::uint64_t unit_length) const {
           chained_runs};
 }
 
+ChainRule CSeedFilter::chain_rule(std::uint64_t unit_length) const {
+  return {static_cast<std::int64_t>(unit_length), thresholds_.min_scores[unit_length],
+          mismatch_penalty_, indel_penalty_, is_N_neutral()};
+}
+
 bool CSeedFilter::has_lag_bound(std::uint64_t unit_length) const {
   return unit_length <= kLongestLagUnit && use_ == SeedUse::kGrowOverEdits &&
          can_lag_bound_refute(mismatch_penalty_, indel_penalty_);
@@ -82,19 +87,25 @@ const CBitSet& CSeedFilter::lag_seeds(std::uint64_t unit_length) {
 
 const CBitSet& CSeedFilter::seeds(std::uint64_t unit_length) {
   const RunRule rule = run_rule(unit_length);
-  if (rule.least_run < 1 && has_lag_bound(unit_length)) {
+  const bool has_runs = rule.least_run >= 1;
+  const ChainRule chains = chain_rule(unit_length);
+  // Behind runs, the bound of seeds side by side is as quick.
+  const bool has_chains =
+      !has_runs && use_ == SeedUse::kGrowOverEdits && chains.edits_to_follow() > 0;
+  if (!has_runs && !has_chains && has_lag_bound(unit_length)) {
     last_seeds_ = &lag_seeds(unit_length);
     return *last_seeds_;
   }
 
   last_seeds_ = &seeds_;
   seeds_.reset(planes_.length() - unit_length);
-  if (rule.least_run < 1) {
+  if (has_runs) {
+    lags_.move_to(unit_length, rule.least_run < rule.sure_run);
+    find_run_seeds(lags_, rule, seeds_);
+  } else {
     seeds_.set_range(0, seeds_.size());
-    return seeds_;
   }
-  lags_.move_to(unit_length, rule.least_run < rule.sure_run);
-  find_run_seeds(lags_, rule, seeds_);
+  if (has_chains) sift_by_chains(planes_, chains, seeds_);
   return seeds_;
 }
 

@@ -13,6 +13,7 @@
 #include "search/kernel/base_planes.h"
 #include "search/kernel/batch_bound.h"
 #include "search/kernel/bit_set.h"
+#include "search/kernel/chain_bound.h"
 #include "search/kernel/run_seeds.h"
 #include "search/kernel/score_bound.h"
 #include "search/thresholds.h"
@@ -59,6 +60,7 @@ class CSeedFilter {
 
  private:
   [[nodiscard]] RunRule run_rule(std::uint64_t unit_length) const;
+  [[nodiscard]] ChainRule chain_rule(std::uint64_t unit_length) const;
   /// True if the bound by lags serves for a unit length that runs do not tell of.
   [[nodiscard]] bool has_lag_bound(std::uint64_t unit_length) const;
   /// The seeds of `unit_length`, with those of the unit lengths behind it that find room.

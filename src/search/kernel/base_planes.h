@@ -27,6 +27,11 @@ class CBasePlanes {
   /// farther off: whole words are looked at.
   [[nodiscard]] bool has_N_near(std::uint64_t first, std::uint64_t last) const;
 
+  /// The words of the planes: bit i of word w belongs to base 64 * w + i, and bits behind the text
+  /// are clear. A, C, T and G have the low and high bits 00, 10, 01 and 11.
+  [[nodiscard]] const CBitSet& low_bits() const { return low_bits_; }
+  [[nodiscard]] const CBitSet& high_bits() const { return high_bits_; }
+
   /// Makes `matches` tell at bit x whether base x may equal base x - lag. An N equals every base if
   /// `is_N_wild`, else none. Bits below `lag` are clear. REQUIRES: lag >= 1.
   /// Throws: std::bad_alloc.

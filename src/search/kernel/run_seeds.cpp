@@ -24,33 +24,92 @@ std::uint64_t run_starts(const std::vector<std::uint64_t>& words, std::size_t w,
   return starts;
 }
 
-/// Calls `visit(first, last)` for every maximal run [first, last) of at least `least` set bits.
-template <class Visit>
-void for_each_run(const CBitSet& bits, std::uint64_t least, const Visit& visit) {
+/// Calls `visit(first, last)` for the maximal runs [first, last) of at least `least` set bits that
+/// begin at a bit of `candidates(w)`, for each word w in ascending order.
+template <class Candidates, class Visit>
+void for_each_run(const CBitSet& bits, std::uint64_t least, Candidates candidates,
+                  const Visit& visit) {
   const std::vector<std::uint64_t>& words = bits.words();
   const std::uint64_t sieved = std::min(least, kWordBits);
-  std::uint64_t done = 0;  // no run that begins below it is still to be told
+  std::uint64_t before = 0;
   for (std::size_t w = 0; w + 1 < words.size(); ++w) {
-    if (words[w] == 0) continue;
-    std::uint64_t starts = run_starts(words, w, sieved);
-    if (done > w * kWordBits) {
-      if (done >= (w + 1) * kWordBits) {
-        w = done / kWordBits - 1;
-        continue;
-      }
-      starts &= ~std::uint64_t{0} << (done % kWordBits);
-    }
-    while (starts != 0) {
+    const std::uint64_t first_bits = words[w] & ~(words[w] << 1U | before >> (kWordBits - 1));
+    before = words[w];
+    std::uint64_t starts = candidates(w);
+    if ((first_bits & starts) == 0) continue;
+    starts &= first_bits & run_starts(words, w, sieved);
+    for (; starts != 0; starts &= starts - 1) {
       const std::uint64_t first =
           w * kWordBits + static_cast<std::uint64_t>(std::countr_zero(starts));
       const std::uint64_t last = bits.find_clear(first);
-      done = last;
       if (last - first >= least) visit(first, last);
-      if (done >= (w + 1) * kWordBits) break;
-      starts &= ~std::uint64_t{0} << (done % kWordBits);
     }
   }
 }
+
+/// Tells where a run may begin that a run one edit away makes long enough, or that is long enough
+/// by itself. Of two runs that make up `chained_runs` together one has half of them, or as much as
+/// the unit allows for; where no run of that length is near, none has to be looked at.
+class CChainSieve {
+ public:
+  /// Runs of fewer bases are everywhere.
+  static constexpr std::int64_t kLeastTold = 3;
+
+  CChainSieve(const CNeighbourLags& lags, const RunRule& rule)
+      : lags_(lags),
+        unit_length_(static_cast<std::uint64_t>(rule.unit_length)),
+        half_(static_cast<std::uint64_t>((rule.chained_runs + 1) / 2)),
+        told_(static_cast<std::uint64_t>(told_run(rule))),
+        here_(long_runs(0)),
+        behind_(long_runs(1)) {}
+
+  /// Only runs shorter than those that are told of are worth the trouble.
+  [[nodiscard]] static bool serves(const RunRule& rule) {
+    return rule.least_run < kLeastTold && rule.least_run < rule.sure_run &&
+           told_run(rule) >= kLeastTold && rule.chained_runs < std::int64_t{kWordBits / 2};
+  }
+
+  /// For each word in turn.
+  std::uint64_t operator()(std::size_t w) {
+    if (w > 0) {
+      before_ = here_;
+      here_ = behind_;
+      behind_ = long_runs(w + 1);
+    }
+    const std::uint64_t first = w * kWordBits;
+    if (lags_.is_N_wild() && lags_.planes().has_N_near(first - std::min(first, unit_length_),
+                                                       first + kWordBits + half_)) {
+      return ~std::uint64_t{0};
+    }
+    // A run to the left ends one or two bases before; one to the right begins up to a base behind
+    // the end of a short run.
+    std::uint64_t near = here_;
+    for (std::uint64_t i = 1; i <= half_; ++i) near |= here_ >> i | behind_ << (kWordBits - i);
+    for (std::uint64_t i = 1; i <= told_ + 1; ++i) near |= here_ << i | before_ >> (kWordBits - i);
+    return near;
+  }
+
+ private:
+  [[nodiscard]] static std::int64_t told_run(const RunRule& rule) {
+    return std::min({(rule.chained_runs + 1) / 2, rule.unit_length - 1, rule.sure_run});
+  }
+
+  /// Where a run at one of the lags has as many bases behind it as are told of.
+  [[nodiscard]] std::uint64_t long_runs(std::size_t w) const {
+    const auto starts = [&](const CBitSet& matches) {
+      return w + 1 < matches.words().size() ? run_starts(matches.words(), w, told_) : 0;
+    };
+    return starts(lags_.shorter()) | starts(lags_.at()) | starts(lags_.longer());
+  }
+
+  const CNeighbourLags& lags_;
+  std::uint64_t unit_length_;
+  std::uint64_t half_;
+  std::uint64_t told_;
+  std::uint64_t before_ = 0;
+  std::uint64_t here_;
+  std::uint64_t behind_;
+};
 
 /// True if a run one edit away from [first, last) is long enough, see `RunRule::chained_runs`.
 bool has_chained_run(const CNeighbourLags& lags, const RunRule& rule, std::uint64_t first,
@@ -93,16 +152,20 @@ void CNeighbourLags::move_to(std::uint64_t lag, bool needs_neighbours) {
 
 void find_run_seeds(const CNeighbourLags& lags, const RunRule& rule, CBitSet& seeds) {
   const auto unit_length = static_cast<std::uint64_t>(rule.unit_length);
-  for_each_run(lags.at(), static_cast<std::uint64_t>(rule.least_run),
-               [&](std::uint64_t first, std::uint64_t last) {
-                 const bool is_let_through =
-                     static_cast<std::int64_t>(last - first) >= rule.sure_run ||
-                     (lags.is_N_wild() && lags.planes().has_N_near(first - unit_length, last)) ||
-                     has_chained_run(lags, rule, first, last);
-                 if (is_let_through) {
-                   seeds.set_range(first - unit_length, last - unit_length + 1);
-                 }
-               });
+  const auto least_run = static_cast<std::uint64_t>(rule.least_run);
+  const auto set_seeds = [&](std::uint64_t first, std::uint64_t last) {
+    const bool is_let_through =
+        static_cast<std::int64_t>(last - first) >= rule.sure_run ||
+        (lags.is_N_wild() && lags.planes().has_N_near(first - unit_length, last)) ||
+        has_chained_run(lags, rule, first, last);
+    if (is_let_through) seeds.set_range(first - unit_length, last - unit_length + 1);
+  };
+  if (CChainSieve::serves(rule)) {
+    for_each_run(lags.at(), least_run, CChainSieve(lags, rule), set_seeds);
+  } else {
+    for_each_run(
+        lags.at(), least_run, [](std::size_t) { return ~std::uint64_t{0}; }, set_seeds);
+  }
 }
 
 }  // namespace quorix

@@ -21,6 +21,8 @@ constexpr std::uint64_t kLongestLagUnit = 750;
 
 /// From so many seeds within one batch on, a batch is quicker than one seed after the other.
 constexpr int kLeastBatch = 3;
+/// And from so many on, long units are first looked at as one.
+constexpr int kLeastGroup = 8;
 
 }  // namespace
 
@@ -109,26 +111,39 @@ const CBitSet& CSeedFilter::seeds(std::uint64_t unit_length) {
   return seeds_;
 }
 
-bool CSeedFilter::may_grow(std::uint64_t p, std::uint64_t unit_length) {
-  constexpr auto kBatch = static_cast<std::uint64_t>(CBatchBound::kSeeds);
-  const std::int64_t min_score = thresholds_.min_scores[unit_length];
-  if (batch_unit_length_ == unit_length && p >= batch_begin_ && p < batch_begin_ + kBatch) {
-    return (batch_ >> (p - batch_begin_) & 1) != 0;
+bool CSeedFilter::may_group_grow(std::uint64_t p, std::uint64_t unit_length,
+                                 std::uint64_t neighbours) {
+  if (static_cast<std::int64_t>(unit_length) < CGroupBound::kShortestUnit ||
+      std::popcount(neighbours) < kLeastGroup || growing_group_.covers(p, unit_length)) {
+    return true;
   }
+  if (!group_bound_.may_reach(text_ + p, static_cast<std::int64_t>(unit_length), neighbours,
+                              growth_rules_, thresholds_.min_scores[unit_length])) {
+    return false;
+  }
+  growing_group_ = {unit_length, p, neighbours, neighbours};
+  return true;
+}
 
-  const char* const base = text_ + p;
-  const std::uint32_t neighbours = static_cast<std::uint32_t>(last_seeds_->bits_from(p));
-  if (std::popcount(neighbours) < kLeastBatch) {
-    const auto last_character = static_cast<std::int64_t>(unit_length) - 1;
-    return score_bound_.may_reach(
-        {base, base + unit_length, base, base + unit_length, 0, last_character, 0}, growth_rules_,
-        min_score);
+void CSeedFilter::tell_neighbours(std::uint64_t p, std::uint64_t unit_length,
+                                  std::uint64_t neighbours) {
+  if (!may_group_grow(p, unit_length, neighbours)) {
+    told_ = {unit_length, p, neighbours, 0};
+    return;
   }
-  batch_unit_length_ = unit_length;
-  batch_begin_ = p;
-  batch_ = batch_bound_.may_reach(base, static_cast<std::int64_t>(unit_length), neighbours,
-                                  growth_rules_, min_score);
-  return (batch_ & 1) != 0;
+  const char* const base = text_ + p;
+  const std::int64_t min_score = thresholds_.min_scores[unit_length];
+  const auto signed_length = static_cast<std::int64_t>(unit_length);
+  const auto batch = static_cast<std::uint32_t>(neighbours);
+  if (std::popcount(batch) < kLeastBatch) {
+    const bool may_reach = score_bound_.may_reach(
+        {base, base + unit_length, base, base + unit_length, 0, signed_length - 1, 0},
+        growth_rules_, min_score);
+    told_ = {unit_length, p, 1, may_reach ? std::uint64_t{1} : 0};
+    return;
+  }
+  told_ = {unit_length, p, batch,
+           batch_bound_.may_reach(base, signed_length, batch, growth_rules_, min_score)};
 }
 
 }  // namespace quorix

@@ -7,6 +7,7 @@
 /// operations for many seeds at once. A filter never accepts a seed: what it lets through is grown
 /// and tested as ever. It only leaves out seeds that cannot be accepted, whatever their growth.
 
+#include <bit>
 #include <cstdint>
 #include <vector>
 
@@ -14,6 +15,7 @@
 #include "search/kernel/batch_bound.h"
 #include "search/kernel/bit_set.h"
 #include "search/kernel/chain_bound.h"
+#include "search/kernel/group_bound.h"
 #include "search/kernel/run_seeds.h"
 #include "search/kernel/score_bound.h"
 #include "search/thresholds.h"
@@ -52,8 +54,21 @@ class CSeedFilter {
   const CBitSet& seeds(std::uint64_t unit_length);
 
   /// False only if the seed of `unit_length` at base p cannot grow over edits into a repeat of the
-  /// minimum score. REQUIRES: p is one of the `seeds` last asked for, its unit holds no N.
-  [[nodiscard]] bool may_grow(std::uint64_t p, std::uint64_t unit_length);
+  /// minimum score. `is_open(q)` is true of the bases q that are likely to be asked for next.
+  /// REQUIRES: p is one of the `seeds` last asked for, its unit holds no N. Throws: std::bad_alloc.
+  template <class IsOpen>
+  [[nodiscard]] bool may_grow(std::uint64_t p, std::uint64_t unit_length, const IsOpen& is_open) {
+    if (!told_.covers(p, unit_length)) {
+      std::uint64_t neighbours = last_seeds_->bits_from(p);
+      for (std::uint64_t rest = neighbours & ~std::uint64_t{1}; rest != 0; rest &= rest - 1) {
+        if (!is_open(p + static_cast<std::uint64_t>(std::countr_zero(rest)))) {
+          neighbours &= ~(rest & (~rest + 1));
+        }
+      }
+      tell_neighbours(p, unit_length, neighbours);
+    }
+    return told_.may_grow(p);
+  }
 
   /// Where the N's are.
   [[nodiscard]] const CBitSet& bits_of_Ns() const { return planes_.bits_of_Ns(); }
@@ -65,6 +80,25 @@ class CSeedFilter {
   [[nodiscard]] bool has_lag_bound(std::uint64_t unit_length) const;
   /// The seeds of `unit_length`, with those of the unit lengths behind it that find room.
   const CBitSet& lag_seeds(std::uint64_t unit_length);
+
+  /// What is known of seeds of one unit length at up to 64 neighbouring bases.
+  struct ToldSeeds {
+    std::uint64_t unit_length = 0;  ///< 0 for none
+    std::uint64_t begin = 0;
+    std::uint64_t told = 0;     ///< bit k: something is known of the seed at `begin` + k
+    std::uint64_t growing = 0;  ///< bit k: it may grow
+
+    [[nodiscard]] bool covers(std::uint64_t p, std::uint64_t length) const {
+      return length == unit_length && p - begin < 64 && (told >> (p - begin) & 1) != 0;
+    }
+    [[nodiscard]] bool may_grow(std::uint64_t p) const { return (growing >> (p - begin) & 1) != 0; }
+  };
+
+  /// Makes `told_` tell of the seed at p and of others that are `neighbours`, bit k for base p + k.
+  void tell_neighbours(std::uint64_t p, std::uint64_t unit_length, std::uint64_t neighbours);
+  /// False only if none of those seeds may grow.
+  [[nodiscard]] bool may_group_grow(std::uint64_t p, std::uint64_t unit_length,
+                                    std::uint64_t neighbours);
 
   const char* text_;
   SeedUse use_;
@@ -81,9 +115,9 @@ class CSeedFilter {
 
   CScoreBound score_bound_;
   CBatchBound batch_bound_;
-  std::uint64_t batch_unit_length_ = 0;  ///< of the seeds in `batch_`, 0 for none
-  std::uint64_t batch_begin_ = 0;
-  std::uint32_t batch_ = 0;  ///< which of the seeds from `batch_begin_` on may grow
+  CGroupBound group_bound_;
+  ToldSeeds told_;
+  ToldSeeds growing_group_;  ///< the last one that had to be looked at more closely
 };
 
 }  // namespace quorix

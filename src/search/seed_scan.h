@@ -24,6 +24,9 @@ void CSearchController::for_each_seed(std::uint64_t unit_length, const CAnchorSe
   CSeedFilter& filter = seed_filter(use);
   const CBitSet& seeds = filter.seeds(unit_length);
   const CBitSet& all_Ns = filter.bits_of_Ns();
+  const auto is_open = [&](std::uint64_t p) {
+    return anchors.may_seed(text_begin() + p, unit_length);
+  };
   CScanProgress progress(*this, unit_length);
   std::uint64_t next_N = all_Ns.find_set(0);
   for (std::uint64_t p = seeds.find_set(0); p < seeds.size(); p = seeds.find_set(p)) {
@@ -34,9 +37,8 @@ void CSearchController::for_each_seed(std::uint64_t unit_length, const CAnchorSe
     }
     progress.pass(p);
     const char* const base = text_begin() + p;
-    if (anchors.may_seed(base, unit_length) &&
-        valid_starting_pattern(base, base + unit_length, text_begin() + next_N) &&
-        (use != SeedUse::kGrowOverEdits || filter.may_grow(p, unit_length))) {
+    if (is_open(p) && valid_starting_pattern(base, base + unit_length, text_begin() + next_N) &&
+        (use != SeedUse::kGrowOverEdits || filter.may_grow(p, unit_length, is_open))) {
       visit(base);
     }
     ++p;

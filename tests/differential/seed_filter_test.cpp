@@ -131,7 +131,8 @@ class CJudgedRecord {
         return describe(is_bounded ? "the score bound" : "growth over edits", grown);
       }
       // As a scan asks: only for seeds that the other filters let through, in ascending order.
-      if (edited.test(at) && !edit_filter.may_grow(at, unit_length)) {
+      if (edited.test(at) &&
+          !edit_filter.may_grow(at, unit_length, [](std::uint64_t) { return true; })) {
         ++tally.refuted_by_batches;
         if (is_accepted) return describe("growth over edits, asked for with its neighbours", grown);
       }

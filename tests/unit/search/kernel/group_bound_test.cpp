@@ -1,0 +1,186 @@
+// The bound of seeds as one, against a table of all states of each of them in 64-bit numbers.
+
+#include "search/kernel/group_bound.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "support/random_dna.h"
+#include "unit/search/kernel/plain_score_paths.h"
+#include "unit/search/kernel/vector_targets.h"
+#include "unit/search/searched_sequence.h"
+
+namespace quorix::testing {
+namespace {
+
+constexpr std::int64_t kSeeds = CGroupBound::kSeeds;
+
+std::int64_t draw_number(RandomEngine& engine, std::size_t first, std::size_t last) {
+  return static_cast<std::int64_t>(draw_between(engine, first, last));
+}
+
+std::uint64_t bit(std::int64_t k) {
+  return std::uint64_t{1} << k;
+}
+
+/// Seeds at neighbouring bases, and what they are asked with.
+struct Group {
+  std::string text;
+  std::int64_t first;
+  std::int64_t unit_length;
+  std::uint64_t asked;
+  std::int64_t mismatch_penalty;
+  std::int64_t indel_penalty;
+  bool is_N_neutral;
+
+  [[nodiscard]] std::string unit(std::int64_t k) const {
+    return text.substr(static_cast<std::size_t>(first + k), static_cast<std::size_t>(unit_length));
+  }
+};
+
+bool may_reach(const Group& group, std::int64_t min_score) {
+  const CBases bases(group.text);
+  CGroupBound bound;
+  return bound.may_reach(
+      bases.at(static_cast<std::size_t>(group.first)), group.unit_length, group.asked,
+      {bases.begin(), bases.end(), group.mismatch_penalty, group.indel_penalty, group.is_N_neutral},
+      min_score);
+}
+
+/// The highest score that a chain of one of the seeds comes to.
+std::int64_t highest_score(const Group& group) {
+  std::int64_t highest = 0;
+  for (std::int64_t k = 0; k < kSeeds; ++k) {
+    if ((group.asked & bit(k)) == 0) continue;
+    const std::int64_t begin = group.first + k;
+    const std::int64_t end = begin + group.unit_length;
+    const Growth growth{group.text,
+                        begin,
+                        end,
+                        begin,
+                        end,
+                        0,
+                        group.unit_length - 1,
+                        0,
+                        group.mismatch_penalty,
+                        group.indel_penalty,
+                        group.is_N_neutral};
+    const Outcome right = follow_all_paths(growth, true, 0);
+    highest = std::max(highest, follow_all_paths(growth, false, right.best).best);
+  }
+  return highest;
+}
+
+/// A few seeds on the edge of an array of a shorter unit with edits, and in it.
+Group draw_group(RandomEngine& engine) {
+  Group group{};
+  group.unit_length = draw_number(engine, CGroupBound::kShortestUnit, 200);
+  group.mismatch_penalty = draw_number(engine, 4, 8);
+  group.indel_penalty =
+      draw_chance(engine, 60) ? group.mismatch_penalty : draw_number(engine, 4, 8);
+  group.is_N_neutral = draw_chance(engine, 50);
+  const std::size_t margin = 1000;
+  group.text = draw_letters(engine, margin, "ACGT");
+  if (draw_chance(engine, 70)) {
+    const std::string unit = draw_letters(engine, draw_between(engine, 2, 60), "ACGT");
+    const std::size_t edited = draw_between(engine, 0, 12);
+    for (std::size_t length = draw_between(engine, 50, 600); length > 0; --length) {
+      group.text += draw_chance(engine, edited) ? "ACGTN"[draw_between(engine, 0, 4)]
+                                                : unit[length % unit.size()];
+    }
+  }
+  group.first = static_cast<std::int64_t>(margin) - draw_number(engine, 0, 250);
+  group.text += draw_letters(engine, margin, "ACGT");
+  for (std::int64_t k = 0; k < kSeeds; ++k) {
+    if (draw_chance(engine, 8) && group.unit(k).find('N') == std::string::npos) {
+      group.asked |= bit(k);
+    }
+  }
+  return group;
+}
+
+TEST(GroupBound, is_no_lower_than_any_seed_and_hardly_higher) {
+  RandomEngine engine(41);
+  int refuted = 0;
+  int let_through = 0;
+  int let_through_for_nothing = 0;
+  for (int round = 0; round < 60; ++round) {
+    const Group group = draw_group(engine);
+    const std::int64_t highest = highest_score(group);
+    for_each_vector_target([&](const char* target) {
+      const auto describe = [&](std::int64_t min_score) {
+        return std::string(target) + " seeds " + std::to_string(group.asked) + " from " +
+               std::to_string(group.first) + " unit length " + std::to_string(group.unit_length) +
+               " needed " + std::to_string(min_score) + " of " + std::to_string(highest) + " in " +
+               group.text;
+      };
+      for (const std::int64_t needed : {highest - 3, highest}) {
+        if (needed <= 0 || group.asked == 0) continue;
+        EXPECT_TRUE(may_reach(group, needed)) << describe(needed);
+        ++let_through;
+      }
+      ++(may_reach(group, highest + 7) ? let_through_for_nothing : refuted);
+    });
+  }
+  EXPECT_GT(refuted, 100);
+  EXPECT_GT(let_through, 100);
+  EXPECT_LT(let_through_for_nothing, refuted / 3);
+}
+
+/// Seeds of an array of As in front of Cs, far from the ends.
+Group homopolymer_group(std::uint64_t asked) {
+  return {std::string(600, 'C') + std::string(200, 'A') + std::string(600, 'C'),
+          600,
+          130,
+          asked,
+          6,
+          6,
+          true};
+}
+
+TEST(GroupBound, adds_up_both_sides) {
+  // To the right of the first seed lie 70 more bases of the array; to the left of the one at k, k.
+  EXPECT_TRUE(may_reach(homopolymer_group(1), 70));
+  EXPECT_FALSE(may_reach(homopolymer_group(1), 71));
+  EXPECT_TRUE(may_reach(homopolymer_group(bit(20)), 70));
+  EXPECT_FALSE(may_reach(homopolymer_group(bit(20)), 71));
+}
+
+TEST(GroupBound, refutes_what_nobody_asks_for) {
+  EXPECT_FALSE(may_reach(homopolymer_group(0), 1));
+}
+
+TEST(GroupBound, lets_through_what_has_the_score_already) {
+  EXPECT_TRUE(may_reach(homopolymer_group(1), 0));
+  EXPECT_TRUE(may_reach(homopolymer_group(1), -3));
+}
+
+TEST(GroupBound, lets_through_what_lies_near_an_end_of_the_text) {
+  Group group = homopolymer_group(1);
+  group.text = group.text.substr(0, 1000);
+  EXPECT_TRUE(may_reach(group, 500));
+  group = homopolymer_group(1);
+  group.text = group.text.substr(400);
+  group.first -= 400;
+  EXPECT_TRUE(may_reach(group, 500));
+}
+
+TEST(GroupBound, lets_through_what_does_not_fit_its_numbers) {
+  EXPECT_FALSE(may_reach(homopolymer_group(1), 59'000));
+  EXPECT_TRUE(may_reach(homopolymer_group(1), 60'000));
+}
+
+TEST(GroupBound, takes_penalties_of_any_height) {
+  Group group = homopolymer_group(1);
+  group.mismatch_penalty = group.indel_penalty = 2147483648;
+  EXPECT_TRUE(may_reach(group, 70));
+  EXPECT_FALSE(may_reach(group, 71));
+}
+
+}  // namespace
+}  // namespace quorix::testing

@@ -1,6 +1,6 @@
 # One function for what every target of the project is built with.
 
-# Warnings, sanitizers and coverage, as the options of the project ask for them.
+# Warnings, hardening, sanitizers and coverage, as the options of the project ask for them.
 function(quorix_set_build_options target)
   target_compile_features(${target} PUBLIC cxx_std_20)
   target_compile_options(${target} PRIVATE
@@ -11,6 +11,15 @@ function(quorix_set_build_options target)
     target_compile_options(${target} PRIVATE
       -fsanitize=${QUORIX_SANITIZERS} -fno-sanitize-recover=all -fno-omit-frame-pointer)
     target_link_options(${target} PUBLIC -fsanitize=${QUORIX_SANITIZERS})
+  endif()
+
+  # What makes a memory error end the program rather than serve an attacker. Sanitizers see more, and
+  # bring their own versions of these functions.
+  if(NOT QUORIX_SANITIZERS)
+    target_compile_options(${target} PRIVATE -fstack-protector-strong
+      $<$<NOT:$<CONFIG:Debug>>:-U_FORTIFY_SOURCE>
+      $<$<NOT:$<CONFIG:Debug>>:-D_FORTIFY_SOURCE=3>)
+    target_link_options(${target} PUBLIC -Wl,-z,relro -Wl,-z,now -Wl,-z,noexecstack)
   endif()
 
   if(QUORIX_COVERAGE)

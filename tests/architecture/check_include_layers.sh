@@ -29,6 +29,8 @@ readonly system_headers='fcntl.h sys/stat.h unistd.h'
 readonly third_party_headers='
 tclap/  settings/command_line.cpp
 hwy/    search/kernel/batch_bound.cpp
+hwy/    search/kernel/chain_bound.cpp
+hwy/    search/kernel/group_bound.cpp
 hwy/    search/kernel/lag_bound.cpp
 hwy/    search/kernel/score_bound.cpp
 '

@@ -129,6 +129,11 @@ cp -- "$plain_program" "$scratch/stripped"
 strip -- "$scratch/stripped"
 expect_finding 'has no symbols of the program' check_shipped_symbols.sh "$scratch/stripped"
 
+printf 'int main() { return 0; }\n' | c++ -x c++ -no-pie -Wl,-z,norelro -o "$scratch/soft" -
+for lack in 'any address' 'read-only relocations' 'before the start' 'guards' 'know sizes'; do
+  expect_finding "$lack" check_hardening.sh "$scratch/soft"
+done
+
 if [ "$failures" -ne 0 ]; then
   printf '%s planted faults were not found\n' "$failures"
   exit 1

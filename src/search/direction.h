@@ -12,6 +12,7 @@
 #include <cstdint>
 
 #include "report/csat.h"
+#include "search/kernel/byte_bits.h"
 #include "search/kernel/match_run.h"
 
 namespace quorix {
@@ -46,6 +47,12 @@ struct Rightward {
   static std::int64_t characters_left(const char* character, const char* /*unit_begin*/,
                                       const char* unit_end) {
     return unit_end - character;
+  }
+
+  /// The eight bases beyond `edge`, the next to be read lowest; zero from `count` on, if it is
+  /// less.
+  static std::uint64_t eight_bases(const char* edge, std::int64_t count) {
+    return load_up_to_eight(edge, count);
   }
 
   /// How many bases beyond `edge`, at most `most`, equal those beyond `other`.
@@ -93,6 +100,11 @@ struct Leftward {
   static std::int64_t characters_left(const char* character, const char* unit_begin,
                                       const char* /*unit_end*/) {
     return character - unit_begin + 1;
+  }
+
+  static std::uint64_t eight_bases(const char* edge, std::int64_t count) {
+    if (count >= 8) return reverse_bytes(load_eight(edge - 8));
+    return reverse_bytes(load_up_to_eight(edge - count, count)) >> (64U - 8U * count);
   }
 
   static std::int64_t common_bases(const char* edge, const char* other, std::int64_t most) {

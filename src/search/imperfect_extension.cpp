@@ -11,6 +11,7 @@
 // allowed any more, the current one.
 
 #include <algorithm>
+#include <array>
 #include <functional>
 
 #include "search/direction.h"
@@ -24,7 +25,7 @@ namespace quorix {
 
 namespace {
 
-constexpr char kNoEdit = '\0';
+constexpr char kNoKind = '\0';
 
 /// A state of a growing repeat. During one extension the edit list only gets longer, so its length
 /// is all that has to be remembered of it.
@@ -91,22 +92,14 @@ std::int64_t score_that_matters(const Csat& sat) {
   return std::min<std::int64_t>(sat.score, most_lost - sat.unit_length() + 1);
 }
 
-/// The edit that the look-ahead finds most promising, or `kNoEdit` if none may be made.
+/// The edit that the look-ahead finds most promising, or NUL if none may be made.
 template <class Direction>
 char look_ahead_for_edit(const Csat& sat, const char* edge, const char* character,
                          const char* limit, std::int64_t best_score, CLookAhead& look_ahead) {
-  const ByEdit<std::int64_t> values = look_ahead.values_of_edits<Direction>(
+  constexpr std::array<char, kEditKinds + 1> kKinds = {'M', 'I', 'D', kNoKind};
+  return kKinds[look_ahead.best_edit<Direction>(
       {edge, character, sat.score, best_score, sat.recursion_depth},
-      {sat.unit_begin, sat.unit_end, sat.unit_length(), limit});
-  constexpr ByEdit<char> kKinds = {'M', 'I', 'D'};
-  char choice = kNoEdit;
-  std::int64_t best_value = kNoValue;
-  for (std::size_t i = 0; i < kEditKinds; ++i) {
-    if (values[i] <= best_value) continue;
-    choice = kKinds[i];
-    best_value = values[i];
-  }
-  return choice;
+      {sat.unit_begin, sat.unit_end, sat.unit_length(), limit})];
 }
 
 template <class Direction>
@@ -127,7 +120,7 @@ char choose_edit(Csat& sat, const char* limit, std::int64_t best_score,
                                          Direction::kIndex == Rightward::kIndex),
                       score_that_matters(sat)};
   char choice = advisers.memo->find(site);
-  if (choice == kNoEdit) {
+  if (choice == kNoKind) {
     choice = look_ahead_for_edit<Direction>(sat, edge, character, limit, best_score,
                                             advisers.look_ahead);
     advisers.memo->keep(site, choice);
@@ -167,7 +160,7 @@ void extend_imperfect(Csat& sat, const char* limit, const EditAdvisers& advisers
   while (extend_exact(Direction(), sat, limit)) {
     if (sat.score > best.score()) best = CSnapshot(sat);
     const char kind = choose_edit<Direction>(sat, limit, best.score(), advisers);
-    if (kind == kNoEdit) {
+    if (kind == kNoKind) {
       if (sat.score < best.score()) best.restore(sat);
       return;
     }

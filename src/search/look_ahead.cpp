@@ -6,11 +6,19 @@
 // of two states at the same base and unit character, after equally many edits, the lower-scoring
 // one can be forgotten: whatever follows it follows the other one, with a higher score. So the
 // search goes from one number of edits to the next, and keeps the states of each ordered by drift
-// and base; all of them but a few dozen meet. The one thing that the two would not share is a
-// threshold that depends on the best score of a path, as a score reduction limit makes it. If that
-// limit may come into play, every path is followed by itself, with a list of the states that are
-// still to be visited: a state leaves it before its successors join, so it holds at most three
-// times as many states as the deepest path has edits.
+// and base. Where the first edit is to be chosen, it is part of the score: on equal scores the path
+// that began with the preferred edit is kept. The search ends when all states left began with the
+// edit of the highest score.
+//
+// Most states lead nowhere, since an edit pays only if more matches follow it than it costs. The
+// bases beyond the stop are held against the unit at all drifts at once, which tells where runs
+// that long begin (see `may_rise`).
+//
+// The one thing that two states would not share is a threshold that depends on the best score of a
+// path, as a score reduction limit makes it. If that limit may come into play, every path is
+// followed by itself, with a list of the states that are still to be visited: a state leaves it
+// before its successors join, so it holds at most three times as many states as the deepest path
+// has edits.
 //
 // Unlike the exact extension, the walk goes through a run of N's of any length, at score 0 a base:
 // what an edit may lead to is not to be hidden by a gap that another edit would stop at anyway.
@@ -18,6 +26,7 @@
 #include "search/look_ahead.h"
 
 #include <algorithm>
+#include <bit>
 #include <limits>
 #include <utility>
 
@@ -70,8 +79,34 @@ std::ptrdiff_t drift_modulus(std::int64_t unit_length) {
   }
 }
 
-void raise(ByEdit<std::int64_t>& scores, const ByEdit<std::int64_t>& others) {
-  for (std::size_t i = 0; i < kEditKinds; ++i) scores[i] = std::max(scores[i], others[i]);
+constexpr RankedScore kPoint = 4;  // a power of two with room for the edits
+constexpr RankedScore kNoScore = std::numeric_limits<RankedScore>::min();
+
+RankedScore ranked(std::int64_t score, std::size_t edit) {
+  return score * kPoint + static_cast<RankedScore>(kEditKinds - 1 - edit);
+}
+
+std::int64_t score_of(RankedScore ranked_score) {
+  return ranked_score >> 2U;
+}
+
+std::size_t first_edit_of(RankedScore ranked_score) {
+  return kEditKinds - 1 - static_cast<std::size_t>(ranked_score & 3);
+}
+
+/// Matches that an edit takes to be made up for, at the least.
+std::int64_t least_penalty() {
+  return -std::int64_t{std::max(global_mismatch_score, global_indel_score)};
+}
+
+/// The ones of `row` with which `length` ones in a row begin. REQUIRES: 1 <= length <= 64.
+std::uint64_t starts_of_runs(std::uint64_t row, std::int64_t length) {
+  for (std::int64_t found = 1; found < length;) {
+    const std::int64_t more = std::min(found, length - found);
+    row &= row >> static_cast<unsigned>(more);
+    found += more;
+  }
+  return row;
 }
 
 }  // namespace
@@ -145,29 +180,63 @@ std::int64_t CLookAhead::highest_score_of_all_paths(const LookAheadState& from,
 }
 
 template <class Direction>
-void CLookAhead::add_place(Place place, const char* origin, const LookAheadBounds& bounds,
-                           ByEdit<std::int64_t>& highest, Level& level, std::size_t first) {
-  const char* reached = Direction::edge_beyond(origin, place.offset);
-  const std::int64_t matches = walk_matches<Direction>(reached, place.character, bounds);
-  place.offset = Direction::distance(origin, reached);
-  for (std::size_t i = 0; i < kEditKinds; ++i) {
-    if (place.scores[i] != kNoValue) place.scores[i] += matches;
-    highest[i] = std::max(highest[i], place.scores[i]);
+void CLookAhead::begin(const LookAheadState& stop, const LookAheadBounds& bounds) {
+  frame_ = {stop.edge, stop.character, bounds, Direction::bases_beyond(stop.edge, bounds.limit),
+            (1 - bounds.unit_length) * kPoint};
+  window_.clear();
+}
+
+template <class Direction>
+std::int64_t CLookAhead::walk_on(Place& place, std::ptrdiff_t drift) {
+  if (place.offset < window_.size()) {
+    const int matches = std::countr_one(window_.row(drift) >> static_cast<unsigned>(place.offset));
+    if (place.offset + matches < window_.size()) {
+      place.offset += matches;
+      return matches;
+    }
   }
-  if (Direction::is_at_limit(reached, bounds.limit)) return;
-  const std::int64_t highest_score = *std::max_element(place.scores.begin(), place.scores.end());
-  const std::int64_t least_penalty = std::max(global_mismatch_score, global_indel_score);
-  if (highest_score + least_penalty <= -bounds.unit_length) return;  // no edit can follow
+  const LookAheadBounds& bounds = frame_.bounds;
+  std::int64_t characters = (place.offset - drift) % bounds.unit_length;
+  if (characters < 0) characters += bounds.unit_length;
+  const char* edge = Direction::edge_beyond(frame_.origin, place.offset);
+  const char* character =
+      Direction::character_beyond(frame_.character, characters, bounds.unit_begin, bounds.unit_end);
+  const std::int64_t matches = walk_matches<Direction>(edge, character, bounds);
+  place.offset = Direction::distance(frame_.origin, edge);
+  return matches;
+}
+
+// A path gains by an edit only if more matches follow it than it costs, and by each of these no
+// more than there are bases at which so long a run begins. So the bases beyond the place with which
+// such runs begin, at whatever drift, are all that can be gained. And they tell how far the path
+// gets at most, which has to be less than what the window shows.
+bool CLookAhead::may_rise(const Place& place, int most_edits) const {
+  if (place.offset >= window_.size()) return true;
+  const std::int64_t most_gained =
+      std::popcount(long_run_starts_ >> static_cast<unsigned>(place.offset));
+  if (place.score + most_gained * kPoint > highest_) return true;
+  const std::int64_t farthest = place.offset + most_edits * (least_penalty() + 1) + most_gained;
+  return farthest >= window_.size();
+}
+
+template <class Direction>
+void CLookAhead::add_place(Place place, std::ptrdiff_t drift, int most_edits, Level& level,
+                           std::size_t first) {
+  place.score += walk_on<Direction>(place, drift) * kPoint;
+  highest_ = std::max(highest_, place.score);
+  if (place.offset == frame_.room) return;
+  if (place.score - least_penalty() * kPoint < frame_.floor) return;  // no edit can follow
+  if (!may_rise(place, most_edits)) return;
   // Walks of one drift that overlap end at the same base.
   if (level.places.size() > first && level.places.back().offset == place.offset) {
-    raise(level.places.back().scores, place.scores);
+    level.places.back().score = std::max(level.places.back().score, place.score);
   } else {
     level.places.push_back(place);
   }
 }
 
-CLookAhead::EditSource CLookAhead::source_of(std::ptrdiff_t drift, std::int64_t unit_length) const {
-  const std::ptrdiff_t modulus = drift_modulus(unit_length);
+CLookAhead::EditSource CLookAhead::source_of(std::ptrdiff_t drift) const {
+  const std::ptrdiff_t modulus = drift_modulus(frame_.bounds.unit_length);
   std::ptrdiff_t from_lowest = drift - level_.lowest;
   if (from_lowest < 0) from_lowest += modulus;
   if (from_lowest >= modulus) from_lowest -= modulus;
@@ -178,34 +247,13 @@ CLookAhead::EditSource CLookAhead::source_of(std::ptrdiff_t drift, std::int64_t 
 }
 
 template <class Direction>
-bool CLookAhead::take_edits(EditSource& source, const EditUse& edit, const LookAheadBounds& bounds,
-                            Place& place) {
-  if (source.offset(edit) != place.offset) return false;
-  const Place& from = *source.place++;
-  place.character = edit.is_character_used ? Direction::next_in_unit(
-                                                 from.character, bounds.unit_begin, bounds.unit_end)
-                                           : from.character;
-  bool is_alive = false;
-  for (std::size_t i = 0; i < kEditKinds; ++i) {
-    const std::int64_t score = from.scores[i] + edit.penalty;
-    if (score <= -bounds.unit_length) continue;
-    place.scores[i] = std::max(place.scores[i], score);
-    is_alive = true;
-  }
-  return is_alive;
-}
-
-template <class Direction>
-void CLookAhead::edit_places(std::ptrdiff_t drift, const char* origin,
-                             const LookAheadBounds& bounds, ByEdit<std::int64_t>& highest) {
+void CLookAhead::edit_places(std::ptrdiff_t drift, int most_edits) {
   // Three ordered sources: the states one edit earlier of this drift, the one below and the one
   // above.
-  const ByEdit<EditUse> edits = {{{1, true, global_mismatch_score},
-                                  {1, false, global_indel_score},
-                                  {0, true, global_indel_score}}};
-  ByEdit<EditSource> sources = {source_of(drift, bounds.unit_length),
-                                source_of(drift - 1, bounds.unit_length),
-                                source_of(drift + 1, bounds.unit_length)};
+  const ByEdit<EditUse> edits = {{{1, global_mismatch_score * kPoint},
+                                  {1, global_indel_score * kPoint},
+                                  {0, global_indel_score * kPoint}}};
+  ByEdit<EditSource> sources = {source_of(drift), source_of(drift - 1), source_of(drift + 1)};
   const std::size_t first = next_.places.size();
   while (true) {
     std::int64_t offset = EditSource::kNone;
@@ -213,28 +261,73 @@ void CLookAhead::edit_places(std::ptrdiff_t drift, const char* origin,
       offset = std::min(offset, sources[i].offset(edits[i]));
     }
     if (offset == EditSource::kNone) return;
-    Place place{offset, nullptr, {kNoValue, kNoValue, kNoValue}};
-    bool is_alive = false;
+    Place place{offset, kNoScore};
     for (std::size_t i = 0; i < kEditKinds; ++i) {
-      if (take_edits<Direction>(sources[i], edits[i], bounds, place)) is_alive = true;
+      if (sources[i].offset(edits[i]) != offset) continue;
+      place.score = std::max(place.score, sources[i].place->score + edits[i].score);
+      ++sources[i].place;
     }
-    if (is_alive) add_place<Direction>(place, origin, bounds, highest, next_, first);
+    if (place.score >= frame_.floor) add_place<Direction>(place, drift, most_edits, next_, first);
   }
 }
 
+bool CLookAhead::is_decided() const {
+  return std::all_of(level_.places.begin(), level_.places.end(), [&](const Place& place) {
+    return first_edit_of(place.score) == first_edit_of(highest_);
+  });
+}
+
 template <class Direction>
-void CLookAhead::follow_best_paths(const char* origin, int most_edits,
-                                   const LookAheadBounds& bounds, ByEdit<std::int64_t>& highest) {
-  for (int edits = 0; !level_.places.empty() && (most_edits < 0 || edits < most_edits); ++edits) {
-    next_.restart(level_.lowest - 1);
-    const std::ptrdiff_t last_drift =
-        std::min(level_.highest() + 1, level_.lowest + drift_modulus(bounds.unit_length) - 2);
-    for (std::ptrdiff_t drift = level_.lowest - 1; drift <= last_drift; ++drift) {
-      edit_places<Direction>(drift, origin, bounds, highest);
-      next_.complete_drift();
+void CLookAhead::read_window(int most_edits) {
+  if (most_edits < 0 || most_edits >= CMatchWindow::kMostDrift) return;
+  const LookAheadBounds& bounds = frame_.bounds;
+  window_.read<Direction>(frame_.origin, bounds.limit, frame_.character, bounds.unit_begin,
+                          bounds.unit_end);
+  long_run_starts_ = 0;
+  if (least_penalty() >= window_.size()) return;
+  const std::ptrdiff_t highest = most_edits + 1;
+  const std::ptrdiff_t lowest = std::max(-highest, highest - bounds.unit_length + 1);
+  for (std::ptrdiff_t drift = lowest; drift <= highest; ++drift) {
+    long_run_starts_ |= starts_of_runs(window_.row(drift), least_penalty() + 1);
+  }
+}
+
+void CLookAhead::sift_level(int most_edits) {
+  next_.restart(level_.lowest);
+  for (std::size_t i = 0; i + 1 < level_.begins.size(); ++i) {
+    for (std::size_t k = level_.begins[i]; k < level_.begins[i + 1]; ++k) {
+      if (may_rise(level_.places[k], most_edits)) next_.places.push_back(level_.places[k]);
     }
-    next_.complete();
-    std::swap(level_, next_);
+    next_.complete_drift();
+  }
+  next_.complete();
+  std::swap(level_, next_);
+}
+
+template <class Direction>
+void CLookAhead::make_edits(int most_edits) {
+  next_.restart(level_.lowest - 1);
+  const std::ptrdiff_t last_drift =
+      std::min(level_.highest() + 1, level_.lowest + drift_modulus(frame_.bounds.unit_length) - 2);
+  for (std::ptrdiff_t drift = level_.lowest - 1; drift <= last_drift; ++drift) {
+    edit_places<Direction>(drift, most_edits);
+    next_.complete_drift();
+  }
+  next_.complete();
+  std::swap(level_, next_);
+}
+
+template <class Direction>
+void CLookAhead::follow_best_paths(int most_edits, bool is_first_edit_enough) {
+  const auto is_over = [&] {
+    return most_edits == 0 || level_.places.empty() || (is_first_edit_enough && is_decided());
+  };
+  if (is_over()) return;
+  read_window<Direction>(most_edits);
+  sift_level(most_edits);
+  while (!is_over()) {
+    if (most_edits > 0) --most_edits;
+    make_edits<Direction>(most_edits);
   }
 }
 
@@ -243,53 +336,54 @@ std::int64_t CLookAhead::highest_score(const LookAheadState& from, const LookAhe
   if (may_reduction_be_limited<Direction>(from, bounds)) {
     return highest_score_of_all_paths<Direction>(from, bounds);
   }
-  ByEdit<std::int64_t> highest = {from.score, kNoValue, kNoValue};
+  begin<Direction>(from, bounds);
+  highest_ = ranked(from.score, 0);
   level_.restart(0);
-  add_place<Direction>({0, from.character, highest}, from.edge, bounds, highest, level_, 0);
+  const int most_edits = edits_left(from.level);
+  add_place<Direction>({0, highest_}, 0, most_edits, level_, 0);
   level_.complete_drift();
-  follow_best_paths<Direction>(from.edge, edits_left(from.level), bounds, highest);
-  return highest[0];
+  follow_best_paths<Direction>(most_edits, false);
+  return score_of(highest_);
 }
 
 template <class Direction>
-ByEdit<std::int64_t> CLookAhead::values_of_edits(const LookAheadState& stop,
-                                                 const LookAheadBounds& bounds) {
-  ByEdit<std::int64_t> values = {kNoValue, kNoValue, kNoValue};
+std::size_t CLookAhead::best_edit(const LookAheadState& stop, const LookAheadBounds& bounds) {
   const std::int64_t threshold = edit_threshold(stop.best_score, bounds.unit_length);
   const ByEdit<LookAheadState> edited = edits_at<Direction>(stop, bounds);
+  highest_ = kNoScore;
   if (may_reduction_be_limited<Direction>(stop, bounds)) {
     for (std::size_t i = 0; i < kEditKinds; ++i) {
       if (edited[i].score <= threshold) continue;
-      values[i] = highest_score_of_all_paths<Direction>(edited[i], bounds);
+      highest_ =
+          std::max(highest_, ranked(highest_score_of_all_paths<Direction>(edited[i], bounds), i));
     }
-    return values;
-  }
-
-  // By ascending drift: a deletion, the mismatch, an insertion.
-  constexpr ByEdit<std::size_t> kByDrift = {2, 0, 1};
-  level_.restart(-1);
-  for (const std::size_t i : kByDrift) {
-    if (edited[i].score > threshold) {
-      Place place{Direction::distance(stop.edge, edited[i].edge),
-                  edited[i].character,
-                  {kNoValue, kNoValue, kNoValue}};
-      place.scores[i] = edited[i].score;
-      add_place<Direction>(place, stop.edge, bounds, values, level_, level_.places.size());
+  } else {
+    // By ascending drift: a deletion, the mismatch, an insertion.
+    constexpr ByEdit<std::size_t> kByDrift = {2, 0, 1};
+    const int most_edits = edits_left(edited[0].level);
+    begin<Direction>(stop, bounds);
+    level_.restart(-1);
+    for (std::ptrdiff_t drift = -1; drift <= 1; ++drift) {
+      const std::size_t i = kByDrift[static_cast<std::size_t>(drift + 1)];
+      if (edited[i].score > threshold) {
+        add_place<Direction>(
+            {Direction::distance(stop.edge, edited[i].edge), ranked(edited[i].score, i)}, drift,
+            most_edits, level_, level_.places.size());
+      }
+      level_.complete_drift();
     }
-    level_.complete_drift();
+    level_.complete();
+    follow_best_paths<Direction>(most_edits, true);
   }
-  level_.complete();
-  follow_best_paths<Direction>(stop.edge, edits_left(edited[0].level), bounds, values);
-  return values;
+  return highest_ == kNoScore ? kNoEdit : first_edit_of(highest_);
 }
 
 template std::int64_t CLookAhead::highest_score<Rightward>(const LookAheadState&,
                                                            const LookAheadBounds&);
 template std::int64_t CLookAhead::highest_score<Leftward>(const LookAheadState&,
                                                           const LookAheadBounds&);
-template ByEdit<std::int64_t> CLookAhead::values_of_edits<Rightward>(const LookAheadState&,
-                                                                     const LookAheadBounds&);
-template ByEdit<std::int64_t> CLookAhead::values_of_edits<Leftward>(const LookAheadState&,
-                                                                    const LookAheadBounds&);
+template std::size_t CLookAhead::best_edit<Rightward>(const LookAheadState&,
+                                                      const LookAheadBounds&);
+template std::size_t CLookAhead::best_edit<Leftward>(const LookAheadState&, const LookAheadBounds&);
 
 }  // namespace quorix

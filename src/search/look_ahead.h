@@ -9,6 +9,8 @@
 #include <limits>
 #include <vector>
 
+#include "search/match_window.h"
+
 namespace quorix {
 
 /// A place in the alignment of a repeat with its unit.
@@ -35,8 +37,12 @@ inline constexpr std::size_t kEditKinds = 3;
 template <class Value>
 using ByEdit = std::array<Value, kEditKinds>;
 
-/// The value of an edit that may not be made: below every score.
-inline constexpr std::int64_t kNoValue = std::numeric_limits<std::int64_t>::min() / 2;
+/// The place of none of them in that order.
+inline constexpr std::size_t kNoEdit = kEditKinds;
+
+/// A score and the first edit on the way to it, as one number: of equal scores that of the
+/// preferred edit is higher.
+using RankedScore = std::int64_t;
 
 /// A look-ahead belongs to one text: what it learns of the N's there, it keeps.
 class CLookAhead {
@@ -50,12 +56,11 @@ class CLookAhead {
   [[nodiscard]] std::int64_t highest_score(const LookAheadState& from,
                                            const LookAheadBounds& bounds);
 
-  /// The highest score that can be met after each of the edits at `stop`, where the base beyond the
-  /// edge does not match, or `kNoValue` if the edit may not be made. `stop.level` is that before
-  /// the edit. Throws: std::bad_alloc.
+  /// The edit at `stop`, where the base beyond the edge does not match, behind which the highest
+  /// score can be met, as its place in the order of preference; `kNoEdit` if none may be made.
+  /// `stop.level` is that before the edit. Throws: std::bad_alloc.
   template <class Direction>
-  [[nodiscard]] ByEdit<std::int64_t> values_of_edits(const LookAheadState& stop,
-                                                     const LookAheadBounds& bounds);
+  [[nodiscard]] std::size_t best_edit(const LookAheadState& stop, const LookAheadBounds& bounds);
 
  private:
   /// A run of N's as it was last walked over in one direction: from every edge between the two it
@@ -66,17 +71,15 @@ class CLookAhead {
     const char* limit = nullptr;  ///< of that walk; null before the first one
   };
 
-  /// A state among those with the same number of edits and the same drift. Paths that begin with
-  /// different edits meet, too: each of them has a score of its own, or `kNoValue`.
+  /// A state among those with the same number of edits and the same drift, which is the insertions
+  /// less the deletions.
   struct Place {
-    std::int64_t offset;    ///< bases from where the look-ahead begins
-    const char* character;  ///< that the next base has to match
-    ByEdit<std::int64_t> scores;
+    std::int64_t offset;  ///< bases from where the look-ahead begins
+    RankedScore score;
   };
 
-  /// The states with one number of edits, by drift: the insertions less the deletions. Those of
-  /// drift `lowest + i` are `places` from `begins[i]` up to `begins[i + 1]`, ordered by their
-  /// edges.
+  /// The states with one number of edits, by drift. Those of drift `lowest + i` are `places` from
+  /// `begins[i]` up to `begins[i + 1]`, ordered by their edges.
   struct Level {
     std::vector<Place> places;
     std::vector<std::size_t> begins;
@@ -105,11 +108,19 @@ class CLookAhead {
     }
   };
 
+  /// What a look-ahead begins with.
+  struct Frame {
+    const char* origin;     ///< the edge
+    const char* character;  ///< that the base beyond it has to match
+    LookAheadBounds bounds;
+    std::int64_t room;  ///< bases beyond the origin
+    RankedScore floor;  ///< the least score behind an edit
+  };
+
   /// What an edit uses and costs.
   struct EditUse {
     std::int64_t bases;
-    bool is_character_used;
-    std::int64_t penalty;
+    RankedScore score;
   };
 
   /// States of one drift, still to be edited.
@@ -126,34 +137,53 @@ class CLookAhead {
   };
 
   /// The states of `level_` whose drift is `drift`, or differs from it by whole units.
-  [[nodiscard]] EditSource source_of(std::ptrdiff_t drift, std::int64_t unit_length) const;
-
-  /// If the next state of `source` leads to `place`, takes it, and raises the scores there. True if
-  /// one of its scores may pay for the edit.
-  template <class Direction>
-  static bool take_edits(EditSource& source, const EditUse& edit, const LookAheadBounds& bounds,
-                         Place& place);
+  [[nodiscard]] EditSource source_of(std::ptrdiff_t drift) const;
 
   template <class Direction>
   std::int64_t highest_score_of_all_paths(const LookAheadState& from,
                                           const LookAheadBounds& bounds);
 
+  /// Begins a look-ahead from `stop`. Nothing is known yet of what lies beyond.
+  template <class Direction>
+  void begin(const LookAheadState& stop, const LookAheadBounds& bounds);
+
+  /// Reads the bases beyond the origin, and finds out what up to `most_edits` edits may gain there.
+  template <class Direction>
+  void read_window(int most_edits);
+
+  /// False if no path from `place` over up to `most_edits` edits rises above `highest_`.
+  [[nodiscard]] bool may_rise(const Place& place, int most_edits) const;
+
+  /// Forgets the states of `level_` from which up to `most_edits` edits gain nothing.
+  void sift_level(int most_edits);
+
+  /// True if all states of `level_` began with the edit of the highest score.
+  [[nodiscard]] bool is_decided() const;
+
   /// Follows the best paths from the states of `level_` over up to `most_edits` more edits, or any
-  /// number if it is negative, and raises `highest` to the scores met.
+  /// number if it is negative, and raises `highest_` to the scores met. If only the first edit
+  /// matters, it may end before.
   template <class Direction>
-  void follow_best_paths(const char* origin, int most_edits, const LookAheadBounds& bounds,
-                         ByEdit<std::int64_t>& highest);
+  void follow_best_paths(int most_edits, bool is_first_edit_enough);
 
-  /// Fills the states of `drift` into `next_`, by an edit of those of `level_`.
+  /// Fills `level_` with the states one edit on. Up to `most_edits` edits may follow.
   template <class Direction>
-  void edit_places(std::ptrdiff_t drift, const char* origin, const LookAheadBounds& bounds,
-                   ByEdit<std::int64_t>& highest);
+  void make_edits(int most_edits);
 
-  /// Walks from `place`, raises `highest` to the scores met, and adds it to the states that are
-  /// being filled into `level`, of which those from `first` on have the same drift.
+  /// Fills the states of `drift` into `next_`, by an edit of those of `level_`. Up to `most_edits`
+  /// edits may follow.
   template <class Direction>
-  void add_place(Place place, const char* origin, const LookAheadBounds& bounds,
-                 ByEdit<std::int64_t>& highest, Level& level, std::size_t first);
+  void edit_places(std::ptrdiff_t drift, int most_edits);
+
+  /// Walks from `place`, raises `highest_`, and adds it to the states that are being filled into
+  /// `level`, of which those from `first` on have the same drift, unless it need not be followed.
+  template <class Direction>
+  void add_place(Place place, std::ptrdiff_t drift, int most_edits, Level& level,
+                 std::size_t first);
+
+  /// Moves `place` on along matches and neutral N's. Gives the matches.
+  template <class Direction>
+  std::int64_t walk_on(Place& place, std::ptrdiff_t drift);
 
   /// Moves on along matches and neutral N's, until a base differs or the limit is met. Gives the
   /// matches.
@@ -168,7 +198,11 @@ class CLookAhead {
   std::vector<LookAheadState> pending_;  ///< empty between calls; kept for its block
   Level level_;                          ///< as well
   Level next_;
-  std::array<NRun, 2> last_N_runs_;  ///< by direction
+  Frame frame_ = {};
+  RankedScore highest_ = 0;  ///< met so far
+  CMatchWindow window_;
+  std::uint64_t long_run_starts_ = 0;  ///< bases of the window where an edit may begin to pay
+  std::array<NRun, 2> last_N_runs_;    ///< by direction
 };
 
 }  // namespace quorix

@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "search/anchor_seq.h"
+#include "search/sat_sort.h"
 #include "search/search_controller.h"
 #include "search/seed_scan.h"
 #include "settings/settings.h"
@@ -32,7 +33,7 @@ void CSearchController::search_exact(SeedUse use) {
   for (; unit_length <= last_unit_length(); ++unit_length) {
     search_exact_unit_length(unit_length, coverage, use);
   }
-  exact_sat_list.sat_list.sort(lessThan_sat);
+  sort_by_position(exact_sat_list.sat_list);
 }
 
 void CSearchController::search_exact_mononucleotides(SeedUse use) {

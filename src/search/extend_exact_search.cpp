@@ -6,6 +6,7 @@
 #include <iterator>
 
 #include "driver/console_texts.h"
+#include "search/sat_sort.h"
 #include "search/search_controller.h"
 
 namespace quorix {
@@ -30,7 +31,7 @@ void CSearchController::search_exact_and_extend_to_imperfect_repeats() {
       sat_alloc.take(seeds, seed, std::next(seed));
     }
   }
-  accepted.sort(lessThan_sat);
+  sort_by_position(accepted);
 }
 
 }  // namespace quorix

@@ -6,6 +6,7 @@
 // may still grow over a repeat that was found before, to the left as far as the sequence goes.
 
 #include "search/anchor_seq.h"
+#include "search/sat_sort.h"
 #include "search/search_controller.h"
 #include "search/seed_scan.h"
 #include "settings/settings.h"
@@ -26,7 +27,7 @@ void CSearchController::complete_imperfect_search(std::FILE* /*stream*/) {
   for (; unit_length <= last_unit_length(); ++unit_length) {
     one_unit_len_complete_imperfect_search(unit_length, anchors, accepted);
   }
-  accepted.sort(lessThan_sat);
+  sort_by_position(accepted);
 }
 
 void CSearchController::unit_len_1_complete_imperfect_search(CAnchorSeq& anchors,

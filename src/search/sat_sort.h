@@ -1,0 +1,17 @@
+#pragma once
+
+/// @file
+/// The order of repeat lists, made.
+
+#include <list>
+
+#include "report/csat.h"
+
+namespace quorix {
+
+/// Sorts `repeats` by `lessThan_sat`; what is equal stays in its order. A list that consists of a
+/// few sorted stretches, one behind the other, takes few passes. The nodes of the list stay where
+/// they are. Throws: std::bad_alloc, with the list as it was.
+void sort_by_position(std::list<Csat*>& repeats);
+
+}  // namespace quorix

@@ -6,6 +6,7 @@
 #include <iterator>
 
 #include "driver/console_texts.h"
+#include "search/fetch_ahead.h"
 #include "search/sat_sort.h"
 #include "search/search_controller.h"
 
@@ -23,7 +24,9 @@ void CSearchController::search_exact_and_extend_to_imperfect_repeats() {
   edit_memo_.clear();
   std::list<Csat*>& seeds = exact_sat_list.sat_list;
   std::list<Csat*>& accepted = imperfect_sat_list.sat_list;
+  CFetchAhead ahead(seeds);
   while (!seeds.empty()) {
+    ahead.step();
     const auto seed = seeds.begin();
     if (may_grow(**seed) && grow_and_test(**seed, before_text())) {
       accepted.splice(accepted.end(), seeds, seed);

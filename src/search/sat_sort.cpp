@@ -10,6 +10,8 @@
 #include <utility>
 #include <vector>
 
+#include "search/fetch_ahead.h"
+
 namespace quorix {
 
 namespace {
@@ -61,7 +63,9 @@ void merge_pairs(PlacedRepeats& repeats, PlacedRepeats& merged, Stretches& begin
 void sort_by_position(std::list<Csat*>& repeats) {
   PlacedRepeats placed;
   placed.reserve(repeats.size());
+  CFetchAhead ahead(repeats);
   for (Csat* const repeat : repeats) {
+    ahead.step();
     placed.push_back({repeat->start, repeat->end, repeat});
   }
   Stretches begins = sorted_stretches(placed);

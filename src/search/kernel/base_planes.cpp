@@ -1,10 +1,10 @@
 #include "search/kernel/base_planes.h"
 
 #include <algorithm>
-#include <bit>
 #include <cstddef>
-#include <cstring>
 #include <vector>
+
+#include "search/kernel/byte_bits.h"
 
 namespace quorix {
 
@@ -13,23 +13,6 @@ namespace {
 using Words = std::vector<std::uint64_t>;
 
 constexpr std::uint64_t kWordBits = CBitSet::kWordBits;
-
-/// Bits 0 of eight bytes, the first byte's lowest. The product moves each of them to a place of its
-/// own in the top byte.
-std::uint64_t gather_lowest_bits(std::uint64_t bytes) {
-  return ((bytes & 0x0101010101010101U) * 0x0102040810204080U) >> 56U;
-}
-
-std::uint64_t load_eight(const char* bases) {
-  std::uint64_t bytes = 0;
-  std::memcpy(&bytes, bases, sizeof(bytes));
-  if constexpr (std::endian::native == std::endian::big) {
-    std::uint64_t swapped = 0;
-    for (unsigned i = 0; i < 8; ++i) swapped = swapped << 8U | (bytes >> (8 * i) & 0xFFU);
-    bytes = swapped;
-  }
-  return bytes;
-}
 
 /// Bits of 64 bases: A, C, T and G differ in bits 1 and 2 of their letters, and only N has bit 3.
 struct PlaneWords {

@@ -78,6 +78,14 @@ TEST_F(Message, prints_outside_text_with_doubled_signs_as_it_stands) {
   EXPECT_EQ(double_percent_signs("a%b%%"), "a%%b%%%%");
 }
 
+TEST_F(Message, may_be_longer_than_any_block) {
+  for (const std::size_t length : {4094, 4095, 4096, 4097, 8191, 8192, 8193, 100'000}) {
+    const std::string name(length, 'n');
+    EXPECT_EQ(printed_by([&](std::FILE* out) { general_PrintMessage(out, name, "%%", name, "%"); }),
+              name + "%" + name + "%");
+  }
+}
+
 TEST_F(Banner, welcomes_and_warns) {
   EXPECT_EQ(printed_by([](std::FILE* out) { quorix_welcome(out); }),
             "\n"

@@ -1,5 +1,7 @@
 #include "driver/output_file.h"
 
+#include <unistd.h>
+
 #include <cerrno>
 #include <cstring>
 
@@ -40,8 +42,15 @@ bool COutputFile::flush() {
   return !has_failed_;
 }
 
+bool COutputFile::close_standard_output() {
+  if (!flush()) return false;
+  const int copy = ::dup(::fileno(stream_));
+  if (copy == -1 || ::close(copy) != 0) return fail();
+  return true;
+}
+
 bool COutputFile::close() {
-  if (stream_ == stdout) return flush();
+  if (stream_ == stdout) return close_standard_output();
   const bool is_written = flush();
   std::FILE* const closing = stream_;
   stream_ = nullptr;

@@ -42,7 +42,8 @@ class COutputFile {
   /// Hands on what is buffered. False if any write so far has failed.
   [[nodiscard]] bool flush();
 
-  /// Closes a file, or flushes standard output. False if any write has failed.
+  /// Closes a file. Flushes standard output, and closes a copy of its descriptor: some file systems
+  /// tell only then that they could not keep what was written. False if any of that has failed.
   [[nodiscard]] bool close();
 
   /// The system's reason for the first failure.
@@ -50,6 +51,7 @@ class COutputFile {
 
  private:
   bool fail();
+  bool close_standard_output();
 
   std::FILE* stream_ = nullptr;
   std::string name_;

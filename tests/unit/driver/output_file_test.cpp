@@ -184,5 +184,22 @@ TEST(OutputFile, fails_at_the_close_of_a_standard_output_that_is_full) {
   EXPECT_EQ(result.err, kNoSpace);
 }
 
+// Nothing is left to be written, so the closing alone can tell.
+TEST(OutputFile, fails_at_the_close_of_a_standard_output_that_cannot_be_closed) {
+  const testing::ProcessResult result = testing::run_in_child([] {
+    COutputFile file;
+    file.use_standard_output();
+    std::fputs("line\n", file.stream());
+    if (!file.flush()) return 1;
+    ::close(STDOUT_FILENO);
+    if (file.close()) return 2;
+    std::fputs(file.failure_reason().c_str(), stderr);
+    return 0;
+  });
+  EXPECT_EQ(result.status, 0);
+  EXPECT_EQ(result.out, "line\n");
+  EXPECT_EQ(result.err, "Bad file descriptor");
+}
+
 }  // namespace
 }  // namespace quorix

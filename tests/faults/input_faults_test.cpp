@@ -1,0 +1,156 @@
+// Reads and openings that fail, one after another, and files that the system cannot tell apart.
+
+#include <fcntl.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstring>
+
+#include "faults/call_tracer.h"
+#include "faults/fault_runs.h"
+#include "faults/output_faults.h"
+#include "faults/point_log.h"
+
+namespace quorix::testing {
+namespace {
+
+constexpr int kInputReadError = 231;
+constexpr std::size_t kPiece = 16;
+
+/// Where every read gives sixteen bytes, the read of this number, from 0, fails behind so many
+/// lines.
+Expectation expect_failed_read(std::size_t number) {
+  const std::string read = CFaultFolder::input().substr(0, number * kPiece);
+  const auto line = 1 + std::count(read.begin(), read.end(), '\n');
+  return {.statuses = {
+              {kInputReadError,
+               "\n\nAn error occurred while reading the input file. It might not be a valid fasta "
+               "file.\nFile position: line " +
+                   std::to_string(line) + "\n"}}};
+}
+
+/// Meddles with every read of the input in turn.
+void fail_every_read(const RunShape& shape, Meddling meddling, CPointLog& log) {
+  const CFaultFolder folder;
+  meddling.read_piece = kPiece;
+  const TracedRun undisturbed = run_traced(folder, shape.plan(), {.read_piece = kPiece});
+  ASSERT_EQ(undisturbed.outcome.status, 0);
+  std::size_t number = 0;
+  for (std::size_t i = 0; i < undisturbed.calls.size(); ++i) {
+    if (undisturbed.calls[i] != Call{CallKind::kRead, kInputName}) continue;
+    meddling.call = i;
+    log.judge(shape.name() + ", read " + std::to_string(number),
+              run_traced(folder, shape.plan(), meddling).outcome, undisturbed.outcome,
+              meddling.error == EIO ? expect_failed_read(number) : expect_success());
+    ++number;
+  }
+  // All pieces, and the one that tells of the end.
+  const std::size_t piece_count = (CFaultFolder::input().size() + kPiece - 1) / kPiece;
+  EXPECT_EQ(number, piece_count + 1);
+}
+
+TEST(FailedRead, names_the_line) {
+  CPointLog log("failed reads");
+  for (const RunShape& shape : three_file_shapes()) fail_every_read(shape, {.error = EIO}, log);
+  log.expect_no_findings(search_modes().size() * 32);
+}
+
+TEST(BrokenOffRead, is_made_again) {
+  CPointLog log("broken-off reads");
+  fail_every_read({"imperfect", true, true}, {.error = EINTR}, log);
+  if (!fault_settings.is_brief) fail_every_read({"exact", false, false}, {.error = EINTR}, log);
+  log.expect_no_findings(32);
+}
+
+TEST(ShortRead, is_carried_on) {
+  CPointLog log("short reads");
+  fail_every_read({"imperfect", true, true}, {.most_bytes = 1}, log);
+  if (!fault_settings.is_brief) fail_every_read({"exact", false, false}, {.most_bytes = 3}, log);
+  log.expect_no_findings(32);
+}
+
+TEST(ShortRead, of_every_length_changes_nothing) {
+  const CFaultFolder folder;
+  CPointLog log("pieces of the input");
+  const RunPlan plan = RunShape{"imperfect", true, true}.plan();
+  const Outcome undisturbed = run_traced(folder, plan).outcome;
+  for (std::size_t piece = 1; piece <= (fault_settings.is_brief ? 8 : 100); ++piece) {
+    log.judge("pieces of " + std::to_string(piece),
+              run_traced(folder, plan, {.read_piece = piece}).outcome, undisturbed,
+              expect_success());
+  }
+  log.expect_no_findings(8);
+}
+
+/// What is allowed when opening a file fails.
+Expectation expect_failed_opening(const RunShape& shape, const std::string& target, int error) {
+  if (target == kInputName) {
+    if (error == EINTR) return expect_success();  // it is opened again
+    return {.statuses = {{155, "Sorry! The input file \n   \"in.fa\"\ncould not be opened."}}};
+  }
+  if (target == kMaskedName) return {.statuses = {{153, failed_open_text(target)}}};
+  if (target == shape.report_target()) return {.statuses = {{154, failed_open_text(target)}}};
+  return expect_success();
+}
+
+TEST(FailedOpening, has_a_status_for_each_file) {
+  const CFaultFolder folder;
+  CPointLog log("failed openings");
+  for (const RunShape& shape : all_run_shapes()) {
+    const TracedRun undisturbed = run_traced(folder, shape.plan());
+    for (std::size_t i = 0; i < undisturbed.calls.size(); ++i) {
+      const Call& call = undisturbed.calls[i];
+      if (call.kind != CallKind::kOpen) continue;
+      for (const int error : {EACCES, EINTR, EIO, EMFILE, ENOENT, ENOMEM, ENOSPC, EROFS}) {
+        log.judge(shape.name() + ", " + call.target + ": " + std::strerror(error),
+                  run_traced(folder, shape.plan(), {.call = i, .error = error}).outcome,
+                  undisturbed.outcome, expect_failed_opening(shape, call.target, error));
+      }
+    }
+  }
+  // Each mode opens one, two, two and three files.
+  log.expect_no_findings(search_modes().size() * (1 + 2 + 2 + 3) * 8);
+}
+
+// A closed stream is filled, so that no file of the run takes its place; also where the device for
+// that cannot be opened.
+TEST(FailedOpening, of_the_null_device_lets_no_text_into_a_file) {
+  CPointLog log("failed openings");
+  for (const RunShape& shape : three_file_shapes()) {
+    const CFaultFolder folder;
+    const Outcome undisturbed = run_traced(folder, shape.plan()).outcome;
+    for (unsigned closed = 1; closed < 8; ++closed) {
+      RunPlan plan = shape.plan();
+      plan.prepare = [closed] { close_streams(closed); };
+      // The first call of all opens the device, once for each closed stream.
+      const TracedRun disturbed =
+          run_traced(folder, plan, {.call = 0, .error = ENOENT, .is_lasting = true});
+      const std::string place = shape.name() + ", closed: " + std::to_string(closed);
+      EXPECT_EQ(disturbed.calls.front(), (Call{CallKind::kOpen, "null"})) << place;
+      log.judge(place, disturbed.outcome, undisturbed, expect_success());
+    }
+  }
+  log.expect_no_findings(search_modes().size() * 7);
+}
+
+TEST(FailedLook, at_a_file_that_is_no_other_changes_nothing) {
+  const CFaultFolder folder;
+  CPointLog log("failed looks at files");
+  for (const RunShape& shape : all_run_shapes()) {
+    const TracedRun undisturbed = run_traced(folder, shape.plan());
+    for (std::size_t i = 0; i < undisturbed.calls.size(); ++i) {
+      const Call& call = undisturbed.calls[i];
+      if (call.kind != CallKind::kStatus) continue;
+      for (const int error : {EACCES, EIO}) {
+        log.judge(shape.name() + ", " + call.target + ": " + std::strerror(error),
+                  run_traced(folder, shape.plan(), {.call = i, .error = error}).outcome,
+                  undisturbed.outcome, expect_success());
+      }
+    }
+  }
+  log.expect_no_findings(search_modes().size() * 40);
+}
+
+}  // namespace
+}  // namespace quorix::testing

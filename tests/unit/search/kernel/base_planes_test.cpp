@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "support/kernel/plain_matches.h"
 #include "support/random_dna.h"
 #include "unit/search/searched_sequence.h"
 
@@ -29,12 +30,8 @@ void expect_matches_of(const std::string& text, bool is_N_wild) {
     planes.find_matches(lag, is_N_wild, matches);
     ASSERT_EQ(matches.size(), text.size());
     for (std::size_t x = 0; x < text.size(); ++x) {
-      bool may_be_equal = false;
-      if (x >= lag) {
-        const bool is_N_there = text[x] == 'N' || text[x - lag] == 'N';
-        may_be_equal = is_N_there ? is_N_wild : text[x] == text[x - lag];
-      }
-      ASSERT_EQ(matches.test(x), may_be_equal) << text << " lag " << lag << " base " << x;
+      ASSERT_EQ(matches.test(x), plain_match(text, x, lag, is_N_wild))
+          << text << " lag " << lag << " base " << x;
     }
     for (std::size_t x = text.size(); x < matches.words().size() * CBitSet::kWordBits; ++x) {
       ASSERT_FALSE(matches.test(x)) << "behind " << text << " lag " << lag;

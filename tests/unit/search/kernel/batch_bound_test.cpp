@@ -5,60 +5,22 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <string>
 
+#include "support/kernel/plain_batch_reach.h"
+#include "support/kernel/vector_targets.h"
 #include "support/random_dna.h"
-#include "unit/search/kernel/plain_score_paths.h"
-#include "unit/search/kernel/vector_targets.h"
 #include "unit/search/searched_sequence.h"
 
 namespace quorix::testing {
 namespace {
 
-constexpr std::int64_t kSeeds = CBatchBound::kSeeds;
-/// The difference of bases and characters that the tables have room for, less some.
-constexpr std::int64_t kSureDifference = 155;
-
 std::int64_t draw_number(RandomEngine& engine, std::size_t first, std::size_t last) {
   return static_cast<std::int64_t>(draw_between(engine, first, last));
 }
-
-std::uint32_t bit(std::int64_t k) {
-  return std::uint32_t{1} << k;
-}
-
-/// Seeds at neighbouring bases, and what they are asked with.
-struct Batch {
-  std::string text;
-  std::int64_t first;
-  std::int64_t unit_length;
-  std::int64_t mismatch_penalty;
-  std::int64_t indel_penalty;
-  bool is_N_neutral;
-
-  [[nodiscard]] std::int64_t text_length() const { return static_cast<std::int64_t>(text.size()); }
-
-  [[nodiscard]] Growth seed(std::int64_t k) const {
-    const std::int64_t begin = first + k;
-    const std::int64_t end = begin + unit_length;
-    return {text,          begin,       end, begin, end, 0, unit_length - 1, 0, mismatch_penalty,
-            indel_penalty, is_N_neutral};
-  }
-
-  /// The seeds whose units lie in the text and hold no N's.
-  [[nodiscard]] std::uint32_t units_without_Ns() const {
-    std::uint32_t seeds = 0;
-    for (std::int64_t k = 0; k < kSeeds && first + k + unit_length <= text_length(); ++k) {
-      const std::size_t N_at = text.find('N', static_cast<std::size_t>(first + k));
-      if (N_at >= static_cast<std::size_t>(first + k + unit_length)) seeds |= bit(k);
-    }
-    return seeds;
-  }
-};
 
 std::uint32_t may_reach(const Batch& batch, std::uint32_t asked, std::int64_t min_score) {
   const CBases bases(batch.text);
@@ -69,30 +31,6 @@ std::uint32_t may_reach(const Batch& batch, std::uint32_t asked, std::int64_t mi
       min_score);
 }
 
-/// What a seed can come to, nothing if paths were left off.
-struct SeedReach {
-  std::int64_t best;
-  std::int64_t farthest_base;
-  std::int64_t widest;
-};
-using BatchReach = std::array<std::optional<SeedReach>, kSeeds>;
-
-BatchReach reach_of(const Batch& batch) {
-  BatchReach reaches;
-  const std::uint32_t seeds = batch.units_without_Ns();
-  for (std::int64_t k = 0; k < kSeeds; ++k) {
-    if ((seeds & bit(k)) == 0) continue;
-    const Growth growth = batch.seed(k);
-    const Outcome right = follow_all_paths(growth, true, 0);
-    const Outcome both = follow_all_paths(growth, false, right.best);
-    if (!right.is_complete || !both.is_complete) continue;
-    reaches[static_cast<std::size_t>(k)] = {both.best,
-                                            std::max(right.farthest_base, both.farthest_base),
-                                            std::max(right.widest, both.widest)};
-  }
-  return reaches;
-}
-
 struct Tally {
   std::int64_t refuted = 0;
   std::int64_t had_to_be_refuted = 0;
@@ -100,28 +38,11 @@ struct Tally {
   std::int64_t with_16_bits = 0;
 };
 
-/// True if no path of the seeds comes near the ends of the text or of the tables. Those that live
-/// longest set the range of all.
-bool is_exact_for(const Batch& batch, std::uint32_t asked, const BatchReach& reaches) {
-  std::int64_t farthest = 0;
-  std::int64_t widest = 0;
-  for (std::int64_t k = 0; k < kSeeds; ++k) {
-    if ((asked & bit(k)) == 0) continue;
-    const std::optional<SeedReach>& reach = reaches[static_cast<std::size_t>(k)];
-    if (!reach) return false;
-    farthest = std::max(farthest, reach->farthest_base);
-    widest = std::max(widest, reach->widest);
-  }
-  const std::int64_t margin = farthest + widest / 2 + 4;
-  return widest <= kSureDifference && batch.first > margin &&
-         batch.first + batch.unit_length + kSeeds + margin < batch.text_length();
-}
-
 /// A seed may be refuted only if no path of it gets to `min_score`, and has to be far from the
 /// ends.
 void expect_bound_of(const Batch& batch, const BatchReach& reaches, std::uint32_t asked,
                      std::int64_t min_score, Tally& tally) {
-  const bool is_exact = min_score > 0 && is_exact_for(batch, asked, reaches);
+  const bool is_exact = min_score > 0 && is_in_reach_of_bound(batch, asked, reaches);
   for_each_vector_target([&](const char* target) {
     const std::uint32_t answer = may_reach(batch, asked, min_score);
     const auto describe = [&](std::int64_t k) {
@@ -134,8 +55,8 @@ void expect_bound_of(const Batch& batch, const BatchReach& reaches, std::uint32_
     ASSERT_EQ(answer & ~asked, 0U) << describe(0);
     for (std::int64_t k = 0; k < kSeeds; ++k) {
       const std::optional<SeedReach>& reach = reaches[static_cast<std::size_t>(k)];
-      if ((asked & bit(k)) == 0 || !reach) continue;
-      const bool is_let_through = (answer & bit(k)) != 0;
+      if ((asked & seed_bit(k)) == 0 || !reach) continue;
+      const bool is_let_through = (answer & seed_bit(k)) != 0;
       const bool must_be_refuted = is_exact && reach->best < min_score;
       ASSERT_TRUE(is_let_through || reach->best < min_score) << describe(k);
       ASSERT_FALSE(is_let_through && must_be_refuted) << describe(k);
@@ -157,7 +78,7 @@ std::uint32_t draw_mask(RandomEngine& engine) {
     case 2:
       return bits() & bits() & bits();
     default:
-      return bit(draw_number(engine, 0, kSeeds - 1));
+      return seed_bit(draw_number(engine, 0, kSeeds - 1));
   }
 }
 

@@ -14,8 +14,8 @@
 #include <vector>
 
 #include "search/kernel/chain_states.h"
+#include "support/kernel/vector_targets.h"
 #include "support/random_dna.h"
-#include "unit/search/kernel/vector_targets.h"
 #include "unit/search/searched_sequence.h"
 
 namespace quorix::testing {

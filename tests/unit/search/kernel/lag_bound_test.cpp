@@ -10,9 +10,9 @@
 #include <string>
 #include <vector>
 
+#include "support/kernel/plain_lag_bound.h"
+#include "support/kernel/vector_targets.h"
 #include "support/random_dna.h"
-#include "unit/search/kernel/plain_lag_bound.h"
-#include "unit/search/kernel/vector_targets.h"
 #include "unit/search/searched_sequence.h"
 
 namespace quorix::testing {

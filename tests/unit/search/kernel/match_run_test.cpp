@@ -8,25 +8,13 @@
 #include <cstdint>
 #include <string>
 
+#include "support/kernel/plain_matches.h"
 #include "unit/search/searched_sequence.h"
 
 namespace quorix::testing {
 namespace {
 
 constexpr std::int64_t kLongest = 40;
-
-std::int64_t plain_prefix(const std::string& left, const std::string& right, std::int64_t most) {
-  std::int64_t count = 0;
-  while (count < most &&
-         left[static_cast<std::size_t>(count)] == right[static_cast<std::size_t>(count)]) {
-    ++count;
-  }
-  return count;
-}
-
-std::int64_t plain_suffix(const std::string& left, const std::string& right, std::int64_t most) {
-  return plain_prefix({left.rbegin(), left.rend()}, {right.rbegin(), right.rend()}, most);
-}
 
 /// Both blocks end where the stretches do, so no byte may be read beyond them.
 void expect_counts(const std::string& left, const std::string& right) {

@@ -11,9 +11,9 @@
 #include <string>
 #include <vector>
 
+#include "support/kernel/plain_score_paths.h"
+#include "support/kernel/vector_targets.h"
 #include "support/random_dna.h"
-#include "unit/search/kernel/plain_score_paths.h"
-#include "unit/search/kernel/vector_targets.h"
 #include "unit/search/searched_sequence.h"
 
 namespace quorix::testing {
@@ -45,13 +45,7 @@ void expect_bound_of(const Growth& growth, std::int64_t min_score, Tally& tally)
   if (!both.is_complete) return;
 
   const std::int64_t length = growth.unit_length();
-  // The width that is made room for: what the score pays for, and half as much again.
-  const std::int64_t width = (growth.score + length) * 3 / (2 * growth.indel_penalty);
-  const std::int64_t margin = 256 + std::max(right.farthest_base, both.farthest_base);
-  const auto text_length = static_cast<std::int64_t>(growth.text.size());
-  const bool is_far_from_ends = growth.start > margin && growth.end + margin < text_length;
-  const bool must_be_refuted = both.best < min_score && is_far_from_ends && width < 250 &&
-                               std::max(right.widest, both.widest) <= width;
+  const bool must_be_refuted = both.best < min_score && is_in_reach_of_bound(growth, right, both);
   for_each_vector_target([&](const char* target) {
     const bool answer = may_reach(growth, min_score);
     const auto describe = [&] {

@@ -95,4 +95,16 @@ inline Outcome follow_all_paths(const Growth& growth, bool is_rightward, std::in
   return outcome;
 }
 
+/// True if no path comes near the ends of the text or needs more room than the table of the score
+/// bound has, so that nothing hinders the bound from being exact. `right` and `both` are the
+/// outcomes of growing to the right, and then to the left.
+inline bool is_in_reach_of_bound(const Growth& growth, const Outcome& right, const Outcome& both) {
+  // The width that is made room for: what the score pays for, and half as much again.
+  const std::int64_t width = (growth.score + growth.unit_length()) * 3 / (2 * growth.indel_penalty);
+  const std::int64_t margin = 256 + std::max(right.farthest_base, both.farthest_base);
+  const auto text_length = static_cast<std::int64_t>(growth.text.size());
+  return growth.start > margin && growth.end + margin < text_length && width < 250 &&
+         std::max(right.widest, both.widest) <= width;
+}
+
 }  // namespace quorix::testing

@@ -61,9 +61,9 @@ struct SeedReach {
 };
 using BatchReach = std::array<std::optional<SeedReach>, kSeeds>;
 
-inline BatchReach reach_of(const Batch& batch) {
+/// What each of `seeds` can come to. REQUIRES: their units lie in the text and hold no N's.
+inline BatchReach reach_of(const Batch& batch, std::uint32_t seeds) {
   BatchReach reaches;
-  const std::uint32_t seeds = batch.units_without_Ns();
   for (std::int64_t k = 0; k < kSeeds; ++k) {
     if ((seeds & seed_bit(k)) == 0) continue;
     const Growth growth = batch.seed(k);

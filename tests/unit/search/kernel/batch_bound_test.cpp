@@ -84,8 +84,8 @@ std::uint32_t draw_mask(RandomEngine& engine) {
 
 /// Asks for all seeds and for some of them, at scores around those that they come to.
 void expect_bounds(RandomEngine& engine, const Batch& batch, Tally& tally) {
-  const BatchReach reaches = reach_of(batch);
   const std::uint32_t seeds = batch.units_without_Ns();
+  const BatchReach reaches = reach_of(batch, seeds);
   const auto& some_reach = reaches[draw_between(engine, 0, kSeeds - 1)];
   const std::int64_t best = some_reach ? some_reach->best : 6;
   for (const std::int64_t min_score : {best, best + 1, best + draw_number(engine, 0, 12) - 6,

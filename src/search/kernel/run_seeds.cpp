@@ -158,7 +158,9 @@ void find_run_seeds(const CNeighbourLags& lags, const RunRule& rule, CBitSet& se
         static_cast<std::int64_t>(last - first) >= rule.sure_run ||
         (lags.is_N_wild() && lags.planes().has_N_near(first - unit_length, last)) ||
         has_chained_run(lags, rule, first, last);
-    if (is_let_through) seeds.set_range(first - unit_length, last - unit_length + 1);
+    if (!is_let_through) return;
+    // At the end of the text there is no base behind the last unit.
+    seeds.set_range(first - unit_length, std::min(last - unit_length + 1, seeds.size()));
   };
   if (CChainSieve::serves(rule)) {
     for_each_run(lags.at(), least_run, CChainSieve(lags, rule), set_seeds);

@@ -36,6 +36,10 @@ void expect_seeds_of(const std::string& bases, bool is_N_wild, const RunRule& ru
         << rule.sure_run << "," << rule.chained_runs << (is_N_wild ? " wild" : "");
     ++(expected ? tally.let_through : tally.refuted);
   }
+  // A unit that ends with the text has no base behind it and seeds nothing.
+  for (std::uint64_t p = seeds.size(); p < seeds.words().size() * CBitSet::kWordBits; ++p) {
+    ASSERT_FALSE(seeds.test(p)) << "behind " << bases << " unit " << lag;
+  }
 }
 
 RunRule draw_rule(RandomEngine& engine, std::int64_t unit_length) {

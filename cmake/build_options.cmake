@@ -1,4 +1,4 @@
-# One function for what every target of the project is built with.
+# What the targets of the project are built with.
 
 # Warnings, hardening, sanitizers and coverage, as the options of the project ask for them.
 function(quorix_set_build_options target)
@@ -25,5 +25,14 @@ function(quorix_set_build_options target)
   if(QUORIX_COVERAGE)
     target_compile_options(${target} PRIVATE --coverage -fprofile-update=atomic)
     target_link_options(${target} PUBLIC --coverage)
+  endif()
+endfunction()
+
+# Lets a fuzzer see which edges of the target's code an input takes. Of comparisons it is told
+# nothing: that would cost a third of the speed, and short words it finds without.
+function(quorix_show_edges target)
+  if(QUORIX_BUILD_FUZZ)
+    target_compile_options(${target} PRIVATE -fsanitize=fuzzer-no-link
+      -fno-sanitize-coverage=trace-cmp,trace-div,trace-gep)
   endif()
 endfunction()

@@ -1,0 +1,35 @@
+#pragma once
+
+/// @file
+/// One check for each kernel: it takes a case from a fuzz input, and ends the process if the kernel
+/// and its slow twin do not agree on it.
+
+#include "fuzz/fuzz_input.h"
+
+namespace quorix::fuzz {
+
+/// search/kernel/match_run.h
+void check_match_runs(CFuzzInput& input);
+
+/// `copy_bases` of sequence/base_letters.h
+void check_copied_bases(CFuzzInput& input);
+
+/// search/kernel/bit_set.h, over a series of operations
+void check_bit_set(CFuzzInput& input);
+
+/// search/kernel/base_planes.h
+void check_base_planes(CFuzzInput& input);
+
+/// search/kernel/run_seeds.h
+void check_run_seeds(CFuzzInput& input);
+
+/// search/kernel/lag_bound.h and lag_grid.h
+void check_lag_bound(CFuzzInput& input);
+
+/// search/kernel/score_bound.h
+void check_score_bound(CFuzzInput& input);
+
+/// search/kernel/batch_bound.h
+void check_batch_bound(CFuzzInput& input);
+
+}  // namespace quorix::fuzz

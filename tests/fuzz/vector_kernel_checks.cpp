@@ -1,0 +1,201 @@
+// The kernels of vectors, with the instructions of every kind of processor.
+
+#include <algorithm>
+#include <cstdint>
+#include <limits>
+#include <string>
+#include <vector>
+
+#include "fuzz/guarded_bases.h"
+#include "fuzz/harness.h"
+#include "fuzz/kernel_checks.h"
+#include "search/kernel/batch_bound.h"
+#include "search/kernel/lag_bound.h"
+#include "search/kernel/score_bound.h"
+#include "support/kernel/plain_batch_reach.h"
+#include "support/kernel/plain_lag_bound.h"
+#include "support/kernel/plain_score_paths.h"
+
+namespace quorix::fuzz {
+
+namespace {
+
+using testing::Batch;
+using testing::BatchReach;
+using testing::Growth;
+
+constexpr std::size_t kMostBases = 120;
+
+std::int64_t take_penalty(CFuzzInput& input, std::int64_t least) {
+  const std::int64_t penalty = input.take_between(least, least + 15);
+  return penalty < least + 12 ? penalty : input.take_one_of<std::int64_t>({30, 300, 2147483648});
+}
+
+/// Bases between which a text has no repeats to speak of: far from its ends, the bounds are exact.
+std::string noise(std::size_t length) {
+  std::string bases;
+  std::uint32_t state = 1;
+  for (std::size_t i = 0; i < length; ++i) {
+    state = state * 1664525 + 1013904223;
+    bases += "ACGT"[state >> 30U];
+  }
+  return bases;
+}
+
+/// The bases of the input, with noise around them at times. Gives where they begin.
+std::size_t take_surrounded_bases(CFuzzInput& input, std::size_t margin, std::string& text) {
+  const bool is_surrounded = input.take_flag();
+  const std::string bases = input.take_bases(kMostBases);
+  if (!is_surrounded) {
+    text = bases;
+    return 0;
+  }
+  static const std::string around = noise(1024);
+  text = around.substr(0, margin) + bases + around.substr(around.size() - margin);
+  return margin;
+}
+
+std::string described(const std::string& text, std::int64_t first, std::int64_t unit_length,
+                      std::int64_t mismatch_penalty, std::int64_t indel_penalty,
+                      bool is_N_neutral) {
+  return " at base " + std::to_string(first) + " of " + text + " unit length " +
+         std::to_string(unit_length) + " penalties " + std::to_string(mismatch_penalty) + "," +
+         std::to_string(indel_penalty) + (is_N_neutral ? " neutral N's" : "");
+}
+
+void check_reach(const Growth& growth, std::int64_t min_score) {
+  const testing::Outcome right = testing::follow_all_paths(growth, true, growth.score);
+  if (!right.is_complete) return;
+  const testing::Outcome both = testing::follow_all_paths(growth, false, right.best);
+  if (!both.is_complete) return;
+  const bool must_be_refuted =
+      both.best < min_score && testing::is_in_reach_of_bound(growth, right, both);
+  on_every_processor(growth.text, [&](const char* bases, const char* target) {
+    const CScoreBound bound;
+    const bool answer = bound.may_reach(
+        {bases + growth.start, bases + growth.end, bases + growth.unit_begin,
+         bases + growth.unit_end, growth.right_phase, growth.left_phase, growth.score},
+        {bases, bases + growth.text.size(), growth.mismatch_penalty, growth.indel_penalty,
+         growth.is_N_neutral},
+        min_score);
+    const bool is_right = answer ? !must_be_refuted : both.best < min_score;
+    expect(is_right, [&] {
+      return std::string(target) + ": the score bound answers " + (answer ? "yes" : "no") + " to " +
+             std::to_string(min_score) + ", best is " + std::to_string(both.best) +
+             described(growth.text, growth.unit_begin, growth.unit_length(),
+                       growth.mismatch_penalty, growth.indel_penalty, growth.is_N_neutral);
+    });
+  });
+}
+
+void check_reaches(const Batch& batch, std::uint32_t asked, std::int64_t min_score) {
+  const BatchReach reaches = testing::reach_of(batch, asked);
+  const bool is_exact = min_score > 0 && testing::is_in_reach_of_bound(batch, asked, reaches);
+  on_every_processor(batch.text, [&](const char* bases, const char* target) {
+    const CBatchBound bound;
+    const std::uint32_t answer =
+        bound.may_reach(bases + batch.first, batch.unit_length, asked,
+                        {bases, bases + batch.text.size(), batch.mismatch_penalty,
+                         batch.indel_penalty, batch.is_N_neutral},
+                        min_score);
+    bool is_right = (answer & ~asked) == 0;
+    for (std::int64_t k = 0; k < testing::kSeeds; ++k) {
+      const auto& reach = reaches[static_cast<std::size_t>(k)];
+      if ((asked & testing::seed_bit(k)) == 0 || !reach) continue;
+      const bool is_let_through = (answer & testing::seed_bit(k)) != 0;
+      is_right = is_right && (is_let_through ? !(is_exact && reach->best < min_score)
+                                             : reach->best < min_score);
+    }
+    expect(is_right, [&] {
+      return std::string(target) + ": the batch bound answers " + std::to_string(answer) +
+             " of asked " + std::to_string(asked) + " to " + std::to_string(min_score) +
+             described(batch.text, batch.first, batch.unit_length, batch.mismatch_penalty,
+                       batch.indel_penalty, batch.is_N_neutral);
+    });
+  });
+}
+
+}  // namespace
+
+void check_lag_bound(CFuzzInput& input) {
+  constexpr std::int64_t kMostScores = 400;
+  LagBoundRules rules{static_cast<std::uint64_t>(input.take_between(1, 40)),
+                      {},
+                      take_penalty(input, 5),
+                      take_penalty(input, 5),
+                      input.take_flag()};
+  for (std::int64_t count = input.take_between(1, 8); count > 0; --count) {
+    const std::int64_t score = input.take_byte();
+    rules.min_scores.push_back(score == 255 ? kMostScores : score);
+  }
+  const std::string text = input.take_bases(kMostBases);
+  if (text.size() <= rules.last_unit_length()) return;
+  const std::vector<std::vector<bool>> expected = testing::CPlainLagBound(text, rules).seeds();
+  on_every_processor(text, [&](const char* bases, const char* target) {
+    std::vector<CBitSet> seeds;
+    for (const std::vector<bool>& bits : expected) seeds.emplace_back(bits.size());
+    find_lag_seeds(bases, text.size(), rules, seeds);
+    for (std::size_t i = 0; i < seeds.size(); ++i) {
+      for (std::size_t p = 0; p < expected[i].size(); ++p) {
+        expect(seeds[i].test(p) == expected[i][p], [&] {
+          return std::string(target) + ": another seed than the twin's" +
+                 described(text, static_cast<std::int64_t>(p),
+                           static_cast<std::int64_t>(rules.first_unit_length + i),
+                           rules.mismatch_penalty, rules.indel_penalty, rules.is_N_neutral);
+        });
+      }
+    }
+  });
+}
+
+void check_score_bound(CFuzzInput& input) {
+  Growth growth{};
+  growth.mismatch_penalty = take_penalty(input, 2);
+  growth.indel_penalty = take_penalty(input, 2);
+  growth.is_N_neutral = input.take_flag();
+  const std::int64_t unit_length = input.take_between(1, 60);
+  const std::int64_t place = input.take_byte();
+  const std::int64_t score = input.take_between(0, 30);
+  const std::int64_t left = input.take_between(0, 20);
+  const std::int64_t right = input.take_between(0, 20);
+  const std::int64_t right_phase = input.take_byte();
+  const std::int64_t left_phase = input.take_byte();
+  const std::int64_t min_score = input.take_byte() == 255 ? 100'000 : input.take_byte();
+  const auto margin = static_cast<std::int64_t>(take_surrounded_bases(input, 500, growth.text));
+
+  const auto room = static_cast<std::int64_t>(growth.text.size()) - 2 * margin - unit_length;
+  if (room < 0) return;
+  growth.unit_begin = margin + place % (room + 1);
+  growth.unit_end = growth.unit_begin + unit_length;
+  const std::size_t N_at = growth.text.find('N', static_cast<std::size_t>(growth.unit_begin));
+  if (N_at < static_cast<std::size_t>(growth.unit_end)) return;
+  // A repeat that has not grown yet has no score, and all of its phases are those of the unit.
+  const bool is_fresh = score == 0;
+  growth.score = score;
+  growth.start = std::max<std::int64_t>(growth.unit_begin - (is_fresh ? 0 : left), 0);
+  growth.end = std::min<std::int64_t>(growth.unit_end + (is_fresh ? 0 : right),
+                                      static_cast<std::int64_t>(growth.text.size()));
+  growth.right_phase = is_fresh ? 0 : right_phase % unit_length;
+  growth.left_phase = is_fresh ? unit_length - 1 : left_phase % unit_length;
+  check_reach(growth, min_score);
+}
+
+void check_batch_bound(CFuzzInput& input) {
+  Batch batch{};
+  batch.mismatch_penalty = take_penalty(input, 2);
+  batch.indel_penalty = take_penalty(input, 2);
+  batch.is_N_neutral = input.take_flag();
+  batch.unit_length = input.take_between(1, 60);
+  const std::int64_t place = input.take_byte();
+  const std::uint32_t mask = input.take_word();
+  const std::int64_t min_score = input.take_byte() == 255 ? 300 : input.take_byte();
+  const auto margin = static_cast<std::int64_t>(take_surrounded_bases(input, 300, batch.text));
+
+  const std::int64_t room = batch.text_length() - 2 * margin - batch.unit_length;
+  if (room < 0) return;
+  batch.first = margin + place % (room + 1);
+  const std::uint32_t asked = batch.units_without_Ns() & (mask == 0 ? ~mask : mask);
+  check_reaches(batch, asked, min_score);
+}
+
+}  // namespace quorix::fuzz

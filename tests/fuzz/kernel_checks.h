@@ -32,4 +32,10 @@ void check_score_bound(CFuzzInput& input);
 /// search/kernel/batch_bound.h
 void check_batch_bound(CFuzzInput& input);
 
+/// search/kernel/chain_bound.h: no seed is refuted that a path can take to the minimum score
+void check_chain_bound(CFuzzInput& input);
+
+/// search/kernel/group_bound.h, likewise
+void check_group_bound(CFuzzInput& input);
+
 }  // namespace quorix::fuzz

@@ -2,14 +2,17 @@
 
 #include <algorithm>
 #include <cstdint>
-#include <limits>
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "fuzz/guarded_bases.h"
 #include "fuzz/harness.h"
 #include "fuzz/kernel_checks.h"
+#include "search/kernel/base_planes.h"
 #include "search/kernel/batch_bound.h"
+#include "search/kernel/chain_bound.h"
+#include "search/kernel/group_bound.h"
 #include "search/kernel/lag_bound.h"
 #include "search/kernel/score_bound.h"
 #include "support/kernel/plain_batch_reach.h"
@@ -25,6 +28,12 @@ using testing::BatchReach;
 using testing::Growth;
 
 constexpr std::size_t kMostBases = 120;
+
+struct GrowthPenalties {
+  std::int64_t mismatch;
+  std::int64_t indel;
+  bool is_N_neutral;
+};
 
 std::int64_t take_penalty(CFuzzInput& input, std::int64_t least) {
   const std::int64_t penalty = input.take_between(least, least + 15);
@@ -115,6 +124,31 @@ void check_reaches(const Batch& batch, std::uint32_t asked, std::int64_t min_sco
   });
 }
 
+/// Growth of the seed at `p` reaches no more than this; nothing is told of units with N's, nor of
+/// paths that are too long to follow.
+std::optional<std::int64_t> best_of_seed(const std::string& text, std::int64_t p,
+                                         std::int64_t unit_length, const GrowthPenalties& rules) {
+  const std::int64_t end = p + unit_length;
+  if (text.find('N', static_cast<std::size_t>(p)) < static_cast<std::size_t>(end)) return {};
+  const Growth growth{
+      text, p, end, p, end, 0, unit_length - 1, 0, rules.mismatch, rules.indel, rules.is_N_neutral};
+  const testing::Outcome right = testing::follow_all_paths(growth, true, 0);
+  const testing::Outcome both = testing::follow_all_paths(growth, false, right.best);
+  if (!right.is_complete || !both.is_complete) return {};
+  return both.best;
+}
+
+void expect_refutable(const char* kernel, const std::string& text, std::int64_t p,
+                      std::int64_t unit_length, const GrowthPenalties& rules,
+                      std::int64_t min_score) {
+  const std::optional<std::int64_t> best = best_of_seed(text, p, unit_length, rules);
+  expect(!best || *best < min_score, [&] {
+    return std::string(kernel) + " refutes a seed that reaches " + std::to_string(*best) + " of " +
+           std::to_string(min_score) +
+           described(text, p, unit_length, rules.mismatch, rules.indel, rules.is_N_neutral);
+  });
+}
+
 }  // namespace
 
 void check_lag_bound(CFuzzInput& input) {
@@ -196,6 +230,63 @@ void check_batch_bound(CFuzzInput& input) {
   batch.first = margin + place % (room + 1);
   const std::uint32_t asked = batch.units_without_Ns() & (mask == 0 ? ~mask : mask);
   check_reaches(batch, asked, min_score);
+}
+
+void check_chain_bound(CFuzzInput& input) {
+  constexpr std::size_t kMostChainTextBases = 80;
+  const GrowthPenalties rules{take_penalty(input, 2), take_penalty(input, 2), input.take_flag()};
+  const std::int64_t unit_length = input.take_between(1, 32);
+  const std::int64_t min_score = input.take_between(1, 60);
+  const ChainRule rule{unit_length, min_score, rules.mismatch, rules.indel, rules.is_N_neutral};
+  const std::size_t first = input.take_byte() % 4;
+  const std::string text = input.take_bases(kMostChainTextBases);
+  if (text.size() <= static_cast<std::size_t>(unit_length) || rule.edits_to_follow() == 0) return;
+  const std::size_t seed_count = text.size() - static_cast<std::size_t>(unit_length);
+  std::vector<bool> is_refuted(seed_count);
+  on_every_processor(text, [&](const char* bases, const char* target) {
+    CBitSet seeds(seed_count);
+    seeds.set_range(0, seed_count);
+    sift_by_chains(CBasePlanes(bases, text.size()), rule, seeds);
+    for (std::size_t p = 0; p < seed_count; ++p) is_refuted[p] = is_refuted[p] || !seeds.test(p);
+    for (std::size_t p = seed_count; p < seeds.words().size() * CBitSet::kWordBits; ++p) {
+      expect(!seeds.test(p), [&] { return std::string(target) + ": chains set a bit: " + text; });
+    }
+  });
+  // Some of them: the twin follows every path of each.
+  for (std::size_t p = first; p < seed_count; p += 4) {
+    if (!is_refuted[p]) continue;
+    expect_refutable("the chain bound", text, static_cast<std::int64_t>(p), unit_length, rules,
+                     min_score);
+  }
+}
+
+void check_group_bound(CFuzzInput& input) {
+  constexpr std::size_t kMostGroupBases = 400;
+  constexpr std::size_t kGroupMargin = 700;
+  const GrowthPenalties rules{take_penalty(input, 2), take_penalty(input, 2), input.take_flag()};
+  const std::int64_t unit_length = CGroupBound::kShortestUnit + input.take_between(0, 100);
+  const std::int64_t min_score = input.take_between(1, 250);
+  const std::int64_t place = input.take_byte();
+  const std::uint64_t mask = std::uint64_t{input.take_word()} << 32U | input.take_word();
+  static const std::string around = noise(2 * kGroupMargin);
+  const std::string text = around.substr(0, kGroupMargin) + input.take_bases(kMostGroupBases) +
+                           around.substr(kGroupMargin);
+  const std::int64_t first = static_cast<std::int64_t>(kGroupMargin) - 100 + place;
+  bool is_refuted = false;
+  on_every_processor(text, [&](const char* bases, const char* /*target*/) {
+    CGroupBound bound;
+    is_refuted = !bound.may_reach(
+                     bases + first, unit_length, mask,
+                     {bases, bases + text.size(), rules.mismatch, rules.indel, rules.is_N_neutral},
+                     min_score) ||
+                 is_refuted;
+  });
+  if (!is_refuted) return;
+  // Some of them, as above.
+  for (std::int64_t k = place % 8; k < CGroupBound::kSeeds; k += 8) {
+    if ((mask >> k & 1) == 0) continue;
+    expect_refutable("the group bound", text, first + k, unit_length, rules, min_score);
+  }
 }
 
 }  // namespace quorix::fuzz

@@ -7,82 +7,26 @@
 //   quorix_generate pure UNIT BASES                     perfect copies of the unit in letters
 //   quorix_generate slice FILE BASES                    the first so many bases without an N
 //
-// The same arguments give the same bytes everywhere: only what the standard pins of <random> is
-// used, its engine, and not its distributions.
+// The same arguments give the same bytes everywhere.
 
 #include <cstddef>
-#include <cstdint>
 #include <cstdio>
 #include <exception>
 #include <fstream>
 #include <iostream>
-#include <random>
 #include <stdexcept>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "macro/generated_fasta.h"
+
 namespace {
 
+using quorix::bench::CRandomBases;
+using quorix::bench::write_record;
+
 using Words = std::vector<std::string>;
-
-constexpr std::size_t kLineLength = 70;
-constexpr std::string_view kBases = "ACGT";
-
-class CRandomBases {
- public:
-  explicit CRandomBases(std::uint64_t seed) : engine_(seed) {}
-
-  /// A whole number from `first` to `last`, both inclusive.
-  std::size_t between(std::size_t first, std::size_t last) {
-    return first + static_cast<std::size_t>(engine_() % (last - first + 1));
-  }
-
-  /// True in `percent` of all draws.
-  bool chance(std::size_t percent) { return between(1, 100) <= percent; }
-
-  char base() { return kBases[between(0, 3)]; }
-
-  /// A base that is not `other`.
-  char base_but(char other) {
-    const std::size_t index = kBases.find(other);
-    return kBases[(index + between(1, 3)) % kBases.size()];
-  }
-
-  std::string bases(std::size_t count) {
-    std::string drawn(count, ' ');
-    for (char& drawn_base : drawn) drawn_base = base();
-    return drawn;
-  }
-
-  /// `length` bases of copies of `unit`, of which `percent` are hit by an edit: half of them
-  /// substitutions, a quarter each insertions and deletions.
-  std::string array(const std::string& unit, std::size_t length, std::size_t percent) {
-    std::string grown;
-    for (std::size_t i = 0; grown.size() < length; ++i) {
-      const char unit_base = unit[i % unit.size()];
-      if (!chance(percent)) {
-        grown += unit_base;
-        continue;
-      }
-      const std::size_t kind = between(0, 3);
-      if (kind <= 1) grown += base_but(unit_base);
-      if (kind == 2) grown += {unit_base, base()};
-    }
-    grown.resize(length);
-    return grown;
-  }
-
- private:
-  std::mt19937_64 engine_;
-};
-
-void write_record(std::string_view name, std::string_view bases) {
-  std::cout << '>' << name << '\n';
-  for (std::size_t start = 0; start < bases.size(); start += kLineLength) {
-    std::cout << bases.substr(start, kLineLength) << '\n';
-  }
-}
 
 std::size_t number(const std::string& word) {
   std::size_t read = 0;

@@ -4,7 +4,7 @@
 #   check_bench_includes.sh BENCH_FOLDER
 #
 # The rows below say, for the files of a pattern, what they may include that is not the standard
-# library; a file without a row may include nothing else. The generator and the stopwatch know
+# library; a file without a row may include nothing else. The generators and the stopwatch know
 # nothing of the program, so that any two versions of it get the same inputs and the same clock. The
 # plain engine is measured as a program, and linked by no benchmark.
 # A finding is one line of output: "file:line: what is wrong".
@@ -12,10 +12,12 @@ set -euo pipefail
 set -f # the patterns below are for names, not for files
 
 readonly rows='
+macro/generate.cpp   macro/generated_fasta.h
 macro/read_only.cpp  sequence/*
 macro/stopwatch.cpp  sys/* unistd.h
 micro/*              sequence/* report/* search/* settings/* driver/run_clock.h micro/*
 micro/*              support/memory_source.h support/memory_stream.h support/test_record.h
+shapes/*             macro/generated_fasta.h shapes/*
 micro/*              benchmark/benchmark.h
 '
 

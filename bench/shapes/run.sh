@@ -1,0 +1,114 @@
+#!/usr/bin/env bash
+# Measures the release program on legal inputs that a finder of repeats may be slow at, beside random
+# DNA of the same length, and prints a Markdown table, the slowest of each set of options first:
+#
+#   bench/shapes/run.sh [--shapes PATTERN] [--sets PATTERN] [--runs N] [--limit SECONDS] [--output FILE]
+#
+#   --shapes PATTERN  only the shapes whose name the extended regular expression finds
+#   --sets PATTERN    only the sets of options that it finds
+#   --runs N          runs whose median is told, 1 if not given
+#   --limit SECONDS   a run that takes longer is ended and told as such, 20 if not given
+#   --output FILE     where the table goes besides standard output, build-bench/shapes.md if not given
+#
+# Seconds are wall time from start to end of the process with the report written to a file. The
+# shapes are those of `quorix_shapes list`; `quorix_shapes make NAME BASES` prints one.
+#
+# The status is 1 if a run fails; a slow one is told, and no error.
+set -euo pipefail
+export LC_ALL=C # decimal points
+
+# Bases, and options. So many that random DNA takes some ten milliseconds.
+readonly sets='
+1000000
+2000000 -M exact
+500000 -M extendExact
+100000 -u 1 -U 20
+100000 -U 50
+100000 -s 100000
+'
+
+usage() {
+  sed -n -e 's/^#   bench/usage: bench/p' bench/shapes/run.sh >&2
+  exit 2
+}
+
+is_number() { [[ $1 =~ ^[1-9][0-9]*$ ]]; }
+
+is_usable=true
+output='' shape_pattern='' set_pattern='' runs=1 limit=20
+while [ $# -gt 0 ]; do
+  if [ $# -eq 1 ]; then
+    is_usable=false
+    break
+  fi
+  case $1 in
+    --shapes) shape_pattern=$2 ;;
+    --sets) set_pattern=$2 ;;
+    --runs) runs=$2 ;;
+    --limit) limit=$2 ;;
+    --output) output=$(readlink -f -- "$2") ;;
+    *) is_usable=false ;;
+  esac
+  shift 2
+done
+cd -- "$(dirname -- "$(readlink -f -- "${BASH_SOURCE[0]}")")/../.."
+if [ "$is_usable" = false ] || ! is_number "$runs" || ! is_number "$limit"; then
+  usage
+fi
+output=${output:-$PWD/build-bench/shapes.md}
+readonly shape_pattern set_pattern runs limit output
+
+scripts/setup.sh bench
+cmake --preset bench >&2
+cmake --build --preset bench --parallel "$(nproc)" --target quorix quorix_generate quorix_shapes \
+  quorix_stopwatch >&2
+
+scratch=$(mktemp --directory)
+readonly scratch
+trap 'rm -rf -- "$scratch"' EXIT
+
+# shellcheck source=bench/macro/measuring.sh
+. bench/macro/measuring.sh
+
+# measure_shape SHAPE: a row of the set of `bases` and `options`, with its ratio before it. Needs
+# `random_seconds`.
+measure_shape() {
+  local sign='' ratio
+  "$programs/bench/quorix_shapes" make "$1" "$bases" >"$scratch/shape.fa"
+  measure "$runs" "$quorix" "${options[@]}" -- "$scratch/shape.fa" "$scratch/report"
+  if [[ $outcome != 0 && $outcome != over ]]; then
+    fail "$1, ${options[*]}: status $outcome"
+  fi
+  [ "$outcome" != over ] || sign='above '
+  ratio=$(calculate "$seconds / $random_seconds")
+  printf '%s\t| %s | %s | %s | %s | %.3f | %s%.1f |\n' "$ratio" "$1" "${options[*]:-none}" "$bases" \
+    "$(told_seconds "$seconds" "$outcome")" "$random_seconds" "$sign" "$ratio"
+}
+
+measure_set() {
+  local shape
+  "$programs/bench/quorix_generate" random "$bases" 1 1 >"$scratch/random.fa"
+  measure 5 "$quorix" "${options[@]}" -- "$scratch/random.fa" "$scratch/report"
+  random_seconds=$seconds
+  : >"$scratch/rows"
+  while IFS= read -r shape; do
+    if [[ $shape =~ $shape_pattern ]]; then
+      measure_shape "$shape" >>"$scratch/rows"
+    fi
+  done < <("$programs/bench/quorix_shapes" list)
+  begin_table "Options: ${options[*]:-none}" \
+    shape options bases seconds 'random DNA, seconds' 'times random DNA'
+  while IFS= read -r shape; do
+    emit "$shape"
+  done < <(sort --general-numeric-sort --reverse "$scratch/rows" | cut -f 2)
+}
+
+begin_output
+while read -r bases words; do
+  [ -n "$bases" ] || continue
+  read -r -a options <<<"$words"
+  if [[ "options: ${words:-none}" =~ $set_pattern ]]; then
+    measure_set
+  fi
+done <<<"$sets"
+[ "$failures" -eq 0 ] || { echo "$failures runs have failed." >&2 && exit 1; }

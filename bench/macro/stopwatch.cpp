@@ -2,11 +2,13 @@
 //
 //   quorix_stopwatch LIMIT COMMAND [WORD]...
 //
-// Prints "seconds KiB status" on descriptor 3, apart from what the command prints: the wall time
-// from start to end of the process, its peak resident memory, and its exit status, 128 and more for
-// a signal. A command that has not ended after LIMIT seconds is killed and has the status "over".
+// Prints "seconds KiB status processor" on descriptor 3, apart from what the command prints: the
+// wall time from start to end of the process, its peak resident memory, its exit status, 128 and
+// more for a signal, and the seconds of the processor that it took. A command that has not ended
+// after LIMIT seconds is killed and has the status "over".
 
 #include <sys/resource.h>
+#include <sys/time.h>
 #include <sys/types.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -48,6 +50,10 @@ bool wait_for_child(Clock::time_point limit, const sigset_t& child_signal) {
   ::execvp(command[0], command);
   std::perror(command[0]);
   ::_exit(kNotStarted);
+}
+
+double seconds_of(const timeval& time) {
+  return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_usec) * 1e-6;
 }
 
 std::string in_words(bool is_in_time, int status) {
@@ -94,8 +100,9 @@ int main(int argc, char** argv) {
   }
   const std::chrono::duration<double> elapsed = Clock::now() - start;
   std::array<char, 80> text{};
-  const int length = std::snprintf(text.data(), text.size(), "%.6f %ld %s\n", elapsed.count(),
-                                   usage.ru_maxrss, in_words(is_in_time, status).c_str());
+  const int length = std::snprintf(text.data(), text.size(), "%.6f %ld %s %.6f\n", elapsed.count(),
+                                   usage.ru_maxrss, in_words(is_in_time, status).c_str(),
+                                   seconds_of(usage.ru_utime) + seconds_of(usage.ru_stime));
   if (::write(kResultDescriptor, text.data(), static_cast<std::size_t>(length)) != length) {
     std::perror("quorix_stopwatch: descriptor 3");
     return 1;

@@ -7,17 +7,19 @@
 #   --shapes PATTERN  only the shapes whose name the extended regular expression finds
 #   --sets PATTERN    only the sets of options that it finds
 #   --runs N          runs whose median is told, 1 if not given
-#   --limit SECONDS   a run that takes longer is ended and told as such, 20 if not given
+#   --limit SECONDS   how long a run may take, 20 if not given
 #   --output FILE     where the table goes besides standard output, build-bench/shapes.md if not given
 #
-# Seconds are wall time from start to end of the process with the report written to a file. The
+# Seconds are those of the processor from start to end of the process, with the report written to a
+# file. A shape is searched at doubling lengths, up to that of the set of options or to where the
+# next could pass the limit; the last is told, and how many times it took what half of it took. The
 # shapes are those of `quorix_shapes list`; `quorix_shapes make NAME BASES` prints one.
 #
 # The status is 1 if a run fails; a slow one is told, and no error.
 set -euo pipefail
 export LC_ALL=C # decimal points
 
-# Bases, and options. So many that random DNA takes some ten milliseconds.
+# Bases at the most, and options. So many that random DNA takes some ten milliseconds.
 readonly sets='
 1000000
 2000000 -M exact
@@ -70,26 +72,56 @@ trap 'rm -rf -- "$scratch"' EXIT
 # shellcheck source=bench/macro/measuring.sh
 . bench/macro/measuring.sh
 
-# measure_shape SHAPE: a row of the set of `bases` and `options`, with its ratio before it. Needs
-# `random_seconds`.
+declare -A random_seconds=() # by the number of bases
+
+# take FILE: searches the file. Sets `taken`, in seconds of the processor, and `outcome` as `measure`
+# does.
+take() {
+  measure "$runs" "$quorix" "${options[@]}" -- "$1" "$scratch/report"
+  taken=$(cut -d ' ' -f 4 "$scratch/figures" | sort --general-numeric-sort |
+    awk '{ s[NR] = $1 } END { print s[int((NR + 1) / 2)] }')
+}
+
+# take_random LENGTH: the least of five runs, since a small figure is what others are divided by.
+take_random() {
+  local run taken
+  if [ -n "${random_seconds[$1]-}" ]; then return 0; fi
+  "$programs/bench/quorix_generate" random "$1" 1 1 >"$scratch/random.fa"
+  : >"$scratch/least"
+  for ((run = 0; run < 5; ++run)); do
+    take "$scratch/random.fa"
+    printf '%s\n' "$taken" >>"$scratch/least"
+  done
+  random_seconds[$1]=$(sort --general-numeric-sort "$scratch/least" | head -n 1)
+}
+
+# measure_shape SHAPE: a row of the set of `bases` and `options`, with its ratio before it. The
+# length is doubled up to `bases`, and no more once four times as long would be over the limit.
 measure_shape() {
-  local sign='' ratio
-  "$programs/bench/quorix_shapes" make "$1" "$bases" >"$scratch/shape.fa"
-  measure "$runs" "$quorix" "${options[@]}" -- "$scratch/shape.fa" "$scratch/report"
-  if [[ $outcome != 0 && $outcome != over ]]; then
-    fail "$1, ${options[*]}: status $outcome"
-  fi
-  [ "$outcome" != over ] || sign='above '
-  ratio=$(calculate "$seconds / $random_seconds")
-  printf '%s\t| %s | %s | %s | %s | %.3f | %s%.1f |\n' "$ratio" "$1" "${options[*]:-none}" "$bases" \
-    "$(told_seconds "$seconds" "$outcome")" "$random_seconds" "$sign" "$ratio"
+  local length=$((bases / 32)) previous='' sign='' growth='-' ratio
+  while true; do
+    "$programs/bench/quorix_shapes" make "$1" "$length" >"$scratch/shape.fa"
+    take "$scratch/shape.fa"
+    if [[ $outcome != 0 && $outcome != over ]]; then
+      fail "$1, ${options[*]}: status $outcome"
+    fi
+    [ -z "$previous" ] || growth=$(printf '%.1f' "$(calculate "$taken / $previous")")
+    if [ "$outcome" != 0 ] || [ "$length" -ge "$bases" ] || is_true "4 * $taken > $limit"; then
+      break
+    fi
+    previous=$taken
+    length=$((2 * length))
+  done
+  [ "$outcome" = 0 ] || sign='above '
+  take_random "$length"
+  ratio=$(calculate "$taken / ${random_seconds[$length]}")
+  printf '%s\t| %s | %s | %s%.3f | %.3f | %s%.1f | %s |\n' "$ratio" "$1" "$length" "$sign" "$taken" \
+    "${random_seconds[$length]}" "$sign" "$ratio" "$growth"
 }
 
 measure_set() {
   local shape
-  "$programs/bench/quorix_generate" random "$bases" 1 1 >"$scratch/random.fa"
-  measure 5 "$quorix" "${options[@]}" -- "$scratch/random.fa" "$scratch/report"
-  random_seconds=$seconds
+  random_seconds=()
   : >"$scratch/rows"
   while IFS= read -r shape; do
     if [[ $shape =~ $shape_pattern ]]; then
@@ -97,7 +129,7 @@ measure_set() {
     fi
   done < <("$programs/bench/quorix_shapes" list)
   begin_table "Options: ${options[*]:-none}" \
-    shape options bases seconds 'random DNA, seconds' 'times random DNA'
+    shape bases seconds 'random DNA, seconds' 'times random DNA' 'times half the length'
   while IFS= read -r shape; do
     emit "$shape"
   done < <(sort --general-numeric-sort --reverse "$scratch/rows" | cut -f 2)

@@ -10,6 +10,11 @@ namespace {
 
 constexpr std::string_view kLetters = "ACGT";
 
+/// The letter of a number, by turns of `turn` at most four.
+char letter_of(int number, int turn) {
+  return kLetters[static_cast<std::size_t>(number % turn)];
+}
+
 }  // namespace
 
 std::string copies(std::string_view unit, std::size_t length) {
@@ -46,13 +51,13 @@ std::string de_bruijn_word(std::size_t length, std::string_view letters, std::si
 
 std::string rudin_shapiro_word(std::size_t length) {
   std::string word(length, ' ');
-  for (std::size_t i = 0; i < length; ++i) word[i] = kLetters[std::popcount(i & (i >> 1)) % 2];
+  for (std::size_t i = 0; i < length; ++i) word[i] = letter_of(std::popcount(i & (i >> 1)), 2);
   return word;
 }
 
 std::string ruler_word(std::size_t length) {
   std::string word(length, ' ');
-  for (std::size_t i = 0; i < length; ++i) word[i] = kLetters[std::countr_zero(i + 1) % 4];
+  for (std::size_t i = 0; i < length; ++i) word[i] = letter_of(std::countr_zero(i + 1), 4);
   return word;
 }
 

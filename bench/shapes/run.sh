@@ -19,6 +19,8 @@
 set -euo pipefail
 export LC_ALL=C # decimal points
 
+readonly killed=137
+
 # Bases at the most, and options. So many that random DNA takes some ten milliseconds.
 readonly sets='
 1000000
@@ -37,7 +39,7 @@ usage() {
 is_number() { [[ $1 =~ ^[1-9][0-9]*$ ]]; }
 
 is_usable=true
-output='' shape_pattern='' set_pattern='' runs=1 limit=20
+output='' shape_pattern='' set_pattern='' runs=1 most_seconds=20
 while [ $# -gt 0 ]; do
   if [ $# -eq 1 ]; then
     is_usable=false
@@ -47,18 +49,20 @@ while [ $# -gt 0 ]; do
     --shapes) shape_pattern=$2 ;;
     --sets) set_pattern=$2 ;;
     --runs) runs=$2 ;;
-    --limit) limit=$2 ;;
+    --limit) most_seconds=$2 ;;
     --output) output=$(readlink -f -- "$2") ;;
     *) is_usable=false ;;
   esac
   shift 2
 done
 cd -- "$(dirname -- "$(readlink -f -- "${BASH_SOURCE[0]}")")/../.."
-if [ "$is_usable" = false ] || ! is_number "$runs" || ! is_number "$limit"; then
+if [ "$is_usable" = false ] || ! is_number "$runs" || ! is_number "$most_seconds"; then
   usage
 fi
 output=${output:-$PWD/build-bench/shapes.md}
-readonly shape_pattern set_pattern runs limit output
+# Wall time, for measuring.sh: on a machine that does much else a run gets little of the processor.
+readonly limit=$((20 * most_seconds))
+readonly shape_pattern set_pattern runs most_seconds output
 
 scripts/setup.sh bench
 cmake --preset bench >&2
@@ -77,7 +81,8 @@ declare -A random_seconds=() # by the number of bases
 # take FILE: searches the file. Sets `taken`, in seconds of the processor, and `outcome` as `measure`
 # does.
 take() {
-  measure "$runs" "$quorix" "${options[@]}" -- "$1" "$scratch/report"
+  measure "$runs" prlimit --cpu="$most_seconds" "$quorix" "${options[@]}" -- "$1" "$scratch/report"
+  [ "$outcome" != "$killed" ] || outcome=over
   taken=$(cut -d ' ' -f 4 "$scratch/figures" | sort --general-numeric-sort |
     awk '{ s[NR] = $1 } END { print s[int((NR + 1) / 2)] }')
 }
@@ -98,7 +103,7 @@ take_random() {
 # measure_shape SHAPE: a row of the set of `bases` and `options`, with its ratio before it. The
 # length is doubled up to `bases`, and no more once four times as long would be over the limit.
 measure_shape() {
-  local length=$((bases / 32)) previous='' sign='' growth='-' ratio
+  local length=$((bases / 256)) previous='' sign='' growth='-' ratio
   while true; do
     "$programs/bench/quorix_shapes" make "$1" "$length" >"$scratch/shape.fa"
     take "$scratch/shape.fa"
@@ -106,7 +111,7 @@ measure_shape() {
       fail "$1, ${options[*]}: status $outcome"
     fi
     [ -z "$previous" ] || growth=$(printf '%.1f' "$(calculate "$taken / $previous")")
-    if [ "$outcome" != 0 ] || [ "$length" -ge "$bases" ] || is_true "4 * $taken > $limit"; then
+    if [ "$outcome" != 0 ] || [ "$length" -ge "$bases" ] || is_true "4 * $taken > $most_seconds"; then
       break
     fi
     previous=$taken

@@ -103,19 +103,20 @@ take_random() {
 # measure_shape SHAPE: a row of the set of `bases` and `options`, with its ratio before it. The
 # length is doubled up to `bases`, and no more once four times as long would be over the limit.
 measure_shape() {
-  local length=$((bases / 256)) previous='' sign='' growth='-' ratio
+  local halvings=8 length previous='' sign='' growth='-' ratio
   while true; do
+    length=$((bases >> halvings))
     "$programs/bench/quorix_shapes" make "$1" "$length" >"$scratch/shape.fa"
     take "$scratch/shape.fa"
     if [[ $outcome != 0 && $outcome != over ]]; then
       fail "$1, ${options[*]}: status $outcome"
     fi
     [ -z "$previous" ] || growth=$(printf '%.1f' "$(calculate "$taken / $previous")")
-    if [ "$outcome" != 0 ] || [ "$length" -ge "$bases" ] || is_true "4 * $taken > $most_seconds"; then
+    if [ "$outcome" != 0 ] || [ "$halvings" -eq 0 ] || is_true "4 * $taken > $most_seconds"; then
       break
     fi
     previous=$taken
-    length=$((2 * length))
+    halvings=$((halvings - 1))
   done
   [ "$outcome" = 0 ] || sign='above '
   take_random "$length"

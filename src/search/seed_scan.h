@@ -56,9 +56,10 @@ void CSearchController::for_each_base(SeedUse use, const Visit& visit) {
   const CBitSet& all_Ns = filter.bits_of_Ns();
   CScanProgress progress(*this, 1);
   std::uint64_t next_N = all_Ns.find_set(0);
+  std::uint64_t seed = seeds.find_set(0);  // at or behind p; not looked for at every N before it
   for (std::uint64_t p = 0; p < seeds.size();) {
     if (next_N < p) next_N = all_Ns.find_set(p);
-    const std::uint64_t seed = seeds.find_set(p);
+    if (seed < p) seed = seeds.find_set(p);
     if (next_N <= seed && next_N < seeds.size()) {  // the clock is not looked at at N's
       if (next_N > p) progress.pass(next_N - 1);
       p = all_Ns.find_clear(next_N);

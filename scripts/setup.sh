@@ -10,7 +10,7 @@ set -euo pipefail
 
 readonly run_packages=(g++ cmake make libtclap-dev libhwy-dev)
 readonly test_packages=("${run_packages[@]}"
-  libgtest-dev librapidcheck-dev libbenchmark-dev clang clang-format clang-tidy locales)
+  libgtest-dev librapidcheck-dev libbenchmark-dev clang clang-format clang-tidy cppcheck locales)
 readonly coverage_packages=("${run_packages[@]}" libgtest-dev librapidcheck-dev gcovr)
 readonly measure_packages=("${run_packages[@]}" time)
 readonly bench_packages=("${run_packages[@]}" libbenchmark-dev)

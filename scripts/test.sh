@@ -60,6 +60,11 @@ lint() {
   # shellcheck disable=SC2016  # the $1 is for the inner shell
   find src bench -name '*.cpp' -print0 | sort --zero-terminated |
     xargs --null --max-args=1 --max-procs="$jobs" bash -c 'lint_file "$1"' lint_file
+
+  stage "Lint of src (cppcheck)"
+  cppcheck --std=c++20 --language=c++ --enable=warning,style,performance,portability --quiet \
+    --inline-suppr --suppressions-list=.cppcheck-suppressions --error-exitcode=1 \
+    -I src -DHWY_ONCE=1 -DHWY_TARGET=64 src
 }
 
 main() {

@@ -28,7 +28,7 @@ void CSearchController::simple_imperfect_search(std::FILE* stream) {
       ++position;
       continue;
     }
-    Csat& hit = spare.record();
+    const Csat& hit = spare.record();
     hit.report_sat(stream, sequence_record);
     position = hit.end;
     left_limit = hit.end - 1;

@@ -12,7 +12,7 @@ constexpr char kNoComplement = '?';
 
 constexpr std::array<char, 256> make_complement_table() {
   std::array<char, 256> complements{};
-  for (char& complement : complements) complement = kNoComplement;
+  complements.fill(kNoComplement);
   constexpr std::string_view kLetters = "ATCGNRYKMBVDH";
   constexpr std::string_view kComplements = "TAGCNYRMKVBHD";
   for (std::size_t i = 0; i < kLetters.size(); ++i) {

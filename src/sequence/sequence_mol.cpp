@@ -80,13 +80,12 @@ void CSequence_Mol::readFastaSequence(CFile& file) {
 }
 
 void CSequence_Mol::read_name(CFile& file) {
-  int character = 0;
   while (true) {
     const std::string_view stretch = stretch_of_line(file);
     const std::string_view letters = stretch.substr(0, stretch.find('\r'));
     name += letters;
     file.skip(letters.size());
-    character = file.getchar();
+    const int character = file.getchar();
     if (file.is_at_end() || character == '\n') break;
     name += static_cast<char>(character);
   }

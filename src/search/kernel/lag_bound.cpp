@@ -85,7 +85,7 @@ void fill_row(const CLagGrid& grid, CLagRows& rows, std::int64_t t) {
 
 /// Keeps of row `t` what the other side needs: the gain, or 255 where the path may persist or
 /// gains more than the bounds allow for.
-void keep_row(CLagGrid& grid, const CLagRows& rows, std::int64_t t, std::uint8_t* kept) {
+void keep_row(const CLagGrid& grid, const CLagRows& rows, std::int64_t t, std::uint8_t* kept) {
   const hn::CappedTag<std::uint8_t, CLagGrid::kLaneGrain> d;
   using Vector = hn::Vec<decltype(d)>;
   const LagLanes& lanes = grid.lanes(CLagGrid::parity_of(t));

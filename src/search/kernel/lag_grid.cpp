@@ -83,22 +83,22 @@ void CLagGrid::fill_lanes() {
   };
   for (std::size_t parity = 0; parity < 2; ++parity) {
     std::uint8_t* const values = lane_values_.data() + 5 * parity * lane_count_;
-    LagLanes& lanes = lanes_[parity];
-    lanes = {values, values + lane_count_, values + 2 * lane_count_, values + 3 * lane_count_,
-             values + 4 * lane_count_};
+    LagLanes& limits = lanes_[parity];
+    limits = {values, values + lane_count_, values + 2 * lane_count_, values + 3 * lane_count_,
+              values + 4 * lane_count_};
     std::int64_t longest = first;  // unit length whose paths may come here
     for (std::size_t k = 0; k < lane_count_; ++k) {
       const std::int64_t lag =
           first_lag_ + static_cast<std::int64_t>(parity) + 2 * static_cast<std::int64_t>(k);
       while (longest < last && longest + 1 - most_indels(longest + 1) <= lag) ++longest;
-      lanes.gain_cap[k] = as_byte(longest);
-      lanes.persistence_cap[k] = as_byte(least_persistence(longest) + deepest_fall(longest));
+      limits.gain_cap[k] = as_byte(longest);
+      limits.persistence_cap[k] = as_byte(least_persistence(longest) + deepest_fall(longest));
       const bool is_searched = lag >= first && lag <= last;
-      lanes.is_searched[k] = is_searched ? 255 : 0;
-      lanes.least_gain[k] =
+      limits.is_searched[k] = is_searched ? 255 : 0;
+      limits.least_gain[k] =
           is_searched ? as_byte(rules_.min_scores[static_cast<std::size_t>(lag - first)]) : 255;
       // Where a byte ends below that cap, less has to do: the path may fall from there, too.
-      lanes.least_persistence[k] =
+      limits.least_persistence[k] =
           is_searched ? as_byte(std::min(least_persistence(lag), 255 - deepest_fall(lag))) : 255;
     }
   }
@@ -106,12 +106,12 @@ void CLagGrid::fill_lanes() {
 
 void CLagGrid::load_bases(std::int64_t first_row, std::int64_t row_end) {
   first_row_ = first_row;
-  const std::int64_t lanes = static_cast<std::int64_t>(lane_count_) + kSignedGrain;
+  const std::int64_t lane_room = static_cast<std::int64_t>(lane_count_) + kSignedGrain;
   // The rows used are [first_row - 2, row_end + rows_ahead).
   first_higher_ = (first_row - 2 + first_lag_) / 2 - 1;
-  const std::int64_t higher_end = (row_end + rows_ahead_ + first_lag_) / 2 + 2 + lanes;
+  const std::int64_t higher_end = (row_end + rows_ahead_ + first_lag_) / 2 + 2 + lane_room;
   last_lower_ = (row_end + rows_ahead_ - first_lag_) / 2 + 2;
-  const std::int64_t lower_begin = (first_row - 2 - first_lag_) / 2 - 2 - lanes;
+  const std::int64_t lower_begin = (first_row - 2 - first_lag_) / 2 - 2 - lane_room;
 
   higher_bases_.assign(static_cast<std::size_t>(higher_end - first_higher_), kBehindText);
   lower_bases_.assign(static_cast<std::size_t>(last_lower_ - lower_begin), kBeforeText);

@@ -1,0 +1,135 @@
+#!/usr/bin/env bash
+# Runs the release program on what is too large for most disks, through pipes, and prints a Markdown
+# table of what it needed:
+#
+#   bench/macro/load.sh [--limit SECONDS] [--output FILE] [ROW]...
+#
+# A ROW is the begin of a name: "2^32/" stands for all rows of that length. Without one all are run,
+# one after the other, in about 25 minutes.
+#
+#   2^31/... 2^32/...  a record of 2^31 + 1 or 2^32 + 1 random bases in one line or in lines of 60,
+#                      with exact and worn repeats planted at both ends and across every power of
+#                      two from 2^12 on; a and b have other repeats, and exact ones there where the
+#                      other has worn ones
+#   records            10^8 records of 10 bases
+#   header             two records of 2^20 + 1 bases, each with a header of 100 MB
+#
+#   --limit SECONDS    a run that takes longer is ended and has failed, 1500 if not given
+#   --output FILE      where the table goes besides standard output, build-bench/load.md if not given
+#
+# Every byte of the masked copy is compared with what has to be there, all planted repeats have to
+# stand in the report with their positions, scores and edits, and the peak of the resident memory
+# must not be above what is promised: 3 bytes for each base of the longest record (8 in mode
+# extendExact), 2 for each byte of its header, 256 for each of its repeats, and 64 MB.
+#
+# The rows of 2^32 bases wait until 15 GB of memory are available. The status is 1 if a row fails.
+set -euo pipefail
+export LC_ALL=C # decimal points
+
+usage() {
+  sed -n -e 's/^#   bench/usage: bench/p' bench/macro/load.sh >&2
+  exit 2
+}
+
+is_usable=true
+output='' pattern='' folder='' runs=1 limit=1500
+while [ $# -gt 0 ]; do
+  case $1 in
+    --limit | --output)
+      if [ $# -eq 1 ]; then
+        is_usable=false
+        break
+      fi
+      if [ "$1" = --limit ]; then limit=$2; else output=$(readlink -m -- "$2"); fi
+      shift 2
+      ;;
+    -*) is_usable=false && shift ;;
+    *) pattern+="${pattern:+|}^${1//[\^]/\\^}" && shift ;;
+  esac
+done
+cd -- "$(dirname -- "$(readlink -f -- "${BASH_SOURCE[0]}")")/../.."
+if [ "$is_usable" = false ] || ! [[ $limit =~ ^[1-9][0-9]*$ ]]; then usage; fi
+output=${output:-$PWD/build-bench/load.md}
+readonly folder pattern runs limit output
+
+scripts/setup.sh bench
+cmake --preset bench >&2
+cmake --build --preset bench --parallel "$(nproc)" \
+  --target quorix quorix_stopwatch quorix_load >&2
+
+scratch=$(mktemp --directory)
+readonly scratch
+trap 'rm -rf -- "$scratch"' EXIT
+
+# shellcheck source=bench/macro/measuring.sh
+. bench/macro/measuring.sh
+readonly quorix_load=$programs/tests/load/quorix_load
+# shellcheck source=tests/load/through_pipes.sh
+. tests/load/through_pipes.sh
+
+readonly needed_kib=15000000 most_waiting_seconds=600
+rows_run=0
+
+# wait_for_memory: until there is enough for the largest rows. 1 if there never is.
+wait_for_memory() {
+  local waited
+  for ((waited = 0; waited <= most_waiting_seconds; waited += 5)); do
+    awk -v needed="$needed_kib" '/^MemAvailable:/ { exit $2 < needed }' /proc/meminfo && return 0
+    sleep 5
+  done
+  return 1
+}
+
+# load_row NAME MODE BYTES_A_BASE RECORDS NAME_LENGTH BASES LINE_LENGTH SEED
+load_row() {
+  local -r name=$1 mode=$2 bytes_a_base=$3 records=$4 name_length=$5 bases=$6
+  local most_repeats verdict=pass most_memory
+  is_wanted "$name" || return 0
+  rows_run=$((rows_run + 1))
+  if is_true "$bases > 4e9" && ! wait_for_memory; then
+    row "$name" "$((records * bases))" '' '' '' '' '' '' '' 'no memory for it'
+    fail "$name: there is not enough free memory"
+    return 0
+  fi
+  start_pipes "$scratch" "$mode" "${@:4}"
+  measure 1 "$quorix" --maskX --searchMode "$mode" -- "$input_pipe" "$report_pipe"
+  end_pipes "$outcome"
+  read -r _ planted repeats most_repeats _ <<<"${found:-0 0 0 0 0}"
+  most_memory=$(calculate "$bytes_a_base * $bases + 2 * $name_length + 256 * $most_repeats + 64e6")
+  if [ "$pipes_outcome" != good ]; then
+    verdict=$pipes_outcome
+  elif is_true "$peak * 1024 > $most_memory"; then
+    verdict='too much memory'
+  fi
+  [ "$verdict" = pass ] || fail "$name: $verdict"
+  row "$name" "$((records * bases))" "$(told_seconds "$seconds" "$outcome")" \
+    "$(told_speed "$((records * bases))" "$seconds" "$outcome")" \
+    "$(told_memory "$peak")" "$(calculate "$most_memory / 1048576" | cut -d . -f 1)" \
+    "$(if [ "$records" = 1 ]; then calculate "$peak * 1024 / $bases" | cut -c 1-5; else echo -; fi)" \
+    "$planted" "$repeats" "$verdict"
+}
+
+readonly above_2_31=$((2 ** 31 + 1)) above_2_32=$((2 ** 32 + 1))
+
+# A function, and the exit in one line with its call: bash has read them before the first row, so that
+# the script may be edited during a run.
+main() {
+  begin_output
+  begin_table 'Load' row bases seconds 'Mbp/s' 'peak MiB' 'at most' 'bytes a base' planted repeats \
+    verdict
+  load_row header/imperfect imperfect 3 2 100000000 1048577 60 1
+  load_row 2^31/line/exact/a exact 3 1 0 "$above_2_31" 0 1
+  load_row 2^31/lines/exact/b exact 3 1 0 "$above_2_31" 60 2
+  load_row 2^31/line/imperfect/b imperfect 3 1 0 "$above_2_31" 0 2
+  load_row 2^31/lines/imperfect/a imperfect 3 1 0 "$above_2_31" 60 1
+  load_row 2^31/lines/extendExact/b extendExact 8 1 0 "$above_2_31" 60 2
+  load_row 2^32/line/exact/b exact 3 1 0 "$above_2_32" 0 2
+  load_row 2^32/lines/exact/a exact 3 1 0 "$above_2_32" 60 1
+  load_row 2^32/line/imperfect/a imperfect 3 1 0 "$above_2_32" 0 1
+  load_row 2^32/lines/imperfect/b imperfect 3 1 0 "$above_2_32" 60 2
+  load_row records/imperfect imperfect 3 100000000 0 10 60 1
+  [ "$rows_run" -gt 0 ] || { echo 'There is no such row.' >&2 && exit 1; }
+  [ "$failures" -eq 0 ] || { echo "$failures rows have failed." >&2 && exit 1; }
+}
+
+main; exit

@@ -1,0 +1,201 @@
+#!/usr/bin/env python3
+"""Runs the tests against mutants of the search, of the reader and of the report.
+
+    scripts/mutation/run.py --count=480 --seed=1 [--folder=build-mutation] [--draw-only]
+
+A mutant is the program with one small change: another operator, comparison or constant, a condition
+turned round, a statement left out. Tests that pass with it have not seen the change. Mutants are
+drawn at random from all places of the sources; the same seed draws the same ones. The tests of the
+room run first, and a mutant counts as killed at the first one that fails, or does not end.
+
+Most mutants are built all at once: each function has a body for each of its mutants, and
+QUORIX_MUTANT in the environment tells which one it is to take. What stands outside of functions is
+built by itself. Results are written as they come to results.jsonl in the folder, a finished mutant
+is not run again, and table.md shows them all. It runs on one processor, and takes about an hour.
+"""
+
+import argparse
+import collections
+import json
+import os
+import pathlib
+import random
+import re
+import sys
+
+import mutants
+import testing
+
+FOLDERS = ["src/search", "src/sequence", "src/report"]
+
+
+def read(file):
+    return (testing.ROOT / file).read_text()
+
+
+def draw(count, seed):
+    chance = random.Random(seed)
+    sites = []
+    for folder in FOLDERS:
+        for path in sorted((testing.ROOT / folder).rglob("*")):
+            if path.suffix in (".cpp", ".h"):
+                file = str(path.relative_to(testing.ROOT))
+                sites += mutants.all_sites(file, path.read_text())
+    drawn = [site(chance) for site in chance.sample(sites, min(count, len(sites)))]
+    for number, mutant in enumerate(drawn, start=1):
+        mutant.number = number
+    print(f"{len(drawn)} mutants of {len(sites)} places, seed {seed}", flush=True)
+    return drawn
+
+
+def what_changes(mutant):
+    """The lines before and after, on one line each."""
+    source = read(mutant.file)
+    start = source.rfind("\n", 0, mutant.start) + 1
+    end = source.find("\n", mutant.end)
+    def on_one_line(text):
+        return " ".join(text.split())
+    return (on_one_line(source[start:end]),
+            on_one_line(source[start:mutant.start] + mutant.text + source[mutant.end:end]))
+
+
+def entry_of(mutant, status, by):
+    before, after = what_changes(mutant)
+    return {"number": mutant.number, "file": mutant.file, "line": mutant.line,
+            "kind": mutant.kind, "status": status, "by": by, "before": before, "after": after}
+
+
+def suspects(output, owners):
+    """The mutants that the compiler speaks of where it tells errors."""
+    places = re.findall(r"tree/(src/[\w/.]+):(\d+):", output)
+    return {owners[file][int(line) - 1] for file, line in places
+            if file in owners and int(line) <= len(owners[file])} - {0}
+
+
+class Run:
+    def __init__(self, options):
+        self.tree = testing.Tree(options.folder)
+        self.is_thorough = options.thorough
+        self.results = self.tree.folder / "results.jsonl"
+        self.done = {}
+        if self.results.exists():
+            for line in self.results.read_text().splitlines():
+                entry = json.loads(line)
+                self.done[entry["number"]] = entry
+
+    def is_due(self, mutant):
+        if self.is_thorough:
+            return mutant.number in self.done and self.done[mutant.number]["status"] == "survived"
+        return mutant.number not in self.done
+
+    def tell(self, mutant, status, by=""):
+        entry = entry_of(mutant, status, by)
+        self.done[mutant.number] = entry
+        testing.append(self.results, entry)
+        print(f"{mutant.number} {mutant.file}:{mutant.line} {status} {by}", flush=True)
+
+    def finish(self, mutant, is_built):
+        status, by = self.tree.verdict(mutant.file, mutant.number if is_built else -1, is_built,
+                                       self.is_thorough)
+        if status == "survived" and not self.is_thorough and self.tree.is_same_code(
+                mutant.file, mutant.apply(read(mutant.file))):
+            status = "equivalent"
+        self.tell(mutant, status, by)
+
+    def build_switched(self, chosen):
+        """Builds the mutants that are chosen at run time; those that do not compile are told."""
+        left = [mutant for mutant in chosen if mutant.number not in self.done
+                or self.done[mutant.number]["status"] != "not compiling"]
+        while True:
+            owners = {}
+            by_file = collections.defaultdict(list)
+            for mutant in left:
+                by_file[mutant.file].append(mutant)
+            for path in sorted((testing.ROOT / "src").rglob("*")):
+                file = str(path.relative_to(testing.ROOT))
+                if path.is_file() and file not in by_file:
+                    self.tree.restore(file)
+            for file, of_file in by_file.items():
+                text, owners[file] = mutants.with_switches(read(file), of_file)
+                self.tree.write(file, text)
+            output = self.tree.make("all")
+            if output is None:
+                return left
+            suspected = suspects(output, owners)
+            wrong = [mutant for mutant in left if mutant.number in suspected
+                     and not self.tree.compiles(mutant.file, mutant.apply(read(mutant.file)))]
+            if not wrong:
+                sys.exit(output[-6000:])
+            for mutant in wrong:
+                self.tell(mutant, "not compiling")
+                left.remove(mutant)
+
+    def run_group(self, group):
+        """Mutants of source files, or of headers."""
+        todo = [mutant for mutant in group if self.is_due(mutant)]
+        if not todo:
+            return
+        for mutant in self.build_switched([m for m in group if m.body]):
+            if self.is_due(mutant):
+                self.finish(mutant, is_built=True)
+        for mutant in (m for m in todo if not m.body):
+            switched = [m for m in group if m.body and m.file == mutant.file
+                        and self.done[m.number]["status"] != "not compiling"]
+            self.tree.write(mutant.file,
+                            mutants.with_switches(read(mutant.file), switched, mutant)[0])
+            self.finish(mutant, is_built=False)
+            self.tree.write(mutant.file,
+                            mutants.with_switches(read(mutant.file), switched)[0])
+
+    def table(self, seed):
+        """The results in Markdown."""
+        counts = collections.defaultdict(collections.Counter)
+        for entry in self.done.values():
+            for room in (testing.room_of(entry["file"]), "all"):
+                counts[room][entry["status"]] += 1
+        lines = [f"Seed {seed}.", "",
+                 "| Folder | Drawn | Not compiling | Same code | Run | Killed | of them by time "
+                 "| Survived | Killed of those run |", "|---|---|---|---|---|---|---|---|---|"]
+        for room in [*sorted(testing.TESTS), "all"]:
+            of_room = counts[room]
+            killed = of_room["killed"] + of_room["timeout"]
+            run = killed + of_room["survived"]
+            lines.append(
+                f"| `{room}` | {of_room.total()} | {of_room['not compiling']} "
+                f"| {of_room['equivalent']} | {run} | {killed} | {of_room['timeout']} "
+                f"| {of_room['survived']} | {100 * killed / max(run, 1):.1f} % |")
+        for status, title in (("survived", "Survivors"), ("equivalent", "The same code")):
+            lines += ["", f"{title}:", ""]
+            for entry in sorted(self.done.values(), key=lambda e: (e["file"], e["line"])):
+                if entry["status"] == status:
+                    lines += [f"- {entry['number']}. `{entry['file']}:{entry['line']}`",
+                              f"  - before: `{entry['before']}`", f"  - after: `{entry['after']}`"]
+        return "\n".join(lines) + "\n"
+
+
+def main():
+    parser = argparse.ArgumentParser(description=__doc__.split("\n", maxsplit=1)[0])
+    parser.add_argument("--count", type=int, default=480, help="mutants to draw")
+    parser.add_argument("--seed", type=int, default=1)
+    parser.add_argument("--folder", type=pathlib.Path, default=testing.ROOT / "build-mutation")
+    parser.add_argument("--only", choices=[".cpp", ".h"], help="run those in such files alone")
+    parser.add_argument("--thorough", action="store_true",
+                        help="show the survivors of an earlier run to the slow tests")
+    parser.add_argument("--draw-only", action="store_true", help="print what is drawn, and end")
+    options = parser.parse_args()
+    drawn = draw(options.count, options.seed)
+    if options.draw_only:
+        for mutant in drawn:
+            print(f"{mutant.number} {mutant.file}:{mutant.line} {mutant.kind}", *what_changes(mutant),
+                  sep="\n    ")
+        return
+    os.nice(10)
+    run = Run(options)
+    for suffix in [options.only] if options.only else [".cpp", ".h"]:
+        run.run_group([mutant for mutant in drawn if mutant.file.endswith(suffix)])
+        (run.tree.folder / "table.md").write_text(run.table(options.seed))
+    print(run.table(options.seed))
+
+
+if __name__ == "__main__":
+    main()

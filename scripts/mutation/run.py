@@ -180,7 +180,7 @@ def main():
     parser.add_argument("--folder", type=pathlib.Path, default=testing.ROOT / "build-mutation")
     parser.add_argument("--only", choices=[".cpp", ".h"], help="run those in such files alone")
     parser.add_argument("--thorough", action="store_true",
-                        help="show the survivors of an earlier run to the slow tests")
+                        help="show the survivors of an earlier run to all tests, the slow ones too")
     parser.add_argument("--draw-only", action="store_true", help="print what is drawn, and end")
     options = parser.parse_args()
     drawn = draw(options.count, options.seed)

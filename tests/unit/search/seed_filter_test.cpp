@@ -1,0 +1,142 @@
+// How few seeds the filter lets through. A bound that lets more through changes no result, it only
+// costs time; so the counts are pinned here. They were read off the filter, whose soundness other
+// tests show: fewer are welcome if those hold.
+
+#include "search/seed_filter.h"
+
+#include <gtest/gtest.h>
+
+#include <bit>
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "support/kernel/vector_targets.h"
+#include "support/random_dna.h"
+#include "unit/search/searched_sequence.h"
+
+namespace quorix::testing {
+namespace {
+
+/// On both sides of where one kind of bound takes over from another.
+const std::vector<std::uint64_t> kLengths{1,  2,  3,  5,  6,   7,   8,   12,  17,  22,
+                                          23, 24, 40, 90, 200, 400, 749, 750, 751, 800};
+
+class SeedFilter : public CSearchSettings {
+ protected:
+  /// Noise, arrays of short and of long units with a few edits, and gaps.
+  static std::string hard_text() {
+    RandomEngine engine(71);
+    std::string text = draw_letters(engine, 1500, "ACGT");
+    for (const std::size_t longest : {6U, 20U, 40U, 120U, 300U}) {
+      text += draw_array(engine, 400, longest, 9) + draw_letters(engine, 100, "ACGT");
+    }
+    return text + "NNN" + draw_array(engine, 900, 850, 2) + draw_letters(engine, 900, "AACGT");
+  }
+
+  /// Seeds that the filter lets through, unit length by unit length.
+  static std::vector<std::uint64_t> seed_counts(SeedUse use,
+                                                const std::vector<std::uint64_t>& lengths) {
+    CSearchedSequence sequence(text());
+    CSeedFilter filter = filter_of(sequence, use);
+    std::vector<std::uint64_t> counts;
+    for (const std::uint64_t unit_length : lengths) {
+      counts.push_back(count(filter.seeds(unit_length)));
+    }
+    return counts;
+  }
+
+  /// Those of them that may grow, too, if their neighbours are likely to be asked for.
+  static std::vector<std::uint64_t> growing_counts(const std::vector<std::uint64_t>& lengths) {
+    CSearchedSequence sequence(text());
+    CSeedFilter filter = filter_of(sequence, SeedUse::kGrowOverEdits);
+    std::vector<std::uint64_t> counts;
+    for (const std::uint64_t unit_length : lengths) {
+      const CBitSet seeds = filter.seeds(unit_length);
+      std::uint64_t growing = 0;
+      for (std::uint64_t p = seeds.find_set(0); p < seeds.size(); p = seeds.find_set(p + 1)) {
+        const std::uint64_t next_N = filter.bits_of_Ns().find_set(p);
+        if (next_N < p + unit_length) continue;
+        if (filter.may_grow(p, unit_length, [](std::uint64_t) { return true; })) ++growing;
+      }
+      counts.push_back(growing);
+    }
+    return counts;
+  }
+
+ private:
+  static const std::string& text() {
+    static const std::string bases = hard_text();
+    return bases;
+  }
+
+  static CSeedFilter filter_of(CSearchedSequence& sequence, SeedUse use) {
+    return {sequence.at(0), text().size(), use,
+            SeedThresholds{*CSearchController::minScores_user, *CSearchController::minLengths_user,
+                           *CSearchController::minScores_user}};
+  }
+
+  static std::uint64_t count(const CBitSet& seeds) {
+    std::uint64_t set = 0;
+    for (const std::uint64_t word : seeds.words())
+      set += static_cast<std::uint64_t>(std::popcount(word));
+    return set;
+  }
+};
+
+using Counts = std::vector<std::uint64_t>;
+
+/// Wide vectors hold more seeds at a time, all of which are let through if one has to be.
+void expect_one_of(const Counts& counts, const Counts& narrow, const Counts& wide) {
+  EXPECT_EQ(counts, counts == narrow ? narrow : wide);
+}
+
+TEST_F(SeedFilter, lets_few_seeds_through) {
+  for_each_vector_target([](const char* target) {
+    EXPECT_EQ(seed_counts(SeedUse::kGrowOverEdits, kLengths),
+              (Counts{907,  969,  1012, 1534, 2093, 834, 920, 913, 907,  1519,
+                      1415, 1478, 1256, 1440, 1836, 0,   631, 624, 5052, 5003}))
+        << target;
+    expect_one_of(growing_counts(kLengths), {706, 633, 578, 520, 508, 597, 705, 633, 515, 417,
+                                             430, 433, 288, 60,  0,   0,   25,  4,   463, 438},
+                  {706, 633, 578, 520, 508, 597, 705, 633, 515, 417,
+                   430, 433, 288, 60,  0,   0,   25,  4,   471, 438});
+    EXPECT_EQ(seed_counts(SeedUse::kGrowExactly, kLengths),
+              (Counts{907, 903, 916, 817, 777, 719, 854, 630, 387, 285,
+                      227, 226, 189, 0,   0,   0,   0,   0,   0,   0}))
+        << target;
+  });
+}
+
+TEST_F(SeedFilter, lets_few_seeds_through_with_other_penalties) {
+  set_penalties(-4, -7);
+  require_score(9);
+  for_each_vector_target([](const char* target) {
+    EXPECT_EQ(seed_counts(SeedUse::kGrowOverEdits, kLengths),
+              (Counts{1098, 1244, 1681, 679,  711,  843,  1026, 1080, 5786, 5781,
+                      5780, 5779, 5763, 5713, 5603, 5403, 5054, 5053, 5052, 5003}))
+        << target;
+    expect_one_of(growing_counts(kLengths), {670, 625, 583, 531, 574, 595, 755, 686, 640, 551,
+                                             527, 523, 365, 185, 206, 438, 553, 552, 551, 517},
+                  {670, 625, 583, 531, 574, 595, 755, 686, 672, 567,
+                   543, 539, 387, 203, 238, 454, 553, 552, 551, 518});
+  });
+}
+
+TEST_F(SeedFilter, lets_few_seeds_through_with_high_penalties) {
+  set_penalties(-14, -12);
+  require_score(20);
+  for_each_vector_target([](const char* target) {
+    EXPECT_EQ(seed_counts(SeedUse::kGrowOverEdits, kLengths),
+              (Counts{725, 746, 761,  778,  749, 880, 1124, 2049, 550,  711,
+                      775, 855, 1108, 1086, 340, 0,   0,    0,    5052, 5003}))
+        << target;
+    expect_one_of(growing_counts(kLengths), {619, 570, 535, 469, 438, 406, 468, 400, 308, 290,
+                                             291, 334, 256, 42,  0,   0,   0,   0,   271, 254},
+                  {619, 570, 535, 469, 438, 406, 468, 400, 308, 290,
+                   291, 334, 256, 42,  0,   0,   0,   0,   279, 262});
+  });
+}
+
+}  // namespace
+}  // namespace quorix::testing

@@ -6,6 +6,7 @@
 #include <string>
 
 #include "driver/run_clock.h"
+#include "search/scan_progress.h"
 #include "support/fake_clock.h"
 #include "support/memory_stream.h"
 #include "unit/search/recorded_stream.h"
@@ -185,6 +186,41 @@ TEST_F(Progress, does_not_come_from_the_scans_that_the_driver_does_not_call) {
   sequence.search.exact_search();
   printed_by([&](std::FILE* out) { sequence.search.simple_imperfect_search(out); });
   EXPECT_EQ(standard_error.received(), "");
+}
+
+TEST_F(Progress, has_no_line_for_units_of_no_bases) {
+  for (const auto search : {search_exact, search_imperfect}) {
+    search_units_from_to(0, 1);
+    start_clock();
+    CSearchedSequence sequence(bases_of(100), "chr1");
+    const CRecordedStandardError standard_error(pass(60));
+    search(sequence.search);
+    EXPECT_EQ(standard_error.received(), "00.00.00 - #   1 -    1bp - chr1\n");
+  }
+}
+
+TEST_F(Progress, looks_at_the_clock_where_a_scan_goes_on_at_a_256th_base) {
+  const CSearchedSequence sequence(bases_of(100), "chr1");
+  const CRecordedStandardError standard_error;
+  CScanProgress progress(sequence.search, 3);
+  progress.skip_to(512);
+  progress.pass(511);
+  EXPECT_EQ(standard_error.received(), "");
+  progress.pass(512);
+  EXPECT_EQ(standard_error.received(), "00.00.00 - #   1 -    3bp - chr1\n");
+}
+
+TEST_F(Progress, does_not_look_at_the_clock_again_before_the_next_256th_base) {
+  const CSearchedSequence sequence(bases_of(100), "chr1");
+  const CRecordedStandardError standard_error;
+  CScanProgress progress(sequence.search, 3);
+  update_report_time();
+  progress.pass(300);
+  start_clock();
+  progress.pass(511);
+  EXPECT_EQ(standard_error.received(), "");
+  progress.pass(512);
+  EXPECT_EQ(standard_error.received(), "00.00.00 - #   1 -    3bp - chr1\n");
 }
 
 }  // namespace

@@ -80,6 +80,43 @@ TEST(RunSeeds, are_those_of_the_rule) {
   EXPECT_GT(tally.refuted, 1'000'000);
 }
 
+/// Copies of a unit with an edit between two of them, behind which `matches` bases match, and noise
+/// around them.
+std::string edited_copies(RandomEngine& engine, std::size_t unit_length, char kind,
+                          std::size_t matches) {
+  const std::string unit = draw_letters(engine, unit_length, "ACGT");
+  const std::string copies = unit + unit + unit;
+  const std::size_t edited = unit_length + 20;
+  std::string text = copies.substr(0, edited);
+  if (kind != 'D') text += draw_letters(engine, 1, "ACGT");
+  const std::size_t next = edited + (kind == 'I' ? 0 : 1);
+  text += copies.substr(next, matches);
+  return draw_letters(engine, 150, "ACGT") + text + draw_letters(engine, 150, "ACGT");
+}
+
+TEST(RunSeeds, count_up_to_64_bases_behind_an_edit) {
+  RandomEngine engine(6);
+  Tally tally;
+  for (const char kind : {'M', 'I', 'D'}) {
+    for (std::size_t matches = 59; matches <= 66; ++matches) {
+      for (const std::size_t unit_length : {61U, 63U, 64U, 65U, 66U, 90U}) {
+        std::string bases = edited_copies(engine, unit_length, kind, matches);
+        for (int turn = 0; turn < 2; ++turn, std::reverse(bases.begin(), bases.end())) {
+          const CBases block(bases);
+          const CBasePlanes planes(block.begin(), bases.size());
+          CNeighbourLags lags(planes, false);
+          for (const std::int64_t chained : {60, 80, 84, 150}) {
+            const RunRule rule{static_cast<std::int64_t>(unit_length), 10, 200, chained};
+            ASSERT_NO_FATAL_FAILURE(expect_seeds_of(bases, false, rule, lags, tally));
+          }
+        }
+      }
+    }
+  }
+  EXPECT_GT(tally.let_through, 1000);
+  EXPECT_GT(tally.refuted, 100'000);
+}
+
 TEST(RunSeeds, reach_from_one_end_of_the_text_to_the_other) {
   Tally tally;
   for (const std::size_t length :

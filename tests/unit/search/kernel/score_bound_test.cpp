@@ -208,5 +208,14 @@ TEST(ScoreBound, takes_penalties_of_any_height) {
   EXPECT_FALSE(may_reach(growth, 10));
 }
 
+TEST(ScoreBound, lets_through_what_lives_longer_than_it_is_followed) {
+  Growth growth = lone_unit(8, 20'000);
+  growth.text.replace(static_cast<std::size_t>(growth.end), 10'000, 10'000, 'C');
+  EXPECT_TRUE(may_reach(growth, 10'000));
+  growth.text.replace(static_cast<std::size_t>(growth.end), 10'000, 10'000, 'A');
+  growth.text.replace(static_cast<std::size_t>(growth.start) - 10'000, 10'000, 10'000, 'C');
+  EXPECT_TRUE(may_reach(growth, 10'000));
+}
+
 }  // namespace
 }  // namespace quorix::testing

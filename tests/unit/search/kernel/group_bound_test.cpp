@@ -8,6 +8,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "support/kernel/plain_score_paths.h"
@@ -149,6 +150,39 @@ TEST(GroupBound, adds_up_both_sides) {
   EXPECT_FALSE(may_reach(homopolymer_group(1), 71));
   EXPECT_TRUE(may_reach(homopolymer_group(bit(20)), 70));
   EXPECT_FALSE(may_reach(homopolymer_group(bit(20)), 71));
+}
+
+/// Copies of the unit of the seed at `k`, behind noise and with noise around them.
+Group copies_of_one_seed(RandomEngine& engine, std::int64_t unit_length, std::int64_t k,
+                         std::size_t copies_before, std::size_t copies_behind) {
+  Group group{};
+  const std::string unit = draw_letters(engine, static_cast<std::size_t>(unit_length), "ACGT");
+  group.text = draw_letters(engine, 1200, "ACGT") + repeated(unit, copies_before);
+  group.first = static_cast<std::int64_t>(group.text.size()) - k;
+  group.text += repeated(unit, 1 + copies_behind) + draw_letters(engine, 1200, "ACGT");
+  group.unit_length = unit_length;
+  group.asked = bit(k);
+  group.mismatch_penalty = group.indel_penalty = 40;  // noise ends it soon
+  return group;
+}
+
+// The seed at k reads on in its own unit where that of the first seed is at its end already.
+TEST(GroupBound, follows_each_seed_in_its_own_unit) {
+  RandomEngine engine(42);
+  for (const std::int64_t k : {0, 1, 30, 62, 63}) {
+    for (const std::int64_t unit_length : {128, 129, 150}) {
+      for (const auto& [before, behind] : {std::pair(0U, 2U), {2U, 0U}}) {
+        const Group group = copies_of_one_seed(engine, unit_length, k, before, behind);
+        const std::int64_t highest = highest_score(group);
+        EXPECT_GE(highest, 2 * unit_length);
+        for_each_vector_target([&](const char* target) {
+          EXPECT_TRUE(may_reach(group, highest)) << target << " seed " << k << " of " << group.text;
+          EXPECT_FALSE(may_reach(group, highest + 7))
+              << target << " seed " << k << " of " << group.text;
+        });
+      }
+    }
+  }
 }
 
 TEST(GroupBound, refutes_what_nobody_asks_for) {

@@ -204,6 +204,15 @@ TEST(GroupBound, lets_through_what_lies_near_an_end_of_the_text) {
   EXPECT_TRUE(may_reach(group, 500));
 }
 
+TEST(GroupBound, lets_through_what_lives_longer_than_it_is_followed) {
+  for (const std::int64_t bases_before : {0, 2870}) {
+    Group group = homopolymer_group(1);
+    group.text = std::string(600, 'C') + std::string(3000, 'A') + std::string(600, 'C');
+    group.first += bases_before;
+    EXPECT_TRUE(may_reach(group, 2870));
+  }
+}
+
 TEST(GroupBound, lets_through_what_does_not_fit_its_numbers) {
   EXPECT_FALSE(may_reach(homopolymer_group(1), 59'000));
   EXPECT_TRUE(may_reach(homopolymer_group(1), 60'000));

@@ -74,8 +74,8 @@ def suspects(output, owners):
 
 class Run:
     def __init__(self, options):
-        self.tree = testing.Tree(options.folder)
-        self.is_thorough = options.thorough
+        self.tree = testing.Tree(options.folder, options.sanitizers)
+        self.is_again, self.is_slow = options.again, options.slow
         self.results = self.tree.folder / "results.jsonl"
         self.done = {}
         if self.results.exists():
@@ -84,7 +84,7 @@ class Run:
                 self.done[entry["number"]] = entry
 
     def is_due(self, mutant):
-        if self.is_thorough:
+        if self.is_again:
             return mutant.number in self.done and self.done[mutant.number]["status"] == "survived"
         return mutant.number not in self.done
 
@@ -96,8 +96,8 @@ class Run:
 
     def finish(self, mutant, is_built):
         status, by = self.tree.verdict(mutant.file, mutant.number if is_built else -1, is_built,
-                                       self.is_thorough)
-        if status == "survived" and not self.is_thorough and self.tree.is_same_code(
+                                       self.is_slow)
+        if status == "survived" and not self.is_again and self.tree.is_same_code(
                 mutant.file, mutant.apply(read(mutant.file))):
             status = "equivalent"
         self.tell(mutant, status, by)
@@ -179,8 +179,11 @@ def main():
     parser.add_argument("--seed", type=int, default=1)
     parser.add_argument("--folder", type=pathlib.Path, default=testing.ROOT / "build-mutation")
     parser.add_argument("--only", choices=[".cpp", ".h"], help="run those in such files alone")
-    parser.add_argument("--thorough", action="store_true",
-                        help="show the survivors of an earlier run to all tests, the slow ones too")
+    parser.add_argument("--again", action="store_true", help="run the survivors of an earlier run")
+    parser.add_argument("--slow", action="store_true", help="show what is left to slow tests, too")
+    parser.add_argument("--numbers", help="run these mutants alone, such as 3,17")
+    parser.add_argument("--sanitizers", default="", help="such as address,undefined; in a folder of "
+                        "its own, for changes that only make the program read where it must not")
     parser.add_argument("--draw-only", action="store_true", help="print what is drawn, and end")
     options = parser.parse_args()
     drawn = draw(options.count, options.seed)
@@ -189,6 +192,9 @@ def main():
             print(f"{mutant.number} {mutant.file}:{mutant.line} {mutant.kind}", *what_changes(mutant),
                   sep="\n    ")
         return
+    if options.numbers:
+        chosen = {int(number) for number in options.numbers.split(",")}
+        drawn = [mutant for mutant in drawn if mutant.number in chosen]
     os.nice(10)
     run = Run(options)
     for suffix in [options.only] if options.only else [".cpp", ".h"]:

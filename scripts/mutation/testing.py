@@ -57,7 +57,7 @@ def own_tests(file):
 class Tree:
     """The copy, its build folder and the tests."""
 
-    def __init__(self, folder):
+    def __init__(self, folder, sanitizers):
         self.folder = pathlib.Path(folder).resolve()
         self.tree, self.build = self.folder / "tree", self.folder / "build"
         self.tree.mkdir(parents=True, exist_ok=True)
@@ -75,7 +75,7 @@ class Tree:
             generator = ["-G", "Ninja"] if shutil.which("ninja") else []
             subprocess.run(
                 ["cmake", *generator, "-S", self.tree, "-B", self.build, "-DQUORIX_BUILD_TESTS=ON",
-                 "-DCMAKE_BUILD_TYPE=Mutation", f"-DCMAKE_CXX_FLAGS={flags}"],
+                 f"-DQUORIX_SANITIZERS={sanitizers}", "-DCMAKE_BUILD_TYPE=Mutation", f"-DCMAKE_CXX_FLAGS={flags}"],
                 check=True, stdout=subprocess.DEVNULL)
         self.limits = {}  # CPU seconds a test may take, by test
         self.own_limits = {}  # the same for the tests of a file alone
@@ -106,10 +106,13 @@ class Tree:
 
     def run(self, command, number, environment, limit):
         """Status (None for one that took too long) and CPU seconds of a command."""
+        is_limited = "SANITIZERS:STRING=\n" in (self.build / "CMakeCache.txt").read_text()
+
         def set_limits():
             os.setsid()
             resource.setrlimit(resource.RLIMIT_CPU, (limit, limit + 5))
-            resource.setrlimit(resource.RLIMIT_AS, (MEMORY_LIMIT, MEMORY_LIMIT))
+            if is_limited:  # a sanitizer reserves more
+                resource.setrlimit(resource.RLIMIT_AS, (MEMORY_LIMIT, MEMORY_LIMIT))
             resource.setrlimit(resource.RLIMIT_CORE, (0, 0))
         before = resource.getrusage(resource.RUSAGE_CHILDREN)
         process = subprocess.Popen(
@@ -155,9 +158,9 @@ class Tree:
                 return case.name
         return None
 
-    def verdict(self, file, number, is_built=True, is_thorough=False):
+    def verdict(self, file, number, is_built=True, is_slow=False):
         """What became of a mutant, and by which test."""
-        tests = TESTS[room_of(file)] + (SLOW_TESTS if is_thorough else [])
+        tests = TESTS[room_of(file)] + (SLOW_TESTS if is_slow else [])
         own = own_tests(file)
         for i, test in enumerate(tests):
             target = pathlib.Path(test[0]).name
@@ -168,7 +171,7 @@ class Tree:
                 status = self.run_test(test, number, one)
                 if status != 0:
                     return ("killed" if status is not None else "timeout"), target
-        if is_thorough:
+        if is_slow:
             if not is_built and self.make("quorix") is not None:
                 return "not compiling", ""
             case = self.run_cases(number)

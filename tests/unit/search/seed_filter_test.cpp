@@ -64,7 +64,6 @@ class SeedFilter : public CSearchSettings {
     return counts;
   }
 
- private:
   static const std::string& text() {
     static const std::string bases = hard_text();
     return bases;
@@ -136,6 +135,30 @@ TEST_F(SeedFilter, lets_few_seeds_through_with_high_penalties) {
                   {619, 570, 535, 469, 438, 406, 468, 400, 308, 290,
                    291, 334, 256, 42,  0,   0,   0,   0,   279, 262});
   });
+}
+
+TEST_F(SeedFilter, remembers_what_it_told_of_a_seed) {
+  search_units_of(200);
+  CSearchedSequence sequence(hard_text());
+  CSeedFilter filter = filter_of(sequence, SeedUse::kGrowOverEdits);
+  const CBitSet seeds = filter.seeds(200);
+  std::uint64_t asked = 0;
+  // With one neighbour it is told of by itself, with many together with them.
+  for (const bool is_open : {false, true}) {
+    for (std::uint64_t p = seeds.find_set(0); p < seeds.size(); p = seeds.find_set(p + 70)) {
+      int questions = 0;
+      const auto answer = [&](std::uint64_t) {
+        ++questions;
+        return is_open;
+      };
+      const bool may_grow = filter.may_grow(p, 200, answer);
+      const int first_questions = questions;
+      EXPECT_EQ(filter.may_grow(p, 200, answer), may_grow);
+      EXPECT_EQ(questions, first_questions) << p;
+      if (questions > 0) ++asked;
+    }
+  }
+  EXPECT_GT(asked, 1U);
 }
 
 }  // namespace

@@ -160,6 +160,13 @@ TEST(LagGrid, lays_the_bases_out_by_rows_and_lanes) {
   }
 }
 
+TEST(LagGrid, has_room_for_the_rows_of_a_short_text_and_no_more) {
+  const CBases bases("ACGTACGTACGTACGTACGTACGT");
+  const CLagGrid grid(bases.begin(), 24, rules_for(8, {6, 6}));
+  EXPECT_EQ(grid.row_count(), 48);
+  EXPECT_EQ(grid.rows_per_segment(), 48);
+}
+
 TEST(LagGrid, notices_neutral_Ns) {
   LagBoundRules rules = rules_for(3, {6, 6});
   std::string text(40, 'A');

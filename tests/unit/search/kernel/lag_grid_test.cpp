@@ -160,6 +160,36 @@ TEST(LagGrid, lays_the_bases_out_by_rows_and_lanes) {
   }
 }
 
+/// The longest unit whose paths may come to `lag`: with a gain of up to `kHighestGain` on entry and
+/// all that a copy adds, a path pays for so many indels and is still alive.
+std::int64_t longest_unit_at(std::int64_t lag, const LagBoundRules& rules) {
+  const auto first = static_cast<std::int64_t>(rules.first_unit_length);
+  std::int64_t longest = first;
+  for (std::int64_t u = first; u <= static_cast<std::int64_t>(rules.last_unit_length()); ++u) {
+    const std::int64_t indels = (CLagGrid::kHighestGain + 2 * u - 1) / rules.indel_penalty;
+    if (u - indels <= lag) longest = u;
+  }
+  return longest;
+}
+
+TEST(LagGrid, caps_gains_at_the_longest_unit_that_comes_to_a_lag) {
+  const std::string text(500, 'A');
+  for (const Penalties& penalties : kPenalties) {
+    LagBoundRules rules = rules_for(61, penalties);
+    rules.min_scores.assign(90, 20);
+    const CLagGrid grid(text.data(), text.size(), rules);
+    // Odd lags have parity 0, so its first lane that is searched is that of 61.
+    const std::int64_t first_lag = 61 - 2 * static_cast<std::int64_t>(searched_lane(grid.lanes(0)));
+    for (const std::int64_t parity : {0, 1}) {
+      for (std::size_t k = 0; k < grid.lane_count(); ++k) {
+        const std::int64_t lag = first_lag + parity + 2 * static_cast<std::int64_t>(k);
+        EXPECT_EQ(grid.lanes(parity).gain_cap[k], longest_unit_at(lag, rules))
+            << "lag " << lag << " penalties " << penalties.mismatch << "," << penalties.indel;
+      }
+    }
+  }
+}
+
 TEST(LagGrid, has_room_for_the_rows_of_a_short_text_and_no_more) {
   const CBases bases("ACGTACGTACGTACGTACGTACGT");
   const CLagGrid grid(bases.begin(), 24, rules_for(8, {6, 6}));

@@ -196,6 +196,15 @@ TEST(ScoreBound, lets_through_what_is_too_large_for_the_table) {
   EXPECT_TRUE(may_reach(growth, 100'000));
 }
 
+// Its rows read more bases than the seed itself lives through; not more than they have to.
+TEST(ScoreBound, needs_few_bases_around_a_seed) {
+  for_each_vector_target([](const char* target) {
+    std::size_t margin = 0;
+    while (may_reach(lone_unit(40, margin), 5)) ++margin;
+    EXPECT_EQ(margin, 15U) << target;
+  });
+}
+
 TEST(ScoreBound, takes_penalties_of_any_height) {
   Growth growth = lone_unit(8, 500);
   growth.mismatch_penalty = growth.indel_penalty = 2147483648;

@@ -218,12 +218,19 @@ TEST(ScoreBound, takes_penalties_of_any_height) {
 }
 
 TEST(ScoreBound, lets_through_what_lives_longer_than_it_is_followed) {
-  Growth growth = lone_unit(8, 20'000);
-  growth.text.replace(static_cast<std::size_t>(growth.end), 10'000, 10'000, 'C');
-  EXPECT_TRUE(may_reach(growth, 10'000));
-  growth.text.replace(static_cast<std::size_t>(growth.end), 10'000, 10'000, 'A');
-  growth.text.replace(static_cast<std::size_t>(growth.start) - 10'000, 10'000, 10'000, 'C');
-  EXPECT_TRUE(may_reach(growth, 10'000));
+  RandomEngine engine(33);
+  const std::string unit = draw_letters(engine, 50, "ACGT");
+  const std::string noise = draw_letters(engine, 6000, "ACGT");
+  const std::string copies = repeated(unit, 100);
+  for (const bool is_rightward : {true, false}) {
+    Growth growth = lone_unit(50, 6000);
+    // No path can pay for so many indels that it leaves the table at its sides.
+    growth.mismatch_penalty = growth.indel_penalty = 1000;
+    growth.text = noise + (is_rightward ? unit + copies : copies + unit) + noise;
+    growth.unit_begin = growth.start = is_rightward ? 6000 : 11'000;
+    growth.unit_end = growth.end = growth.start + 50;
+    EXPECT_TRUE(may_reach(growth, 5000));
+  }
 }
 
 }  // namespace

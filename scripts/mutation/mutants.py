@@ -19,7 +19,8 @@ BINARY_TOKEN = re.compile(r"(?<=[\w)\]}] )(<<|>>|<=|>=|==|!=|&&|\|\||[-+*/%&|^<>
 ASSIGNMENT_TOKEN = re.compile(r"(?<= )(<<=|>>=|[-+*/%&|^]=)(?= )")
 STEP_TOKEN = re.compile(r"\+\+|--")
 NOT_TOKEN = re.compile(r"!(?!=)")
-NUMBER_TOKEN = re.compile(r"(?<![\w.'])(0[xX][0-9a-fA-F']+|\d[\d']*(?:\.\d+)?)([uUlLfF]*)(?![\w.'])")
+NUMBER_TOKEN = re.compile(
+    r"(?<![\w.'])(0[xX][0-9a-fA-F']+|\d[\d']*(?:\.\d+)?)([uUlLfF]*)(?![\w.'])")
 TRUTH_TOKEN = re.compile(r"\b(true|false)\b")
 CONDITION = re.compile(r"\b(?:if|while) \(")
 HIDDEN = re.compile(
@@ -32,7 +33,8 @@ NO_STATEMENT = re.compile(
 DECLARATION = re.compile(
     r"(?!(?:delete|throw|return|if|while|for|do)\b)[A-Za-z_][\w:]*(<.*>)?[\s*&]+[A-Za-z_]\w*\s*"
     r"(\[.*\])?\s*(=(?!=)|;|\{|\()")
-UNTOUCHED_LINE = re.compile(r"\bassert\(|\bstatic_assert\b|\boperator|\bHWY_\w+\(|\[\[|^\s*template\b")
+UNTOUCHED_LINE = re.compile(
+    r"\bassert\(|\bstatic_assert\b|\boperator|\bHWY_\w+\(|\[\[|^\s*template\b")
 
 
 @dataclasses.dataclass
@@ -140,6 +142,11 @@ def statement_sites(code):
             yield match.start(1), match.end(1), [";"], "statement"
 
 
+def make_mutant(site, text):
+    file, start, end, kind, line, body = site
+    return Mutant(file, start, end, text, kind, line=line, body=body)
+
+
 def all_sites(file, source):
     """All places of a file, each as a function that makes a mutant of it by a random choice."""
     code = hide(source)
@@ -152,9 +159,9 @@ def all_sites(file, source):
         if UNTOUCHED_LINE.search(line) or (kind == "statement" and body is None):
             continue
         switched_body = body[:2] if body is not None and not body[2] else None
-        yield lambda random, start=start, end=end, choices=choices, kind=kind, body=switched_body: \
-            Mutant(file, start, end, random.choice(choices), kind,
-                   line=source.count("\n", 0, start) + 1, body=body)
+        line_number = source.count("\n", 0, start) + 1
+        site = (file, start, end, kind, line_number, switched_body)
+        yield lambda random, site=site, choices=choices: make_mutant(site, random.choice(choices))
 
 
 def with_switches(source, mutants, single=None):

@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """Runs the tests against mutants of the search, of the reader and of the report.
 
-    scripts/mutation/run.py --count=480 --seed=1 [--folder=build-mutation] [--draw-only]
+    scripts/mutation/run.py --count=500 --seed=1 [--folder=build-mutation] [--draw-only]
 
 A mutant is the program with one small change: another operator, comparison or constant, a condition
 turned round, a statement left out. Tests that pass with it have not seen the change. Mutants are
@@ -74,7 +74,7 @@ def suspects(output, owners):
 
 class Run:
     def __init__(self, options):
-        self.tree = testing.Tree(options.folder, options.sanitizers)
+        self.tree = testing.Tree(options.folder)
         self.is_again, self.is_slow = options.again, options.slow
         self.results = self.tree.folder / "results.jsonl"
         self.done = {}
@@ -182,15 +182,13 @@ def main():
     parser.add_argument("--again", action="store_true", help="run the survivors of an earlier run")
     parser.add_argument("--slow", action="store_true", help="show what is left to slow tests, too")
     parser.add_argument("--numbers", help="run these mutants alone, such as 3,17")
-    parser.add_argument("--sanitizers", default="", help="such as address,undefined; in a folder of "
-                        "its own, for changes that only make the program read where it must not")
     parser.add_argument("--draw-only", action="store_true", help="print what is drawn, and end")
     options = parser.parse_args()
     drawn = draw(options.count, options.seed)
     if options.draw_only:
         for mutant in drawn:
-            print(f"{mutant.number} {mutant.file}:{mutant.line} {mutant.kind}", *what_changes(mutant),
-                  sep="\n    ")
+            print(f"{mutant.number} {mutant.file}:{mutant.line} {mutant.kind}",
+                  *what_changes(mutant), sep="\n    ")
         return
     if options.numbers:
         chosen = {int(number) for number in options.numbers.split(",")}

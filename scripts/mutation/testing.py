@@ -57,7 +57,7 @@ def own_tests(file):
 class Tree:
     """The copy, its build folder and the tests."""
 
-    def __init__(self, folder, sanitizers):
+    def __init__(self, folder):
         self.folder = pathlib.Path(folder).resolve()
         self.tree, self.build = self.folder / "tree", self.folder / "build"
         self.tree.mkdir(parents=True, exist_ok=True)
@@ -75,7 +75,7 @@ class Tree:
             generator = ["-G", "Ninja"] if shutil.which("ninja") else []
             subprocess.run(
                 ["cmake", *generator, "-S", self.tree, "-B", self.build, "-DQUORIX_BUILD_TESTS=ON",
-                 f"-DQUORIX_SANITIZERS={sanitizers}", "-DCMAKE_BUILD_TYPE=Mutation", f"-DCMAKE_CXX_FLAGS={flags}"],
+                 "-DCMAKE_BUILD_TYPE=Mutation", f"-DCMAKE_CXX_FLAGS={flags}"],
                 check=True, stdout=subprocess.DEVNULL)
         self.limits = {}  # CPU seconds a test may take, by test
         self.own_limits = {}  # the same for the tests of a file alone
@@ -106,13 +106,10 @@ class Tree:
 
     def run(self, command, number, environment, limit):
         """Status (None for one that took too long) and CPU seconds of a command."""
-        is_limited = "SANITIZERS:STRING=\n" in (self.build / "CMakeCache.txt").read_text()
-
         def set_limits():
             os.setsid()
             resource.setrlimit(resource.RLIMIT_CPU, (limit, limit + 5))
-            if is_limited:  # a sanitizer reserves more
-                resource.setrlimit(resource.RLIMIT_AS, (MEMORY_LIMIT, MEMORY_LIMIT))
+            resource.setrlimit(resource.RLIMIT_AS, (MEMORY_LIMIT, MEMORY_LIMIT))
             resource.setrlimit(resource.RLIMIT_CORE, (0, 0))
         before = resource.getrusage(resource.RUSAGE_CHILDREN)
         process = subprocess.Popen(
@@ -140,7 +137,8 @@ class Tree:
             limits, key = self.own_limits, (program, own)
         if number > 0 and key not in limits:
             self.run_test(test, 0, own)
-        status, seconds = self.run(command, number, environment, limits.get(key, 900 if number == 0 else 60))
+        limit = limits.get(key, 900 if number == 0 else 60)
+        status, seconds = self.run(command, number, environment, limit)
         if number == 0:
             if status != 0:
                 raise RuntimeError(f"{program} fails without a mutant")

@@ -19,6 +19,11 @@ using testing::RandomEngine;
 
 constexpr char kText[] = "ACGT";
 
+TEST(Direction, has_a_place_of_its_own_in_tables) {
+  EXPECT_EQ(Rightward::kIndex, 0U);
+  EXPECT_EQ(Leftward::kIndex, 1U);
+}
+
 TEST(Rightward, moves_the_end_and_the_right_cursor) {
   Csat sat;
   sat.init_from_unit(kText, kText + 2);

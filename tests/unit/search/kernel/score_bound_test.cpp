@@ -205,6 +205,15 @@ TEST(ScoreBound, needs_few_bases_around_a_seed) {
   });
 }
 
+TEST(ScoreBound, bounds_units_of_up_to_4096_bases) {
+  Growth growth = lone_unit(4096, 9000);
+  growth.mismatch_penalty = growth.indel_penalty = 1000;  // for a narrow table
+  EXPECT_FALSE(may_reach(growth, 500));
+  growth = lone_unit(4097, 9000);
+  growth.mismatch_penalty = growth.indel_penalty = 1000;
+  EXPECT_TRUE(may_reach(growth, 500));
+}
+
 TEST(ScoreBound, takes_penalties_of_any_height) {
   Growth growth = lone_unit(8, 500);
   growth.mismatch_penalty = growth.indel_penalty = 2147483648;

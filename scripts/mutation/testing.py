@@ -28,12 +28,13 @@ DRIVER = ("unit/driver/quorix_driver_test", [], {})
 RANDOM = ("differential/quorix_random_test", ["--cases=6000", "--seed=1"], {})
 FILTER = ("differential/quorix_seed_filter_test", ["--cases=600", "--seed=1"], {})
 READER = ("differential/quorix_reader_test", [], {})
+LOOK_AHEAD = ("differential/quorix_look_ahead_test", [], {})
 OLDER = ("differential/quorix_older_searches_test", [], {})
 EXHAUSTIVE = ("differential/quorix_exhaustive_test", [], {})
 LAWS = ("property/quorix_property_test", [], PROPERTY)
 TESTS = {
     "src/search/kernel": [KERNEL, SEARCH, FILTER, RANDOM],
-    "src/search": [SEARCH, RANDOM, FILTER, KERNEL, OLDER],
+    "src/search": [SEARCH, LOOK_AHEAD, RANDOM, FILTER, KERNEL, OLDER],
     "src/sequence": [SEQUENCE, READER, DRIVER, KERNEL, SEARCH],
     "src/report": [REPORT, SEARCH, RANDOM, DRIVER],
 }

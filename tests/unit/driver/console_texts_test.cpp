@@ -79,7 +79,7 @@ TEST_F(Message, prints_outside_text_with_doubled_signs_as_it_stands) {
 }
 
 TEST_F(Message, may_be_longer_than_any_block) {
-  for (const std::size_t length : {4094, 4095, 4096, 4097, 8191, 8192, 8193, 100'000}) {
+  for (const std::size_t length : {4094U, 4095U, 4096U, 4097U, 8191U, 8192U, 8193U, 100'000U}) {
     const std::string name(length, 'n');
     EXPECT_EQ(printed_by([&](std::FILE* out) { general_PrintMessage(out, name, "%%", name, "%"); }),
               name + "%" + name + "%");

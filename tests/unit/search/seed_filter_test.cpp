@@ -29,9 +29,11 @@ class SeedFilter : public CSearchSettings {
     RandomEngine engine(71);
     std::string text = draw_letters(engine, 1500, "ACGT");
     for (const std::size_t longest : {6U, 20U, 40U, 120U, 300U}) {
-      text += draw_array(engine, 400, longest, 9) + draw_letters(engine, 100, "ACGT");
+      const std::string noise = draw_letters(engine, 100, "ACGT");
+      text += draw_array(engine, 400, longest, 9) + noise;
     }
-    return text + "NNN" + draw_array(engine, 900, 850, 2) + draw_letters(engine, 900, "AACGT");
+    const std::string noise = draw_letters(engine, 900, "AACGT");
+    return text + "NNN" + draw_array(engine, 900, 850, 2) + noise;
   }
 
   /// Seeds that the filter lets through, unit length by unit length.

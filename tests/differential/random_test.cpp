@@ -6,17 +6,16 @@
 
 #include <cstdint>
 #include <cstdio>
-#include <cstdlib>
 #include <string>
 #include <string_view>
 
+#include "support/case_arguments.h"
 #include "support/engine_comparison.h"
 
 namespace quorix::testing {
 namespace {
 
-std::uint64_t case_count = 1000;
-std::uint64_t first_seed = 1;
+CaseArguments arguments{1000, 1};
 
 /// What the cases have shown, so that a generator which no longer plants repeats is noticed.
 struct Tally {
@@ -84,10 +83,11 @@ void run_case(std::uint64_t seed) {
 }
 
 TEST(Random, program_and_plain_engine_agree) {
-  std::printf("%llu cases from seed %llu\n", static_cast<unsigned long long>(case_count),
-              static_cast<unsigned long long>(first_seed));
+  std::printf("%llu cases from seed %llu\n", static_cast<unsigned long long>(arguments.case_count),
+              static_cast<unsigned long long>(arguments.first_seed));
   silence_standard_error();
-  for (std::uint64_t seed = first_seed; seed < first_seed + case_count; ++seed) {
+  for (std::uint64_t seed = arguments.first_seed;
+       seed < arguments.first_seed + arguments.case_count; ++seed) {
     ASSERT_NO_FATAL_FAILURE(run_case(seed)) << "seed " << seed;
   }
   std::printf("%llu repeats, %llu mismatches, %llu insertions, %llu deletions, %llu masked bases\n",
@@ -96,29 +96,16 @@ TEST(Random, program_and_plain_engine_agree) {
               static_cast<unsigned long long>(tally.insertions),
               static_cast<unsigned long long>(tally.deletions),
               static_cast<unsigned long long>(tally.masked_bases));
-  EXPECT_GT(tally.repeats, case_count / 2);
-  EXPECT_GT(tally.masked_bases, case_count);
+  EXPECT_GT(tally.repeats, arguments.case_count / 2);
+  EXPECT_GT(tally.masked_bases, arguments.case_count);
   for (const std::uint64_t edits : {tally.mismatches, tally.insertions, tally.deletions}) {
-    EXPECT_GT(edits, case_count / 50);
+    EXPECT_GT(edits, arguments.case_count / 50);
   }
-}
-
-bool read_number(std::string_view argument, std::string_view flag, std::uint64_t& value) {
-  if (!argument.starts_with(flag)) return false;
-  value = std::strtoull(argument.data() + flag.size(), nullptr, 10);
-  return true;
 }
 
 }  // namespace
 }  // namespace quorix::testing
 
 int main(int argc, char** argv) {
-  testing::InitGoogleTest(&argc, argv);
-  for (int i = 1; i < argc; ++i) {
-    if (quorix::testing::read_number(argv[i], "--cases=", quorix::testing::case_count)) continue;
-    if (quorix::testing::read_number(argv[i], "--seed=", quorix::testing::first_seed)) continue;
-    std::fprintf(stderr, "unknown argument %s\n", argv[i]);
-    return 2;
-  }
-  return RUN_ALL_TESTS();
+  return quorix::testing::run_tests_of_cases(argc, argv, quorix::testing::arguments);
 }

@@ -7,10 +7,8 @@
 #include <algorithm>
 #include <cstdint>
 #include <cstdio>
-#include <cstdlib>
 #include <optional>
 #include <string>
-#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -22,6 +20,7 @@
 #include "search/score.h"
 #include "search/search_controller.h"
 #include "search/seed_filter.h"
+#include "support/case_arguments.h"
 #include "support/engine_comparison.h"
 #include "support/random_dna.h"
 #include "support/random_options.h"
@@ -33,8 +32,7 @@ namespace {
 using reference::Repeat;
 using reference::ThresholdSet;
 
-std::uint64_t case_count = 1000;
-std::uint64_t first_seed = 1;
+CaseArguments arguments{1000, 1};
 
 /// Seeds, by what became of them; those of short units are told by runs, of long ones by lags.
 struct Tally {
@@ -240,10 +238,11 @@ void run_case_of_a_long_unit(std::uint64_t seed) {
 }
 
 TEST(SeedFilter, refutes_no_seed_that_the_plain_engine_accepts) {
-  std::printf("%llu cases from seed %llu\n", static_cast<unsigned long long>(case_count),
-              static_cast<unsigned long long>(first_seed));
+  std::printf("%llu cases from seed %llu\n", static_cast<unsigned long long>(arguments.case_count),
+              static_cast<unsigned long long>(arguments.first_seed));
   silence_standard_error();
-  for (std::uint64_t seed = first_seed; seed < first_seed + case_count; ++seed) {
+  for (std::uint64_t seed = arguments.first_seed;
+       seed < arguments.first_seed + arguments.case_count; ++seed) {
     ASSERT_NO_FATAL_FAILURE(run_case(seed)) << "seed " << seed;
   }
   std::printf(
@@ -264,7 +263,8 @@ TEST(SeedFilter, refutes_no_seed_that_the_plain_engine_accepts) {
 
 TEST(SeedFilter, refutes_no_seed_of_long_units_that_the_plain_engine_accepts) {
   const Tally before = tally;
-  for (std::uint64_t seed = first_seed; seed < first_seed + case_count / 200 + 5; ++seed) {
+  for (std::uint64_t seed = arguments.first_seed;
+       seed < arguments.first_seed + arguments.case_count / 200 + 5; ++seed) {
     ASSERT_NO_FATAL_FAILURE(run_case_of_a_long_unit(seed)) << "seed " << seed;
   }
   const std::uint64_t seeds = tally.seeds - before.seeds;
@@ -278,22 +278,9 @@ TEST(SeedFilter, refutes_no_seed_of_long_units_that_the_plain_engine_accepts) {
   EXPECT_GT(tally.refuted_by_score - before.refuted_by_score, 0U);
 }
 
-bool read_number(std::string_view argument, std::string_view flag, std::uint64_t& value) {
-  if (!argument.starts_with(flag)) return false;
-  value = std::strtoull(argument.data() + flag.size(), nullptr, 10);
-  return true;
-}
-
 }  // namespace
 }  // namespace quorix::testing
 
 int main(int argc, char** argv) {
-  testing::InitGoogleTest(&argc, argv);
-  for (int i = 1; i < argc; ++i) {
-    if (quorix::testing::read_number(argv[i], "--cases=", quorix::testing::case_count)) continue;
-    if (quorix::testing::read_number(argv[i], "--seed=", quorix::testing::first_seed)) continue;
-    std::fprintf(stderr, "unknown argument %s\n", argv[i]);
-    return 2;
-  }
-  return RUN_ALL_TESTS();
+  return quorix::testing::run_tests_of_cases(argc, argv, quorix::testing::arguments);
 }

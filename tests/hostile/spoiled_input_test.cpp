@@ -19,6 +19,7 @@
 #include "driver/run.h"
 #include "hostile/spoiled_fasta.h"
 #include "reference/plain_fasta.h"
+#include "support/case_arguments.h"
 #include "unit/driver/run_folder.h"
 
 namespace quorix::testing {
@@ -27,8 +28,7 @@ namespace {
 /// Seconds of the processor that a run may take. Sanitizers make it ten times slower.
 constexpr double kLongest = QUORIX_SLOW_BUILD ? 10 : 1;
 
-std::uint64_t case_count = 1000;
-std::uint64_t first_seed = 1;
+CaseArguments arguments{1000, 1};
 
 struct Tally {
   std::uint64_t good = 0;
@@ -138,10 +138,11 @@ void run_case(std::uint64_t seed, const CRunFolder& folder) {
 }
 
 TEST(SpoiledInput, ends_as_the_plain_reader_says) {
-  std::printf("%llu cases from seed %llu\n", static_cast<unsigned long long>(case_count),
-              static_cast<unsigned long long>(first_seed));
+  std::printf("%llu cases from seed %llu\n", static_cast<unsigned long long>(arguments.case_count),
+              static_cast<unsigned long long>(arguments.first_seed));
   const CRunFolder folder;
-  for (std::uint64_t seed = first_seed; seed < first_seed + case_count; ++seed) {
+  for (std::uint64_t seed = arguments.first_seed;
+       seed < arguments.first_seed + arguments.case_count; ++seed) {
     ASSERT_NO_FATAL_FAILURE(run_case(seed, folder)) << "seed " << seed;
     ASSERT_FALSE(HasFailure()) << "seed " << seed;
   }
@@ -153,28 +154,15 @@ TEST(SpoiledInput, ends_as_the_plain_reader_says) {
   std::printf("longest: %.3f s of the processor (seed %llu), %.3f s of wall time\n",
               tally.longest_processor, static_cast<unsigned long long>(tally.longest_seed),
               tally.longest_wall);
-  EXPECT_GT(tally.good, case_count / 5);
-  EXPECT_GT(tally.refused, case_count / 5);
-  EXPECT_GT(tally.records, case_count / 2);
-  EXPECT_GT(tally.repeats, case_count / 2);
-}
-
-bool read_number(std::string_view argument, std::string_view flag, std::uint64_t& value) {
-  if (!argument.starts_with(flag)) return false;
-  value = std::strtoull(argument.data() + flag.size(), nullptr, 10);
-  return true;
+  EXPECT_GT(tally.good, arguments.case_count / 5);
+  EXPECT_GT(tally.refused, arguments.case_count / 5);
+  EXPECT_GT(tally.records, arguments.case_count / 2);
+  EXPECT_GT(tally.repeats, arguments.case_count / 2);
 }
 
 }  // namespace
 }  // namespace quorix::testing
 
 int main(int argc, char** argv) {
-  testing::InitGoogleTest(&argc, argv);
-  for (int i = 1; i < argc; ++i) {
-    if (quorix::testing::read_number(argv[i], "--cases=", quorix::testing::case_count)) continue;
-    if (quorix::testing::read_number(argv[i], "--seed=", quorix::testing::first_seed)) continue;
-    std::fprintf(stderr, "unknown argument %s\n", argv[i]);
-    return 2;
-  }
-  return RUN_ALL_TESTS();
+  return quorix::testing::run_tests_of_cases(argc, argv, quorix::testing::arguments);
 }

@@ -145,10 +145,11 @@ class CGroupRows {
     const Vector letter_N = hn::Set(d, std::uint16_t{'N'});
     const Vector neutral = hn::Set(d, static_cast<std::uint16_t>(table_.is_N_neutral ? 0xFFFF : 0));
 
-    // Whole vectors are written.
-    const std::ptrdiff_t end = range.low + (range.high - range.low + lanes) / lanes * lanes;
+    // Whole vectors are written, none for an empty range.
+    const std::ptrdiff_t end =
+        range.is_empty() ? range.low : range.low + (range.high - range.low + lanes) / lanes * lanes;
     Range& written = written_[row % 3];
-    clear_beside(here, std::min(range.low, end), end, written);
+    clear_beside(here, range.low, end, written);
     written = {range.low, end - 1};
 
     // Bases and characters up to and with the last one read.

@@ -124,7 +124,7 @@ bool has_chained_run(const CNeighbourLags& lags, const RunRule& rule, std::uint6
     if (lags.longer().ones_from(last + 1) >= at_longer_lag) return true;
     if (lags.shorter().ones_from(last) >= at_lag) return true;
   }
-  if (first < 2) return false;
+  // A unit of one base has got its answer, so there are two bases before the run.
   return lags.at().ones_down_from(first - 2) >= at_lag ||
          lags.longer().ones_down_from(first - 1) >= at_longer_lag ||
          lags.shorter().ones_down_from(first - 2) >= at_lag;

@@ -1,0 +1,39 @@
+#pragma once
+
+/// @file
+/// What programs that test many drawn cases are told: how many, and where to begin.
+
+#include <gtest/gtest.h>
+
+#include <cstdint>
+#include <cstdio>
+#include <cstdlib>
+#include <string_view>
+
+namespace quorix::testing {
+
+struct CaseArguments {
+  std::uint64_t case_count;
+  std::uint64_t first_seed;  ///< of the first case; the others follow
+};
+
+/// Runs all tests of the program, after `--cases=N` and `--seed=N` have changed `arguments` and
+/// GoogleTest has taken what is its own. Gives the exit status: 2 for an argument that nobody
+/// knows.
+inline int run_tests_of_cases(int argc, char** argv, CaseArguments& arguments) {
+  const auto is_read = [](std::string_view argument, std::string_view flag, std::uint64_t& value) {
+    if (!argument.starts_with(flag)) return false;
+    value = std::strtoull(argument.data() + flag.size(), nullptr, 10);
+    return true;
+  };
+  ::testing::InitGoogleTest(&argc, argv);
+  for (int i = 1; i < argc; ++i) {
+    if (is_read(argv[i], "--cases=", arguments.case_count)) continue;
+    if (is_read(argv[i], "--seed=", arguments.first_seed)) continue;
+    std::fprintf(stderr, "unknown argument %s\n", argv[i]);
+    return 2;
+  }
+  return RUN_ALL_TESTS();
+}
+
+}  // namespace quorix::testing

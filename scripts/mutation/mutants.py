@@ -142,16 +142,26 @@ def statement_sites(code):
             yield match.start(1), match.end(1), [";"], "statement"
 
 
+def text_sites(source):
+    """The first letter of each text that is not part of an escape or of a format."""
+    for match in HIDDEN.finditer(source):
+        letter = re.search(r"(?<![\\%])[A-Za-z]", match.group(0))
+        if match.group(0)[0] == '"' and letter:
+            start = match.start() + letter.start()
+            yield start, start + 1, [chr(ord(letter.group(0)) ^ 1)], "text"
+
+
 def make_mutant(site, text):
     file, start, end, kind, line, body = site
     return Mutant(file, start, end, text, kind, line=line, body=body)
 
 
-def all_sites(file, source):
+def all_sites(file, source, has_texts=False):
     """All places of a file, each as a function that makes a mutant of it by a random choice."""
     code = hide(source)
     bodies = function_bodies(code)
-    sites = sorted([*token_sites(code), *condition_sites(source, code), *statement_sites(code)])
+    sites = sorted([*token_sites(code), *condition_sites(source, code), *statement_sites(code),
+                    *(text_sites(source) if has_texts else [])])
     for start, end, choices, kind in sites:
         line_start = source.rfind("\n", 0, start) + 1
         line = source[line_start:source.find("\n", start)]

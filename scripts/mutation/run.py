@@ -2,6 +2,7 @@
 """Runs the tests against mutants of the search, of the reader and of the report.
 
     scripts/mutation/run.py --count=500 --seed=1 [--folder=build-mutation] [--draw-only]
+    scripts/mutation/run.py --each-file --seed=1    one changed constant in each file of src
 
 A mutant is the program with one small change: another operator, comparison or constant, a condition
 turned round, a statement left out. Tests that pass with it have not seen the change. Mutants are
@@ -45,6 +46,29 @@ def draw(count, seed):
     for number, mutant in enumerate(drawn, start=1):
         mutant.number = number
     print(f"{len(drawn)} mutants of {len(sites)} places, seed {seed}", flush=True)
+    return drawn
+
+
+def draw_of_each_file(seed):
+    """A mutant of each file of src: another constant if it has one, another letter of a text if it
+    has one, any other change else. Headers of mere declarations have none."""
+    chance = random.Random(seed)
+    drawn = []
+    for path in sorted((testing.ROOT / "src").rglob("*")):
+        if path.suffix not in (".cpp", ".h"):
+            continue
+        file = str(path.relative_to(testing.ROOT))
+        made = [site(chance) for site in mutants.all_sites(file, path.read_text(), has_texts=True)]
+        for kinds in (["constant"], ["text"], [mutant.kind for mutant in made]):
+            choices = [mutant for mutant in made if mutant.kind in kinds]
+            if choices:
+                drawn.append(chance.choice(choices))
+                break
+        else:
+            print(f"{file}: nothing to change")
+    for number, mutant in enumerate(drawn, start=1):
+        mutant.number = number
+    print(f"{len(drawn)} mutants, one of each file, seed {seed}", flush=True)
     return drawn
 
 
@@ -177,14 +201,19 @@ def main():
     parser = argparse.ArgumentParser(description=__doc__.split("\n", maxsplit=1)[0])
     parser.add_argument("--count", type=int, default=480, help="mutants to draw")
     parser.add_argument("--seed", type=int, default=1)
-    parser.add_argument("--folder", type=pathlib.Path, default=testing.ROOT / "build-mutation")
+    parser.add_argument("--each-file", action="store_true",
+                        help="draw one mutant of each file of src, a constant if there is one")
+    parser.add_argument("--folder", type=pathlib.Path, help="build-mutation or build-each-file")
     parser.add_argument("--only", choices=[".cpp", ".h"], help="run those in such files alone")
     parser.add_argument("--again", action="store_true", help="run the survivors of an earlier run")
     parser.add_argument("--slow", action="store_true", help="show what is left to slow tests, too")
     parser.add_argument("--numbers", help="run these mutants alone, such as 3,17")
     parser.add_argument("--draw-only", action="store_true", help="print what is drawn, and end")
     options = parser.parse_args()
-    drawn = draw(options.count, options.seed)
+    options.folder = options.folder or testing.ROOT / (
+        "build-each-file" if options.each_file else "build-mutation")
+    drawn = draw_of_each_file(options.seed) if options.each_file else draw(
+        options.count, options.seed)
     if options.draw_only:
         for mutant in drawn:
             print(f"{mutant.number} {mutant.file}:{mutant.line} {mutant.kind}",

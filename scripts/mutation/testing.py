@@ -25,6 +25,7 @@ SEARCH = ("unit/search/quorix_search_test", [], {})
 SEQUENCE = ("unit/sequence/quorix_sequence_test", [], {})
 REPORT = ("unit/report/quorix_report_test", [], {})
 DRIVER = ("unit/driver/quorix_driver_test", [], {})
+SETTINGS = ("unit/settings/quorix_settings_test", [], {})
 RANDOM = ("differential/quorix_random_test", ["--cases=6000", "--seed=1"], {})
 FILTER = ("differential/quorix_seed_filter_test", ["--cases=600", "--seed=1"], {})
 READER = ("differential/quorix_reader_test", [], {})
@@ -37,7 +38,11 @@ TESTS = {
     "src/search": [SEARCH, LOOK_AHEAD, RANDOM, FILTER, KERNEL, OLDER],
     "src/sequence": [SEQUENCE, READER, DRIVER, KERNEL, SEARCH],
     "src/report": [REPORT, SEARCH, RANDOM, DRIVER],
+    "src/settings": [SETTINGS, DRIVER],
+    "src/driver": [DRIVER, SETTINGS],
 }
+# What is seen from outside of the program alone: the end-to-end cases are run, too.
+OUTER_ROOMS = ("src/settings", "src/driver")
 # What only those that are left over are shown to.
 SLOW_TESTS = [("differential/quorix_random_test", ["--cases=60000", "--seed=2"], {}), LAWS,
               EXHAUSTIVE]
@@ -170,7 +175,7 @@ class Tree:
                 status = self.run_test(test, number, one)
                 if status != 0:
                     return ("killed" if status is not None else "timeout"), target
-        if is_slow:
+        if is_slow or room_of(file) in OUTER_ROOMS:
             if not is_built and self.make("quorix") is not None:
                 return "not compiling", ""
             case = self.run_cases(number)

@@ -21,7 +21,7 @@ void CSearchController::search_exact_and_extend_to_imperfect_repeats() {
 
   general_PrintMessage(stderr, "  Extend exact to imperfect repeats.\n");
   std::fflush(stderr);
-  edit_memo_.clear();
+  forget_growth();
   std::list<Csat*>& seeds = exact_sat_list.sat_list;
   std::list<Csat*>& accepted = imperfect_sat_list.sat_list;
   CFetchAhead ahead(seeds);

@@ -2,6 +2,8 @@
 // against the thresholds of its unit length.
 
 #include <algorithm>
+#include <cassert>
+#include <cstddef>
 
 #include "search/score.h"
 #include "search/search_controller.h"
@@ -37,10 +39,15 @@ bool CSearchController::grow_exact_and_test(Csat& sat) const {
 
 bool CSearchController::grow_and_test(Csat& sat, const char* left_limit) {
   extend_imperfect_forward(sat, text_end());
+  const auto right_count = static_cast<std::ptrdiff_t>(sat.missense.size());
   extend_imperfect_backward(sat, left_limit);
   sat.remove_Ns_at_ends();
   if (!passes_active_thresholds(sat)) return false;
-  std::sort(sat.missense.begin(), sat.missense.end(), Csat::lessThan_missense());
+  // The edits of each side are in order, those on the left the other way round.
+  Edit* const left_edits = sat.missense.begin() + right_count;
+  std::reverse(left_edits, sat.missense.end());
+  std::rotate(sat.missense.begin(), left_edits, sat.missense.end());
+  assert(std::is_sorted(sat.missense.begin(), sat.missense.end(), Csat::lessThan_missense()));
   return true;
 }
 

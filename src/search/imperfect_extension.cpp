@@ -16,6 +16,8 @@
 
 #include "search/direction.h"
 #include "search/edit_memo.h"
+#include "search/growth_paths.h"
+#include "search/kept_way.h"
 #include "search/look_ahead.h"
 #include "search/score.h"
 #include "search/search_controller.h"
@@ -27,70 +29,12 @@ namespace {
 
 constexpr char kNoKind = '\0';
 
-/// A state of a growing repeat. During one extension the edit list only gets longer, so its length
-/// is all that has to be remembered of it.
-class CSnapshot {
- public:
-  explicit CSnapshot(const Csat& sat)
-      : start_(sat.start),
-        end_(sat.end),
-        unit_pos_right_(sat.unit_pos_right),
-        unit_pos_left_(sat.unit_pos_left),
-        score_(sat.score),
-        mismatches_(sat.mismatches),
-        insertions_(sat.insertions),
-        deletions_(sat.deletions),
-        n_count_(sat.n_count),
-        edit_count_(sat.missense.size()) {}
-
-  [[nodiscard]] std::int32_t score() const { return score_; }
-
-  void restore(Csat& sat) const {
-    sat.start = start_;
-    sat.end = end_;
-    sat.unit_pos_right = unit_pos_right_;
-    sat.unit_pos_left = unit_pos_left_;
-    sat.score = score_;
-    sat.mismatches = mismatches_;
-    sat.insertions = insertions_;
-    sat.deletions = deletions_;
-    sat.n_count = n_count_;
-    sat.missense.truncate(edit_count_);
-  }
-
- private:
-  const char* start_;
-  const char* end_;
-  const char* unit_pos_right_;
-  const char* unit_pos_left_;
-  std::int32_t score_;
-  std::int64_t mismatches_;
-  std::int64_t insertions_;
-  std::int64_t deletions_;
-  std::int64_t n_count_;
-  std::size_t edit_count_;
-};
-
 /// What growth asks for an edit.
 struct EditAdvisers {
   CLookAhead& look_ahead;
-  CEditMemo* memo;  ///< null if the text is not the one that it is for
+  CEditMemo* memo;      ///< null if the text is not the one that it is for
+  CGrowthPaths* paths;  ///< null if the text or the limit is not the one that they are for
 };
-
-/// True if only the floor bounds what edits may cost from here on.
-bool is_reduction_unlimited(const Csat& sat, std::int64_t best_score, std::int64_t bases_beyond) {
-  const std::int64_t highest_score = std::max<std::int64_t>(sat.score, best_score) + bases_beyond;
-  return edit_threshold(highest_score, sat.unit_length()) == -sat.unit_length();
-}
-
-/// The score, or one value for all scores from which no path of the look-ahead can fall to the
-/// floor, however many of its edits it makes.
-std::int64_t score_that_matters(const Csat& sat) {
-  const std::int64_t most_lost =
-      std::int64_t{global_maximum_recursion_depth} *
-      std::max(-std::int64_t{global_mismatch_score}, -std::int64_t{global_indel_score});
-  return std::min<std::int64_t>(sat.score, most_lost - sat.unit_length() + 1);
-}
 
 /// The edit that the look-ahead finds most promising, or NUL if none may be made.
 template <class Direction>
@@ -107,18 +51,12 @@ char choose_edit(Csat& sat, const char* limit, std::int64_t best_score,
                  const EditAdvisers& advisers) {
   const char* const edge = Direction::edge(sat);
   const char* const character = Direction::unit_cursor(sat);
-  const bool is_memorable =
-      advisers.memo != nullptr && sat.unit_length() <= CEditMemo::kLongestUnit &&
-      sat.recursion_depth == 0 &&
-      is_reduction_unlimited(sat, best_score, Direction::bases_beyond(edge, limit));
-  if (!is_memorable) {
+  if (advisers.memo == nullptr || !is_memorable<Direction>(sat, limit, best_score)) {
     return look_ahead_for_edit<Direction>(sat, edge, character, limit, best_score,
                                           advisers.look_ahead);
   }
-  const EditSite site{edge, limit,
-                      CEditMemo::code_of(character, sat.unit_begin, sat.unit_end,
-                                         Direction::kIndex == Rightward::kIndex),
-                      score_that_matters(sat)};
+  const EditSite site{edge, limit, unit_code<Direction>(sat),
+                      std::min<std::int64_t>(sat.score, least_free_score(sat.unit_length()))};
   char choice = advisers.memo->find(site);
   if (choice == kNoKind) {
     choice = look_ahead_for_edit<Direction>(sat, edge, character, limit, best_score,
@@ -154,35 +92,55 @@ bool extend_exact(Leftward /*direction*/, Csat& sat, const char* limit) {
   return CSearchController::extend_exact_backward(sat, limit);
 }
 
+/// Grows to one side, up to where growth ends. Gives false if it ended at the limit, or at N's.
+template <class Direction>
+bool walk_to_end(Csat& sat, const char* limit, const EditAdvisers& advisers,
+                 CKeptWay<Direction>& way, CSnapshot& best) {
+  while (extend_exact(Direction(), sat, limit)) {
+    if (sat.score > best.score()) best = CSnapshot(sat, way.part_count());
+    way.follow(sat, limit, best);
+    const char kind = choose_edit<Direction>(sat, limit, best.score(), advisers);
+    if (kind == kNoKind) return true;
+    way.note(sat, kind);
+    apply_edit<Direction>(sat, kind);
+  }
+  return false;
+}
+
 template <class Direction>
 void extend_imperfect(Csat& sat, const char* limit, const EditAdvisers& advisers) {
   CSnapshot best(sat);
-  while (extend_exact(Direction(), sat, limit)) {
-    if (sat.score > best.score()) best = CSnapshot(sat);
-    const char kind = choose_edit<Direction>(sat, limit, best.score(), advisers);
-    if (kind == kNoKind) {
-      if (sat.score < best.score()) best.restore(sat);
-      return;
-    }
-    apply_edit<Direction>(sat, kind);
-  }
-  if (sat.score <= best.score()) best.restore(sat);
+  CKeptWay<Direction> way(advisers.paths);
+  const bool is_at_stop = walk_to_end(sat, limit, advisers, way, best);
+  const bool is_best_behind = is_at_stop ? sat.score < best.score() : sat.score <= best.score();
+  if (is_best_behind) best.restore(sat);
+  way.end(sat, is_best_behind ? best.part_count() : way.part_count());
 }
 
 }  // namespace
 
-CEditMemo* CSearchController::memo_for(const Csat& sat) {
+bool CSearchController::is_of_own_text(const Csat& sat) const {
   const std::less<> is_before;
-  const bool is_own = !is_before(sat.start, text_begin()) && !is_before(text_end(), sat.end);
-  return is_own ? &edit_memo_ : nullptr;
+  return !is_before(sat.start, text_begin()) && !is_before(text_end(), sat.end);
+}
+
+void CSearchController::forget_growth() {
+  edit_memo_.clear();
+  growth_paths_.clear();
 }
 
 void CSearchController::extend_imperfect_forward(Csat& sat, const char* limit) {
-  extend_imperfect<Rightward>(sat, limit, {look_ahead_, memo_for(sat)});
+  const bool is_own = is_of_own_text(sat);
+  extend_imperfect<Rightward>(sat, limit,
+                              {look_ahead_, is_own ? &edit_memo_ : nullptr,
+                               is_own && limit == text_end() ? &growth_paths_ : nullptr});
 }
 
 void CSearchController::extend_imperfect_backward(Csat& sat, const char* limit) {
-  extend_imperfect<Leftward>(sat, limit, {look_ahead_, memo_for(sat)});
+  const bool is_own = is_of_own_text(sat);
+  extend_imperfect<Leftward>(sat, limit,
+                             {look_ahead_, is_own ? &edit_memo_ : nullptr,
+                              is_own && limit == before_text() ? &growth_paths_ : nullptr});
 }
 
 int CSearchController::extend_imperfect_forward_leap_ahead(

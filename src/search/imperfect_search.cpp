@@ -15,7 +15,7 @@ namespace quorix {
 
 void CSearchController::complete_imperfect_search(std::FILE* /*stream*/) {
   if (last_unit_length() == 0) return;
-  edit_memo_.clear();
+  forget_growth();
   CAnchorSeq anchors(text_begin(), text_length());
   std::list<Csat*>& accepted = imperfect_sat_list.sat_list;
   std::uint64_t unit_length = first_unit_length();

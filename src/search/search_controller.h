@@ -9,7 +9,8 @@
 /// the searches stand one a file beside this one:
 ///
 /// - exact_extension.cpp, exact_search.cpp: runs of perfect copies
-/// - look_ahead.cpp, edit_memo.cpp, imperfect_extension.cpp: growing a repeat over edits
+/// - look_ahead.cpp, edit_memo.cpp, growth_paths.cpp, imperfect_extension.cpp: growing a repeat
+/// over edits
 /// - growth.cpp: what is accepted
 /// - seed_filter.h and kernel/: which seeds are worth growing
 /// - extend_exact_search.cpp, imperfect_search.cpp, simple_search.cpp: what is grown, and from
@@ -28,6 +29,7 @@
 
 #include "report/csat.h"
 #include "search/edit_memo.h"
+#include "search/growth_paths.h"
 #include "search/kernel/score_bound.h"
 #include "search/look_ahead.h"
 #include "search/sat_container.h"
@@ -200,12 +202,15 @@ class CSearchController {
 
   void report_head(std::FILE* stream) const;
 
-  CScoreBound score_bound_;
-  /// The memo for growing `sat`, null if that is not a repeat of this text.
-  CEditMemo* memo_for(const Csat& sat);
+  /// True if `sat` is a repeat of this text.
+  [[nodiscard]] bool is_of_own_text(const Csat& sat) const;
+  /// Forgets the edits and ways of growth under other settings.
+  void forget_growth();
 
+  CScoreBound score_bound_;
   CLookAhead look_ahead_;
   CEditMemo edit_memo_;
+  CGrowthPaths growth_paths_;
   std::unique_ptr<CSeedFilter> seed_filter_;  ///< null until the first scan
 };
 

@@ -19,7 +19,7 @@ bool CSearchController::find_first_hit(const char* position, const char* left_li
 
 void CSearchController::simple_imperfect_search(std::FILE* stream) {
   report_head(stream);
-  edit_memo_.clear();
+  forget_growth();
   CSpareRecord spare(sat_alloc);
   const char* left_limit = before_text();
   const char* position = text_begin();

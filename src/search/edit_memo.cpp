@@ -1,12 +1,15 @@
 #include "search/edit_memo.h"
 
+#include <algorithm>
 #include <cstddef>
 
 namespace quorix {
 
 namespace {
 
-constexpr std::size_t kEntries = std::size_t{1} << 14U;
+// Few at first: many records are short.
+constexpr std::size_t kFewestEntries = std::size_t{1} << 6U;
+constexpr std::size_t kMostEntries = std::size_t{1} << 14U;
 
 }  // namespace
 
@@ -30,11 +33,12 @@ std::uint64_t CEditMemo::code_of(const char* character, const char* unit_begin,
                     << kLengthShift;
 }
 
-std::size_t CEditMemo::place_of(const EditSite& site) {
+std::size_t CEditMemo::place_of(const EditSite& site) const {
   constexpr std::uint64_t kMixer = 0x9E3779B97F4A7C15U;
   const auto position = static_cast<std::uint64_t>(site.limit - site.edge);
   const auto score = static_cast<std::uint64_t>(site.score);
-  return ((position ^ (site.unit_code + score) * kMixer) * kMixer) >> 50U;
+  const std::uint64_t mixed = (position ^ (site.unit_code + score) * kMixer) * kMixer;
+  return (mixed >> 50U) & (entries_.size() - 1);
 }
 
 char CEditMemo::find(const EditSite& site) const {
@@ -44,8 +48,20 @@ char CEditMemo::find(const EditSite& site) const {
 }
 
 void CEditMemo::keep(const EditSite& site, char kind) {
-  if (entries_.empty()) entries_.resize(kEntries, {{nullptr, nullptr, 0, 0}, '\0'});
+  make_room();
   entries_[place_of(site)] = {site, kind};
+  ++kept_count_;
+}
+
+/// At least half of the places are free, as long as there may be more of them.
+void CEditMemo::make_room() {
+  if (2 * kept_count_ < entries_.size() || entries_.size() == kMostEntries) return;
+  std::vector<Entry> former(std::max(kFewestEntries, 4 * entries_.size()),
+                            {{nullptr, nullptr, 0, 0}, '\0'});
+  former.swap(entries_);
+  for (const Entry& entry : former) {
+    if (entry.kind != '\0') entries_[place_of(entry.site)] = entry;
+  }
 }
 
 }  // namespace quorix

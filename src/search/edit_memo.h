@@ -8,6 +8,7 @@
 /// stops, and there, as long as the score is high enough for every path of the look-ahead to make
 /// all its edits, the choice depends on the bases and the characters alone. It is looked up.
 
+#include <cstddef>
 #include <cstdint>
 #include <vector>
 
@@ -41,7 +42,10 @@ class CEditMemo {
   void keep(const EditSite& site, char kind);
 
   /// Forgets everything: the text or the settings are others.
-  void clear() { entries_.clear(); }
+  void clear() {
+    entries_.clear();
+    kept_count_ = 0;
+  }
 
  private:
   struct Entry {
@@ -49,9 +53,11 @@ class CEditMemo {
     char kind;
   };
 
-  [[nodiscard]] static std::size_t place_of(const EditSite& site);
+  [[nodiscard]] std::size_t place_of(const EditSite& site) const;
+  void make_room();
 
-  std::vector<Entry> entries_;  ///< none until the first is kept
+  std::vector<Entry> entries_;  ///< a power of two of them; none until the first is kept
+  std::size_t kept_count_ = 0;  ///< since the last clearing, the forgotten ones included
 };
 
 }  // namespace quorix

@@ -28,6 +28,8 @@ using testing::BatchReach;
 using testing::Growth;
 
 constexpr std::size_t kMostBases = 120;
+// The twin follows all paths of 32 seeds.
+constexpr std::size_t kMostBatchTextBases = 70;
 
 struct GrowthPenalties {
   std::int64_t mismatch;
@@ -52,9 +54,10 @@ std::string noise(std::size_t length) {
 }
 
 /// The bases of the input, with noise around them at times. Gives where they begin.
-std::size_t take_surrounded_bases(CFuzzInput& input, std::size_t margin, std::string& text) {
+std::size_t take_surrounded_bases(CFuzzInput& input, std::size_t most, std::size_t margin,
+                                  std::string& text) {
   const bool is_surrounded = input.take_flag();
-  const std::string bases = input.take_bases(kMostBases);
+  const std::string bases = input.take_bases(most);
   if (!is_surrounded) {
     text = bases;
     return 0;
@@ -195,7 +198,8 @@ void check_score_bound(CFuzzInput& input) {
   const std::int64_t right_phase = input.take_byte();
   const std::int64_t left_phase = input.take_byte();
   const std::int64_t min_score = input.take_byte() == 255 ? 100'000 : input.take_byte();
-  const auto margin = static_cast<std::int64_t>(take_surrounded_bases(input, 500, growth.text));
+  const auto margin =
+      static_cast<std::int64_t>(take_surrounded_bases(input, kMostBases, 500, growth.text));
 
   const auto room = static_cast<std::int64_t>(growth.text.size()) - 2 * margin - unit_length;
   if (room < 0) return;
@@ -223,7 +227,8 @@ void check_batch_bound(CFuzzInput& input) {
   const std::int64_t place = input.take_byte();
   const std::uint32_t mask = input.take_word();
   const std::int64_t min_score = input.take_byte() == 255 ? 300 : input.take_byte();
-  const auto margin = static_cast<std::int64_t>(take_surrounded_bases(input, 300, batch.text));
+  const auto margin =
+      static_cast<std::int64_t>(take_surrounded_bases(input, kMostBatchTextBases, 300, batch.text));
 
   const std::int64_t room = batch.text_length() - 2 * margin - batch.unit_length;
   if (room < 0) return;

@@ -51,7 +51,9 @@ inline Outcome follow_all_paths(const Growth& growth, bool is_rightward, std::in
   Outcome outcome{score, 0, 0, true};
   std::vector<std::int64_t> last(kMostReach + 2, kDead);  // by characters, of one base less
   std::vector<std::int64_t> current(kMostReach + 2, kDead);
-  std::int64_t farthest_last = 0;  // characters used by a living state of `last`, at the most
+  // Characters used by a living state of each, at the most.
+  std::int64_t farthest_last = 0;
+  std::int64_t farthest_former = 0;  // of what `current` held before
   const auto edited = [&](std::int64_t from, std::int64_t penalty) {
     return from != kDead && from - penalty > -length ? from - penalty : kDead;
   };
@@ -63,7 +65,8 @@ inline Outcome follow_all_paths(const Growth& growth, bool is_rightward, std::in
       std::int64_t value = bases == 0 && used == 0 ? score : kDead;
       const auto at = static_cast<std::size_t>(used);
       if (used > farthest_last + 1 && current[at - 1] == kDead) {  // so are all that follow
-        std::fill(current.begin() + used, current.end(), kDead);
+        std::fill(current.begin() + used, current.begin() + std::max(used, farthest_former + 1),
+                  kDead);
         break;
       }
       if (used > 0) value = std::max(value, edited(current[at - 1], growth.indel_penalty));
@@ -90,6 +93,7 @@ inline Outcome follow_all_paths(const Growth& growth, bool is_rightward, std::in
     }
     if (!is_alive) return outcome;
     std::swap(last, current);
+    farthest_former = farthest_last;
     farthest_last = farthest_here;
   }
   return outcome;

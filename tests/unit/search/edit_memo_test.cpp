@@ -61,6 +61,16 @@ TEST(EditMemo, keeps_the_last_choice_of_a_stop) {
   EXPECT_EQ(memo.find(site(3, 7, 1)), 'D');
 }
 
+TEST(EditMemo, forgets_few_of_as_many_stops_as_it_has_room_for) {
+  for (const std::uint64_t count : {30U, 100U, 500U, 2000U, 8000U}) {
+    CEditMemo memo;
+    for (std::uint64_t i = 0; i < count; ++i) memo.keep(site(i % 16, i, 0), 'I');
+    std::uint64_t known = 0;
+    for (std::uint64_t i = 0; i < count; ++i) known += memo.find(site(i % 16, i, 0)) == 'I' ? 1 : 0;
+    EXPECT_GT(known, count / 2) << count;
+  }
+}
+
 TEST(EditMemo, never_gives_the_choice_of_another_stop_when_it_is_full) {
   CEditMemo memo;
   constexpr std::uint64_t kMany = 100'000;

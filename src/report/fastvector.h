@@ -29,14 +29,11 @@ class fastvector {
   ~fastvector() { std::free(data_); }
 
   /// A copy's block has exactly the source's size.
-  fastvector(const fastvector& other) { append(other); }
+  fastvector(const fastvector& other) { copy_from(other); }
 
   /// The block grows only if the source does not fit in it.
   fastvector& operator=(const fastvector& other) {
-    if (this != &other) {
-      size_ = 0;
-      append(other);
-    }
+    if (this != &other) copy_from(other);
     return *this;
   }
 
@@ -79,7 +76,7 @@ class fastvector {
  private:
   static constexpr std::size_t kFirstCapacity = 4;
 
-  void append(const fastvector& other) {
+  void copy_from(const fastvector& other) {
     reserve(other.size_);
     std::copy(other.begin(), other.end(), data_);
     size_ = other.size_;

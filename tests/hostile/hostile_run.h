@@ -11,7 +11,7 @@
 namespace quorix::testing {
 
 /// Seconds that a run of these tests may take, sanitizers and a busy machine included.
-inline constexpr unsigned kLongestRun = 60;
+inline constexpr unsigned kLongestRun = 300;
 
 /// Runs the program, called "quorix", in the folder, with standard input from /dev/null, and checks
 /// that the banner comes first, and the mark of success if and only if the status is 0 and the

@@ -10,6 +10,7 @@
 #include <string>
 #include <vector>
 
+#include "search/kernel/lag_grid.h"
 #include "support/kernel/plain_lag_bound.h"
 #include "support/kernel/vector_targets.h"
 #include "support/random_dna.h"
@@ -121,6 +122,32 @@ TEST(LagBound, joins_the_segments_of_long_texts) {
   EXPECT_GT(tally.most_segments, 2);
   EXPECT_GT(tally.let_through, 10'000);
   EXPECT_GT(tally.refuted, 100'000);
+}
+
+TEST(LagBound, looks_beyond_a_segment_as_far_as_a_copy_goes) {
+  constexpr std::size_t kUnit = 130;
+  constexpr std::size_t kMismatches = 12;
+  constexpr std::int64_t kScore = kUnit - kMismatches - 6 * kMismatches;
+  const LagBoundRules rules{kUnit, {kScore}, 6, 6, false};
+  RandomEngine engine(10);
+  // A unit and a copy that pays for its mismatches in its last third alone.
+  const std::string unit = draw_letters(engine, kUnit, "CGT");
+  std::string copy = unit;
+  for (std::size_t i = 0; i < kMismatches; ++i) copy[1 + 7 * i] = 'A';
+  const std::string noise = draw_letters(engine, 9000, "ACGT");
+  const std::int64_t rows = CLagGrid(noise.data(), noise.size(), rules).rows_per_segment();
+  const auto last_place = static_cast<std::size_t>(rows) / 2;  // of a seed of the first segment
+  ASSERT_GT(noise.size(), last_place + 2 * kUnit);
+  for (std::size_t place = last_place - 2 * kUnit; place <= last_place; ++place) {
+    std::string text = noise;
+    text.replace(place, 2 * kUnit, unit + copy);
+    const CBases bases(text);
+    for_each_vector_target([&](const char* target) {
+      std::vector<CBitSet> seeds(1, CBitSet(text.size() - kUnit));
+      find_lag_seeds(bases.begin(), text.size(), rules, seeds);
+      EXPECT_TRUE(seeds[0].test(place)) << target << " base " << place;
+    });
+  }
 }
 
 /// Three copies of a unit, of which the second one begins with so many mismatches that its own

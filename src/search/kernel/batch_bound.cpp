@@ -31,6 +31,9 @@ struct SeedBatch {
 
 /// Rows after which a batch is given up: what lives that long is to be grown.
 inline constexpr std::ptrdiff_t kMostBatchRows = 8192;
+/// The same for short units, which grow along an array faster than it can be told where they end.
+inline constexpr std::ptrdiff_t kMostShortUnitRows = 1024;
+inline constexpr std::ptrdiff_t kLongestShortUnit = 28;
 /// Bases less characters, or the other way round, of the states that are followed.
 inline constexpr std::ptrdiff_t kMostDifference = 400;
 
@@ -95,13 +98,15 @@ class CBatchTables {
     store(0, 0, values);
     clear_around(0, 0, 0);
     clear_around(-1, 1, -1);  // the row before the first has no living state
+    const std::ptrdiff_t most_rows =
+        batch_.unit_length <= kLongestShortUnit ? kMostShortUnitRows : kMostBatchRows;
     Range last{0, 0};
     Range before{1, -1};
     for (std::ptrdiff_t row = 1;; ++row) {
       const Range computed{std::min(last.low - 1, before.low),
                            std::max(last.high + 1, before.high)};
       const std::ptrdiff_t most_bases = (row + computed.high + 1) / 2;
-      if (row == kMostBatchRows || most_bases > bases_ahead || computed.high > kMostDifference ||
+      if (row == most_rows || most_bases > bases_ahead || computed.high > kMostDifference ||
           computed.low < -kMostDifference) {
         return give_up(best, row, last, before);
       }

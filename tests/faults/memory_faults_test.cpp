@@ -24,7 +24,12 @@ constexpr const char* kSearchHead = "Search progress:";
 class CMemoryFaultPage {
  public:
   explicit CMemoryFaultPage(const CTemporaryFolder& folder)
-      : path_(folder.file_of(kFaultsName, std::string(sizeof(MemoryFaults), '\0'))) {
+      : path_(folder.file_of(kFaultsName, std::string(sizeof(MemoryFaults), '\0'))),
+        library_(folder.path_of("failing_memory.so")) {
+    // The loader takes a list of names between blanks, and the true name may have some.
+    if (::symlink(fault_settings.failing_memory.c_str(), library_.c_str()) != 0) {
+      throw std::runtime_error("no link to the failing memory");
+    }
     const int descriptor = ::open(path_.c_str(), O_RDWR | O_CLOEXEC);
     void* const page =
         ::mmap(nullptr, sizeof(MemoryFaults), PROT_READ | PROT_WRITE, MAP_SHARED, descriptor, 0);
@@ -39,8 +44,7 @@ class CMemoryFaultPage {
   /// Sets up the next run of `plan`.
   RunPlan prepare(RunPlan plan, std::uint64_t first_failing, bool is_lasting) {
     *faults_ = {first_failing, is_lasting ? 1U : 0U, 0, 0};
-    plan.environment = {"LD_PRELOAD=" + fault_settings.failing_memory,
-                        std::string(kMemoryFaultsVariable) + "=" + path_};
+    plan.environment = {"LD_PRELOAD=" + library_, std::string(kMemoryFaultsVariable) + "=" + path_};
     return plan;
   }
 
@@ -48,6 +52,7 @@ class CMemoryFaultPage {
 
  private:
   std::string path_;
+  std::string library_;
   MemoryFaults* faults_ = nullptr;
 };
 

@@ -49,14 +49,16 @@ std::string draw_word(RandomEngine& engine, std::size_t length) {
 
 /// One array, or a word that is nearly one, at times between some other bases.
 std::string draw_long_array(RandomEngine& engine) {
+  // One by one, so that the order of the draws does not depend on the compiler.
   const std::size_t length = draw_between(engine, 300, 1100);
-  std::string bases =
-      draw_chance(engine, 25)
-          ? draw_word(engine, length)
-          : draw_array(engine, length, draw_between(engine, 1, 9), draw_between(engine, 4, 25));
+  const std::size_t longest_unit = draw_between(engine, 1, 9);
+  const std::size_t divergence_percent = draw_between(engine, 4, 25);
+  std::string bases = draw_chance(engine, 25)
+                          ? draw_word(engine, length)
+                          : draw_array(engine, length, longest_unit, divergence_percent);
   if (draw_chance(engine, 30)) {
-    bases = draw_letters(engine, draw_between(engine, 1, 40), "ACGT") + bases +
-            draw_letters(engine, draw_between(engine, 1, 40), "ACGT");
+    bases.insert(0, draw_letters(engine, draw_between(engine, 1, 40), "ACGT"));
+    bases += draw_letters(engine, draw_between(engine, 1, 40), "ACGT");
   }
   return bases;
 }

@@ -159,8 +159,9 @@ TEST_P(CWaysOfAMeanGain, are_those_walked_on_foot) {
     RandomEngine engine(seed);
     CGrowthPaths paths;
     for (int way = 0; way < 60; ++way) {
-      const GrowthStop first = stop_at(land.at(draw_between(engine, 0, 1500)),
-                                       static_cast<std::int32_t>(draw_between(engine, 0, 90)));
+      const std::size_t place = draw_between(engine, 0, 1500);
+      const auto score = static_cast<std::int32_t>(draw_between(engine, 0, 90));
+      const GrowthStop first = stop_at(land.at(place), score);
       ASSERT_NO_FATAL_FAILURE(
           expect_same_walk(walk_with_paths(land, paths, first), walk_on_foot(land, first)));
       ASSERT_FALSE(HasFailure());

@@ -26,7 +26,8 @@ struct EditSite {
 
 class CEditMemo {
  public:
-  /// The longest unit that a code has room for.
+  /// The longest unit that a code has room for. The batch bound has the same limit for units that
+  /// it gives up early.
   static constexpr std::int64_t kLongestUnit = 28;
 
   /// The code of the unit [unit_begin, unit_end) as it is read from `character` on: the same for

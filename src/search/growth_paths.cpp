@@ -4,8 +4,6 @@
 #include <cstddef>
 #include <functional>
 
-#include "search/edit_memo.h"
-
 namespace quorix {
 
 namespace {

@@ -75,6 +75,7 @@ class CGrowthPaths {
   [[nodiscard]] Way follow(const GrowthStop& stop, std::int64_t free_score,
                            std::int64_t best_score);
 
+  /// What lies between two stops of a way, of which `from` comes first.
   [[nodiscard]] Stretch between(StopId from, StopId to) const;
 
   /// Appends the edits from `from` up to, but not at, `to`. The base beyond an edge is

@@ -31,7 +31,8 @@ struct SeedBatch {
 
 /// Rows after which a batch is given up: what lives that long is to be grown.
 inline constexpr std::ptrdiff_t kMostBatchRows = 8192;
-/// The same for short units, which grow along an array faster than it can be told where they end.
+/// The same for short units, which grow along an array faster than it can be told where they end:
+/// those whose ways of growth are kept, see `CEditMemo::kLongestUnit`.
 inline constexpr std::ptrdiff_t kMostShortUnitRows = 1024;
 inline constexpr std::ptrdiff_t kLongestShortUnit = 28;
 /// Bases less characters, or the other way round, of the states that are followed.

@@ -2,12 +2,13 @@
 """Runs the tests against mutants of the search, of the reader and of the report.
 
     scripts/mutation/run.py --count=500 --seed=1 [--folder=build-mutation] [--draw-only]
-    scripts/mutation/run.py --each-file --seed=1    one changed constant in each file of src
+    scripts/mutation/run.py --each-file --seed=1    changed constants in each file of src
 
 A mutant is the program with one small change: another operator, comparison or constant, a condition
 turned round, a statement left out. Tests that pass with it have not seen the change. Mutants are
 drawn at random from all places of the sources; the same seed draws the same ones. The tests of the
-room run first, and a mutant counts as killed at the first one that fails, or does not end.
+room run first, and a mutant counts as killed at the first one that fails, or does not end. With
+--each-file a file whose mutant survives gets another one, up to --tries of them.
 
 Most mutants are built all at once: each function has a body for each of its mutants, and
 QUORIX_MUTANT in the environment tells which one it is to take. What stands outside of functions is
@@ -28,18 +29,20 @@ import mutants
 import testing
 
 FOLDERS = ["src/search", "src/sequence", "src/report"]
+ROUND_STEP = 1000  # more than there are files
 
 
 def read(file):
     return (testing.ROOT / file).read_text()
 
 
-def draw(count, seed):
+def draw(count, seed, stems):
+    """Mutants of all files of FOLDERS, or of those whose names without suffix are among `stems`."""
     chance = random.Random(seed)
     sites = []
     for folder in FOLDERS:
         for path in sorted((testing.ROOT / folder).rglob("*")):
-            if path.suffix in (".cpp", ".h"):
+            if path.suffix in (".cpp", ".h") and (not stems or path.stem in stems):
                 file = str(path.relative_to(testing.ROOT))
                 sites += mutants.all_sites(file, path.read_text())
     drawn = [site(chance) for site in chance.sample(sites, min(count, len(sites)))]
@@ -49,26 +52,25 @@ def draw(count, seed):
     return drawn
 
 
-def draw_of_each_file(seed):
-    """A mutant of each file of src: another constant if it has one, another letter of a text if it
-    has one, any other change else. Headers of mere declarations have none."""
+def draw_of_each_file(seed, tries):
+    """Mutants of each file of src, at most `tries`, in the order in which they are to be tried:
+    other constants first, then other letters of texts, then any other changes. Headers of mere
+    declarations have none. The number of a mutant is ROUND_STEP * its try + that of its file."""
     chance = random.Random(seed)
     drawn = []
-    for path in sorted((testing.ROOT / "src").rglob("*")):
-        if path.suffix not in (".cpp", ".h"):
-            continue
+    files = [path for path in sorted((testing.ROOT / "src").rglob("*"))
+             if path.suffix in (".cpp", ".h")]
+    for number, path in enumerate(files, start=1):
         file = str(path.relative_to(testing.ROOT))
         made = [site(chance) for site in mutants.all_sites(file, path.read_text(), has_texts=True)]
-        for kinds in (["constant"], ["text"], [mutant.kind for mutant in made]):
-            choices = [mutant for mutant in made if mutant.kind in kinds]
-            if choices:
-                drawn.append(chance.choice(choices))
-                break
-        else:
+        chance.shuffle(made)
+        made.sort(key=lambda mutant: {"constant": 0, "text": 1}.get(mutant.kind, 2))
+        if not made:
             print(f"{file}: nothing to change")
-    for number, mutant in enumerate(drawn, start=1):
-        mutant.number = number
-    print(f"{len(drawn)} mutants, one of each file, seed {seed}", flush=True)
+        for round_number, mutant in enumerate(made[:tries]):
+            mutant.number = ROUND_STEP * round_number + number
+            drawn.append(mutant)
+    print(f"{len({mutant.file for mutant in drawn})} files, seed {seed}", flush=True)
     return drawn
 
 
@@ -171,6 +173,16 @@ class Run:
             self.tree.write(mutant.file,
                             mutants.with_switches(read(mutant.file), switched)[0])
 
+    def red_files(self):
+        """The files of which a change turned a test red."""
+        return {entry["file"] for entry in self.done.values()
+                if entry["status"] in ("killed", "timeout")}
+
+    def tell_files(self, drawn):
+        files, red = {mutant.file for mutant in drawn}, self.red_files()
+        print(f"{len(files & red)} of {len(files)} files have a change that turned a test red; "
+              "none of these has:", *sorted(files - red), sep="\n    ")
+
     def table(self, seed):
         """The results in Markdown."""
         counts = collections.defaultdict(collections.Counter)
@@ -201,8 +213,11 @@ def main():
     parser = argparse.ArgumentParser(description=__doc__.split("\n", maxsplit=1)[0])
     parser.add_argument("--count", type=int, default=480, help="mutants to draw")
     parser.add_argument("--seed", type=int, default=1)
+    parser.add_argument("--files", type=lambda names: names.split(","), default=[],
+                        help="draw of these alone, such as edit_memo,kept_way")
     parser.add_argument("--each-file", action="store_true",
-                        help="draw one mutant of each file of src, a constant if there is one")
+                        help="change each file of src until a test fails, constants first")
+    parser.add_argument("--tries", type=int, default=6, help="changes of each file at most")
     parser.add_argument("--folder", type=pathlib.Path, help="build-mutation or build-each-file")
     parser.add_argument("--only", choices=[".cpp", ".h"], help="run those in such files alone")
     parser.add_argument("--again", action="store_true", help="run the survivors of an earlier run")
@@ -212,8 +227,8 @@ def main():
     options = parser.parse_args()
     options.folder = options.folder or testing.ROOT / (
         "build-each-file" if options.each_file else "build-mutation")
-    drawn = draw_of_each_file(options.seed) if options.each_file else draw(
-        options.count, options.seed)
+    drawn = (draw_of_each_file(options.seed, options.tries) if options.each_file
+             else draw(options.count, options.seed, options.files))
     if options.draw_only:
         for mutant in drawn:
             print(f"{mutant.number} {mutant.file}:{mutant.line} {mutant.kind}",
@@ -224,10 +239,18 @@ def main():
         drawn = [mutant for mutant in drawn if mutant.number in chosen]
     os.nice(10)
     run = Run(options)
-    for suffix in [options.only] if options.only else [".cpp", ".h"]:
-        run.run_group([mutant for mutant in drawn if mutant.file.endswith(suffix)])
-        (run.tree.folder / "table.md").write_text(run.table(options.seed))
+    rounds = sorted({mutant.number // ROUND_STEP for mutant in drawn}) if options.each_file else [0]
+    for round_number in rounds:
+        red = run.red_files() if options.each_file else set()
+        due = [mutant for mutant in drawn if not options.each_file or (
+            mutant.number // ROUND_STEP == round_number
+            and (mutant.file not in red or mutant.number in run.done))]
+        for suffix in [options.only] if options.only else [".cpp", ".h"]:
+            run.run_group([mutant for mutant in due if mutant.file.endswith(suffix)])
+            (run.tree.folder / "table.md").write_text(run.table(options.seed))
     print(run.table(options.seed))
+    if options.each_file:
+        run.tell_files(drawn)
 
 
 if __name__ == "__main__":

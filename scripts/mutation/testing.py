@@ -30,12 +30,13 @@ RANDOM = ("differential/quorix_random_test", ["--cases=6000", "--seed=1"], {})
 FILTER = ("differential/quorix_seed_filter_test", ["--cases=600", "--seed=1"], {})
 READER = ("differential/quorix_reader_test", [], {})
 LOOK_AHEAD = ("differential/quorix_look_ahead_test", [], {})
+GROWTH = ("differential/quorix_long_growth_test", ["--cases=250", "--seed=1"], {})
 OLDER = ("differential/quorix_older_searches_test", [], {})
 EXHAUSTIVE = ("differential/quorix_exhaustive_test", [], {})
 LAWS = ("property/quorix_property_test", [], PROPERTY)
 TESTS = {
     "src/search/kernel": [KERNEL, SEARCH, FILTER, RANDOM],
-    "src/search": [SEARCH, LOOK_AHEAD, RANDOM, FILTER, KERNEL, OLDER],
+    "src/search": [SEARCH, LOOK_AHEAD, RANDOM, FILTER, KERNEL, GROWTH, OLDER],
     "src/sequence": [SEQUENCE, READER, DRIVER, KERNEL, SEARCH],
     "src/report": [REPORT, SEARCH, RANDOM, DRIVER],
     "src/settings": [SETTINGS, DRIVER],

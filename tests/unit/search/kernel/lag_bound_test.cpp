@@ -124,30 +124,43 @@ TEST(LagBound, joins_the_segments_of_long_texts) {
   EXPECT_GT(tally.refuted, 100'000);
 }
 
-TEST(LagBound, looks_beyond_a_segment_as_far_as_a_copy_goes) {
-  constexpr std::size_t kUnit = 130;
-  constexpr std::size_t kMismatches = 12;
-  constexpr std::int64_t kScore = kUnit - kMismatches - 6 * kMismatches;
-  const LagBoundRules rules{kUnit, {kScore}, 6, 6, false};
+/// Puts a unit and what follows it at every place where growth begins near the end of a segment,
+/// and expects the bound to let it grow.
+void expect_seeds_near_segment_end(const std::string& unit, const std::string& copies,
+                                   const LagBoundRules& rules) {
   RandomEngine engine(10);
-  // A unit and a copy that pays for its mismatches in its last third alone.
-  const std::string unit = draw_letters(engine, kUnit, "CGT");
-  std::string copy = unit;
-  for (std::size_t i = 0; i < kMismatches; ++i) copy[1 + 7 * i] = 'A';
   const std::string noise = draw_letters(engine, 9000, "ACGT");
   const std::int64_t rows = CLagGrid(noise.data(), noise.size(), rules).rows_per_segment();
   const auto last_place = static_cast<std::size_t>(rows) / 2;  // of a seed of the first segment
-  ASSERT_GT(noise.size(), last_place + 2 * kUnit);
-  for (std::size_t place = last_place - 2 * kUnit; place <= last_place; ++place) {
+  ASSERT_GT(noise.size(), last_place + unit.size() + copies.size());
+  for (std::size_t place = last_place - 2 * unit.size(); place <= last_place; ++place) {
     std::string text = noise;
-    text.replace(place, 2 * kUnit, unit + copy);
+    text.replace(place, unit.size() + copies.size(), unit + copies);
     const CBases bases(text);
     for_each_vector_target([&](const char* target) {
-      std::vector<CBitSet> seeds(1, CBitSet(text.size() - kUnit));
+      std::vector<CBitSet> seeds(1, CBitSet(text.size() - unit.size()));
       find_lag_seeds(bases.begin(), text.size(), rules, seeds);
       EXPECT_TRUE(seeds[0].test(place)) << target << " base " << place;
     });
   }
+}
+
+TEST(LagBound, looks_beyond_a_segment_as_far_as_a_copy_goes) {
+  constexpr std::size_t kUnit = 130;
+  constexpr std::int64_t kScore = 46;
+  const LagBoundRules rules{kUnit, {kScore}, 6, 6, false};
+  RandomEngine engine(11);
+  const std::string unit = draw_letters(engine, kUnit, "CGT");
+  const auto worn_copy = [&](std::size_t mismatches, std::size_t distance) {
+    std::string copy = unit;
+    for (std::size_t i = 0; i < mismatches; ++i) copy[distance * i + distance - 1] = 'A';
+    return copy;
+  };
+  // A copy that pays for its mismatches in its last third alone: 118 matches, 12 mismatches.
+  expect_seeds_near_segment_end(unit, worn_copy(12, 7), rules);
+  // One that lives on, for its last third alone, and a copy that pays for it: 100 + 130 matches, 30
+  // mismatches.
+  expect_seeds_near_segment_end(unit, worn_copy(30, 3) + unit, rules);
 }
 
 /// Three copies of a unit, of which the second one begins with so many mismatches that its own

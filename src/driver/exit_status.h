@@ -2,8 +2,8 @@
 
 /// @file
 /// How a run can end. `main` returns these codes; the shell sees their low 8 bits, which stand
-/// behind each one. The command-line library ends the process itself with 0 for help and version
-/// and with 1 for a malformed command line.
+/// behind each one. The command-line library gives the status of help and version, 0, and of a
+/// malformed command line, 1.
 
 namespace quorix {
 

@@ -89,6 +89,22 @@ int finish(RunFiles& files) {
   return files.report.close() ? kSuccess : end_on_write_error(files.report);
 }
 
+/// After the command-line library's own texts. Help and version are what was asked for, so the run
+/// has failed if they cannot be written.
+int end_after_library_text(int status) {
+  if (status != kSuccess) return status;
+  COutputFile output;
+  output.use_standard_output();
+  return output.close() ? kSuccess : end_on_write_error(output);
+}
+
+int read_settings(int argc, const char* const* argv) {
+  COutputFile::expect_writes();
+  const int code = read_and_init_parameters(argc, argv);
+  if (code != kSuccess) good_bye_on_error(code);
+  return code;
+}
+
 }  // namespace
 
 int run(int argc, const char* const* argv) {
@@ -98,9 +114,10 @@ int run(int argc, const char* const* argv) {
   quorix_welcome(stderr);
   std::fflush(stderr);
 
-  if (const int code = read_and_init_parameters(argc, argv); code != kSuccess) {
-    good_bye_on_error(code);
-    return code;
+  try {
+    if (const int code = read_settings(argc, argv); code != kSuccess) return code;
+  } catch (const CommandLineEnd& end) {
+    return end_after_library_text(end.status);
   }
   if (const int code = open_input_and_report(files); code != kSuccess) return code;
   COutputFile::expect_writes();

@@ -273,11 +273,26 @@ bool store_mode_codes(const Options& options) {
                          "An option value of ", kUnknownUnitMode);
 }
 
+/// Has the library parse, and say what it has to; whether that could be written is looked at before
+/// the process ends, so the library is not to end it.
+void parse_or_end(TCLAP::CmdLine& command_line, int argc, const char* const* argv) {
+  command_line.setExceptionHandling(false);
+  try {
+    try {
+      command_line.parse(argc, argv);
+    } catch (TCLAP::ArgException& fault) {
+      command_line.getOutput()->failure(command_line, fault);
+    }
+  } catch (const TCLAP::ExitException& end) {
+    throw CommandLineEnd{end.getExitStatus()};
+  }
+}
+
 /// Parses the arguments into the settings. Throws TCLAP::ArgException where the options
 /// themselves are at odds.
 int parse_into_settings(int argc, const char* const* argv) {
   Options options;
-  options.command_line.parse(argc, argv);
+  parse_or_end(options.command_line, argc, argv);
 
   if (options.iofiles.getValue().empty()) {
     general_PrintMessage(stderr, "Error: No input file has been specified. Type ",

@@ -5,12 +5,18 @@
 
 namespace quorix {
 
+/// Thrown when the command-line library has said all that there is to say: the process is to end.
+struct CommandLineEnd {
+  int status;  ///< 0 behind help and version, 1 behind what is wrong with a malformed command line
+};
+
 /// Gives every setting its default, reads the arguments over them and checks the result.
 ///
 /// One file name is the input, a second one the report; with three or more neither is taken, so
 /// that the input cannot be opened. Returns `kSuccess`, or `kInvalidSetting` or `kUnknownMode`
-/// after a message on standard error. A malformed command line, help and version end the process
-/// inside the command-line library, with status 1, 0 and 0.
+/// after a message on standard error. Throws: CommandLineEnd for help and version, behind their
+/// text on standard output, whose writes are not looked at, and for a malformed command line,
+/// behind a message on standard error.
 ///
 /// REQUIRES: argc >= 1 and argv[0] is the name that the program was called by.
 [[nodiscard]] int read_and_init_parameters(int argc, const char* const* argv);

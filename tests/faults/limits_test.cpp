@@ -13,6 +13,7 @@ namespace quorix::testing {
 namespace {
 
 constexpr std::size_t kKiB = 1024;
+constexpr std::size_t kStep = 160;  // KiB
 
 /// The plan of a shape under a limit.
 RunPlan limited(const RunShape& shape, int resource, std::size_t count) {
@@ -28,6 +29,14 @@ bool has_begun(const Outcome& outcome) {
          outcome.messages.find(no_memory_text()) != std::string::npos;
 }
 
+/// True if the system, the loader or what a library does before `main` has given up.
+bool could_not_begin(const Outcome& outcome) {
+  constexpr int kLoaderFailure = 127;
+  constexpr const char* kNoExceptionText = "terminate called without an active exception\n";
+  return outcome.status == kLoaderFailure || outcome.signal == SIGKILL ||
+         (outcome.signal == SIGABRT && outcome.messages == kNoExceptionText);
+}
+
 // From more than enough down to where the loader itself fails.
 TEST(AddressSpace, that_is_too_small_is_told) {
   CPointLog log("steps of the address space");
@@ -38,17 +47,25 @@ TEST(AddressSpace, that_is_too_small_is_told) {
         .statuses = {{0, ""}, {152, no_memory_text()}, {153, failed_open_text(kMaskedName)}}};
     expectation.statuses[154] = failed_open_text(kReportName);
     expectation.may_lack_edits = true;
-    bool has_succeeded = false;
-    bool has_failed = false;
-    for (std::size_t size = 24'000; size > 0; size -= 160) {
+    std::size_t succeeded_count = 0;
+    std::size_t failed_count = 0;
+    // False if the program could not even begin.
+    const auto try_size = [&](std::size_t size) {
       const Outcome outcome = run_program_once(folder, limited(shape, RLIMIT_AS, size * kKiB));
-      if (!has_begun(outcome)) break;
-      has_succeeded = has_succeeded || outcome.status == 0;
-      has_failed = has_failed || outcome.status != 0;
-      log.judge(shape.name() + ", " + std::to_string(size) + " KiB", outcome, undisturbed,
-                expectation);
-    }
-    EXPECT_TRUE(has_succeeded && has_failed) << shape.name();
+      const std::string place = shape.name() + ", " + std::to_string(size) + " KiB";
+      if (!has_begun(outcome)) {
+        EXPECT_TRUE(could_not_begin(outcome)) << place;
+        return false;
+      }
+      ++(outcome.status == 0 ? succeeded_count : failed_count);
+      log.judge(place, outcome, undisturbed, expectation);
+      return true;
+    };
+    std::size_t size = 24'000;
+    while (size > kStep && try_size(size)) size -= kStep;
+    EXPECT_TRUE(succeeded_count > 0 && failed_count > 0) << shape.name();
+    // Where there is next to nothing, each page counts.
+    for (const std::size_t end = size + 3 * kStep; size < end; size += 8) try_size(size);
   }
   log.expect_no_findings(200);
 }

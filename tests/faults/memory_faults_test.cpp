@@ -85,6 +85,7 @@ void refuse_every_allocation(const RunShape& shape, bool is_lasting, CPointLog& 
         run_program_once(folder, page.prepare(shape.plan(), number, is_lasting));
     if (page.faults().failed_count == 0) {
       EXPECT_EQ(number, allocation_count + 1);
+      EXPECT_EQ(find_fault(outcome, undisturbed, {.statuses = {{0, ""}}}), "");
       return;
     }
     if (lacks_edits(outcome)) ++lacking_count;

@@ -87,6 +87,33 @@ TEST(ClosedStream, does_no_harm_unless_the_report_goes_there) {
   log.expect_no_findings(search_modes().size() * 4 * 7);
 }
 
+TEST(LibraryText, that_cannot_be_written_is_told) {
+  CPointLog log("usage and version without a place");
+  for (const char* const asked : {"--help", "-h", "--version"}) {
+    const CFaultFolder folder;
+    RunPlan plan{fault_settings.program, {asked}, {}, {}};
+    const Outcome undisturbed = run_program_once(folder, plan);
+    EXPECT_EQ(undisturbed.status, 0);
+    EXPECT_NE(undisturbed.output, "");
+
+    plan.prepare = [] { redirect_to_device(STDOUT_FILENO, "/dev/full"); };
+    log.judge(asked, run_program_once(folder, plan), undisturbed,
+              {.statuses = {{kOutputWriteError, failed_write_text("standard output", ENOSPC)}}});
+    plan.prepare = [] { close_streams(kOutputBit); };
+    log.judge(asked, run_program_once(folder, plan), undisturbed,
+              {.statuses = {{kOutputWriteError, failed_write_text("standard output", EBADF)}}});
+  }
+  // What is wrong with a command line goes to standard error.
+  const CFaultFolder folder;
+  RunPlan malformed{fault_settings.program, {"--bogus"}, {}, {}};
+  const Outcome undisturbed = run_program_once(folder, malformed);
+  EXPECT_EQ(undisturbed.status, 1);
+  malformed.prepare = [] { redirect_to_device(STDOUT_FILENO, "/dev/full"); };
+  log.judge("--bogus", run_program_once(folder, malformed), undisturbed,
+            {.statuses = {{1, "PARSE ERROR"}}});
+  log.expect_no_findings(7);
+}
+
 /// A pipe as short as they come, in the place of standard output.
 class CShortPipe {
  public:

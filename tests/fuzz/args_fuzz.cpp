@@ -21,7 +21,6 @@
 
 #include "driver/exit_status.h"
 #include "fuzz/argument_words.h"
-#include "fuzz/command_line_exit.h"
 #include "fuzz/harness.h"
 #include "settings/command_line.h"
 #include "settings/settings.h"
@@ -110,7 +109,7 @@ Verdict read(const Arguments& arguments) {
   global_output_filename.clear();
   try {
     return {false, read_and_init_parameters(static_cast<int>(words.size()), words.data())};
-  } catch (const CommandLineExit& end) {
+  } catch (const CommandLineEnd& end) {
     return {true, end.status};
   }
 }

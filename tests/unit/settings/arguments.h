@@ -20,6 +20,18 @@ inline int read_arguments(std::initializer_list<const char*> arguments,
   return read_and_init_parameters(static_cast<int>(words.size()), words.data());
 }
 
+constexpr int kHasReturned = 77;
+
+/// What `read_arguments` ends the process with, `kHasReturned` where it does not.
+inline int status_of_end(std::initializer_list<const char*> arguments) {
+  try {
+    static_cast<void>(read_arguments(arguments));
+  } catch (const CommandLineEnd& end) {
+    return end.status;
+  }
+  return kHasReturned;
+}
+
 /// Code and message of a command line that is read, as "0" or "-1 Error: ...".
 inline std::string verdict_on(std::initializer_list<const char*> arguments,
                               const char* invocation_name = "quorix") {

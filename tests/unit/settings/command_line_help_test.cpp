@@ -16,13 +16,8 @@ namespace {
 using Help = testing::CDefaultSettings;
 using Version = testing::CDefaultSettings;
 
-constexpr int kHasReturned = 77;
-
 testing::ProcessResult output_of(const char* argument) {
-  return testing::run_in_child([&] {
-    static_cast<void>(testing::read_arguments({argument}));
-    return kHasReturned;
-  });
+  return testing::run_in_child([&] { return testing::status_of_end({argument}); });
 }
 
 /// The text with every break and indent a blank. The library may break a line in front of ',' and
@@ -161,7 +156,7 @@ TEST_F(Help, begins_with_all_options_in_short) {
 
 TEST_F(Help, asks_for_no_file_and_stops_at_itself) {
   const testing::ProcessResult result = testing::run_in_child([] {
-    return testing::read_arguments({"-N", "3", "--help", "--unknown"}) + kHasReturned;
+    return testing::status_of_end({"-N", "3", "--help", "--unknown"});
   });
   EXPECT_EQ(result.status, 0);
 }

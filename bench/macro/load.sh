@@ -13,6 +13,7 @@
 #                      other has worn ones
 #   records            10^8 records of 10 bases
 #   header             two records of 2^20 + 1 bases, each with a header of 100 MB
+#   edits/...          words whose repeats have some thousand edits each, all of which are reported
 #
 #   --limit SECONDS    a run that takes longer is ended and has failed, 1500 if not given
 #   --output FILE      where the table goes besides standard output, build-bench/load.md if not given
@@ -20,7 +21,8 @@
 # Every byte of the masked copy is compared with what has to be there, all planted repeats have to
 # stand in the report with their positions, scores and edits, and the peak of the resident memory
 # must not be above what is promised: 3 bytes for each base of the longest record (8 in mode
-# extendExact), 2 for each byte of its header, 256 for each of its repeats, and 64 MB.
+# extendExact), 2 for each byte of its header, 256 for each of its repeats, 32 for each edit of a
+# repeat of more than four, and 64 MB. Edits are counted in the rows that have many.
 #
 # The rows of 2^32 bases wait until 15 GB of memory are available. The status is 1 if a row fails.
 set -euo pipefail
@@ -55,7 +57,7 @@ readonly folder pattern runs limit output
 scripts/setup.sh bench
 cmake --preset bench >&2
 cmake --build --preset bench --parallel "$(nproc)" \
-  --target quorix quorix_stopwatch quorix_load >&2
+  --target quorix quorix_stopwatch quorix_load quorix_shapes >&2
 
 scratch=$(mktemp --directory)
 readonly scratch
@@ -109,6 +111,35 @@ load_row() {
     "$planted" "$repeats" "$verdict"
 }
 
+# edits_row NAME MODE BYTES_A_BASE SHAPE BASES: all repeats are reported, so that they can be counted.
+edits_row() {
+  local -r name=$1 mode=$2 bytes_a_base=$3 bases=$5
+  local repeats edits verdict=pass most_memory
+  is_wanted "$name" || return 0
+  rows_run=$((rows_run + 1))
+  "$programs/bench/quorix_shapes" make "$4" "$bases" >"$scratch/worn.fa"
+  measure 1 "$quorix" --dontRemoveMostlyOverlapping --printRepeatSeqMode 0 --searchMode "$mode" -- \
+    "$scratch/worn.fa" "$scratch/report"
+  read -r repeats edits < <(awk -F '|' '/nucleotide .* unit / {
+      count = 0
+      for (i = 1; i <= NF; ++i) if ($i ~ /^ *[0-9]+ (mis|ins|del) *$/) count += $i + 0
+      ++repeats
+      if (count > 4) edits += count
+    } END { print repeats + 0, edits + 0 }' "$scratch/report")
+  most_memory=$(calculate "$bytes_a_base * $bases + 256 * $repeats + 32 * $edits + 64e6")
+  if [ "$outcome" != 0 ]; then
+    verdict="failed with status $outcome"
+  elif [ "$edits" -lt 100000 ]; then
+    verdict='too few edits to tell'
+  elif is_true "$peak * 1024 > $most_memory"; then
+    verdict='too much memory'
+  fi
+  [ "$verdict" = pass ] || fail "$name: $verdict"
+  row "$name" "$bases" "$(told_seconds "$seconds" "$outcome")" \
+    "$(told_speed "$bases" "$seconds" "$outcome")" "$(told_memory "$peak")" \
+    "$(calculate "$most_memory / 1048576" | cut -d . -f 1)" - 0 "$repeats" "$verdict"
+}
+
 readonly above_2_31=$((2 ** 31 + 1)) above_2_32=$((2 ** 32 + 1))
 
 # A function, and the exit in one line with its call: bash has read them before the first row, so that
@@ -118,6 +149,8 @@ main() {
   begin_table 'Load' row bases seconds 'Mbp/s' 'peak MiB' 'at most' 'bytes a base' planted repeats \
     verdict
   load_row header/imperfect imperfect 3 2 100000000 1048577 60 1
+  edits_row edits/imperfect imperfect 3 'tribonacci word' 60000
+  edits_row edits/extendExact extendExact 8 'AC, 10 % worn' 100000
   load_row 2^31/line/exact/a exact 3 1 0 "$above_2_31" 0 1
   load_row 2^31/lines/exact/b exact 3 1 0 "$above_2_31" 60 2
   load_row 2^31/line/imperfect/b imperfect 3 1 0 "$above_2_31" 0 2

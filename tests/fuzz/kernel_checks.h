@@ -20,6 +20,9 @@ void check_bit_set(CFuzzInput& input);
 /// search/kernel/base_planes.h
 void check_base_planes(CFuzzInput& input);
 
+/// search/match_window.h
+void check_match_window(CFuzzInput& input);
+
 /// search/kernel/run_seeds.h
 void check_run_seeds(CFuzzInput& input);
 

@@ -12,7 +12,9 @@
 #include "search/kernel/bit_set.h"
 #include "search/kernel/match_run.h"
 #include "search/kernel/run_seeds.h"
+#include "search/match_window.h"
 #include "sequence/base_letters.h"
+#include "support/kernel/plain_match_rows.h"
 #include "support/kernel/plain_matches.h"
 #include "support/kernel/plain_run_seeds.h"
 
@@ -190,6 +192,30 @@ void check_base_planes(CFuzzInput& input) {
     expect(answer || !has_near, [&] { return "an N is overlooked in " + text; });
     expect(has_any || !answer, [&] { return "an N is seen in " + text; });
   });
+}
+
+void check_match_window(CFuzzInput& input) {
+  const std::int64_t wish = input.take_byte();
+  const std::string unit = input.take_bases(1 + input.take_byte() % 70);
+  const std::string text = input.take_bases(kMostBases);
+  if (unit.empty()) return;
+  const std::int64_t phase = wish % static_cast<std::int64_t>(unit.size());
+  static testing::CGuardedText units(kLargestText);
+  for (const bool is_before : {true, false}) {
+    const char* const characters = is_before ? units.before_guard(unit) : units.behind_guard(unit);
+    at_both_guards(text, [&](const char* bases) {
+      const auto expect_none = [&](const std::string& fault, const char* direction) {
+        expect(fault.empty(), [&] {
+          return std::string(direction) + " of " + text + " against " + unit + " from " +
+                 std::to_string(phase) + " on: " + fault;
+        });
+      };
+      expect_none(testing::fault_of_match_window<Rightward>(bases, text, characters, unit, phase),
+                  "right");
+      expect_none(testing::fault_of_match_window<Leftward>(bases, text, characters, unit, phase),
+                  "left");
+    });
+  }
 }
 
 void check_run_seeds(CFuzzInput& input) {

@@ -8,6 +8,7 @@
 #include <string>
 
 #include "search/direction.h"
+#include "support/kernel/plain_match_rows.h"
 #include "support/random_dna.h"
 #include "unit/search/searched_sequence.h"
 
@@ -20,47 +21,14 @@ using testing::draw_letters;
 using testing::RandomEngine;
 using testing::repeated;
 
-/// The unit character that base `offset` has to match at `drift`, if the first one is at `phase`.
-char character_at(const std::string& unit, std::int64_t phase, std::int64_t offset,
-                  std::ptrdiff_t drift) {
-  const auto length = static_cast<std::int64_t>(unit.size());
-  const std::int64_t index = (phase + offset - drift) % length;
-  return unit[static_cast<std::size_t>(index < 0 ? index + length : index)];
-}
-
-/// `text` and `unit` are in the order in which they are read.
+/// `text` and `unit` are in the order in which they lie.
 template <class Direction>
-void expect_plain_rows(std::string text, std::string unit, std::int64_t phase) {
-  const std::string read_text = text;
-  const std::string read_unit = unit;
-  if (Direction::kIndex == Leftward::kIndex) {
-    std::reverse(text.begin(), text.end());
-    std::reverse(unit.begin(), unit.end());
-  }
+void expect_plain_rows(const std::string& text, const std::string& unit, std::int64_t phase) {
   const CBases bases(text);
   const CBases characters(unit);
-  const auto length = static_cast<std::int64_t>(unit.size());
-  const bool is_rightward = Direction::kIndex == Rightward::kIndex;
-  CMatchWindow window;
-  window.read<Direction>(is_rightward ? bases.begin() : bases.end(),
-                         is_rightward ? bases.end() : bases.before(),
-                         characters.begin() + (is_rightward ? phase : length - 1 - phase),
-                         characters.begin(), characters.end());
-  const std::int64_t size =
-      std::min(CMatchWindow::kMostBases,
-               static_cast<std::int64_t>(std::min(read_text.find('N'), read_text.size())));
-  ASSERT_EQ(window.size(), size);
-  if (size == 0) return;
-  for (std::ptrdiff_t drift = -CMatchWindow::kMostDrift; drift <= CMatchWindow::kMostDrift;
-       ++drift) {
-    std::uint64_t expected = 0;
-    for (std::int64_t i = 0; i < size; ++i) {
-      const bool is_match =
-          read_text[static_cast<std::size_t>(i)] == character_at(read_unit, phase, i, drift);
-      expected |= static_cast<std::uint64_t>(is_match) << static_cast<unsigned>(i);
-    }
-    ASSERT_EQ(window.row(drift), expected) << "drift " << drift;
-  }
+  ASSERT_EQ(testing::fault_of_match_window<Direction>(bases.begin(), text, characters.begin(), unit,
+                                                      phase),
+            "");
 }
 
 TEST(MatchWindow, tells_every_match_of_every_drift) {
@@ -81,7 +49,8 @@ TEST(MatchWindow, ends_in_front_of_the_first_N) {
     std::string text(first_N + 66, 'C');
     text.replace(0, first_N + 6, repeated("A", first_N) + "NACGTN");
     expect_plain_rows<Rightward>(text, "AC", 0);
-    expect_plain_rows<Leftward>(text, "AC", 1);
+    std::reverse(text.begin(), text.end());
+    expect_plain_rows<Leftward>(text, "CA", 1);
   }
 }
 

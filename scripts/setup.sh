@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Installs the Debian packages that a purpose needs, and of those only the missing ones:
 #
-#   scripts/setup.sh run | test | coverage | measure | bench | fuzz
+#   scripts/setup.sh run | test | coverage | measure | bench | fuzz | mutate
 #
 # For bench, a program that is only measured beside ours is installed if that can be done.
 # It needs root or sudo only while a package is missing; where all are there, apt is not called.
@@ -14,6 +14,7 @@ readonly test_packages=("${run_packages[@]}"
 readonly coverage_packages=("${run_packages[@]}" libgtest-dev librapidcheck-dev gcovr)
 readonly measure_packages=("${run_packages[@]}" time)
 readonly bench_packages=("${run_packages[@]}" libbenchmark-dev)
+readonly mutate_packages=("${run_packages[@]}" libgtest-dev librapidcheck-dev ninja-build python3)
 readonly fuzz_packages=("${run_packages[@]}" clang libclang-rt-dev llvm)
 
 say() { printf '%s\n' "$*" >&2; }
@@ -67,8 +68,9 @@ main() {
     measure) packages=("${measure_packages[@]}") ;;
     bench) packages=("${bench_packages[@]}") ;;
     fuzz) packages=("${fuzz_packages[@]}") ;;
+    mutate) packages=("${mutate_packages[@]}") ;;
     *)
-      say "usage: scripts/setup.sh run | test | coverage | measure | bench | fuzz"
+      say "usage: scripts/setup.sh run | test | coverage | measure | bench | fuzz | mutate"
       exit 2
       ;;
   esac

@@ -92,6 +92,8 @@ main() {
   lint
   configure release
   build release
+  stage "Hardening of the release program"
+  tests/architecture/check_hardening.sh build/quorix
   build dev --target all_verify_interface_header_sets
   build dev
   run_tests dev

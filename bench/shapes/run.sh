@@ -12,8 +12,9 @@
 #
 # Seconds are those of the processor from start to end of the process, with the report written to a
 # file. A shape is searched at doubling lengths, up to that of the set of options or to where the
-# next could pass the limit; the last is told, and how many times it took what half of it took. The
-# shapes are those of `quorix_shapes list`; `quorix_shapes make NAME BASES` prints one.
+# next could pass the limit; the last is told, and how many times it took what half of it took. Below
+# the table stands how many took three times as long or more. The shapes are those of
+# `quorix_shapes list`; `quorix_shapes make NAME BASES` prints one.
 #
 # The status is 1 if a run fails; a slow one is told, and no error.
 set -euo pipefail
@@ -139,6 +140,9 @@ measure_set() {
   while IFS= read -r shape; do
     emit "$shape"
   done < <(sort --general-numeric-sort --reverse "$scratch/rows" | cut -f 2)
+  emit ''
+  emit "$(awk -F '|' '$7 + 0 >= 3 { ++steep } END { print steep + 0, "of", NR, "shapes took at least " \
+    "3 times as long as with half the length." }' "$scratch/rows")"
 }
 
 begin_output

@@ -1,6 +1,7 @@
 #!/usr/bin/env python3
 """Runs the tests against mutants of the search, of the reader and of the report.
 
+    scripts/setup.sh mutate
     scripts/mutation/run.py --count=500 --seed=1 [--folder=build-mutation] [--draw-only]
     scripts/mutation/run.py --each-file --seed=1    changed constants in each file of src
 

@@ -133,6 +133,8 @@ printf 'int main() { return 0; }\n' | c++ -x c++ -no-pie -Wl,-z,norelro -o "$scr
 for lack in 'any address' 'read-only relocations' 'before the start' 'guards' 'know sizes'; do
   expect_finding "$lack" check_hardening.sh "$scratch/soft"
 done
+printf 'int main() { return 0; }\n' | c++ -x c++ -z execstack -o "$scratch/soft" -
+expect_finding 'a stack without code' check_hardening.sh "$scratch/soft"
 
 if [ "$failures" -ne 0 ]; then
   printf '%s planted faults were not found\n' "$failures"

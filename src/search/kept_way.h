@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
+#include <limits>
 #include <vector>
 
 #include "report/csat.h"
@@ -74,8 +75,12 @@ class CSnapshot {
 }
 
 /// The least score from which no path of the look-ahead can fall to the floor, however many of its
-/// edits it makes: an edit chosen there does not depend on the score.
+/// edits it makes: an edit chosen there does not depend on the score. Above every score if a path
+/// may make any number of them.
 [[nodiscard]] inline std::int64_t least_free_score(std::int64_t unit_length) {
+  if (global_maximum_recursion_depth > kDeepestRecursion) {
+    return std::numeric_limits<std::int64_t>::max();
+  }
   const std::int64_t most_lost =
       std::int64_t{global_maximum_recursion_depth} *
       std::max(-std::int64_t{global_mismatch_score}, -std::int64_t{global_indel_score});

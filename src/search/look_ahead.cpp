@@ -38,11 +38,9 @@ namespace quorix {
 
 namespace {
 
-constexpr int kDeepestLevel = std::numeric_limits<std::uint8_t>::max();
-
 /// Edits that may follow those on the way to `level`; negative if any number may.
 int edits_left(std::uint8_t level) {
-  if (global_maximum_recursion_depth > kDeepestLevel) return -1;
+  if (global_maximum_recursion_depth > kDeepestRecursion) return -1;
   return static_cast<std::uint8_t>(global_maximum_recursion_depth - level);
 }
 

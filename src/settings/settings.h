@@ -47,6 +47,9 @@ inline constexpr std::uint32_t kLastSequence = std::numeric_limits<std::uint32_t
 /// `global_maximum_scorereduction` with this value means "no limit".
 inline constexpr int kNoScoreReductionLimit = std::numeric_limits<int>::max();
 
+/// Up to this `global_maximum_recursion_depth` bounds the edits of the look-ahead.
+inline constexpr int kDeepestRecursion = 255;
+
 /// Path of the FASTA file that is searched.
 extern std::string global_input_filename;
 /// Path of the report file; empty means standard output.
@@ -71,8 +74,8 @@ extern int global_print_sat_mode;
 extern int global_flanking;
 /// Minimum perfection in percent; the command line admits 0 alone. Default 0.
 extern float global_perfection_minimum;
-/// Edits that the look-ahead may try in a row, 1 or more. Above 255 there is no limit,
-/// since the level is an 8-bit count that is compared for equality. Default 5.
+/// Edits that the look-ahead may try in a row, 1 or more. Above `kDeepestRecursion` there is no
+/// limit, since the level is an 8-bit count that is compared for equality. Default 5.
 extern int global_maximum_recursion_depth;
 /// How far the score may fall below the best one. Default `kNoScoreReductionLimit`.
 extern int global_maximum_scorereduction;

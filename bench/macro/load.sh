@@ -119,13 +119,13 @@ edits_row() {
   rows_run=$((rows_run + 1))
   "$programs/bench/quorix_shapes" make "$4" "$bases" >"$scratch/worn.fa"
   measure 1 "$quorix" --dontRemoveMostlyOverlapping --printRepeatSeqMode 0 --searchMode "$mode" -- \
-    "$scratch/worn.fa" "$scratch/report"
+    "$scratch/worn.fa" "$scratch/worn.report"
   read -r repeats edits < <(awk -F '|' '/nucleotide .* unit / {
       count = 0
       for (i = 1; i <= NF; ++i) if ($i ~ /^ *[0-9]+ (mis|ins|del) *$/) count += $i + 0
       ++repeats
       if (count > 4) edits += count
-    } END { print repeats + 0, edits + 0 }' "$scratch/report")
+    } END { print repeats + 0, edits + 0 }' "$scratch/worn.report")
   most_memory=$(calculate "$bytes_a_base * $bases + 256 * $repeats + 32 * $edits + 64e6")
   if [ "$outcome" != 0 ]; then
     verdict="failed with status $outcome"

@@ -49,7 +49,8 @@ class CLookAhead {
  public:
   /// The highest score that can be met from `from` on, over walks along matches and, between them,
   /// at most `global_maximum_recursion_depth` - `from.level` edits, each of which must leave the
-  /// score above `edit_threshold`. Above a depth of `kDeepestRecursion` only that threshold bounds the edits.
+  /// score above `edit_threshold`. Above a depth of `kDeepestRecursion` only that threshold bounds
+  /// the edits.
   ///
   /// `Direction` is `Rightward` or `Leftward`. Throws: std::bad_alloc.
   template <class Direction>

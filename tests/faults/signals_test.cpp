@@ -82,7 +82,7 @@ TEST_F(Signalled, run_that_is_ended_leaves_the_beginning_of_its_outputs) {
 }
 
 /// Stops a run, unless it has ended before. Gives whether it was stopped.
-bool is_stopped(pid_t process) {
+bool stop_unless_ended(pid_t process) {
   siginfo_t change{};
   ::kill(process, SIGSTOP);
   const auto id = static_cast<id_t>(process);
@@ -101,7 +101,7 @@ TEST_F(Signalled, run_that_is_stopped_goes_on_as_if_nothing_had_been) {
     run.wait_until_started();
     for (int stop = 0; stop < 3; ++stop) {
       wait_for_random_moment();
-      if (is_stopped(run.process())) ++stopped_count;
+      if (stop_unless_ended(run.process())) ++stopped_count;
       wait_for_random_moment();
       ::kill(run.process(), SIGCONT);
     }

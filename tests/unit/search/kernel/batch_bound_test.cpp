@@ -202,21 +202,21 @@ TEST(BatchBound, lets_all_through_that_cannot_be_read_whole) {
 // The seeds of one vector are followed together, so wider ones need more.
 TEST(BatchBound, needs_few_bases_around_its_seeds) {
   for_each_vector_target([](const char* target) {
+    constexpr std::size_t kEnough = 200;
     std::size_t behind = 0;
-    std::size_t before = 0;
-    const auto batch = [&] {
-      Batch lone = lone_units(5, 200);
-      lone.text.resize(lone.text.size() - 200 + behind);
-      lone.text.erase(0, 200 - before);
-      lone.first -= static_cast<std::int64_t>(200 - before);
-      return lone;
+    std::size_t before = kEnough;
+    const auto lets_through = [&] {
+      Batch lone = lone_units(5, kEnough);
+      lone.text.resize(lone.text.size() - kEnough + behind);
+      lone.text.erase(0, kEnough - before);
+      lone.first -= static_cast<std::int64_t>(kEnough - before);
+      return may_reach(lone, 1, 100) != 0;
     };
-    before = 200;
-    while (may_reach(batch(), 1, 100) != 0) ++behind;
+    while (behind < kEnough && lets_through()) ++behind;
     const std::size_t needed_behind = behind;
-    behind = 200;
+    behind = kEnough;
     before = 0;
-    while (may_reach(batch(), 1, 100) != 0) ++before;
+    while (before < kEnough && lets_through()) ++before;
     EXPECT_EQ(before, 7U) << target;
     // 16 or 32 seeds read one base after the other.
     EXPECT_TRUE(needed_behind == 7 + 15 || needed_behind == 7 + 31) << target << needed_behind;

@@ -200,7 +200,7 @@ TEST(ScoreBound, lets_through_what_is_too_large_for_the_table) {
 TEST(ScoreBound, needs_few_bases_around_a_seed) {
   for_each_vector_target([](const char* target) {
     std::size_t margin = 0;
-    while (may_reach(lone_unit(40, margin), 5)) ++margin;
+    while (margin < 200 && may_reach(lone_unit(40, margin), 5)) ++margin;
     EXPECT_EQ(margin, 15U) << target;
   });
 }

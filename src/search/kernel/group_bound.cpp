@@ -214,6 +214,10 @@ namespace {
 
 HWY_EXPORT(fill_group_table);
 
+/// What stands for the letters before and behind the text: they match none, nor each other.
+constexpr std::uint8_t kOutsideBase = 1;
+constexpr std::uint8_t kOutsideCharacter = 2;
+
 /// Letters to follow chains through; what lives longer is to be looked at more closely.
 std::ptrdiff_t letters_to_follow(std::int64_t unit_length) {
   return 3 * unit_length + CGroupBound::kShortestUnit;
@@ -229,24 +233,29 @@ CGroupBound::CGroupBound() {
   fill_group_table_ = HWY_DISPATCH_TABLE(fill_group_table)[hwy::GetChosenTarget().GetIndex()];
 }
 
-bool CGroupBound::load_letters(const char* first, std::int64_t unit_length, bool is_rightward,
+void CGroupBound::load_letters(const char* first, std::int64_t unit_length, bool is_rightward,
                                const GrowthRules& rules) {
   const std::ptrdiff_t count = letters_to_follow(unit_length);
-  const char* const last_seed = first + kSeeds - 1;
-  if (rules.text_end - (first + unit_length) < count || first - rules.text_begin < count) {
-    return false;
-  }
+  const std::ptrdiff_t text_length = rules.text_end - rules.text_begin;
+  const std::ptrdiff_t first_seed = first - rules.text_begin;
+  const std::ptrdiff_t last_seed = first_seed + kSeeds - 1;
   letters_.assign(static_cast<std::size_t>(3 * (count + 2 * kSpareLetters)), 0);
   std::uint8_t* const bases = letters_.data() + kSpareLetters;
   std::uint8_t* const characters = bases + count + 2 * kSpareLetters;
   std::uint8_t* const others = characters + count + 2 * kSpareLetters;
-  const auto letter = [](char base) { return static_cast<std::uint8_t>(base); };
+  const auto letter_at = [&](std::ptrdiff_t position, std::uint8_t outside) {
+    return position >= 0 && position < text_length
+               ? static_cast<std::uint8_t>(rules.text_begin[position])
+               : outside;
+  };
   // A character counted from the first seed to enter, in the direction.
   const auto character_at = [&](std::ptrdiff_t offset) {
-    return letter(is_rightward ? first[offset] : last_seed[unit_length - 1 - offset]);
+    return letter_at(is_rightward ? first_seed + offset : last_seed + unit_length - 1 - offset,
+                     kOutsideCharacter);
   };
   for (std::ptrdiff_t i = 0; i < count; ++i) {
-    bases[i] = letter(is_rightward ? first[unit_length + i] : last_seed[-1 - i]);
+    bases[i] =
+        letter_at(is_rightward ? first_seed + unit_length + i : last_seed - 1 - i, kOutsideBase);
   }
   std::ptrdiff_t offset = 0;  // into the unit of the first seed to enter
   for (std::ptrdiff_t i = 0; i < count; ++i) {
@@ -256,17 +265,14 @@ bool CGroupBound::load_letters(const char* first, std::int64_t unit_length, bool
     others[count - 1 - i] = character_at(is_wrapping ? offset + unit_length : offset);
     if (++offset == unit_length) offset = 0;
   }
-  return true;
 }
 
 bool CGroupBound::may_reach(const char* first, std::int64_t unit_length, std::uint64_t asked,
                             const GrowthRules& rules, std::int64_t min_score) {
   constexpr std::int64_t kMostTarget = 60'000;
   if (asked == 0) return false;
-  if (min_score <= 0 || unit_length + min_score > kMostTarget ||
-      !load_letters(first, unit_length, true, rules)) {
-    return true;
-  }
+  if (min_score <= 0 || unit_length + min_score > kMostTarget) return true;
+  load_letters(first, unit_length, true, rules);
   std::uint64_t reversed = 0;
   for (int k = 0; k < kSeeds; ++k) reversed |= (asked >> k & 1) << (kSeeds - 1 - k);
 
@@ -278,7 +284,7 @@ bool CGroupBound::may_reach(const char* first, std::int64_t unit_length, std::ui
                    unit_length, min_score + unit_length};
   table.start_value = fill_group_table_(table);
   if (table.start_value == kOpenGroup || table.start_value >= table.target_value) return true;
-  if (!load_letters(first, unit_length, false, rules)) return true;
+  load_letters(first, unit_length, false, rules);
   table.entering = reversed;
   const std::int64_t highest = fill_group_table_(table);
   return highest == kOpenGroup || highest >= table.target_value;

@@ -36,17 +36,16 @@ class CGroupBound {
   CGroupBound();
 
   /// False only if no growth of a seed of `unit_length` at `first + k`, for a bit k that is set in
-  /// `asked`, reaches `min_score`, to the right and then to the left. True near the ends of the
-  /// text, and where the tables would get too large. What is told of units with N's means nothing.
+  /// `asked`, reaches `min_score`, to the right and then to the left. True where the tables would
+  /// get too large. What is told of units with N's means nothing.
   /// REQUIRES: kShortestUnit <= unit_length, the units that are asked for lie in the text.
   /// Throws: std::bad_alloc.
   [[nodiscard]] bool may_reach(const char* first, std::int64_t unit_length, std::uint64_t asked,
                                const GrowthRules& rules, std::int64_t min_score);
 
  private:
-  /// Reads bases and characters of growth in one direction into `letters_`. False if the text ends
-  /// too near.
-  bool load_letters(const char* first, std::int64_t unit_length, bool is_rightward,
+  /// Reads bases and characters of growth in one direction into `letters_`.
+  void load_letters(const char* first, std::int64_t unit_length, bool is_rightward,
                     const GrowthRules& rules);
 
   std::int64_t (*fill_group_table_)(const GroupTable& table);

@@ -77,6 +77,11 @@ std::int64_t highest_score(const Group& group) {
   return highest;
 }
 
+/// Bases between an array and an end of the text.
+std::size_t draw_margin(RandomEngine& engine) {
+  return draw_chance(engine, 50) ? 1000 : draw_between(engine, 0, 150);
+}
+
 /// A few seeds on the edge of an array of a shorter unit with edits, and in it.
 Group draw_group(RandomEngine& engine) {
   Group group{};
@@ -85,8 +90,8 @@ Group draw_group(RandomEngine& engine) {
   group.indel_penalty =
       draw_chance(engine, 60) ? group.mismatch_penalty : draw_number(engine, 4, 8);
   group.is_N_neutral = draw_chance(engine, 50);
-  const std::size_t margin = 1000;
-  group.text = draw_letters(engine, margin, "ACGT");
+  const std::size_t margin_before = draw_margin(engine);
+  group.text = draw_letters(engine, margin_before, "ACGT");
   if (draw_chance(engine, 70)) {
     const std::string unit = draw_letters(engine, draw_between(engine, 2, 60), "ACGT");
     const std::size_t edited = draw_between(engine, 0, 12);
@@ -95,10 +100,14 @@ Group draw_group(RandomEngine& engine) {
                                                 : unit[length % unit.size()];
     }
   }
-  group.first = static_cast<std::int64_t>(margin) - draw_number(engine, 0, 250);
-  group.text += draw_letters(engine, margin, "ACGT");
+  group.first = std::max<std::int64_t>(
+      static_cast<std::int64_t>(margin_before) - draw_number(engine, 0, 250), 0);
+  group.text += draw_letters(engine, draw_margin(engine), "ACGT");
+  group.text += draw_letters(engine, static_cast<std::size_t>(group.unit_length) + 1, "ACGT");
   for (std::int64_t k = 0; k < kSeeds; ++k) {
-    if (draw_chance(engine, 8) && group.unit(k).find('N') == std::string::npos) {
+    const auto seed_end = static_cast<std::size_t>(group.first + k + group.unit_length);
+    if (draw_chance(engine, 8) && seed_end < group.text.size() &&
+        group.unit(k).find('N') == std::string::npos) {
       group.asked |= bit(k);
     }
   }
@@ -194,14 +203,19 @@ TEST(GroupBound, lets_through_what_has_the_score_already) {
   EXPECT_TRUE(may_reach(homopolymer_group(1), -3));
 }
 
-TEST(GroupBound, lets_through_what_lies_near_an_end_of_the_text) {
-  Group group = homopolymer_group(1);
-  group.text = group.text.substr(0, 1000);
-  EXPECT_TRUE(may_reach(group, 500));
-  group = homopolymer_group(1);
-  group.text = group.text.substr(400);
-  group.first -= 400;
-  EXPECT_TRUE(may_reach(group, 500));
+TEST(GroupBound, knows_where_the_text_ends) {
+  const std::string array(200, 'A');
+  for (const std::size_t around : {0U, 1U, 63U, 128U, 400U}) {
+    Group group = homopolymer_group(1);
+    group.text = std::string(600, 'C') + array + std::string(around, 'C');
+    EXPECT_TRUE(may_reach(group, 70)) << around;
+    EXPECT_FALSE(may_reach(group, 71)) << around;
+    group = homopolymer_group(bit(20));
+    group.text = std::string(around, 'C') + array + std::string(600, 'C');
+    group.first = static_cast<std::int64_t>(around);
+    EXPECT_TRUE(may_reach(group, 70)) << around;
+    EXPECT_FALSE(may_reach(group, 71)) << around;
+  }
 }
 
 TEST(GroupBound, lets_through_what_lives_longer_than_it_is_followed) {

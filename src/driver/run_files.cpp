@@ -11,12 +11,15 @@ namespace quorix {
 
 namespace {
 
+constexpr const char* kIsForMessages = "It is the same file as standard error.";
+
 void say_about_file(const char* before, const std::string& filename, const char* after) {
   general_PrintMessage(stderr, before, "\n   \"", double_percent_signs(filename), "\"\n");
   general_PrintMessage(stderr, after);
 }
 
-/// Refuses outputs that would overwrite the input or each other. Nothing has been truncated yet.
+/// Refuses outputs that would overwrite the input or each other, or that messages would overwrite.
+/// Nothing has been truncated yet.
 int check_files_differ() {
   const std::string& report_name = global_output_filename;
   const CFileIdentity input = CFileIdentity::of_name(global_input_filename);
@@ -25,6 +28,11 @@ int check_files_differ() {
   if (report.is_same_file(input)) {
     return refuse_output_file(report_name.empty() ? "standard output" : report_name,
                               "It is the same file as the input file.", kOutputNotOpened);
+  }
+  // Messages on standard output are what a user of `2>&1` asks for.
+  const CFileIdentity messages = CFileIdentity::of_descriptor(STDERR_FILENO);
+  if (!report_name.empty() && report.is_same_file(messages)) {
+    return refuse_output_file(report_name, kIsForMessages, kOutputNotOpened);
   }
   if (!global_mask_repeats) return kSuccess;
 
@@ -36,6 +44,9 @@ int check_files_differ() {
   if (masked.is_same_file(report)) {
     return refuse_output_file(masked_filename(), "It is the same file as the report.",
                               kOutputNotOpened);
+  }
+  if (masked.is_same_file(messages)) {
+    return refuse_output_file(masked_filename(), kIsForMessages, kOutputNotOpened);
   }
   return kSuccess;
 }

@@ -194,6 +194,18 @@ TEST(GrowthPaths, of_other_units_lead_nowhere) {
   EXPECT_EQ(paths.follow(other, kFreeScore, 30).from, CGrowthPaths::kNone);
 }
 
+TEST(GrowthPaths, are_shared_by_all_scores_from_the_free_one_on) {
+  const CLand land(2000, 1, 1);
+  CGrowthPaths paths;
+  (void)walk_with_paths(land, paths, stop_at(land.at(0), 30));
+  const auto leads_on = [&](std::int32_t score) {
+    return paths.follow(stop_at(land.at(0), score), kFreeScore, 30).from != CGrowthPaths::kNone;
+  };
+  EXPECT_TRUE(leads_on(29));
+  EXPECT_TRUE(leads_on(kFreeScore));
+  EXPECT_FALSE(leads_on(kFreeScore - 1));
+}
+
 TEST(GrowthPaths, are_forgotten_when_cleared) {
   const CLand land(2000, 1, 1);
   CGrowthPaths paths;

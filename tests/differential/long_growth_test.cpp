@@ -47,6 +47,22 @@ std::string draw_word(RandomEngine& engine, std::size_t length) {
   return word.substr(0, length);
 }
 
+/// An array in which growth gains about as much from edit to edit as the edit costs.
+std::string draw_wandering_array(RandomEngine& engine, std::size_t length) {
+  const std::size_t unit_length = draw_between(engine, 1, 5);
+  const std::string unit = draw_letters(engine, unit_length, "ACGT");
+  const std::size_t mean_run = draw_between(engine, 3, 7);
+  std::string bases;
+  std::size_t phase = 0;
+  while (bases.size() < length) {
+    const std::size_t run = draw_between(engine, mean_run - 2, mean_run + 2);
+    for (std::size_t i = 0; i < run; ++i) bases += unit[phase++ % unit.size()];
+    if (draw_chance(engine, 75)) bases += draw_letters(engine, 1, "ACGT");
+    if (draw_chance(engine, 70)) ++phase;
+  }
+  return bases;
+}
+
 /// One array, or a word that is nearly one, at times between some other bases.
 std::string draw_long_array(RandomEngine& engine) {
   // One by one, so that the order of the draws does not depend on the compiler.
@@ -56,6 +72,7 @@ std::string draw_long_array(RandomEngine& engine) {
   std::string bases = draw_chance(engine, 25)
                           ? draw_word(engine, length)
                           : draw_array(engine, length, longest_unit, divergence_percent);
+  if (draw_chance(engine, 25)) bases = draw_wandering_array(engine, length);
   if (draw_chance(engine, 30)) {
     bases.insert(0, draw_letters(engine, draw_between(engine, 1, 40), "ACGT"));
     bases += draw_letters(engine, draw_between(engine, 1, 40), "ACGT");
@@ -81,6 +98,27 @@ Options draw_growth_options(RandomEngine& engine) {
   if (draw_chance(engine, 10)) options.emplace_back("--NsAsMissense");
   if (draw_chance(engine, 50)) options.emplace_back("--dontRemoveMostlyOverlapping");
   return options;
+}
+
+// Its scores stay below the one from which on a choice holds for all of them.
+TEST(LongGrowth, keeps_what_is_chosen_at_low_scores_to_these) {
+  silence_standard_error();
+  const Options options{"-r", "3",  "-m", "-4",          "-g",
+                        "-4", "-s", "10", "-u",          "2",
+                        "-U", "2",  "-M", "extendExact", "--dontRemoveMostlyOverlapping"};
+  ASSERT_TRUE(apply_options(options));
+  const NamedBases record{
+      "low scores",
+      "CTCTCTCTCTTCGTCTCTGTCGCTCTATTTCTCTCTCTCTTCTCCTCTCCTCTCCTCTCTCTCTCTTTCTCTTCTCGTCC"
+      "TCTCCCCTCCTTCTCTTCTCTTCTCATCTCTCTCGCTCCTCTTCGTCTTCTCTCTCTCTTCCTCTCTCTCTCCCTCTTCT"
+      "CTCTCTTCTGTCCTCTCTCTCTCTCTCTCTCTCTGTCTATCTGCTACTCTGTTCTCTCTTTCCTCGCTCTTTCTCCTCTA"
+      "CTCTATGCTCTTCCCACTCACTCTCGTCTATCTCTCTCCCCTCTTCTGCTCTATCTCGCCTCTCCTCTCTATCTCTGTCT"
+      "CTGCTCGTCTCACTCGCTCCTCTCTGTCGCTCTCTCTTCTTTCTCTCTACCCTCTTATCTCCGCTATCGTCTACTGTATC"
+      "TCGCTCTGTCTCCCTCGTCTCTCTACTCTCTGTCTCCTCCTCTCCTCTTTCTATTCTCCTCCCTGTCTCTCGCTCTCTCC"
+      "TCTACTCCTCTCTTCTCTCTCCTCTTCTCTCTCATCTCTCACACTCTACTCGCCCTCTCTCTCCCTCTCTCTCTCTTTCT"
+      "ATCTACTCTCTCCTCTCTCTCTCTTCATCTCTCTCTTCTCTTCTCGCTCTCCTCTCTCTCTCGCTCTATCTCGCTCTTCT"
+      "CTCTCTGTACTCTCTCTCTC"};
+  EXPECT_TRUE(compare_engines(record).is_equal()) << describe_difference(record, options);
 }
 
 TEST(LongGrowth, program_and_plain_engine_agree) {

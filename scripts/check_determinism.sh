@@ -6,7 +6,8 @@
 #   scripts/check_determinism.sh [FOLDER]
 #
 # FOLDER holds more inputs, FASTA files; keep them short, since each is searched about 300 times.
-# Builds without optimisation get the beginnings of all inputs alone, the others both. The builds stay in build-determinism/. The first run of the first build is what all are compared with.
+# Builds without optimisation get the beginnings of all inputs alone, the others both. The builds stay
+# in build-determinism/. The first run of the first build is what all are compared with.
 # Ends with status 1 at the first build that differs.
 set -euo pipefail
 

@@ -63,16 +63,19 @@ std::string draw_wandering_array(RandomEngine& engine, std::size_t length) {
   return bases;
 }
 
-/// One array, or a word that is nearly one, at times between some other bases.
-std::string draw_long_array(RandomEngine& engine) {
+std::string draw_broken_array(RandomEngine& engine, std::size_t length) {
+  const std::size_t kind = draw_between(engine, 0, 3);
+  if (kind == 0) return draw_wandering_array(engine, length);
+  if (kind == 1) return draw_word(engine, length);
   // One by one, so that the order of the draws does not depend on the compiler.
-  const std::size_t length = draw_between(engine, 300, 1100);
   const std::size_t longest_unit = draw_between(engine, 1, 9);
   const std::size_t divergence_percent = draw_between(engine, 4, 25);
-  std::string bases = draw_chance(engine, 25)
-                          ? draw_word(engine, length)
-                          : draw_array(engine, length, longest_unit, divergence_percent);
-  if (draw_chance(engine, 25)) bases = draw_wandering_array(engine, length);
+  return draw_array(engine, length, longest_unit, divergence_percent);
+}
+
+/// One array, or a word that is nearly one, at times between some other bases.
+std::string draw_long_array(RandomEngine& engine) {
+  std::string bases = draw_broken_array(engine, draw_between(engine, 300, 1100));
   if (draw_chance(engine, 30)) {
     bases.insert(0, draw_letters(engine, draw_between(engine, 1, 40), "ACGT"));
     bases += draw_letters(engine, draw_between(engine, 1, 40), "ACGT");

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <bit>
+#include <cassert>
 
 namespace quorix {
 
@@ -30,10 +31,14 @@ CLagGrid::CLagGrid(const char* text, std::uint64_t length, const LagBoundRules& 
   const auto first = static_cast<std::int64_t>(rules.first_unit_length);
   const auto last = static_cast<std::int64_t>(rules.last_unit_length());
   const std::int64_t drift = most_indels(last);
-  first_lag_ = std::max<std::int64_t>(first - drift, 1) | 1;
-  if (first_lag_ > first) first_lag_ -= 2;
+  // Within a copy a character lies before its base, so no lag is below 1. An even one is rounded
+  // down: a lag without a lane would be read as one that no path lives through.
+  const std::int64_t lowest_lag = std::max<std::int64_t>(first - drift, 1);
+  first_lag_ = (lowest_lag - 1) | 1;
   const std::int64_t lags = last + drift - first_lag_ + 1;
   lane_count_ = static_cast<std::size_t>(divided_up(lags, 2 * kSignedGrain) * kSignedGrain);
+  assert(first_lag_ <= lowest_lag);
+  assert(first_lag_ + 2 * static_cast<std::int64_t>(lane_count_) > last + drift);
   // Within a copy a path uses up to L characters, and that many bases and its insertions.
   rows_ahead_ = 2 * last + drift + 2;
   rows_per_segment_ =

@@ -5,6 +5,11 @@
 ///
 /// Row t holds the pairs of a base x and a unit character c with x + c = t, for lags x - c of one
 /// parity. Lane k of an odd row is lag `first_lag` + 2 k, of an even row one more.
+///
+/// Each lag from the first unit length less the drift (or 1, if that is more) to the last one plus
+/// the drift has a lane; the drift is the number of insertions or deletions that a path of the last
+/// unit length can pay for within one copy. Lags beyond are read as 0, which is sound only because
+/// no path that matters gets there.
 
 #include <array>
 #include <cstddef>
@@ -140,7 +145,7 @@ class CLagGrid {
   std::int64_t length_;
   const LagBoundRules& rules_;
   LagWeights weights_{};
-  std::int64_t first_lag_ = 1;  ///< odd
+  std::int64_t first_lag_ = 1;  ///< odd, at most the lowest lag that a path may use
   std::size_t lane_count_ = 0;
   std::int64_t rows_ahead_ = 0;
   std::int64_t rows_per_segment_ = 0;

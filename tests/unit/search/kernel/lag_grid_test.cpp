@@ -97,6 +97,37 @@ TEST(LagGrid, demands_no_more_than_a_living_path_has) {
   }
 }
 
+/// The lag of the first lane of `parity`, found by that of the first unit length.
+std::int64_t first_lag_of(const CLagGrid& grid, std::int64_t first_unit) {
+  const std::int64_t parity = 1 - first_unit % 2;
+  const auto lane = static_cast<std::int64_t>(searched_lane(grid.lanes(parity)));
+  return first_unit - parity - 2 * lane;
+}
+
+// A lag without a lane is read as 0, which refuses seeds whose paths go through it.
+TEST(LagGrid, has_a_lane_for_each_lag_that_a_path_can_pay_for) {
+  const std::string text(900, 'A');
+  for (const std::int64_t unit_count : {1, 2, 3, 30, 64}) {
+    for (std::int64_t first = 1; first <= 200; ++first) {
+      for (const std::int64_t indel : {5, 6, 19, 20, 21, 32, 55, 64, 77, 80, 99, 100}) {
+        const std::int64_t last = first + unit_count - 1;
+        LagBoundRules rules = rules_for(static_cast<std::uint64_t>(first), {20, indel});
+        rules.min_scores.assign(static_cast<std::size_t>(unit_count), 20);
+        const CLagGrid grid(text.data(), text.size(), rules);
+        // With a gain of up to `kHighestGain` on entry and a match for each character of the copy,
+        // a path falls no lower than one above minus the unit length.
+        const std::int64_t drift = (CLagGrid::kHighestGain + 2 * last - 1) / indel;
+        const std::int64_t first_lag = first_lag_of(grid, first);
+        ASSERT_EQ(first_lag % 2, 1);
+        ASSERT_LE(first_lag, std::max<std::int64_t>(first - drift, 1))
+            << "units " << first << " to " << last << ", indels cost " << indel;
+        ASSERT_GE(first_lag + 2 * static_cast<std::int64_t>(grid.lane_count()) - 1, last + drift)
+            << "units " << first << " to " << last << ", indels cost " << indel;
+      }
+    }
+  }
+}
+
 TEST(LagGrid, costs_less_than_the_penalties) {
   for (const Penalties& penalties : kPenalties) {
     const LagBoundRules rules = rules_for(10, penalties);

@@ -10,8 +10,9 @@ set -euo pipefail
 
 readonly run_packages=(g++ cmake make libtclap-dev libhwy-dev)
 readonly test_packages=("${run_packages[@]}"
-  libgtest-dev librapidcheck-dev libbenchmark-dev clang clang-format clang-tidy cppcheck locales)
-readonly coverage_packages=("${run_packages[@]}" libgtest-dev librapidcheck-dev gcovr)
+  libgtest-dev librapidcheck-dev libbenchmark-dev clang clang-format clang-tidy cppcheck locales
+  python3)
+readonly coverage_packages=("${run_packages[@]}" libgtest-dev librapidcheck-dev gcovr python3)
 readonly measure_packages=("${run_packages[@]}" time)
 readonly bench_packages=("${run_packages[@]}" libbenchmark-dev)
 readonly mutate_packages=("${run_packages[@]}" libgtest-dev librapidcheck-dev ninja-build python3)

@@ -1,0 +1,99 @@
+"""Holes that the attack on the filters has to find: each makes a filter reject too much.
+
+A hole is a name and a list of changes, each a file of src/search, a text that stands there once, and
+what it becomes. Some bounds reject nothing without vectors, so that their holes show only with them.
+"""
+
+LAG_GRID = "kernel/lag_grid.cpp"
+LAG_BOUND = "kernel/lag_bound.cpp"
+BATCH = "kernel/batch_bound.cpp"
+SCORE = "kernel/score_bound.cpp"
+GROUP = "kernel/group_bound.cpp"
+CHAIN_STATES = "kernel/chain_states.cpp"
+CHAIN = "kernel/chain_bound.cpp"
+RUNS = "kernel/run_seeds.cpp"
+FILTER = "seed_filter.cpp"
+
+HOLES = {
+    "lag grid: an even lowest lag is rounded up": [
+        (LAG_GRID, "first_lag_ = (lowest_lag - 1) | 1;",
+         "first_lag_ = lowest_lag | 1;\n  if (first_lag_ > first) first_lag_ -= 2;")],
+    "lag grid: room for one indel fewer": [
+        (LAG_GRID, "return (kHighestGain + 2 * unit_length - 1) / rules_.indel_penalty;",
+         "return std::max<std::int64_t>(\n"
+         "      (kHighestGain + 2 * unit_length - 1) / rules_.indel_penalty - 1, 0);")],
+    "lag grid: half of the rows ahead": [
+        (LAG_GRID, "rows_ahead_ = 2 * last + drift + 2;", "rows_ahead_ = last + drift + 2;")],
+    "lag grid: the cap of the gain is an eighth too low": [
+        (LAG_GRID, "as_byte(longest);", "as_byte(longest - longest / 8);")],
+    "lag grid: the cap of the persistence allows for no fall": [
+        (LAG_GRID, "as_byte(least_persistence(longest) + deepest_fall(longest));",
+         "as_byte(least_persistence(longest));")],
+    "lag grid: two points of persistence too many are asked for": [
+        (LAG_GRID, "return std::max<std::int64_t>(weights_.reward * unit_length - most_lost, 0);",
+         "return std::max<std::int64_t>(weights_.reward * unit_length - most_lost + 2, 0);")],
+    "lag grid: half of the score on entry always counts": [
+        (LAG_GRID, "weights_.is_half_enough = 2 * (reward + cost) <= least + 1 && "
+                   "2 * cost <= rules_.indel_penalty;", "weights_.is_half_enough = true;")],
+    "lag bound: high gains are taken for bounded": [
+        (LAG_BOUND, "hn::Set(d, CLagGrid::kHighestGain)", "hn::Set(d, 120)")],
+    "lag bound: each segment begins without its predecessor": [
+        (LAG_BOUND, "CLagRows& left = grid.leftward_rows();",
+         "CLagRows& left = grid.leftward_rows();\n  left.clear();")],
+    "batch bound: what is given up is taken for dead": [
+        (BATCH, "return give_up(best, row, last, before);", "return best;")],
+    "batch bound: the left side begins without the score of the right": [
+        (BATCH, "hn::IfThenZeroElse(is_answered, best));",
+         "hn::IfThenZeroElse(is_answered, hn::Load(d, values)));")],
+    "batch bound: neutral N's cost a mismatch": [
+        (BATCH, "is_free = hn::Or(equal, is_N);", "is_free = hn::AndNot(is_N, equal);")],
+    "batch bound: one lane less in each row": [
+        (BATCH, "std::max(last.high + 1, before.high)};", "std::max(last.high, before.high)};")],
+    "score bound: paths may leave at the edge of the rows": [
+        (SCORE, "if (lanes[0] != 0 || lanes[kLanes - 1] != 0) return {true, 0};", "")],
+    "score bound: the left side begins without the score of the right": [
+        (SCORE, "table.start_value = right.best_value;", "")],
+    "score bound: a budget of 256 rows": [
+        (SCORE, "kMostRows = 8192;", "kMostRows = 256;"),
+        (SCORE, "    if (!is_alive || outcome.is_open) return outcome;\n  }\n  return {true, 0};",
+         "    if (!is_alive || outcome.is_open) return outcome;\n  }\n  return rows.outcome(target);")],
+    "score bound: the phase on the left is one off": [
+        (SCORE, "table.skipped = unit_length - 1 - repeat.left_phase;",
+         "table.skipped = (unit_length - repeat.left_phase) % unit_length;")],
+    "group bound: fewer offsets wrap": [
+        (GROUP, "offset < kSeeds - 1;", "offset < kSeeds / 2;")],
+    "group bound: what has no room is taken for dead": [
+        (GROUP, "if (!has_room_for(range, row)) return kOpenGroup;",
+         "if (!has_room_for(range, row)) return hn::GetLane(hn::MaxOfLanes(d, best_));")],
+    "group bound: the left side is entered in the order of the right": [
+        (GROUP, "table.entering = reversed;", "")],
+    "group bound: one lane less in each row": [
+        (GROUP, "std::max(last_.high + 1 - odd, before_.high)};",
+         "std::max(last_.high - odd, before_.high)};")],
+    "chain states: one match more to be let through": [
+        (CHAIN_STATES, "(edits + 1 - all) * least_penalty;",
+         "(edits + 1 - all) * least_penalty + 1;")],
+    "chain states: the floor is one point higher": [
+        (CHAIN_STATES, "state.least_matches = state.cost - unit_length + 1;",
+         "state.least_matches = state.cost - unit_length + 2;")],
+    "chain bound: few deletions are followed": [
+        (CHAIN, "if (state.before_deletion >= 0) {", "if (state.before_deletion >= 4) {")],
+    "chain bound: higher scores do not count as lower ones": [
+        (CHAIN, "score = most_bases_; score >= 1; --score) {",
+         "score = most_bases_; score > most_bases_; --score) {")],
+    "runs: no insertion on the left": [
+        (RUNS, "         lags.longer().ones_down_from(first - 1) >= at_longer_lag ||\n", "")],
+    "runs: N's are not looked for": [
+        (RUNS, "(lags.is_N_wild() && lags.planes().has_N_near(first - unit_length, last)) ||\n", "")],
+    "runs: the sieve looks half as far": [
+        (RUNS, "half_(static_cast<std::uint64_t>((rule.chained_runs + 1) / 2)),",
+         "half_(static_cast<std::uint64_t>((rule.chained_runs + 1) / 4)),")],
+    "seed filter: the first edit needs one match more": [
+        (FILTER, "least_penalty - signed_length + 1;", "least_penalty - signed_length + 2;")],
+    "seed filter: the second edit needs one match more": [
+        (FILTER, "chained_runs = edited_run + least_penalty;",
+         "chained_runs = edited_run + least_penalty + 1;")],
+    "seed filter: a verdict of a group counts for seeds that were not asked about": [
+        (FILTER, "told_ = {unit_length, p, neighbours, 0};",
+         "told_ = {unit_length, p, ~std::uint64_t{0}, 0};")],
+}

@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdint>
 #include <cstdio>
 #include <string>
@@ -51,21 +52,32 @@ void run_record(std::uint64_t seed, const Options& options, const std::string& b
   add_to_tally(comparison.program);
 }
 
+/// A record, or an array between two of them in whose copies edits of one kind are alike.
+std::string draw_bases(RandomEngine& engine, std::size_t longest, std::size_t longest_unit) {
+  if (longest < 30 || draw_chance(engine, 75)) return draw_record(engine, longest, longest_unit);
+  const std::size_t unit_length = draw_between(engine, 1, longest_unit);
+  const std::size_t array_length = draw_between(engine, longest / 3, longest - longest / 5);
+  const std::size_t rest = (longest - array_length) / 2;
+  return draw_record(engine, rest, longest_unit) +
+         draw_array_edited_alike(engine, array_length, unit_length) +
+         draw_record(engine, rest, longest_unit);
+}
+
 /// Most records are short, so that many settings are met; without a limit of the recursion both
 /// engines try every combination of edits, which a dozen bases bear.
 void run_short_case(std::uint64_t seed, RandomEngine& engine) {
   const bool is_unlimited = draw_chance(engine, 5);
   const Options options = draw_options(engine, is_unlimited);
   const std::size_t longest = is_unlimited ? 12 : draw_chance(engine, 85) ? 90 : 300;
-  run_record(seed, options, draw_record(engine, longest, draw_chance(engine, 70) ? 4 : 12));
+  run_record(seed, options, draw_bases(engine, longest, draw_chance(engine, 70) ? 4 : 12));
 }
 
 /// Units and records beyond what one machine word or one byte holds, for the bounds that work with
 /// those. Penalties are mostly high and the recursion is shallow: the plain engine tries all paths.
 void run_long_case(std::uint64_t seed, RandomEngine& engine) {
   const Options options = draw_long_unit_options(engine);
-  std::string bases = draw_record(engine, 700, draw_chance(engine, 50) ? 60 : 12);
-  const std::size_t room = 700 - bases.size();
+  std::string bases = draw_bases(engine, 700, draw_chance(engine, 50) ? 60 : 12);
+  const std::size_t room = 700 - std::min<std::size_t>(bases.size(), 700);
   if (room > 0 && draw_chance(engine, 60)) {  // copies enough for a long unit
     bases += draw_array(engine, draw_between(engine, 1, room), 60, draw_between(engine, 0, 6));
   }

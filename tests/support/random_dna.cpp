@@ -52,6 +52,25 @@ std::string draw_array(RandomEngine& engine, std::size_t length, std::size_t lon
   return array;
 }
 
+std::string draw_array_edited_alike(RandomEngine& engine, std::size_t length,
+                                    std::size_t unit_length) {
+  const std::string unit = draw_letters(engine, unit_length, kBases);
+  const std::size_t kind = draw_between(engine, 0, 2);
+  const bool is_same_place = draw_chance(engine, 30);
+  std::size_t place = draw_between(engine, 0, unit_length - 1);
+  std::string array = unit;
+  while (array.size() < length) {
+    std::string copy = unit;
+    if (!is_same_place) place = draw_between(engine, 0, unit_length - 1);
+    if (kind == 0) copy.replace(place, 1, draw_letters(engine, 1, kBases));
+    if (kind == 1) copy.insert(place, draw_letters(engine, 1, kBases));
+    if (kind == 2) copy.erase(place, 1);
+    array += copy.empty() ? unit : copy;
+  }
+  array.resize(length);
+  return array;
+}
+
 std::string draw_record(RandomEngine& engine, std::size_t longest, std::size_t longest_unit) {
   const std::size_t length = draw_between(engine, 0, longest);
   constexpr std::array<std::size_t, 4> kDivergences{0, 3, 10, 25};

@@ -26,6 +26,11 @@ std::string draw_letters(RandomEngine& engine, std::size_t length, const std::st
 std::string draw_array(RandomEngine& engine, std::size_t length, std::size_t longest_unit,
                        std::size_t divergence_percent);
 
+/// `length` bases of an array of `unit_length` whose copies all have one edit of the same kind, a
+/// substitution, an insertion or a deletion, at the same place or at places of their own.
+std::string draw_array_edited_alike(RandomEngine& engine, std::size_t length,
+                                    std::size_t unit_length);
+
 /// A record of up to `longest` bases, of noise and arrays in random order.
 std::string draw_record(RandomEngine& engine, std::size_t longest, std::size_t longest_unit);
 

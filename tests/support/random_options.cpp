@@ -21,6 +21,21 @@ void draw_switch(RandomEngine& engine, Options& options, std::size_t percent, co
   if (draw_chance(engine, percent)) options.emplace_back(flag);
 }
 
+/// A penalty from 2 to 100, mostly a mild one: under large ones few records have room for an edit.
+std::string draw_score_of_edit(RandomEngine& engine) {
+  if (draw_chance(engine, 5)) return "-2147483648";
+  const std::size_t most = draw_chance(engine, 60) ? 5 : draw_chance(engine, 60) ? 20 : 100;
+  return "-" + std::to_string(draw_between(engine, 2, most));
+}
+
+/// Scores of both kinds of edit, uneven ones half of the time, or the defaults.
+void draw_scores_of_edits(RandomEngine& engine, Options& options) {
+  const std::string mismatch = draw_score_of_edit(engine);
+  const std::string indel = draw_chance(engine, 50) ? mismatch : draw_score_of_edit(engine);
+  if (draw_chance(engine, 75)) options.insert(options.end(), {"-m", mismatch});
+  if (draw_chance(engine, 75)) options.insert(options.end(), {"-g", indel});
+}
+
 void draw_thresholds(RandomEngine& engine, Options& options) {
   draw_option(engine, options, 60, "-s", {"0", "1", "2", "3", "4", "8", "15", "-5"});
   draw_option(engine, options, 20, "--minScore_a", {"-4", "-1", "2", "5"});
@@ -39,8 +54,7 @@ void draw_search(RandomEngine& engine, Options& options, bool may_be_unlimited) 
   options.insert(options.end(), {"-u", std::to_string(shortest)});
   options.insert(options.end(), {"-U", std::to_string(longest)});
 
-  draw_option(engine, options, 60, "-m", {"-2", "-2", "-3", "-4", "-5", "-9", "-2147483648"});
-  draw_option(engine, options, 60, "-g", {"-2", "-2", "-3", "-4", "-7", "-2147483648"});
+  draw_scores_of_edits(engine, options);
   draw_option(engine, options, 20, "-R",
               {"0", "1", "2", "3", "5", "8", "20", "-1", "-2147483648", "2147483647"});
   if (may_be_unlimited) {
@@ -62,12 +76,19 @@ void draw_long_unit_search(RandomEngine& engine, Options& options) {
   options.insert(options.end(), {"-u", std::to_string(shortest)});
   options.insert(options.end(), {"-U", std::to_string(std::min<std::size_t>(longest, 60))});
 
-  const bool is_usual = draw_chance(engine, 95);
-  const std::vector<std::string> penalties =
-      is_usual ? std::vector<std::string>{"-5", "-6", "-6", "-7", "-8", "-9"}
-               : std::vector<std::string>{"-2", "-3", "-30", "-300"};
-  draw_option(engine, options, 80, "-m", penalties);
-  draw_option(engine, options, 80, "-g", penalties);
+  if (draw_chance(engine, 60)) {
+    const std::vector<std::string> usual{"-5", "-6", "-6", "-7", "-8", "-9"};
+    draw_option(engine, options, 80, "-m", usual);
+    draw_option(engine, options, 80, "-g", usual);
+  } else if (draw_chance(engine, 95)) {
+    const auto draw_score = [&] { return "-" + std::to_string(draw_between(engine, 5, 100)); };
+    const std::string mismatch = draw_score();
+    options.insert(options.end(),
+                   {"-m", mismatch, "-g", draw_chance(engine, 25) ? mismatch : draw_score()});
+  } else {
+    draw_option(engine, options, 80, "-m", {"-2", "-3", "-300"});
+    draw_option(engine, options, 80, "-g", {"-2", "-3", "-300"});
+  }
   draw_option(engine, options, 20, "-R", {"0", "5", "20", "60"});
   options.insert(options.end(), {"-r", draw_chance(engine, 80) ? "1" : "2"});
   draw_option(engine, options, 30, "-N", {"0", "1", "2", "7", "2147483647"});

@@ -54,7 +54,7 @@ PathRules draw_path_rules(RandomEngine& engine, std::size_t unit_length) {
   constexpr PathEdits kEdits[] = {PathEdits::kMismatches, PathEdits::kInsertions,
                                   PathEdits::kDeletions, PathEdits::kMixed};
   return {-std::int64_t{global_mismatch_score}, -std::int64_t{global_indel_score},
-          kEdits[draw_between(engine, 0, 3)], draw_chance(engine, 80) ? 12U : 40U,
+          kEdits[draw_between(engine, 0, 3)], draw_chance(engine, 80) ? 12U : 120U,
           std::min<std::size_t>(4 * unit_length + 150, 1500)};
 }
 

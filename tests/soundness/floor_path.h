@@ -1,7 +1,7 @@
 #pragma once
 
 /// @file
-/// Bases along which an extension comes as low as its rules allow, again and again.
+/// Bases along which an extension comes down to its floor, the drop-off limit, again and again.
 ///
 /// A filter rejects a seed too early where the best path of the seed is just good enough: where
 /// each edit is made with the least score that allows it, all edits are of one kind, so that the

@@ -15,7 +15,9 @@
 #include <string_view>
 #include <vector>
 
+#include "search/edit_memo.h"
 #include "soundness/attack_case.h"
+#include "soundness/cached_extension.h"
 #include "soundness/filter_questions.h"
 #include "support/case_arguments.h"
 #include "support/default_settings.h"
@@ -90,6 +92,22 @@ TEST_F(Soundness, no_filter_rejects_a_seed_for_the_score_that_it_reaches) {
               static_cast<unsigned long long>(arguments.case_count),
               static_cast<unsigned long long>(arguments.first_seed),
               static_cast<unsigned long long>(all_tight_questions(tallies)));
+}
+
+TEST_F(Soundness, caches_give_what_a_fresh_extension_gives) {
+  const std::vector<std::int64_t> targets = attacked_targets();
+  ASSERT_FALSE(targets.empty()) << "this machine cannot stand for " << only_target;
+  std::uint64_t compared = 0;
+  for (std::uint64_t seed = arguments.first_seed;
+       seed < arguments.first_seed + arguments.case_count; ++seed) {
+    const AttackCase attack = draw_attack_case(seed, targets);
+    if (attack.unit_length > CEditMemo::kLongestUnit + 2) continue;  // they remember none of these
+    const std::string fault = compare_cached_extensions(attack, attack.unit_length, compared);
+    ASSERT_TRUE(fault.empty()) << "case " << seed << ": " << fault;
+  }
+  use_vector_targets(0);
+  std::printf("%llu extensions compared\n", static_cast<unsigned long long>(compared));
+  EXPECT_GT(compared, arguments.case_count);
 }
 
 }  // namespace

@@ -1,0 +1,19 @@
+#pragma once
+
+/// @file
+/// The attack on the caches: what they give must be what a fresh extension gives.
+
+#include <cstdint>
+#include <string>
+
+#include "soundness/attack_case.h"
+
+namespace quorix::testing {
+
+/// Extends all valid seeds of `unit_length` in the case's stretch, in ascending order, once by a
+/// search that remembers edits and paths and once without. Adds the number of seeds to `compared`.
+/// Gives nothing, or the first difference with the record and options that show it.
+std::string compare_cached_extensions(const AttackCase& attack, std::uint64_t unit_length,
+                                      std::uint64_t& compared);
+
+}  // namespace quorix::testing

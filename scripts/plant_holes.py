@@ -2,7 +2,7 @@
 """Plants holes in the filters of seeds, one after the other, and lets the attack look for each.
 
     scripts/setup.sh mutate
-    scripts/plant_holes.py [--folder=build-holes] [--cases=20000] [--only=WORD]
+    scripts/plant_holes.py [--folder=build-holes] [--cases=5000] [--only=WORD]
     scripts/plant_holes.py --check      only sees whether the holes still fit the sources
 
 Prints a Markdown table of the holes of tests/soundness/holes.py with the seconds of processor time,
@@ -71,7 +71,7 @@ class Tree:
 def main():
     parser = argparse.ArgumentParser()
     parser.add_argument("--folder", default="build-holes")
-    parser.add_argument("--cases", type=int, default=20000)
+    parser.add_argument("--cases", type=int, default=5000)
     parser.add_argument("--only", default="", help="holes whose name holds this word")
     parser.add_argument("--check", action="store_true")
     options = parser.parse_args()

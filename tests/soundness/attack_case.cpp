@@ -91,11 +91,8 @@ void sprinkle_Ns(RandomEngine& engine, std::string& text, std::size_t first, std
   }
 }
 
-/// Bases before the array: none, some, or so many that a border of two segments of the lag bound
-/// lies within the array.
-std::size_t draw_lead(RandomEngine& engine, std::size_t unit_length, std::size_t array_length) {
-  if (draw_chance(engine, 25)) return 0;
-  if (!draw_chance(engine, 3) || unit_length > 200) return draw_between(engine, 1, 150);
+/// A base whose seeds are the last ones before a border of two segments of the lag bound.
+std::size_t seeds_at_border(std::size_t unit_length) {
   const LagBoundRules rules{unit_length,
                             {1},
                             -std::int64_t{global_mismatch_score},
@@ -103,8 +100,17 @@ std::size_t draw_lead(RandomEngine& engine, std::size_t unit_length, std::size_t
                             false};
   const std::string text(100'000, 'A');
   const CLagGrid grid(text.data(), text.size(), rules);
-  const auto border = static_cast<std::size_t>(grid.rows_per_segment()) / 2;
-  return border > array_length ? border - draw_between(engine, 0, array_length) : 0;
+  return (static_cast<std::size_t>(grid.rows_per_segment()) - unit_length) / 2;
+}
+
+/// Bases before the array: none, some, or so many that such a border lies in it or near its ends.
+std::size_t draw_lead(RandomEngine& engine, std::size_t unit_length, std::size_t array_length) {
+  if (draw_chance(engine, 25)) return 0;
+  if (unit_length < 5 || unit_length > 200 || !draw_chance(engine, 8)) {
+    return draw_between(engine, 1, 150);
+  }
+  const std::size_t most = draw_chance(engine, 50) ? unit_length : array_length;
+  return seeds_at_border(unit_length) - std::min(draw_between(engine, 0, most), std::size_t{900});
 }
 
 }  // namespace

@@ -1,20 +1,29 @@
 #include "search/growth_paths.h"
 
 #include <algorithm>
+#include <cassert>
 #include <cstddef>
 #include <functional>
+#include <limits>
 
 namespace quorix {
 
 namespace {
 
-/// Stops that are kept at most, in 40 MB.
-constexpr std::size_t kMostStops = std::size_t{1} << 19U;
 constexpr std::size_t kFewestPlaces = std::size_t{1} << 10U;
 constexpr std::size_t kMostNoted = std::size_t{1} << 15U;
 
 std::uint32_t narrow(std::int64_t count) {
+  assert(count >= 0 && count < std::int64_t{CGrowthPaths::kNone});
   return static_cast<std::uint32_t>(count);
+}
+
+/// The sum of two heights, see the header.
+std::int32_t sum_of_heights(std::int64_t left, std::int64_t right) {
+  const std::int64_t sum = left + right;
+  assert(sum >= std::numeric_limits<std::int32_t>::min());
+  assert(sum <= std::numeric_limits<std::int32_t>::max());
+  return static_cast<std::int32_t>(sum);
 }
 
 }  // namespace
@@ -104,7 +113,7 @@ void CGrowthPaths::end_way() {
 
 /// Forgets the noted stops if there is none.
 bool CGrowthPaths::has_room_for_noted() {
-  is_full_ = is_full_ || stops_.size() + noted_.size() >= kMostStops;
+  is_full_ = is_full_ || stops_.size() + noted_.size() >= max_stops_;
   if (is_full_) noted_.clear();
   return !is_full_;
 }
@@ -126,7 +135,7 @@ void CGrowthPaths::keep_noted_before(StopId id, const GrowthStop& stop) {
     Stop kept{own.edge,
               own.unit_code,
               own.score,
-              next.height + (own.score - later->score),
+              sum_of_heights(next.height, std::int64_t{own.score} - later->score),
               id,
               id,
               next.edits + 1,
@@ -172,6 +181,7 @@ CGrowthPaths::StopId CGrowthPaths::keep(const Stop& stop) {
   if (2 * stops_.size() >= places_.size()) {
     make_places(std::max(kFewestPlaces, 2 * places_.size()));
   }
+  assert(stops_.size() < max_stops_);
   const StopId id = narrow(static_cast<std::int64_t>(stops_.size()));
   stops_.push_back(stop);
   places_[place_of(stop.edge, stop.unit_code, stop.score, stop.is_free)] = id;

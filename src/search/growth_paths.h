@@ -13,6 +13,22 @@
 ///
 /// The edit made at a stop may depend on the score, if that is low. Stops with a score that is high
 /// enough for every look-ahead to make all its edits stand for all such scores.
+///
+/// Assumptions, which the caller ensures (see `CKeptWay`), and why the result is that of a fresh
+/// extension:
+///
+/// - The edit at a stop, and with it the next stop and the points gained on the way there, is a
+///   function of edge, unit code and score; from the free score on, of edge and unit code. That
+///   needs one limit for each direction, no limit of the score reduction, and settings that stay
+///   the same. The best score so far has no influence.
+/// - So an extension that arrives at a kept stop with the kept score, or with both scores free,
+///   makes the kept edit and gains as much. This holds edge by edge of the tree. It holds for a
+///   whole jump if every stop before its end is free and the least score met there is still free,
+///   or if the extension that was kept arrived with the same score and had it up to the root.
+/// - An extension that joined a kept path with another score does not go on to the root for sure.
+///   Therefore heights are sums along the tree, and no score of a stop is derived from the root's.
+/// - A height is a sum of matches, of which a text that is served has at most `kHighestScore`, and
+///   of penalties. An edit needs a score near its penalty, and only matches before it give that.
 
 #include <cstddef>
 #include <cstdint>
@@ -59,6 +75,12 @@ class CGrowthPaths {
 
   /// Scores and lengths up to which sums fit.
   static constexpr std::int64_t kHighestScore = std::int64_t{1} << 30U;
+  /// Stops that are kept at most unless said otherwise, in 40 MB.
+  static constexpr std::size_t kMaxStops = std::size_t{1} << 19U;
+
+  /// Keeps no more than `max_stops`. Stops noted when there is no room for them are dropped, and
+  /// the next way begins with nothing kept. REQUIRES: max_stops < `kNone`.
+  explicit CGrowthPaths(std::size_t max_stops = kMaxStops) : max_stops_(max_stops) {}
 
   /// Begins a way. What `follow` gave on another one is not to be used any more.
   void begin_way();
@@ -127,6 +149,7 @@ class CGrowthPaths {
   [[nodiscard]] StopId keep(const Stop& stop);
   void make_places(std::size_t count);
 
+  std::size_t max_stops_;
   std::vector<NotedStop> noted_;
   std::deque<Stop> stops_;
   std::vector<StopId> places_;  ///< a power of two of them; none until the first stop is kept

@@ -230,5 +230,91 @@ TEST(GrowthPaths, are_right_and_of_use_again_when_there_was_no_room_for_more) {
   }
 }
 
+/// Notes `count` stops as one way, each one base and no point behind the one before.
+void note_way(CGrowthPaths& paths, const CLand& land, std::uint64_t unit_code, std::size_t count) {
+  paths.begin_way();
+  for (std::size_t place = 0; place < count; ++place) {
+    GrowthStop stop = stop_at(land.at(place), 30);
+    stop.unit_code = unit_code;
+    stop.mismatches = static_cast<std::int64_t>(place);
+    paths.note(stop, kFreeScore, 'M');
+  }
+  paths.end_way();
+}
+
+/// True if some of the first `count` stops of the unit code lead on to others. Each by itself may
+/// have been replaced by one that shares its place.
+bool is_any_kept(CGrowthPaths& paths, const CLand& land, std::uint64_t unit_code,
+                 std::size_t count) {
+  for (std::size_t place = 0; place < count; ++place) {
+    GrowthStop stop = stop_at(land.at(place), 30);
+    stop.unit_code = unit_code;
+    if (paths.follow(stop, kFreeScore, 30).from != CGrowthPaths::kNone) return true;
+  }
+  return false;
+}
+
+TEST(GrowthPaths, forget_everything_before_the_way_that_follows_the_one_without_room) {
+  const CLand land(CGrowthPaths::kMaxStops, 1, 1);
+  CGrowthPaths paths;
+  note_way(paths, land, 1, 100);
+  note_way(paths, land, 2, CGrowthPaths::kMaxStops);
+  // What is kept stays until the next way begins.
+  EXPECT_TRUE(is_any_kept(paths, land, 2, CGrowthPaths::kMaxStops));
+  paths.begin_way();
+  EXPECT_FALSE(is_any_kept(paths, land, 1, 100));
+  EXPECT_FALSE(is_any_kept(paths, land, 2, CGrowthPaths::kMaxStops));
+  note_way(paths, land, 3, 100);
+  EXPECT_FALSE(is_any_kept(paths, land, 1, 100));
+  EXPECT_TRUE(is_any_kept(paths, land, 3, 100));
+  note_way(paths, land, 1, 50);
+  EXPECT_TRUE(is_any_kept(paths, land, 1, 50));
+  EXPECT_TRUE(is_any_kept(paths, land, 3, 100));
+}
+
+TEST(GrowthPaths, keep_stops_up_to_their_limit) {
+  constexpr std::size_t kLimit = 64;
+  const CLand land(200, 1, 1);
+  const auto is_kept = [&](std::size_t count) {
+    CGrowthPaths paths(kLimit);
+    note_way(paths, land, 1, count);
+    return is_any_kept(paths, land, 1, count);
+  };
+  EXPECT_TRUE(is_kept(kLimit - 1));
+  EXPECT_FALSE(is_kept(kLimit + 1));
+
+  constexpr std::size_t kThird = kLimit / 3;
+  CGrowthPaths paths(kLimit);
+  for (std::uint64_t unit_code = 1; unit_code <= 3; ++unit_code) {
+    note_way(paths, land, unit_code, kThird);
+  }
+  for (std::uint64_t unit_code = 1; unit_code <= 3; ++unit_code) {
+    EXPECT_TRUE(is_any_kept(paths, land, unit_code, kThird));
+  }
+  note_way(paths, land, 4, 2);  // no room for it
+  note_way(paths, land, 5, 2);
+  for (std::uint64_t unit_code = 1; unit_code <= 4; ++unit_code) {
+    EXPECT_FALSE(is_any_kept(paths, land, unit_code, kThird));
+  }
+  EXPECT_TRUE(is_any_kept(paths, land, 5, 2));
+}
+
+TEST(GrowthPaths, are_those_walked_on_foot_with_little_room) {
+  for (std::uint64_t seed = 1; seed <= 20; ++seed) {
+    SCOPED_TRACE("seed " + std::to_string(seed));
+    const CLand land(1000, seed, 0);
+    RandomEngine engine(seed);
+    CGrowthPaths paths(draw_between(engine, 2, 400));
+    for (int way = 0; way < 100; ++way) {
+      const std::size_t place = draw_between(engine, 0, 700);
+      const auto score = static_cast<std::int32_t>(draw_between(engine, 0, 90));
+      const GrowthStop first = stop_at(land.at(place), score);
+      ASSERT_NO_FATAL_FAILURE(
+          expect_same_walk(walk_with_paths(land, paths, first), walk_on_foot(land, first)));
+      ASSERT_FALSE(HasFailure());
+    }
+  }
+}
+
 }  // namespace
 }  // namespace quorix

@@ -1,6 +1,7 @@
 #include "search/kernel/base_planes.h"
 
 #include <algorithm>
+#include <cassert>
 #include <cstddef>
 #include <vector>
 
@@ -78,6 +79,7 @@ bool CBasePlanes::has_N_near(std::uint64_t first, std::uint64_t last) const {
 }
 
 void CBasePlanes::find_matches(std::uint64_t lag, bool is_N_wild, CBitSet& matches) const {
+  assert(lag >= 1);
   matches.reset(length());
   if (lag >= length()) return;
   const Words& low = low_bits_.words();

@@ -5,6 +5,9 @@
 ///
 /// With them one handful of word operations tells for 64 bases at once which of them equal the base
 /// a given lag before. A tandem repeat of unit length L is a run of such bases at lag L.
+///
+/// An N has the low and high bits of G, so whoever compares planes looks at the N's too. Bases
+/// outside the text have clear bits, as an A has; who reads them must be right with any base there.
 
 #include <cstdint>
 

@@ -2,8 +2,12 @@
 
 /// @file
 /// One bit for each position of a text, in 64-bit words.
+///
+/// Bits behind the last one are clear and one word is spare: who writes `words()` keeps that. With
+/// it a search for a clear bit ends, and the word behind that of any position may be read.
 
 #include <bit>
+#include <cassert>
 #include <cstdint>
 #include <vector>
 
@@ -34,6 +38,7 @@ class CBitSet {
 
   /// Sets the bits of [first, last). REQUIRES: first <= last <= size().
   void set_range(std::uint64_t first, std::uint64_t last) {
+    assert(first <= last && last <= size_);
     if (first == last) return;
     const std::uint64_t first_word = first / kWordBits;
     const std::uint64_t last_word = (last - 1) / kWordBits;
@@ -50,6 +55,7 @@ class CBitSet {
 
   /// The first set bit at or after `position`, or size(). REQUIRES: position <= size().
   [[nodiscard]] std::uint64_t find_set(std::uint64_t position) const {
+    assert(position <= size_);
     std::uint64_t w = position / kWordBits;
     std::uint64_t word = words_[w] & (~std::uint64_t{0} << (position % kWordBits));
     while (word == 0) {
@@ -61,6 +67,7 @@ class CBitSet {
 
   /// The first clear bit at or after `position`, or size(). REQUIRES: position <= size().
   [[nodiscard]] std::uint64_t find_clear(std::uint64_t position) const {
+    assert(position <= size_);
     std::uint64_t w = position / kWordBits;
     std::uint64_t word = ~words_[w] & (~std::uint64_t{0} << (position % kWordBits));
     while (word == 0) {  // bits behind the last one are clear, so the last word ends the loop
@@ -72,6 +79,7 @@ class CBitSet {
 
   /// The bits of `position` and the 63 positions behind it. REQUIRES: position <= size().
   [[nodiscard]] std::uint64_t bits_from(std::uint64_t position) const {
+    assert(position <= size_);
     const std::uint64_t w = position / kWordBits;
     const std::uint64_t offset = position % kWordBits;
     const std::uint64_t upper = offset == 0 ? 0 : words_[w + 1] << (kWordBits - offset);
@@ -85,6 +93,7 @@ class CBitSet {
 
   /// How many bits are set from `position` down, up to 64. REQUIRES: position < size().
   [[nodiscard]] int ones_down_from(std::uint64_t position) const {
+    assert(position < size_);
     const std::uint64_t w = position / kWordBits;
     const std::uint64_t offset = position % kWordBits;
     const std::uint64_t below =

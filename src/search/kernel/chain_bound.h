@@ -15,8 +15,23 @@
 /// one edit more than are followed here. Growth to the left begins with the best score of growth to
 /// the right; sets of the seeds with at least so much lower what its states must have.
 ///
-/// Neutral N's count as matches, which only raises scores; others match nothing. What lies beyond
-/// the text is read as some base, and a chain that gets there has told its score before.
+/// Neutral N's count as matches, which only raises scores, and where they end the extension the
+/// chain merely goes on; others match nothing. What lies beyond the text is read as some base, and
+/// a chain that gets there has told its score before.
+///
+/// What this rests on besides, with m matches and score e on entry:
+///
+/// - The score m + e - cost depends on the state alone, since every match scores 1 and penalties do
+///   not depend on the place.
+/// - Where a state is let through (`ChainState::end_bases`) no state before it is still followed:
+/// an
+///   edit never lowers the matches that let a chain through, since it costs at least what one edit
+///   less to come takes off. So no chain arrives behind the end of a state, where none is looked
+///   for.
+/// - The last edits followed are safe to stop at: a chain that makes one edit more has, before it,
+///   matches enough for `matches_let_through` of the state with the most edits.
+/// - A limit of the score reduction only forbids edits.
+/// - Smaller penalties and a smaller minimum score let through more, so they may be capped.
 
 #include <cstdint>
 

@@ -1,14 +1,35 @@
 #include "search/kernel/chain_states.h"
 
 #include <algorithm>
+#include <cassert>
 
 namespace quorix {
 
 namespace {
 
-/// Fewer matches than these happen to most seeds of random DNA, over two to four edits.
+/// Fewer matches than these happen to most seeds of random DNA, over two to four edits. The bound
+/// is sound with any number.
 constexpr std::int64_t kTellingMatches = 9;
 constexpr std::ptrdiff_t kLeastChainEdits = 2;
+
+/// True if every chain that stops at `before` is still looked for where an edit brings it in
+/// `state`, `bases` bases farther on.
+bool is_followed_on(const ChainState& before, const ChainState& state, std::ptrdiff_t bases) {
+  return before.is_followed && before.fewest_bases + bases == state.fewest_bases &&
+         before.matches_let_through <= state.matches_let_through &&
+         before.end_bases - 1 + bases <= state.end_bases;
+}
+
+/// True if that holds for all edits that lead to one of the states.
+[[maybe_unused]] bool are_arrivals_looked_for(const ChainState* states, std::size_t count) {
+  return std::all_of(states, states + count, [&](const ChainState& state) {
+    const auto is_looked_for = [&](std::ptrdiff_t before, std::ptrdiff_t bases) {
+      return before < 0 || is_followed_on(states[before], state, bases);
+    };
+    return is_looked_for(state.before_mismatch, 1) && is_looked_for(state.before_insertion, 1) &&
+           is_looked_for(state.before_deletion, 0);
+  });
+}
 
 }  // namespace
 
@@ -25,7 +46,8 @@ int ChainRule::edits_to_follow() const {
 
 ChainStates::ChainStates(const ChainRule& rule, std::ptrdiff_t edits)
     : unit_length(rule.unit_length), most_edits(edits), is_N_neutral(rule.is_N_neutral), states{} {
-  // Higher values are as good as these, and sums of them are small.
+  // Lower values let through more, and no chain is long enough to tell these from higher ones. Sums
+  // of them are small.
   constexpr std::int64_t kMost = 1'000'000;
   const std::ptrdiff_t mismatch = std::min(rule.mismatch_penalty, kMost);
   const std::ptrdiff_t indel = std::min(rule.indel_penalty, kMost);
@@ -61,6 +83,7 @@ ChainStates::ChainStates(const ChainRule& rule, std::ptrdiff_t edits)
       }
     }
   }
+  assert(are_arrivals_looked_for(states.data(), count));
 }
 
 }  // namespace quorix

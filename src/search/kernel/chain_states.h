@@ -30,8 +30,11 @@ struct ChainState {
   std::ptrdiff_t fewest_bases;         ///< mismatches and insertions
   std::ptrdiff_t least_matches;        ///< that a chain needs to come here, with score 0 on entry
   std::ptrdiff_t matches_let_through;  ///< with so many, and score 0 on entry, it is let through
-  std::ptrdiff_t end_bases;            ///< a chain of so many bases is let through
-  bool is_followed;                    ///< another edit leads to a state
+  /// A chain of so many bases is let through: `fewest_bases` + `matches_let_through`, between
+  /// `fewest_bases` and `kMostChainBases`. A state that an edit leads to has no smaller one, and no
+  /// smaller `matches_let_through`.
+  std::ptrdiff_t end_bases;
+  bool is_followed;  ///< another edit leads to a state
   /// States with one edit of the kind less, -1 if there is none.
   std::ptrdiff_t before_mismatch;
   std::ptrdiff_t before_insertion;

@@ -1,6 +1,7 @@
 #include "search/kernel/run_seeds.h"
 
 #include <algorithm>
+#include <cassert>
 #include <cstddef>
 
 namespace quorix {
@@ -29,6 +30,7 @@ std::uint64_t run_starts(const std::vector<std::uint64_t>& words, std::size_t w,
 template <class Candidates, class Visit>
 void for_each_run(const CBitSet& bits, std::uint64_t least, Candidates candidates,
                   const Visit& visit) {
+  assert(least >= 1);
   const std::vector<std::uint64_t>& words = bits.words();
   const std::uint64_t sieved = std::min(least, kWordBits);
   std::uint64_t before = 0;
@@ -50,6 +52,12 @@ void for_each_run(const CBitSet& bits, std::uint64_t least, Candidates candidate
 /// Tells where a run may begin that a run one edit away makes long enough, or that is long enough
 /// by itself. Of two runs that make up `chained_runs` together one has half of them, or as much as
 /// the unit allows for; where no run of that length is near, none has to be looked at.
+///
+/// A run of `half_` bases or more has `told_` at its beginning. A shorter one lacks `half_` or
+/// more, so the run one edit off that is asked for has `told_`, which is no more than `half_` and
+/// than L - 1. On the right it begins up to `half_` bases behind the beginning of the short one; on
+/// the left its last `told_` bases begin `told_` or `told_` + 1 bases before it. These are two or
+/// three neighbouring words, so `half_` and `told_` + 1 are less than 64.
 class CChainSieve {
  public:
   /// Runs of fewer bases are everywhere.
@@ -61,7 +69,9 @@ class CChainSieve {
         half_(static_cast<std::uint64_t>((rule.chained_runs + 1) / 2)),
         told_(static_cast<std::uint64_t>(told_run(rule))),
         here_(long_runs(0)),
-        behind_(long_runs(1)) {}
+        behind_(long_runs(1)) {
+    assert(1 <= told_ && told_ <= half_ && half_ < kWordBits - 1 && told_ < unit_length_);
+  }
 
   /// Only runs shorter than those that are told of are worth the trouble.
   [[nodiscard]] static bool serves(const RunRule& rule) {
@@ -125,6 +135,7 @@ bool has_chained_run(const CNeighbourLags& lags, const RunRule& rule, std::uint6
     if (lags.shorter().ones_from(last) >= at_lag) return true;
   }
   // A unit of one base has got its answer, so there are two bases before the run.
+  assert(first >= 2 && first >= static_cast<std::uint64_t>(rule.unit_length));
   return lags.at().ones_down_from(first - 2) >= at_lag ||
          lags.longer().ones_down_from(first - 1) >= at_longer_lag ||
          lags.shorter().ones_down_from(first - 2) >= at_lag;
@@ -153,6 +164,7 @@ void CNeighbourLags::move_to(std::uint64_t lag, bool needs_neighbours) {
 void find_run_seeds(const CNeighbourLags& lags, const RunRule& rule, CBitSet& seeds) {
   const auto unit_length = static_cast<std::uint64_t>(rule.unit_length);
   const auto least_run = static_cast<std::uint64_t>(rule.least_run);
+  assert(seeds.size() + unit_length == lags.at().size());
   const auto set_seeds = [&](std::uint64_t first, std::uint64_t last) {
     const bool is_let_through =
         static_cast<std::int64_t>(last - first) >= rule.sure_run ||

@@ -18,7 +18,17 @@
 ///   and at lag L - 1 behind a deletion, at least until the lag meets the edit: L - 1, L and L - 1
 ///   bases farther on.
 ///
-/// N's that may stand for any base blur where a run ends, so near them every seed is let through.
+/// The two runs may lie on either side: the extension to the left begins with the best score of the
+/// right side, which is the matches there unless that side gained, and then it met the condition by
+/// itself. A penalty above P only raises what is needed. If the length R + r that is missing
+/// exceeds what a lag can tell, its L - 1 or L bases, or 64, are enough to let the seed through.
+///
+/// The run at the boundary is read off the text, not off the unit: inside it both are the same,
+/// since each base equals the one L before, up to the unit itself. N's that may stand for any base
+/// would break that, as the base L behind an N is held against the N there and against the unit by
+/// the extension. So where one lies in the run or the unit before it, every seed is let through. An
+/// N that an extension reads beyond the run equals every base at each lag, which only lengthens
+/// runs. N's that stand for none end a run, so none lies in it.
 
 #include <cstdint>
 
@@ -31,7 +41,7 @@ namespace quorix {
 struct RunRule {
   std::int64_t unit_length;
   std::int64_t least_run;  ///< at a shorter run there are none; at least 1
-  std::int64_t sure_run;   ///< at a run of this length all are
+  std::int64_t sure_run;   ///< at a run of this length all are; at a run of least_run, if smaller
   /// In between, the run and one of those one edit off have to make up this many together.
   std::int64_t chained_runs;
 };
@@ -65,6 +75,7 @@ class CNeighbourLags {
 
 /// Sets in `seeds` the bit of each base p whose seed `rule` lets through. `lags` stands at the
 /// unit length, with its neighbours if some runs are neither sure nor too short.
+/// REQUIRES: rule.least_run >= 1, seeds.size() is the length of the text less the unit length.
 void find_run_seeds(const CNeighbourLags& lags, const RunRule& rule, CBitSet& seeds);
 
 }  // namespace quorix

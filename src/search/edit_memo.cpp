@@ -1,6 +1,7 @@
 #include "search/edit_memo.h"
 
 #include <algorithm>
+#include <cassert>
 #include <cstddef>
 
 namespace quorix {
@@ -17,7 +18,9 @@ std::uint64_t CEditMemo::code_of(const char* character, const char* unit_begin,
                                  const char* unit_end, bool is_rightward) {
   std::uint64_t code = 0;
   const std::int64_t unit_length = unit_end - unit_begin;
+  assert(unit_length <= kLongestUnit);
   for (std::int64_t i = 0; i < unit_length; ++i) {
+    assert(*character != 'N');
     // A, C, T and G differ in these two bits of their letters.
     code = code << 2U | (static_cast<unsigned char>(*character) >> 1U & 3U);
     if (is_rightward) {

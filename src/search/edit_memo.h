@@ -7,6 +7,13 @@
 /// unit turned by a base. They all align it to the same characters, so they come to the same
 /// stops, and there, as long as the score is high enough for every path of the look-ahead to make
 /// all its edits, the choice depends on the bases and the characters alone. It is looked up.
+///
+/// That holds from the score on from which all edits that a look-ahead may make in a row, each at
+/// the larger penalty and with no match between them, stay above the floor: then no path is cut
+/// off, and another score moves the values of all paths by the same amount. Below it the score is
+/// part of the site. The best score so far decides nothing unless the score reduction is limited,
+/// and then nothing is kept. The limit is part of the site, since a look-ahead ends there. Values
+/// of a look-ahead have 64 bits, so none is cut off at the limits of a score.
 
 #include <cstddef>
 #include <cstdint>

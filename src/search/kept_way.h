@@ -5,6 +5,7 @@
 /// what does not, and how a repeat is moved along a way that is kept.
 
 #include <algorithm>
+#include <cassert>
 #include <cstddef>
 #include <cstdint>
 #include <limits>
@@ -67,7 +68,9 @@ class CSnapshot {
   std::size_t part_count_;
 };
 
-/// True if only the floor bounds what edits may cost from here on.
+/// True if only the floor bounds what edits may cost from here on. Then it does so for good: no
+/// score to come is higher than the present or best one and a match at each base that is left, and
+/// that sum never rises.
 [[nodiscard]] inline bool is_reduction_unlimited(const Csat& sat, std::int64_t best_score,
                                                  std::int64_t bases_beyond) {
   const std::int64_t highest_score = std::max<std::int64_t>(sat.score, best_score) + bases_beyond;
@@ -102,6 +105,12 @@ template <class Direction>
 }
 
 /// One growth along the ways that are kept: what it skips, and the edits that it owes.
+///
+/// `CGrowthPaths` asks that where the growth goes from a stop depends on edge, unit code and score
+/// alone: `is_memorable`, asked at the first stop that counts, holds for all later ones. Its limit
+/// is that of the text, so `paths` is null for any other. A kept way ends at a stop: the edit
+/// there, the end of the text and a run of too many N's are always met on foot, and with them both
+/// rules for ties between the last and the best state.
 template <class Direction>
 class CKeptWay {
  public:
@@ -191,6 +200,7 @@ class CKeptWay {
                                     stretch.insertions + stretch.deletions;
     const char*& cursor = Direction::unit_cursor(sat);
     cursor = Direction::character_beyond(cursor, characters, sat.unit_begin, sat.unit_end);
+    assert(characters >= 0);
     Direction::edge(sat) = stretch.edge;
     sat.score = saturated_score(sat.score + stretch.score);
     sat.mismatches += stretch.mismatches;

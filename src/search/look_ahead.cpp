@@ -27,6 +27,7 @@
 
 #include <algorithm>
 #include <bit>
+#include <cassert>
 #include <limits>
 #include <utility>
 
@@ -65,7 +66,9 @@ ByEdit<LookAheadState> edits_at(const LookAheadState& stop, const LookAheadBound
            {stop.edge, next_character, stop.score + global_indel_score, stop.best_score, level}}};
 }
 
-/// Drifts that differ by this meet the same unit characters. The first edits make three of them.
+/// Drifts that differ by this meet the same unit characters. The first edits make three of them,
+/// and a state and its two neighbours must stay apart; so it is a multiple of the unit length from
+/// 3 on.
 std::ptrdiff_t drift_modulus(std::int64_t unit_length) {
   switch (unit_length) {
     case 1:
@@ -92,7 +95,8 @@ std::size_t first_edit_of(RankedScore ranked_score) {
   return kEditKinds - 1 - static_cast<std::size_t>(ranked_score & 3);
 }
 
-/// Matches that an edit takes to be made up for, at the least.
+/// Matches that an edit takes to be made up for, at the least: the smaller of both penalties.
+/// Scores of edits are negative, so that is the higher one.
 std::int64_t least_penalty() {
   return -std::int64_t{std::max(global_mismatch_score, global_indel_score)};
 }
@@ -205,9 +209,17 @@ std::int64_t CLookAhead::walk_on(Place& place, std::ptrdiff_t drift) {
 }
 
 // A path gains by an edit only if more matches follow it than it costs, and by each of these no
-// more than there are bases at which so long a run begins. So the bases beyond the place with which
-// such runs begin, at whatever drift, are all that can be gained. And they tell how far the path
-// gets at most, which has to be less than what the window shows.
+// more than there are bases at which so long a run begins: a run of r matches holds r - p
+// beginnings of p + 1 matches, with the smaller penalty p. The runs of a path share no base, and
+// none has a base before the place; a run that it enters in the middle counts from there. So the
+// bases beyond the place with which such runs begin, at whatever drift, are all that can be gained.
+//
+// That holds as far as the window shows the runs. Up to the base at which a path would leave it,
+// each edit takes one base and up to p matches at which no such run begins, or one base and p such
+// matches besides those that are counted. So a path gets no farther than `farthest`; if that is in
+// the window, none leaves it. The window ends before the first N, so no path meets one either.
+//
+// The rows of all drifts that a path can have are looked at: see `read_window`.
 bool CLookAhead::may_rise(const Place& place, int most_edits) const {
   if (place.offset >= window_.size()) return true;
   const std::int64_t most_gained =
@@ -226,6 +238,7 @@ void CLookAhead::add_place(Place place, std::ptrdiff_t drift, int most_edits, Le
   if (place.score - least_penalty() * kPoint < frame_.floor) return;  // no edit can follow
   if (!may_rise(place, most_edits)) return;
   // Walks of one drift that overlap end at the same base.
+  assert(level.places.size() <= first || level.places.back().offset <= place.offset);
   if (level.places.size() > first && level.places.back().offset == place.offset) {
     level.places.back().score = std::max(level.places.back().score, place.score);
   } else {
@@ -239,6 +252,7 @@ CLookAhead::EditSource CLookAhead::source_of(std::ptrdiff_t drift) const {
   if (from_lowest < 0) from_lowest += modulus;
   if (from_lowest >= modulus) from_lowest -= modulus;
   if (from_lowest > level_.highest() - level_.lowest) return {};
+  assert(from_lowest >= 0);
   const auto index = static_cast<std::size_t>(from_lowest);
   const Place* const places = level_.places.data();
   return {places + level_.begins[index], places + level_.begins[index + 1]};
@@ -283,6 +297,8 @@ void CLookAhead::read_window(int most_edits) {
                           bounds.unit_end);
   long_run_starts_ = 0;
   if (least_penalty() >= window_.size()) return;
+  // The first edits lead to drifts from -1 to 1, each further one changes it by 1 at the most. Of
+  // drifts that differ by whole units one is enough.
   const std::ptrdiff_t highest = most_edits + 1;
   const std::ptrdiff_t lowest = std::max(-highest, highest - bounds.unit_length + 1);
   for (std::ptrdiff_t drift = lowest; drift <= highest; ++drift) {

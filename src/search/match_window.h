@@ -10,6 +10,7 @@
 
 #include <algorithm>
 #include <bit>
+#include <cassert>
 #include <cstddef>
 #include <cstdint>
 
@@ -23,6 +24,7 @@ class CMatchWindow {
   static constexpr std::int64_t kMostBases = 48;
   /// Drifts are bounded by this, so that a row of characters fits in a word.
   static constexpr std::ptrdiff_t kMostDrift = 8;
+  static_assert(kMostBases + 2 * kMostDrift <= 64);
 
   /// Holds no base.
   void clear() { size_ = 0; }
@@ -45,6 +47,7 @@ class CMatchWindow {
   /// Bit i tells whether base i matches at `drift`; those of bases that are not held are clear.
   /// REQUIRES: size() != 0, |drift| <= kMostDrift.
   [[nodiscard]] std::uint64_t row(std::ptrdiff_t drift) const {
+    assert(size_ != 0 && -kMostDrift <= drift && drift <= kMostDrift);
     const auto shift = static_cast<unsigned>(kMostDrift - drift);
     return ~((low_ ^ unit_low_ >> shift) | (high_ ^ unit_high_ >> shift)) & held_;
   }

@@ -24,8 +24,8 @@ HOLES = {
          "      (kHighestGain + 2 * unit_length - 1) / rules_.indel_penalty - 1, 0);")],
     "lag grid: half of the rows ahead": [
         (LAG_GRID, "rows_ahead_ = 2 * last + drift + 2;", "rows_ahead_ = last + drift + 2;")],
-    "lag grid: the cap of the gain is an eighth too low": [
-        (LAG_GRID, "as_byte(longest);", "as_byte(longest - longest / 8);")],
+    "lag grid: the cap of the gain is a quarter of what it has to be": [
+        (LAG_GRID, "as_byte(longest);", "as_byte(longest / 4);")],
     "lag grid: the cap of the persistence allows for no fall": [
         (LAG_GRID, "as_byte(least_persistence(longest) + deepest_fall(longest));",
          "as_byte(least_persistence(longest));")],

@@ -38,12 +38,16 @@ bool is_in_sequence_range(std::uint64_t number) {
          (global_sequence_to == kLastSequence || number <= global_sequence_to);
 }
 
+/// Where the device has failed, a line more tells why.
 int end_on_read_error(CFile& input) {
   general_PrintMessage(
       stderr, "\n\n",
       "An error occurred while reading the input file. It might not be a valid fasta file.\n"
       "File position: line ",
       std::to_string(input.line_number()), "\n");
+  if (const std::string reason = input.read_failure_reason(); !reason.empty()) {
+    general_PrintMessage(stderr, double_percent_signs(reason), "\n");
+  }
   std::fflush(stderr);
   input.close();
   return kInputReadError;

@@ -5,6 +5,7 @@
 /// hand out short reads and errors, and another kind of input needs no other reader.
 
 #include <cstddef>
+#include <string>
 
 namespace quorix {
 
@@ -13,7 +14,7 @@ class CByteSource {
   enum class Outcome {
     kBytes,  ///< at least one byte was read
     kEnd,    ///< there are no more bytes
-    kError,  ///< the device failed; what was read before stands
+    kError,  ///< the device failed, or bytes are lost; what was read before stands
   };
   struct ReadResult {
     Outcome outcome;
@@ -28,6 +29,9 @@ class CByteSource {
   /// Reads up to `room` bytes to `destination`; fewer come when fewer are at hand.
   /// REQUIRES: room >= 1.
   [[nodiscard]] virtual ReadResult read(char* destination, std::size_t room) = 0;
+
+  /// Why the last read gave `kError`, in one line without its end. Empty where nothing is known.
+  [[nodiscard]] virtual std::string failure_reason() const { return {}; }
 };
 
 }  // namespace quorix

@@ -72,6 +72,12 @@ class CFile {
   /// The input is not FASTA at `line_number()`, or the device failed there.
   [[nodiscard]] bool has_format_error() const { return state_ == kEnd; }
 
+  /// Why the device failed, in one line without its end. Empty when it did not, when the reason is
+  /// not known, and once the input is closed.
+  [[nodiscard]] std::string read_failure_reason() const {
+    return has_read_error_ && source_ != nullptr ? source_->failure_reason() : std::string();
+  }
+
   /// The line that the next character is on, from 1.
   [[nodiscard]] std::uint64_t line_number() const { return line_number_; }
 

@@ -1,17 +1,34 @@
 #include "sequence/posix_source.h"
 
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
+#include <cstring>
+#include <utility>
 
 namespace quorix {
 
 namespace {
 
+/// Bytes that a regular file holds; 0 for everything else, where no number is promised.
+off_t length_of(int descriptor) {
+  struct stat status {};
+  if (::fstat(descriptor, &status) != 0 || !S_ISREG(status.st_mode)) return 0;
+  return status.st_size;
+}
+
+/// True for a file that is as long as ever but has nothing on a disk.
+bool only_claims_length(int descriptor, off_t length) {
+  struct stat status {};
+  return ::fstat(descriptor, &status) == 0 && status.st_size >= length && status.st_blocks == 0;
+}
+
 class CPosixSource : public CByteSource {
  public:
-  explicit CPosixSource(int descriptor) : descriptor_(descriptor) {}
+  explicit CPosixSource(int descriptor)
+      : descriptor_(descriptor), first_length_(length_of(descriptor)) {}
   ~CPosixSource() override { ::close(descriptor_); }
 
   [[nodiscard]] ReadResult read(char* destination, std::size_t room) override {
@@ -19,13 +36,33 @@ class CPosixSource : public CByteSource {
     do {
       count = ::read(descriptor_, destination, room);
     } while (count < 0 && errno == EINTR);
-    if (count < 0) return {Outcome::kError, 0};
-    if (count == 0) return {Outcome::kEnd, 0};
+    if (count < 0) return fail(std::strerror(errno));
+    if (count == 0) return end();
     return {Outcome::kBytes, static_cast<std::size_t>(count)};
   }
 
+  [[nodiscard]] std::string failure_reason() const override { return failure_reason_; }
+
  private:
+  ReadResult fail(std::string reason) {
+    failure_reason_ = std::move(reason);
+    return {Outcome::kError, 0};
+  }
+
+  ReadResult end() {
+    if (first_length_ == 0) return {Outcome::kEnd, 0};
+    // Asked of the system: /dev/stdin may be a descriptor that someone has read from before.
+    const off_t position = ::lseek(descriptor_, 0, SEEK_CUR);
+    if (position >= first_length_ || only_claims_length(descriptor_, first_length_)) {
+      return {Outcome::kEnd, 0};
+    }
+    return fail("The file ended after " + std::to_string(position) + " of the " +
+                std::to_string(first_length_) + " bytes that it had when it was opened.");
+  }
+
   int descriptor_;
+  off_t first_length_;  ///< when it was opened; it may have grown since
+  std::string failure_reason_;
 };
 
 }  // namespace

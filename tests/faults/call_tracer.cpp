@@ -162,6 +162,7 @@ class CTracer {
     if (call.kind == CallKind::kRead && meddling_.read_piece > 0) shorten_to(meddling_.read_piece);
     if (!is_to_be_hit(call)) return;
     if (meddling_.most_bytes > 0) shorten_to(meddling_.most_bytes);
+    if (meddling_.is_at_end) shorten_to(0);
     if (meddling_.signal != 0) ::kill(process_, meddling_.signal);
     if (meddling_.error != 0) fail();
   }

@@ -19,15 +19,25 @@ constexpr int kInputReadError = 231;
 constexpr std::size_t kPiece = 16;
 
 /// Where every read gives sixteen bytes, the read of this number, from 0, fails behind so many
-/// lines.
-Expectation expect_failed_read(std::size_t number) {
+/// lines, and tells this reason.
+Expectation expect_failed_read(std::size_t number, const std::string& reason) {
   const std::string read = CFaultFolder::input().substr(0, number * kPiece);
   const auto line = 1 + std::count(read.begin(), read.end(), '\n');
   return {.statuses = {
               {kInputReadError,
                "\n\nAn error occurred while reading the input file. It might not be a valid fasta "
                "file.\nFile position: line " +
-                   std::to_string(line) + "\n"}}};
+                   std::to_string(line) + "\n" + reason + "\n"}}};
+}
+
+/// What is allowed where the read of this number is meddled with.
+Expectation expectation_of_read(std::size_t number, const Meddling& meddling) {
+  const std::size_t length = CFaultFolder::input().size();
+  if (meddling.error == EIO) return expect_failed_read(number, std::strerror(EIO));
+  if (!meddling.is_at_end || number * kPiece >= length) return expect_success();
+  return expect_failed_read(number, "The file ended after " + std::to_string(number * kPiece) +
+                                        " of the " + std::to_string(length) +
+                                        " bytes that it had when it was opened.");
 }
 
 /// Meddles with every read of the input in turn.
@@ -42,7 +52,7 @@ void fail_every_read(const RunShape& shape, Meddling meddling, CPointLog& log) {
     meddling.call = i;
     log.judge(shape.name() + ", read " + std::to_string(number),
               run_traced(folder, shape.plan(), meddling).outcome, undisturbed.outcome,
-              meddling.error == EIO ? expect_failed_read(number) : expect_success());
+              expectation_of_read(number, meddling));
     ++number;
   }
   // All pieces, and the one that tells of the end.
@@ -53,6 +63,14 @@ void fail_every_read(const RunShape& shape, Meddling meddling, CPointLog& log) {
 TEST(FailedRead, names_the_line) {
   CPointLog log("failed reads");
   for (const RunShape& shape : three_file_shapes()) fail_every_read(shape, {.error = EIO}, log);
+  log.expect_no_findings(search_modes().size() * 32);
+}
+
+// A file that another program cuts behind the reader must not pass for a whole one.
+TEST(EarlyEnd, is_no_end_of_the_input) {
+  CPointLog log("inputs that end early");
+  for (const RunShape& shape : three_file_shapes())
+    fail_every_read(shape, {.is_at_end = true}, log);
   log.expect_no_findings(search_modes().size() * 32);
 }
 

@@ -19,7 +19,8 @@ namespace quorix::testing {
 /// What one read gives. Bytes that do not fit into the room of a read are left for the next one.
 struct ScriptedRead {
   CByteSource::Outcome outcome;
-  std::string bytes;  ///< not empty with kBytes, else empty
+  std::string bytes;        ///< not empty with kBytes, else empty
+  std::string reason = {};  ///< why it failed, with kError
 };
 
 using ReadScript = std::vector<ScriptedRead>;
@@ -32,8 +33,8 @@ inline ScriptedRead end_of_input() {
   return {CByteSource::Outcome::kEnd, {}};
 }
 
-inline ScriptedRead read_error() {
-  return {CByteSource::Outcome::kError, {}};
+inline ScriptedRead read_error(std::string_view reason = {}) {
+  return {CByteSource::Outcome::kError, {}, std::string(reason)};
 }
 
 /// Reads of `piece_length` bytes each that give `text` together. REQUIRES: piece_length >= 1.
@@ -64,6 +65,7 @@ class CScriptedSource : public CByteSource {
     const std::size_t count = std::min(room, step.bytes.size() - given_);
     std::memcpy(destination, step.bytes.data() + given_, count);
     given_ += count;
+    failure_reason_ = step.reason;
     if (given_ == step.bytes.size()) {
       ++next_;
       given_ = 0;
@@ -71,11 +73,14 @@ class CScriptedSource : public CByteSource {
     return {step.outcome, count};
   }
 
+  [[nodiscard]] std::string failure_reason() const override { return failure_reason_; }
+
   /// The room of every read so far, in bytes.
   [[nodiscard]] const std::vector<std::size_t>& rooms_asked() const { return rooms_asked_; }
 
  private:
   ReadScript script_;
+  std::string failure_reason_;
   std::size_t next_ = 0;   ///< the step that plays next
   std::size_t given_ = 0;  ///< how many of its bytes are given already
   std::vector<std::size_t> rooms_asked_;

@@ -106,7 +106,7 @@ TEST_F(FailedRun, does_not_accept_a_folder_as_input) {
   folder_.make_folder("genomes");
   const ProcessResult result = folder_.run({"genomes"});
   EXPECT_EQ(result.status, 231);
-  EXPECT_EQ(testing::progress_of(result.err), unreadable_at("1"));
+  EXPECT_EQ(testing::progress_of(result.err), unreadable_at("1") + "Is a directory\n");
 }
 
 TEST_F(FailedRun, gives_the_code_behind_its_status) {

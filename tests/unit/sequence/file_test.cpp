@@ -192,6 +192,25 @@ TEST(File, has_the_end_flag_alone_after_a_failed_read_and_never_recovers) {
   }
 }
 
+TEST(File, tells_why_the_device_failed_until_it_is_closed) {
+  CScriptedFile file({read_of("A"), read_error("Input/output error"), end_of_input()});
+  EXPECT_EQ(file.read_failure_reason(), "");
+  file.getchar();
+  EXPECT_EQ(file.read_failure_reason(), "");
+  file.getchar();
+  EXPECT_EQ(file.read_failure_reason(), "Input/output error");
+  file.getchar();
+  EXPECT_EQ(file.read_failure_reason(), "Input/output error");
+  file.close();
+  EXPECT_EQ(file.read_failure_reason(), "");
+}
+
+TEST(File, has_no_reason_of_a_failure_where_only_the_format_is_wrong) {
+  CScriptedFile file({read_of("A"), read_of("C")});
+  file.set_state(CFile::kEnd);
+  EXPECT_EQ(file.read_failure_reason(), "");
+}
+
 TEST(File, starts_anew_when_it_is_opened_again) {
   CScriptedFile file({read_of("A\n"), read_error()});
   EXPECT_EQ(read_to_end(file), "A\n");

@@ -6,9 +6,11 @@
 #include <sys/time.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <atomic>
 #include <chrono>
 #include <csignal>
+#include <fstream>
 #include <string>
 #include <thread>
 
@@ -70,6 +72,82 @@ TEST(PosixSource, of_an_empty_file_is_at_its_end_at_once) {
   EXPECT_EQ(all.last_outcome, CByteSource::Outcome::kEnd);
 }
 
+/// Reads up to the end, and calls `change` between the first three bytes and the rest.
+template <class Change>
+AllBytes read_around(CByteSource& source, Change change) {
+  char block[3];
+  const CByteSource::ReadResult first = source.read(block, sizeof block);
+  EXPECT_EQ(first.byte_count, sizeof block);
+  change();
+  AllBytes all = read_all(source, 16);
+  all.bytes.insert(0, block, first.byte_count);
+  return all;
+}
+
+TEST(PosixSource, of_a_file_that_is_cut_meanwhile_fails_at_the_new_end) {
+  const CTemporaryFolder folder;
+  for (const off_t length : {0, 2, 3, 5, 11}) {
+    const std::string path = folder.file_of("bytes", ">one\nACGTAC\n");
+    const auto source = open_posix_source(path);
+    ASSERT_NE(source, nullptr);
+    EXPECT_EQ(source->failure_reason(), "");
+    const AllBytes all =
+        read_around(*source, [&] { ASSERT_EQ(::truncate(path.c_str(), length), 0); });
+    const std::size_t given = std::max<std::size_t>(3, static_cast<std::size_t>(length));
+    EXPECT_EQ(all.bytes, std::string(">one\nACGTAC\n").substr(0, given));
+    EXPECT_EQ(all.last_outcome, CByteSource::Outcome::kError);
+    EXPECT_EQ(source->failure_reason(), "The file ended after " + std::to_string(given) +
+                                            " of the 12 bytes that it had when it was opened.");
+  }
+}
+
+TEST(PosixSource, of_a_file_that_is_cut_behind_the_last_byte_read_is_at_its_end) {
+  const CTemporaryFolder folder;
+  const std::string path = folder.file_of("bytes", ">on");
+  const auto source = open_posix_source(path);
+  ASSERT_NE(source, nullptr);
+  const AllBytes all = read_around(*source, [&] { ASSERT_EQ(::truncate(path.c_str(), 0), 0); });
+  EXPECT_EQ(all.bytes, ">on");
+  EXPECT_EQ(all.last_outcome, CByteSource::Outcome::kEnd);
+}
+
+TEST(PosixSource, of_a_file_that_grows_gives_what_there_is_at_its_end) {
+  const CTemporaryFolder folder;
+  for (const char* const text : {">one\n", ">on"}) {
+    const std::string path = folder.file_of("bytes", text);
+    const auto source = open_posix_source(path);
+    ASSERT_NE(source, nullptr);
+    const AllBytes all =
+        read_around(*source, [&] { std::ofstream(path, std::ios::app) << "ACGT\n"; });
+    EXPECT_EQ(all.bytes, std::string(text) + "ACGT\n");
+    EXPECT_EQ(all.last_outcome, CByteSource::Outcome::kEnd);
+  }
+}
+
+// Their length is 0, or a page, whatever they give.
+TEST(PosixSource, of_a_file_that_the_kernel_makes_is_at_its_end_where_it_ends) {
+  for (const char* const path : {"/proc/self/status", "/sys/devices/system/cpu/online"}) {
+    const auto source = open_posix_source(path);
+    if (source == nullptr) continue;  // not every container has them
+    const AllBytes all = read_all(*source, 16);
+    EXPECT_NE(all.bytes, "") << path;
+    EXPECT_EQ(all.last_outcome, CByteSource::Outcome::kEnd) << path;
+  }
+}
+
+TEST(PosixSource, of_a_descriptor_that_someone_has_read_from_is_at_its_end_where_it_ends) {
+  const CTemporaryFolder folder;
+  const int descriptor = ::open(folder.file_of("bytes", ">one\nACGT\n").c_str(), O_RDONLY);
+  char block[3];
+  ASSERT_EQ(::read(descriptor, block, sizeof block), 3);
+  const auto source = open_posix_source("/dev/fd/" + std::to_string(descriptor));
+  ASSERT_NE(source, nullptr);
+  const AllBytes all = read_all(*source, 16);
+  EXPECT_TRUE(all.bytes.ends_with("e\nACGT\n"));
+  EXPECT_EQ(all.last_outcome, CByteSource::Outcome::kEnd);
+  ::close(descriptor);
+}
+
 TEST(PosixSource, is_null_when_the_file_cannot_be_opened) {
   const CTemporaryFolder folder;
   EXPECT_EQ(open_posix_source(folder.path_of("missing")), nullptr);
@@ -83,6 +161,7 @@ TEST(PosixSource, of_a_directory_opens_and_fails_at_its_first_read) {
   const AllBytes all = read_all(*source, 16);
   EXPECT_EQ(all.bytes, "");
   EXPECT_EQ(all.last_outcome, CByteSource::Outcome::kError);
+  EXPECT_EQ(source->failure_reason(), "Is a directory");
 }
 
 TEST(PosixSource, keeps_its_descriptor_from_child_processes_and_closes_it_in_the_end) {

@@ -13,7 +13,7 @@ enum ExitCode : int {
   kUnknownMode = -2,         ///< 254: a mode code outside its range.
   kInputReadError = -25,     ///< 231: the input is not FASTA, or could not be read on.
   kInputNotOpened = -101,    ///< 155: the input file cannot be opened.
-  kOutputNotOpened = -102,   ///< 154: the report cannot be opened, or would hit another file.
+  kOutputNotOpened = -102,   ///< 154: an output is refused, or the report cannot be opened.
   kOutputWriteError = -103,  ///< 153: the report or the masked file cannot be written.
   kNoMemory = -104,          ///< 152: the memory ran out.
 };

@@ -5,6 +5,7 @@
 #include "driver/console_texts.h"
 #include "driver/exit_status.h"
 #include "driver/file_identity.h"
+#include "driver/old_content.h"
 #include "settings/settings.h"
 
 namespace quorix {
@@ -12,6 +13,11 @@ namespace quorix {
 namespace {
 
 constexpr const char* kIsForMessages = "It is the same file as standard error.";
+constexpr const char* kHoldsSequences =
+    "It begins with '>', as a file of sequences does. Remove it first if the report may replace "
+    "it.";
+constexpr const char* kHowManyNames =
+    "Name one input file and, behind it, at most one report file. Of more names none is taken.\n";
 
 void say_about_file(const char* before, const std::string& filename, const char* after) {
   general_PrintMessage(stderr, before, "\n   \"", double_percent_signs(filename), "\"\n");
@@ -62,6 +68,8 @@ int open_input_and_report(RunFiles& files) {
   if (files.input.has_format_error()) {
     say_about_file("Sorry! The input file ", global_input_filename,
                    "could not be opened. I guess it does not exist.\n");
+    // More than two names leave the input without one, which nobody would guess from the text.
+    if (global_input_filename.empty()) general_PrintMessage(stderr, kHowManyNames);
     good_bye_on_error(kInputNotOpened);
     return kInputNotOpened;
   }
@@ -69,6 +77,8 @@ int open_input_and_report(RunFiles& files) {
 
   if (global_output_filename.empty()) {
     files.report.use_standard_output();
+  } else if (begins_like_fasta(global_output_filename)) {
+    return refuse_output_file(global_output_filename, kHoldsSequences, kOutputNotOpened);
   } else if (!files.report.open(global_output_filename)) {
     return refuse_output_file(global_output_filename, "", kOutputNotOpened);
   }

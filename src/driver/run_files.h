@@ -19,8 +19,9 @@ struct RunFiles {
 /// Name of the masked copy.
 [[nodiscard]] std::string masked_filename();
 
-/// Opens the input named by the settings, then makes sure that no two files are one, then opens
-/// the report. Gives `kSuccess`, or the code of the failure after its message.
+/// Opens the input named by the settings, then makes sure that no two files are one and that the
+/// report replaces no sequences, then opens the report. Gives `kSuccess`, or the code of the
+/// failure after its message.
 [[nodiscard]] int open_input_and_report(RunFiles& files);
 
 /// Opens the masked copy. A failure shows when a record is to be written to it.

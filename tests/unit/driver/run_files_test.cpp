@@ -54,6 +54,8 @@ TEST_F(RunFilesOpening, names_an_empty_input_name_as_it_is) {
   EXPECT_EQ(opened(),
             "-101 Sorry! The input file \n   \"\"\n"
             "could not be opened. I guess it does not exist.\n"
+            "Name one input file and, behind it, at most one report file. Of more names none is "
+            "taken.\n"
             "\nAnalysis has been aborted due to errors. Error number: -101\n\n");
 }
 
@@ -79,6 +81,17 @@ TEST_F(RunFilesOpening, leaves_an_old_report_alone_when_the_input_is_missing) {
   global_output_filename = folder_.write("report.txt", "old");
   EXPECT_EQ(opened().substr(0, 5), "-101 ");
   EXPECT_EQ(folder_.text("report.txt"), "old");
+}
+
+TEST_F(RunFilesOpening, refuses_a_report_that_would_replace_sequences) {
+  global_input_filename = folder_.write("in.fa", ">a\nACGT\n");
+  global_output_filename = folder_.write("100%%s.fa", ">b\nACGT\n");
+  EXPECT_EQ(opened(), "-102 Sorry! Failed to open file\n   \"" + folder_.path("100%%s.fa") +
+                          "\"\nas output file.\n"
+                          "It begins with '>', as a file of sequences does. Remove it first if the "
+                          "report may replace it.\n"
+                          "\nAnalysis has been aborted due to errors. Error number: -102\n\n");
+  EXPECT_EQ(folder_.text("100%%s.fa"), ">b\nACGT\n");
 }
 
 TEST_F(RunFilesOpening, calls_the_masked_copy_after_the_input) {

@@ -4,17 +4,38 @@
 
 #include <cerrno>
 #include <cstring>
+#include <utility>
 
 namespace quorix {
 
 COutputFile::~COutputFile() {
   if (stream_ != nullptr && stream_ != stdout) std::fclose(stream_);
+  if (descriptor_ != -1) ::close(descriptor_);
+}
+
+Claim COutputFile::claim_name(const std::string& filename, Missing missing) {
+  if (claim_ == Claim::kHeld || claim_ == Claim::kFailed) return claim_;
+  name_ = filename;
+  const ClaimedFile file = claim_file(filename, missing);
+  claim_ = file.claim;
+  descriptor_ = file.descriptor;
+  return claim_;
+}
+
+bool COutputFile::begin() {
+  if (descriptor_ == -1) return false;
+  // The stream comes first: if there is no memory for it, what the file holds is not lost.
+  stream_ = ::fdopen(descriptor_, "w");
+  if (stream_ == nullptr) return false;
+  const int descriptor = std::exchange(descriptor_, -1);
+  if (empty_file(descriptor)) return true;
+  std::fclose(stream_);
+  stream_ = nullptr;
+  return false;
 }
 
 bool COutputFile::open(const std::string& filename) {
-  name_ = filename;
-  stream_ = std::fopen(filename.c_str(), "w");
-  return stream_ != nullptr;
+  return claim_name(filename, Missing::kCreate) == Claim::kHeld && begin();
 }
 
 void COutputFile::use_standard_output() {

@@ -10,6 +10,8 @@
 #include <cstdio>
 #include <string>
 
+#include "driver/claimed_file.h"
+
 namespace quorix {
 
 class COutputFile {
@@ -21,7 +23,18 @@ class COutputFile {
   COutputFile(const COutputFile&) = delete;
   COutputFile& operator=(const COutputFile&) = delete;
 
-  /// Opens `filename` for writing as a text file; what it held is gone. False if that fails.
+  /// Opens and locks `filename` for writing; what it holds stays until `begin`. A claim that is
+  /// held, or that has failed, is not tried again. Gives `claim()`.
+  Claim claim_name(const std::string& filename, Missing missing);
+
+  /// What became of the last `claim_name`.
+  [[nodiscard]] Claim claim() const { return claim_; }
+
+  /// Takes out what a claimed file held and opens the stream. False if that fails or if no file is
+  /// claimed.
+  [[nodiscard]] bool begin();
+
+  /// Both, for a file that is made where it is missing. False if either fails.
   [[nodiscard]] bool open(const std::string& filename);
 
   /// Writes to standard output.
@@ -54,6 +67,8 @@ class COutputFile {
   bool close_standard_output();
 
   std::FILE* stream_ = nullptr;
+  Claim claim_ = Claim::kNone;
+  int descriptor_ = -1;  ///< of a claimed file until it has a stream
   std::string name_;
   bool has_failed_ = false;
   int error_number_ = 0;

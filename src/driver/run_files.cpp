@@ -1,5 +1,6 @@
 #include "driver/run_files.h"
 
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include "driver/console_texts.h"
@@ -16,6 +17,7 @@ constexpr const char* kIsForMessages = "It is the same file as standard error.";
 constexpr const char* kHoldsSequences =
     "It begins with '>', as a file of sequences does. Remove it first if the report may replace "
     "it.";
+constexpr const char* kIsInUse = "It is locked: another run is writing to it.";
 constexpr const char* kHowManyNames =
     "Name one input file and, behind it, at most one report file. Of more names none is taken.\n";
 
@@ -57,6 +59,46 @@ int check_files_differ() {
   return kSuccess;
 }
 
+int claim_report(COutputFile& report, Missing missing) {
+  const std::string& name = global_output_filename;
+  const Claim claim = report.claim_name(name, missing);
+  if (claim == Claim::kFailed) return refuse_output_file(name, "", kOutputNotOpened);
+  if (claim == Claim::kInUse) return refuse_output_file(name, kIsInUse, kOutputNotOpened);
+  if (claim == Claim::kHeld && begins_like_fasta(name)) {
+    return refuse_output_file(name, kHoldsSequences, kOutputNotOpened);
+  }
+  return kSuccess;
+}
+
+/// False for pipes and devices: they have no lock, and opening one may wait for a reader, who may
+/// want to see the head of the report before.
+bool is_regular_or_missing(const std::string& filename) {
+  struct stat status {};
+  return ::stat(filename.c_str(), &status) != 0 || S_ISREG(status.st_mode);
+}
+
+/// A copy that cannot be opened is told of when a record is written to it, one in use at once.
+int claim_masked_copy(COutputFile& masked, Missing missing) {
+  const std::string name = masked_filename();
+  if (!is_regular_or_missing(name)) return kSuccess;
+  if (masked.claim_name(name, missing) != Claim::kInUse) return kSuccess;
+  return refuse_output_file(name, kIsInUse, kOutputNotOpened);
+}
+
+/// Opens and locks the outputs while they still hold what they held. Those that exist come first,
+/// so that a refusal leaves no new empty file behind.
+int claim_outputs(RunFiles& files) {
+  for (const Missing missing : {Missing::kLeave, Missing::kCreate}) {
+    if (!global_output_filename.empty()) {
+      if (const int code = claim_report(files.report, missing); code != kSuccess) return code;
+    }
+    if (global_mask_repeats) {
+      if (const int code = claim_masked_copy(files.masked, missing); code != kSuccess) return code;
+    }
+  }
+  return kSuccess;
+}
+
 }  // namespace
 
 std::string masked_filename() {
@@ -74,12 +116,11 @@ int open_input_and_report(RunFiles& files) {
     return kInputNotOpened;
   }
   if (const int code = check_files_differ(); code != kSuccess) return code;
+  if (const int code = claim_outputs(files); code != kSuccess) return code;
 
   if (global_output_filename.empty()) {
     files.report.use_standard_output();
-  } else if (begins_like_fasta(global_output_filename)) {
-    return refuse_output_file(global_output_filename, kHoldsSequences, kOutputNotOpened);
-  } else if (!files.report.open(global_output_filename)) {
+  } else if (!files.report.begin()) {
     return refuse_output_file(global_output_filename, "", kOutputNotOpened);
   }
   return kSuccess;

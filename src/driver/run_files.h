@@ -19,12 +19,14 @@ struct RunFiles {
 /// Name of the masked copy.
 [[nodiscard]] std::string masked_filename();
 
-/// Opens the input named by the settings, then makes sure that no two files are one and that the
-/// report replaces no sequences, then opens the report. Gives `kSuccess`, or the code of the
-/// failure after its message.
+/// Opens the input named by the settings, then makes sure that no two files are one, that no other
+/// run is writing to an output and that the report replaces no sequences, then opens the report.
+/// The masked copy is locked as well, but keeps its content. Until all of that is done no file
+/// loses anything. Gives `kSuccess`, or the code of the failure after its message.
 [[nodiscard]] int open_input_and_report(RunFiles& files);
 
-/// Opens the masked copy. A failure shows when a record is to be written to it.
+/// Opens the masked copy and takes out what it held. A failure shows when a record is to be written
+/// to it.
 void open_masked_copy(RunFiles& files);
 
 /// Says that an output file could not be opened, and `why` in a line more unless that is empty.

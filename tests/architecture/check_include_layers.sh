@@ -25,7 +25,7 @@ readonly layers='
 # Headers with a '/' or a '.h' in angle brackets: the system's, for every file, and those of other
 # projects, by their beginning, each for the files named with it alone. All else in angle brackets
 # is the standard library.
-readonly system_headers='fcntl.h sys/stat.h unistd.h'
+readonly system_headers='fcntl.h sys/file.h sys/stat.h unistd.h'
 readonly third_party_headers='
 tclap/  settings/command_line.cpp
 hwy/    search/kernel/batch_bound.cpp

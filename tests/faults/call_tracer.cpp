@@ -44,7 +44,7 @@ struct KnownCall {
   Names names;
 };
 
-constexpr std::array<KnownCall, 18> kKnownCalls{{
+constexpr std::array<KnownCall, 20> kKnownCalls{{
     {SYS_read, CallKind::kRead, Names::kDescriptor},
     {SYS_pread64, CallKind::kRead, Names::kDescriptor},
     {SYS_readv, CallKind::kRead, Names::kDescriptor},
@@ -55,6 +55,8 @@ constexpr std::array<KnownCall, 18> kKnownCalls{{
     {SYS_creat, CallKind::kOpen, Names::kPath},
     {SYS_openat, CallKind::kOpen, Names::kPathBehindFolder},
     {SYS_close, CallKind::kClose, Names::kDescriptor},
+    {SYS_flock, CallKind::kLock, Names::kDescriptor},
+    {SYS_ftruncate, CallKind::kEmpty, Names::kDescriptor},
     {SYS_stat, CallKind::kStatus, Names::kPath},
     {SYS_lstat, CallKind::kStatus, Names::kPath},
     {SYS_fstat, CallKind::kStatus, Names::kDescriptor},

@@ -16,7 +16,7 @@
 
 namespace quorix::testing {
 
-enum class CallKind { kRead, kWrite, kOpen, kClose, kStatus, kMemory };
+enum class CallKind { kRead, kWrite, kOpen, kClose, kLock, kEmpty, kStatus, kMemory };
 
 /// A call of a run. `target` is the file as the program's messages name it: the last part of its
 /// path, or "standard input", "standard output" and "standard error"; "memory" for memory.

@@ -11,6 +11,16 @@ COutputFile::~COutputFile() {
   if (stream_ != nullptr && stream_ != stdout) std::fclose(stream_);
 }
 
+Claim COutputFile::claim_name(const std::string& filename, Missing missing) {
+  name_ = filename;
+  claim_ = missing == Missing::kCreate ? Claim::kHeld : Claim::kMissing;
+  return claim_;
+}
+
+bool COutputFile::begin() {
+  return open(name_);
+}
+
 bool COutputFile::open(const std::string& filename) {
   name_ = filename;
   stream_ = std::fopen(filename.c_str(), "w");

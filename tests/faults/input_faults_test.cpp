@@ -101,15 +101,24 @@ TEST(ShortRead, of_every_length_changes_nothing) {
   log.expect_no_findings(8);
 }
 
-/// What is allowed when opening a file fails.
-Expectation expect_failed_opening(const RunShape& shape, const std::string& target, int error) {
+/// What is allowed when opening a file fails. The outputs do not exist yet, so each is opened
+/// twice: it `is_looked_for` first, and made when all others have been looked for.
+Expectation expect_failed_opening(const RunShape& shape, const std::string& target,
+                                  bool is_looked_for, int error) {
+  if (error == EINTR) return expect_success();  // it is opened again
   if (target == kInputName) {
-    if (error == EINTR) return expect_success();  // it is opened again
     return {.statuses = {{155, "Sorry! The input file \n   \"in.fa\"\ncould not be opened."}}};
   }
+  if (is_looked_for && error == ENOENT) return expect_success();
   if (target == kMaskedName) return {.statuses = {{153, failed_open_text(target)}}};
   if (target == shape.report_target()) return {.statuses = {{154, failed_open_text(target)}}};
   return expect_success();
+}
+
+/// True if the same call stands among those before.
+bool is_repeated(const std::vector<Call>& calls, std::size_t index) {
+  const auto here = calls.begin() + static_cast<std::ptrdiff_t>(index);
+  return std::find(calls.begin(), here, calls[index]) != here;
 }
 
 TEST(FailedOpening, has_a_status_for_each_file) {
@@ -120,15 +129,59 @@ TEST(FailedOpening, has_a_status_for_each_file) {
     for (std::size_t i = 0; i < undisturbed.calls.size(); ++i) {
       const Call& call = undisturbed.calls[i];
       if (call.kind != CallKind::kOpen) continue;
+      const bool is_looked_for = !is_repeated(undisturbed.calls, i);
       for (const int error : {EACCES, EINTR, EIO, EMFILE, ENOENT, ENOMEM, ENOSPC, EROFS}) {
         log.judge(shape.name() + ", " + call.target + ": " + std::strerror(error),
                   run_traced(folder, shape.plan(), {.call = i, .error = error}).outcome,
-                  undisturbed.outcome, expect_failed_opening(shape, call.target, error));
+                  undisturbed.outcome,
+                  expect_failed_opening(shape, call.target, is_looked_for, error));
       }
     }
   }
-  // Each mode opens one, two, two and three files.
-  log.expect_no_findings(search_modes().size() * (1 + 2 + 2 + 3) * 8);
+  // Each mode opens the input, and each output twice.
+  log.expect_no_findings(search_modes().size() * (1 + 3 + 3 + 5) * 8);
+}
+
+/// Has every call of `kind` fail with each error. `expect` gives what is allowed for a call.
+template <class Expect>
+void fail_every_call(CallKind kind, const std::vector<int>& errors, CPointLog& log, Expect expect) {
+  const CFaultFolder folder;
+  for (const RunShape& shape : all_run_shapes()) {
+    const TracedRun undisturbed = run_traced(folder, shape.plan());
+    for (std::size_t i = 0; i < undisturbed.calls.size(); ++i) {
+      const Call& call = undisturbed.calls[i];
+      if (call.kind != kind) continue;
+      for (const int error : errors) {
+        log.judge(shape.name() + ", " + call.target + ": " + std::strerror(error),
+                  run_traced(folder, shape.plan(), {.call = i, .error = error}).outcome,
+                  undisturbed.outcome, expect(call.target, error));
+      }
+    }
+  }
+}
+
+TEST(FailedLock, is_gone_without_unless_another_process_has_it) {
+  CPointLog log("failed locks");
+  fail_every_call(
+      CallKind::kLock, {ENOLCK, EOPNOTSUPP, EINVAL, ENOSYS, EINTR, EWOULDBLOCK}, log,
+      [](const std::string& target, int error) -> Expectation {
+        if (error != EWOULDBLOCK) return expect_success();
+        return {.statuses = {{154, failed_open_text(target) +
+                                       "It is locked: another run is writing to it.\n"}}};
+      });
+  // Each mode locks a report, a masked copy, and both.
+  log.expect_no_findings(search_modes().size() * (1 + 1 + 2) * 6);
+}
+
+TEST(FailedEmptying, is_a_failed_opening) {
+  CPointLog log("failed emptyings");
+  fail_every_call(
+      CallKind::kEmpty, {EIO, EPERM, EINTR}, log,
+      [](const std::string& target, int error) -> Expectation {
+        if (error == EINTR) return expect_success();
+        return {.statuses = {{target == kMaskedName ? 153 : 154, failed_open_text(target)}}};
+      });
+  log.expect_no_findings(search_modes().size() * (1 + 1 + 2) * 3);
 }
 
 // A closed stream is filled, so that no file of the run takes its place; also where the device for

@@ -94,6 +94,57 @@ TEST_F(RunFilesOpening, refuses_a_report_that_would_replace_sequences) {
   EXPECT_EQ(folder_.text("100%%s.fa"), ">b\nACGT\n");
 }
 
+constexpr const char* kIsInUse =
+    "\"\nas output file.\nIt is locked: another run is writing to it.\n"
+    "\nAnalysis has been aborted due to errors. Error number: -102\n\n";
+
+TEST_F(RunFilesOpening, refuses_a_report_that_another_run_writes) {
+  global_input_filename = folder_.write("in.fa", ">a\nACGT\n");
+  global_output_filename = folder_.write("report.txt", "old");
+  COutputFile other;
+  ASSERT_EQ(other.claim_name(global_output_filename, Missing::kLeave), Claim::kHeld);
+  EXPECT_EQ(opened(), "-102 Sorry! Failed to open file\n   \"" + global_output_filename + kIsInUse);
+  EXPECT_EQ(folder_.text("report.txt"), "old");
+}
+
+TEST_F(RunFilesOpening, refuses_a_masked_copy_that_another_run_writes_before_anything_is_emptied) {
+  global_input_filename = folder_.write("in.fa", ">a\nACGT\n");
+  global_mask_repeats = true;
+  folder_.write("in.fa.masked", "old copy");
+  COutputFile other;
+  ASSERT_EQ(other.claim_name(masked_filename(), Missing::kLeave), Claim::kHeld);
+  for (const char* const report : {"report.txt", "new.txt"}) {
+    RunFiles files;
+    global_output_filename = folder_.path(report);
+    if (std::string(report) == "report.txt") folder_.write(report, "old report");
+    EXPECT_EQ(testing::told_by([&] { EXPECT_EQ(open_input_and_report(files), kOutputNotOpened); }),
+              "Sorry! Failed to open file\n   \"" + masked_filename() + kIsInUse);
+  }
+  EXPECT_EQ(folder_.text("in.fa.masked"), "old copy");
+  EXPECT_EQ(folder_.text("report.txt"), "old report");
+  EXPECT_FALSE(folder_.has("new.txt"));
+}
+
+TEST_F(RunFilesOpening, locks_the_masked_copy_and_empties_it_later) {
+  global_input_filename = folder_.write("in.fa", ">a\nACGT\n");
+  global_mask_repeats = true;
+  folder_.write("in.fa.masked", "old copy");
+  EXPECT_EQ(opened(), "0");
+  EXPECT_EQ(folder_.text("in.fa.masked"), "old copy");
+  EXPECT_EQ(COutputFile().claim_name(masked_filename(), Missing::kLeave), Claim::kInUse);
+  open_masked_copy(files_);
+  EXPECT_NE(files_.masked.stream(), nullptr);
+  EXPECT_EQ(folder_.text("in.fa.masked"), "");
+}
+
+TEST_F(RunFilesOpening, makes_no_masked_copy_where_the_report_cannot_be_opened) {
+  global_input_filename = folder_.write("in.fa", ">a\nACGT\n");
+  global_mask_repeats = true;
+  global_output_filename = folder_.path("no folder/report.txt");
+  EXPECT_EQ(opened().substr(0, 5), "-102 ");
+  EXPECT_FALSE(folder_.has("in.fa.masked"));
+}
+
 TEST_F(RunFilesOpening, calls_the_masked_copy_after_the_input) {
   global_input_filename = "genomes/chr1.fa";
   global_output_filename = "report.txt";

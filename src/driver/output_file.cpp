@@ -6,11 +6,13 @@
 #include <cstring>
 #include <utility>
 
+#include "driver/descriptor_stream.h"
+
 namespace quorix {
 
 COutputFile::~COutputFile() {
   if (stream_ != nullptr && stream_ != stdout) std::fclose(stream_);
-  if (descriptor_ != -1) ::close(descriptor_);
+  if (descriptor_ != -1 && !is_standard_output()) ::close(descriptor_);
 }
 
 Claim COutputFile::claim_name(const std::string& filename, Missing missing) {
@@ -23,14 +25,12 @@ Claim COutputFile::claim_name(const std::string& filename, Missing missing) {
 }
 
 bool COutputFile::begin() {
-  if (descriptor_ == -1) return false;
+  if (claim_ != Claim::kHeld) return false;
   // The stream comes first: if there is no memory for it, what the file holds is not lost.
-  stream_ = ::fdopen(descriptor_, "w");
+  stream_ = open_descriptor_stream(&descriptor_);
   if (stream_ == nullptr) return false;
-  const int descriptor = std::exchange(descriptor_, -1);
-  if (empty_file(descriptor)) return true;
-  std::fclose(stream_);
-  stream_ = nullptr;
+  if (empty_file(descriptor_)) return true;
+  std::fclose(std::exchange(stream_, nullptr));
   return false;
 }
 
@@ -39,8 +39,19 @@ bool COutputFile::open(const std::string& filename) {
 }
 
 void COutputFile::use_standard_output() {
+  use_shared_standard_output();
+  std::FILE* const stream = open_descriptor_stream(&descriptor_);
+  if (stream != nullptr) stream_ = stream;
+}
+
+void COutputFile::use_shared_standard_output() {
   name_ = "standard output";
+  descriptor_ = STDOUT_FILENO;
   stream_ = stdout;
+}
+
+bool COutputFile::is_standard_output() const {
+  return descriptor_ == STDOUT_FILENO;
 }
 
 void COutputFile::expect_writes() {
@@ -65,17 +76,17 @@ bool COutputFile::flush() {
 
 bool COutputFile::close_standard_output() {
   if (!flush()) return false;
-  const int copy = ::dup(::fileno(stream_));
+  const int copy = ::dup(descriptor_);
   if (copy == -1 || ::close(copy) != 0) return fail();
   return true;
 }
 
 bool COutputFile::close() {
-  if (stream_ == stdout) return close_standard_output();
-  const bool is_written = flush();
-  std::FILE* const closing = stream_;
-  stream_ = nullptr;
-  if (std::fclose(closing) != 0) return fail();
+  if (is_standard_output()) return close_standard_output();
+  bool is_written = flush();
+  if (std::fclose(std::exchange(stream_, nullptr)) != 0) is_written = fail();
+  // Not made again when it is broken off: the descriptor is gone by then.
+  if (::close(std::exchange(descriptor_, -1)) != 0) is_written = fail();
   return is_written;
 }
 

@@ -37,8 +37,12 @@ class COutputFile {
   /// Both, for a file that is made where it is missing. False if either fails.
   [[nodiscard]] bool open(const std::string& filename);
 
-  /// Writes to standard output.
+  /// Writes to standard output, by a stream of its own where there is memory for it. What `stdout`
+  /// gathers goes another way, so nothing is to be written to that as well.
   void use_standard_output();
+
+  /// Takes `stdout` itself, to see to what others have written to it.
+  void use_shared_standard_output();
 
   /// The stream, or null where none could be opened.
   [[nodiscard]] std::FILE* stream() const { return stream_; }
@@ -63,12 +67,13 @@ class COutputFile {
   [[nodiscard]] std::string failure_reason() const;
 
  private:
+  [[nodiscard]] bool is_standard_output() const;
   bool fail();
   bool close_standard_output();
 
   std::FILE* stream_ = nullptr;
   Claim claim_ = Claim::kNone;
-  int descriptor_ = -1;  ///< of a claimed file until it has a stream
+  int descriptor_ = -1;  ///< where the stream writes to; it reads it from here
   std::string name_;
   bool has_failed_ = false;
   int error_number_ = 0;

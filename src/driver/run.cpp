@@ -98,7 +98,7 @@ int finish(RunFiles& files) {
 int end_after_library_text(int status) {
   if (status != kSuccess) return status;
   COutputFile output;
-  output.use_standard_output();
+  output.use_shared_standard_output();
   return output.close() ? kSuccess : end_on_write_error(output);
 }
 

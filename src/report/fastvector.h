@@ -16,6 +16,7 @@ namespace quorix {
 /// Tells on standard output that an edit list cannot grow, and ends the process with status 0. The
 /// text and the status are what scripts know.
 [[noreturn]] inline void end_on_failed_realloc() {
+  std::fflush(nullptr);  // a report on the way to standard output comes first
   std::puts("Program aborded due to failed realloc!");
   std::exit(0);
 }

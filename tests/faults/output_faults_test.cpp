@@ -23,6 +23,19 @@ std::vector<int> errors() {
   return {ENOSPC, EIO, EPIPE};
 }
 
+/// Breaks off every write to an output in turn. Nothing but the messages may suffer.
+void fail_every_write_by_a_signal(const RunShape& shape, CPointLog& log) {
+  const CFaultFolder folder;
+  const TracedRun undisturbed = run_traced(folder, shape.plan());
+  for (std::size_t i = 0; i < undisturbed.calls.size(); ++i) {
+    const Call& call = undisturbed.calls[i];
+    if (call.kind != CallKind::kWrite || call.target == "standard error") continue;
+    log.judge(shape.name() + ", " + call.target + ", call " + std::to_string(i),
+              run_traced(folder, shape.plan(), {.call = i, .error = EINTR}).outcome,
+              undisturbed.outcome, expect_success());
+  }
+}
+
 TEST(FailedWrite, is_told_and_never_passes_for_success) {
   CPointLog log("failed writes");
   for (const RunShape& shape : shapes()) {
@@ -48,6 +61,14 @@ TEST(ShortWrite, is_carried_on) {
     fail_every_output(fault_settings.program, shape, CallKind::kWrite, {.most_bytes = 1}, log);
   }
   log.expect_no_findings(fault_settings.is_brief ? 50 : 200);
+}
+
+TEST(BrokenOffWrite, is_made_again) {
+  CPointLog log("broken-off writes");
+  for (const RunShape& shape : shapes()) {
+    fail_every_write_by_a_signal(shape, log);
+  }
+  log.expect_no_findings(fault_settings.is_brief ? 15 : 60);
 }
 
 TEST(FailedClosing, of_an_output_is_told) {

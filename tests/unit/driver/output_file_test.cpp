@@ -1,5 +1,6 @@
 #include "driver/output_file.h"
 
+#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <unistd.h>
 
@@ -14,6 +15,13 @@ namespace {
 
 constexpr const char* kFull = "/dev/full";
 constexpr const char* kNoSpace = "No space left on device";
+
+/// The descriptor that the next opening gets.
+int next_descriptor() {
+  const int descriptor = ::open("/dev/null", O_RDONLY | O_CLOEXEC);
+  ::close(descriptor);
+  return descriptor;
+}
 
 TEST(OutputFile, is_none_before_it_is_opened) {
   const COutputFile file;
@@ -52,12 +60,11 @@ TEST(OutputFile, hands_on_what_is_buffered) {
 
 TEST(OutputFile, closes_an_open_file_when_it_goes_away) {
   const testing::CRunFolder folder;
-  int descriptor = -1;
+  const int descriptor = next_descriptor();
   {
     COutputFile file;
     ASSERT_TRUE(file.open(folder.path("report.txt")));
     std::fputs("line\n", file.stream());
-    descriptor = ::fileno(file.stream());
   }
   EXPECT_EQ(folder.text("report.txt"), "line\n");
   EXPECT_EQ(::lseek(descriptor, 0, SEEK_CUR), -1);
@@ -104,9 +111,10 @@ TEST(OutputFile, fails_at_the_close_when_a_write_fails_there) {
 
 TEST(OutputFile, fails_at_the_close_when_the_close_itself_fails) {
   const testing::CRunFolder folder;
+  const int descriptor = next_descriptor();
   COutputFile file;
   ASSERT_TRUE(file.open(folder.path("report.txt")));
-  ASSERT_EQ(::close(::fileno(file.stream())), 0);
+  ASSERT_EQ(::close(descriptor), 0);
   EXPECT_FALSE(file.close());
   EXPECT_EQ(file.failure_reason(), "Bad file descriptor");
 }
@@ -159,15 +167,29 @@ TEST(OutputFile, may_be_standard_output_which_stays_open) {
     {
       COutputFile file;
       file.use_standard_output();
-      if (file.stream() != stdout || file.name() != "standard output") return 1;
+      if (file.stream() == nullptr || file.name() != "standard output") return 1;
       std::fputs("first ", file.stream());
-      if (!file.close() || file.stream() != stdout) return 2;
+      if (!file.close() || file.stream() == nullptr) return 2;
     }
     std::fputs("second", stdout);
     return 0;
   });
   EXPECT_EQ(result.status, 0);
   EXPECT_EQ(result.out, "first second");
+}
+
+TEST(OutputFile, sees_to_what_others_wrote_to_standard_output) {
+  const testing::ProcessResult result = testing::run_in_child([] {
+    if (std::freopen(kFull, "w", stdout) == nullptr) return 1;
+    std::fputs("line\n", stdout);
+    COutputFile file;
+    file.use_shared_standard_output();
+    if (file.stream() != stdout || file.close()) return 2;
+    std::fputs(file.failure_reason().c_str(), stderr);
+    return 0;
+  });
+  EXPECT_EQ(result.status, 0);
+  EXPECT_EQ(result.err, kNoSpace);
 }
 
 TEST(OutputFile, fails_at_the_close_of_a_standard_output_that_is_full) {

@@ -16,11 +16,11 @@ namespace quorix {
 /// Calls `visit` with the first base of each unit of `unit_length` that the filter for `use` and
 /// `anchors` let seed a repeat and that `valid_starting_pattern` accepts, from left to right, and
 /// writes progress lines on the way. At least one base follows the unit. `visit` may close bases to
-/// the seeds to come. REQUIRES: unit_length >= 1.
+/// the seeds to come. Units of no base, or of as many as the text has, seed nothing.
 template <class Visit>
 void CSearchController::for_each_seed(std::uint64_t unit_length, const CAnchorSeq& anchors,
                                       SeedUse use, const Visit& visit) {
-  if (unit_length >= text_length()) return;
+  if (unit_length == 0 || unit_length >= text_length()) return;
   CSeedFilter& filter = seed_filter(use);
   const CBitSet& seeds = filter.seeds(unit_length);
   const CBitSet& all_Ns = filter.bits_of_Ns();

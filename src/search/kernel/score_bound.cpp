@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <bit>
+#include <cassert>
 #include <cstddef>
 #include <cstdint>
 
@@ -108,6 +109,7 @@ struct ScoreRows {
 
   /// Row 0 has one state, of no base and no character, and the row before it has none.
   explicit ScoreRows(std::int64_t start_value) {
+    assert(start_value > 0 && start_value <= RowRules<Value>::kMax);
     const Tag d;
     HWY_ALIGN Value lanes[kLanes] = {};
     lanes[kLanes / 2] = static_cast<Value>(start_value);
@@ -152,7 +154,8 @@ struct ScoreRows {
     return !hn::AllTrue(d, hn::Eq(alive, zero));
   }
 
-  /// The table's outcome so far; open also if a path may have left the rows at their edge.
+  /// The table's outcome so far; open also if a path may have left the rows at their edge, in any
+  /// row up to now.
   [[nodiscard]] HWY_INLINE TableOutcome outcome(Vector target) const {
     const Tag d;
     HWY_ALIGN Value lanes[kLanes];
@@ -247,13 +250,18 @@ bool CScoreBound::may_reach(const GrowingRepeat& repeat, const GrowthRules& rule
                             std::int64_t min_score) const {
   if (repeat.score >= min_score) return true;
   const std::ptrdiff_t unit_length = repeat.unit_end - repeat.unit_begin;
+  assert(unit_length >= 1 && repeat.score > -unit_length);
+  assert(repeat.right_phase >= 0 && repeat.right_phase < unit_length);
+  assert(repeat.left_phase >= 0 && repeat.left_phase < unit_length);
+  assert(rules.text_begin <= repeat.start && repeat.end <= rules.text_end);
   // Without a gain the differences reach as far as the score can pay for; half as much again is for
-  // gains. Whatever goes farther is let through.
+  // gains. A guess: whatever goes farther meets the edge of the rows and is let through.
   const std::int64_t reach = (repeat.score + unit_length) * 3 / (2 * rules.indel_penalty) + 3;
   if (reach > kMostLanes || unit_length > kMostUnitCharacters ||
       repeat.score + unit_length > kMostStartValue) {
     return true;
   }
+  // The target fits a byte, and so does every value below it.
   const bool is_narrow = unit_length + min_score < 256 && reach <= 32;
   const auto lane_count = static_cast<std::ptrdiff_t>(std::bit_ceil(
       static_cast<std::uint64_t>(std::max<std::int64_t>(reach, is_narrow ? 16 : 32))));

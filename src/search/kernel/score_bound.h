@@ -1,22 +1,36 @@
 #pragma once
 
 /// @file
-/// How high can the score of a seed rise, at the most?
+/// Upper bound of the score that a seed or repeat can reach, by dynamic programming.
 ///
-/// Growth makes one edit after the other, each chosen by a costly look-ahead. Here all its paths
-/// are followed at once: a table holds, for every count of bases read and of unit characters used,
-/// the highest score with which any chain of matches and edits can be there. An edit must leave the
-/// score above minus the unit length, so a state at or below that is dead; a hopeless seed runs out
-/// of living states after a few dozen bases.
+/// What it promises. An extension makes one edit after the other, each chosen by a costly
+/// look-ahead. Here all its paths are followed at once: the table holds, for every count of bases
+/// read and of unit characters used, the highest score with which any path of matches and edits
+/// arrives there. An edit must leave the score above minus the unit length, so a state at or below
+/// that is dead. A seed is rejected if no state reaches the minimum score.
 ///
-/// The bound is sound, since growth takes one of these paths, under rules that are no laxer: it may
+/// Why it is sound. An extension takes one of these paths, under rules that are no laxer: it may
 /// only edit where a base differs, only within the score reduction limit, and it stops at a long
-/// run of N's, which here scores 0 a base. Backward growth starts from the forward result, so the
-/// bound of that is what it starts from here.
+/// run of N's, which here scores 0 a base. The extension to the left begins with the best score of
+/// the one to the right, and a path with a higher score on entry has every choice of one with less;
+/// so the table to the left begins with the best value of the table to the right.
 ///
 /// States with the same sum of the two counts form a row, ordered by their difference. A row needs
-/// only the two before it, so a whole row is computed by a few vector operations, with scores as
-/// unsigned bytes counted from the floor: 0 is dead, and saturating subtraction lets a state die.
+/// only the two rows before it and is computed by a few vector operations. Values are scores
+/// counted from the floor, as unsigned bytes or 16-bit numbers: 0 is dead, and saturating
+/// subtraction lets a state die.
+///
+/// What the values rely on:
+///
+/// - No value is cut off before it counts: the highest number stands for itself and all above it,
+///   and no target is higher, so a value that saturates has met its target. Hence a penalty may be
+///   cut off at that number, too: it kills every value that has not met the target.
+/// - States with negative counts are never alive, whatever letters they are compared with: a match
+///   adds to living states alone, and only states with counts of 0 or more follow the first one.
+/// - A row has a fixed number of lanes. Counts differ by one more after an edit of one kind, so a
+///   path leaves the lanes only from the first or last of them, and up to there its value is
+///   followed. `best` of these two lanes remembers that for all rows: if both are 0, no path has
+///   ever left, so none can have come back either. How many lanes there are is a matter of speed.
 
 #include <cstddef>
 #include <cstdint>
@@ -51,8 +65,10 @@ class CScoreBound {
   /// Chooses the instructions of this processor.
   CScoreBound();
 
-  /// False only if no growth of `repeat` to the right and then to the left reaches `min_score`.
+  /// False only if no extension of `repeat` to the right and then to the left reaches `min_score`.
   /// Near the ends of the text, and where the table would get too large, the answer is true.
+  /// REQUIRES: the repeat lies in the text, its phases in its unit; its score is above minus the
+  /// unit length.
   [[nodiscard]] bool may_reach(const GrowingRepeat& repeat, const GrowthRules& rules,
                                std::int64_t min_score) const;
 

@@ -3,6 +3,7 @@
 #include <hwy/foreach_target.h>  // compiles the rest of this file once for each kind of processor
 
 #include <algorithm>
+#include <cassert>
 #include <cstddef>
 #include <cstdint>
 #include <limits>
@@ -103,6 +104,8 @@ class CBatchTables {
         batch_.unit_length <= kLongestShortUnit ? kMostShortUnitRows : kMostBatchRows;
     Range last{0, 0};
     Range before{1, -1};
+    [[maybe_unused]] Range last_filled{0, 0};
+    [[maybe_unused]] Range filled_before{1, -1};
     for (std::ptrdiff_t row = 1;; ++row) {
       const Range computed{std::min(last.low - 1, before.low),
                            std::max(last.high + 1, before.high)};
@@ -111,8 +114,12 @@ class CBatchTables {
           computed.low < -kMostDifference) {
         return give_up(best, row, last, before);
       }
+      assert(reads_known_cells(computed, last_filled, 1));
+      assert(reads_known_cells(computed, filled_before, 0));
       const Range filled = fill_row<kIsRightward>(first, row, computed, best);
       clear_around(row, filled.low, filled.high);
+      filled_before = last_filled;
+      last_filled = filled;
 
       before = last;
       last = living_range(row, filled.low, filled.high);
@@ -141,8 +148,9 @@ class CBatchTables {
     const Vector one = hn::Set(d, 1);
     const Vector letter_N = hn::Set(d, static_cast<Value>('N'));
     const std::ptrdiff_t unit_length = batch_.unit_length;
-    // Differences have the parity of the row.
+    // Differences have the parity of the row. Neither count of a computed cell is negative.
     std::ptrdiff_t difference = computed.low + ((computed.low ^ row) & 1);
+    assert(difference == computed.low && -row <= difference && computed.high <= row);
     const std::ptrdiff_t first_difference = difference;
     std::ptrdiff_t bases = (row + difference) / 2;
     std::ptrdiff_t character = ((row - difference) / 2 - 1) % unit_length;
@@ -191,7 +199,14 @@ class CBatchTables {
   void store(std::ptrdiff_t row, std::ptrdiff_t difference, Vector value) {
     hn::Store(value, Tag(), cell(row, difference));
   }
-  /// The next two rows read no farther than this beyond the cells of a row.
+  /// True if the cells from `computed` and `reach` beside it were filled or cleared in a row that
+  /// was filled over `filled`.
+  [[nodiscard]] static bool reads_known_cells(const Range& computed, const Range& filled,
+                                              std::ptrdiff_t reach) {
+    return computed.low - reach >= filled.low - 2 && computed.high + reach <= filled.high + 2;
+  }
+
+  /// The next two rows read no farther than this beyond the cells of a row, see batch_bound.h.
   void clear_around(std::ptrdiff_t row, std::ptrdiff_t low, std::ptrdiff_t high) {
     store(row, low - 2, hn::Zero(Tag()));
     store(row, high + 2, hn::Zero(Tag()));
@@ -312,6 +327,8 @@ CBatchBound::CBatchBound() {
 std::uint32_t CBatchBound::may_reach(const char* first, std::int64_t unit_length,
                                      std::uint32_t asked, const GrowthRules& rules,
                                      std::int64_t min_score) const {
+  assert(unit_length >= 1 && first >= rules.text_begin);
+  // All lanes are read, whatever is asked for.
   const bool is_readable = rules.text_end - first >= unit_length + kSeeds;
   if (min_score <= 0 || unit_length > kMostUnitLength || !is_readable) return asked;
   return sift_batch_({first, unit_length, asked, rules.text_begin, rules.text_end,

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <bit>
+#include <cassert>
 #include <cstddef>
 #include <cstdint>
 #include <limits>
@@ -260,7 +261,7 @@ void CGroupBound::load_letters(const char* first, std::int64_t unit_length, bool
   std::ptrdiff_t offset = 0;  // into the unit of the first seed to enter
   for (std::ptrdiff_t i = 0; i < count; ++i) {
     characters[count - 1 - i] = character_at(offset);
-    // The units of other seeds reach farther.
+    // The seed that enters last, after `kSeeds` - 1 characters, wraps that much later.
     const bool is_wrapping = i >= unit_length && offset < kSeeds - 1;
     others[count - 1 - i] = character_at(is_wrapping ? offset + unit_length : offset);
     if (++offset == unit_length) offset = 0;
@@ -270,7 +271,10 @@ void CGroupBound::load_letters(const char* first, std::int64_t unit_length, bool
 bool CGroupBound::may_reach(const char* first, std::int64_t unit_length, std::uint64_t asked,
                             const GrowthRules& rules, std::int64_t min_score) {
   constexpr std::int64_t kMostTarget = 60'000;
+  assert(unit_length >= kShortestUnit);
   if (asked == 0) return false;
+  assert(first + std::countr_zero(asked) >= rules.text_begin);
+  assert(rules.text_end - first >= 63 - std::countl_zero(asked) + unit_length);
   if (min_score <= 0 || unit_length + min_score > kMostTarget) return true;
   load_letters(first, unit_length, true, rules);
   std::uint64_t reversed = 0;

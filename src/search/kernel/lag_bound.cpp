@@ -111,7 +111,8 @@ void join_row(const CLagGrid& grid, const CLagRows& rows, std::int64_t t, const 
   for (std::size_t i = 0; i < grid.lane_count(); i += hn::Lanes(d)) {
     const Vector right_gain = hn::LoadU(d, kept + i);
     const Vector gain = hn::SaturatedAdd(right_gain, hn::LoadU(d, rows.gain(0) + i));
-    // The score on entry allows for more edits.
+    // The score on entry allows for more edits. A gain to the right that is kept as 255 lets the
+    // seed through, whatever the minimum score, which is 255 here at most.
     const Vector lent = is_half ? hn::AverageRound(right_gain, zero) : right_gain;
     const Vector persistence = hn::SaturatedAdd(hn::LoadU(d, rows.persistence(0) + i), lent);
     const auto is_let_through =

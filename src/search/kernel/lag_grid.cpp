@@ -37,6 +37,7 @@ CLagGrid::CLagGrid(const char* text, std::uint64_t length, const LagBoundRules& 
   first_lag_ = (lowest_lag - 1) | 1;
   const std::int64_t lags = last + drift - first_lag_ + 1;
   lane_count_ = static_cast<std::size_t>(divided_up(lags, 2 * kSignedGrain) * kSignedGrain);
+  assert(first_lag_ >= 1 && first_lag_ % 2 == 1);
   assert(first_lag_ <= lowest_lag);
   assert(first_lag_ + 2 * static_cast<std::int64_t>(lane_count_) > last + drift);
   // Within a copy a path uses up to L characters, and that many bases and its insertions.
@@ -60,9 +61,13 @@ void CLagGrid::choose_weights() {
   weights_.reward = as_byte(reward);
   weights_.cost = as_byte(cost);
   weights_.is_half_enough = 2 * (reward + cost) <= least + 1 && 2 * cost <= rules_.indel_penalty;
+  // All of the score on entry is enough, an edit costs less here than in points, and matches pay
+  // for the edits that they allow for.
+  assert(reward + cost <= least + 1 && cost <= least && reward * least >= cost);
 }
 
-/// Insertions or deletions on a path through one copy that begins with at most `kHighestGain`.
+/// Insertions or deletions on a path through one copy that begins with at most `kHighestGain`: they
+/// cost at most that score, a match for each character, and what lies above minus the unit length.
 std::int64_t CLagGrid::most_indels(std::int64_t unit_length) const {
   return (kHighestGain + 2 * unit_length - 1) / rules_.indel_penalty;
 }
@@ -82,7 +87,7 @@ void CLagGrid::fill_lanes() {
   const std::int64_t least = std::min(rules_.mismatch_penalty, rules_.indel_penalty);
   const auto first = static_cast<std::int64_t>(rules_.first_unit_length);
   const auto last = static_cast<std::int64_t>(rules_.last_unit_length());
-  // A path that matters is never lower than this below where it has to get.
+  // A path that lives has never collected less than minus this, with score 0 on entry.
   const auto deepest_fall = [&](std::int64_t unit_length) {
     return divided_up(weights_.cost * unit_length, least) + 1;
   };
@@ -98,6 +103,9 @@ void CLagGrid::fill_lanes() {
       while (longest < last && longest + 1 - most_indels(longest + 1) <= lag) ++longest;
       limits.gain_cap[k] = as_byte(longest);
       limits.persistence_cap[k] = as_byte(least_persistence(longest) + deepest_fall(longest));
+      // So the cap serves the shorter unit lengths, too.
+      assert(k == 0 || (limits.gain_cap[k] >= limits.gain_cap[k - 1] &&
+                        limits.persistence_cap[k] >= limits.persistence_cap[k - 1]));
       const bool is_searched = lag >= first && lag <= last;
       limits.is_searched[k] = is_searched ? 255 : 0;
       limits.least_gain[k] =

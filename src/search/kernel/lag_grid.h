@@ -3,15 +3,22 @@
 /// @file
 /// The memory of the tables of search/kernel/lag_bound.h: rows, and what the lags of a row demand.
 ///
-/// Row t holds the pairs of a base x and a unit character c with x + c = t, for lags x - c of one
-/// parity. Lane k of an odd row is lag `first_lag` + 2 k, of an even row one more.
+/// Row t holds the pairs of a base x and a unit character c with x + c = t, for lags x - c of the
+/// parity of t. `first_lag` is odd: lane k of an odd row is lag `first_lag` + 2 k, of an even row
+/// one more. So the lags one longer and one shorter stand in the same lane of the neighbouring rows
+/// and in the one beside it.
 ///
-/// Each lag from the first unit length less the drift (or 1, if that is more) to the last one plus
-/// the drift has a lane; the drift is the number of insertions or deletions that a path of the last
-/// unit length can pay for within one copy. Lags beyond are read as 0, which is sound only because
-/// no path that matters gets there.
+/// Every lag that a path of one of the unit lengths may have within its first copy has a lane: from
+/// the first unit length less `most_indels`, or 1 if that is more, to the last one plus
+/// `most_indels`. What is beside the lanes reads as 0, which is sound only because no path that
+/// matters gets there. Rows are whole vectors, so they have some lags more at the upper end, and at
+/// the lower end one where that makes `first_lag` odd.
+///
+/// What a path needs to persist and how far it may fall grow with the unit length, and so does its
+/// lowest lag. So the caps of a lane are those of the longest unit length whose paths come there.
 
 #include <array>
+#include <cassert>
 #include <cstddef>
 #include <cstdint>
 #include <vector>
@@ -40,7 +47,8 @@ struct LagLanes {
   std::uint8_t* is_searched;        ///< not 0 for the unit lengths of the rules
 };
 
-/// The last three rows of both tables. Lanes on both sides of a row are 0.
+/// The last three rows of both tables. Lanes on both sides of a row are 0: they are read, one lane
+/// far, and never written, since rows are whole vectors.
 class CLagRows {
  public:
   explicit CLagRows(std::size_t lane_count)
@@ -77,14 +85,17 @@ class CLagRows {
 
 class CLagGrid {
  public:
-  /// Below this penalty no weights tell a path that persists from noise.
+  /// Below this penalty no weights tell a path that persists from noise. `choose_weights` relies on
+  /// it.
   static constexpr std::int64_t kLeastPenalty = 5;
   /// Rows are whole vectors of this many lanes.
   static constexpr std::size_t kLaneGrain = 32;
-  /// A higher gain to the right is not bounded farther.
+  /// A higher gain to the right is not bounded farther: such a seed is let through. So it bounds
+  /// the score on entry of the other side, and with it `most_indels`. Any value would be sound.
   static constexpr std::uint8_t kHighestGain = 31;
 
-  /// The text must outlive this. Throws: std::bad_alloc.
+  /// The text and the rules must outlive this. REQUIRES: `can_lag_bound_refute`.
+  /// Throws: std::bad_alloc.
   CLagGrid(const char* text, std::uint64_t length, const LagBoundRules& rules);
 
   [[nodiscard]] std::int64_t row_count() const { return 2 * length_; }
@@ -98,22 +109,28 @@ class CLagGrid {
     return lanes_[static_cast<std::size_t>(parity)];
   }
 
-  /// Makes ready for the rows [first_row, row_end).
+  /// Makes ready for the rows [first_row, row_end). REQUIRES: they are `rows_per_segment()` at
+  /// most, and begin where the last ones ended, since `leftward_rows()` goes on there.
   void load_bases(std::int64_t first_row, std::int64_t row_end);
 
   /// True if the bases loaded have N's that stand for any base.
   [[nodiscard]] bool may_have_neutral_Ns() const { return may_have_neutral_Ns_; }
 
-  /// The row to begin with on the way to the left: paths from rows below `row_end` end before it.
+  /// The row to begin with on the way to the left: paths from rows below `row_end` leave their
+  /// first copy before it, so what lies beyond may be left out.
   [[nodiscard]] std::int64_t row_ahead(std::int64_t row_end) const {
     return row_end + rows_ahead_ - 1;
   }
 
-  /// Bases and characters of row `t`, those of higher and of lower positions, by lane.
+  /// Bases and characters of row `t`, those of higher and of lower positions, by lane. Outside the
+  /// text are letters that match nothing. REQUIRES: the rows are loaded, from `first_row` - 2 up to
+  /// `row_ahead(row_end)`.
   [[nodiscard]] const std::uint8_t* higher_bases(std::int64_t t) const {
+    assert(t + first_lag_ + parity_of(t) >= 2 * first_higher_);
     return higher_bases_.data() + ((t + first_lag_ + parity_of(t)) / 2 - first_higher_);
   }
   [[nodiscard]] const std::uint8_t* lower_bases(std::int64_t t) const {
+    assert(t - first_lag_ - parity_of(t) <= 2 * last_lower_);
     return lower_bases_.data() + (last_lower_ - (t - first_lag_ - parity_of(t)) / 2);
   }
 
@@ -127,6 +144,7 @@ class CLagGrid {
 
   /// Room for what is kept of a row of the segment.
   [[nodiscard]] std::uint8_t* kept_row(std::int64_t t) {
+    assert(t >= first_row_ && t < first_row_ + rows_per_segment_);
     return kept_.data() + static_cast<std::size_t>(t - first_row_) * lane_count_;
   }
 

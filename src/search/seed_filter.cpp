@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <bit>
+#include <cassert>
 
 #include "search/kernel/lag_bound.h"
 #include "search/score.h"
@@ -23,6 +24,9 @@ constexpr std::uint64_t kLongestLagUnit = 750;
 constexpr int kLeastBatch = 3;
 /// And from so many on, long units are first looked at as one.
 constexpr int kLeastGroup = 8;
+
+// Neighbours are the bits of a word.
+static_assert(CGroupBound::kSeeds == CBitSet::kWordBits && CBatchBound::kSeeds == 32);
 
 }  // namespace
 
@@ -88,6 +92,7 @@ const CBitSet& CSeedFilter::lag_seeds(std::uint64_t unit_length) {
 }
 
 const CBitSet& CSeedFilter::seeds(std::uint64_t unit_length) {
+  assert(unit_length >= 1 && unit_length < planes_.length());
   const RunRule rule = run_rule(unit_length);
   const bool has_runs = rule.least_run >= 1;
   const ChainRule chains = chain_rule(unit_length);
@@ -127,6 +132,7 @@ bool CSeedFilter::may_group_grow(std::uint64_t p, std::uint64_t unit_length,
 
 void CSeedFilter::tell_neighbours(std::uint64_t p, std::uint64_t unit_length,
                                   std::uint64_t neighbours) {
+  assert((neighbours & 1) != 0);
   if (!may_group_grow(p, unit_length, neighbours)) {
     told_ = {unit_length, p, neighbours, 0};
     return;

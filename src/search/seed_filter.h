@@ -3,9 +3,26 @@
 /// @file
 /// Which seeds of a sequence are worth growing.
 ///
-/// Nearly every seed is hopeless, and nearly every hopeless one can be told by a few word
-/// operations for many seeds at once. A filter never accepts a seed: what it lets through is grown
-/// and tested as ever. It only leaves out seeds that cannot be accepted, whatever their growth.
+/// Few seeds extend into a repeat; most failures can be proved in a few word operations, for many
+/// seeds at once. A filter never accepts a seed: what it lets through is extended and tested as
+/// ever. It only rejects seeds that cannot be accepted, whatever their extension.
+///
+/// Sieves go first, over the whole text: runs where a seed cannot make an edit without some
+/// matches, chains for short units, lags for the others. What is left is bounded when it is asked
+/// for, alone or with its neighbours. Who is asked for what:
+///
+/// - All of them bound the score alone, with the minimum of the seed's own unit length. Minimum
+///   lengths count for exact extension only. Where a minimum score is 0 or less, all is let
+///   through.
+/// - The verdict on a seed depends on text, unit length and settings, and on nothing that a search
+///   does meanwhile, so it may be remembered for good. Which bases are open only decides which
+///   neighbours are worth a verdict. The settings must not change while a filter lives.
+/// - Bits of `seeds` stand for bases with a base behind the unit, so neighbours that are set have
+///   their units in the text. Units with an N among them get a verdict that means nothing; nobody
+///   may ask for it.
+/// - The sieve by lags serves several unit lengths at a time, up to `kLongestLagUnit` and the
+///   longest that is searched; a longer one that is asked for is served alone. How many is a matter
+///   of memory. Group and batch are chosen for speed: the bounds do not depend on each other.
 
 #include <bit>
 #include <cstdint>
@@ -96,7 +113,8 @@ class CSeedFilter {
 
   /// Makes `told_` tell of the seed at p and of others that are `neighbours`, bit k for base p + k.
   void tell_neighbours(std::uint64_t p, std::uint64_t unit_length, std::uint64_t neighbours);
-  /// False only if none of those seeds may grow.
+  /// False only if none of those seeds may grow. True, without another look, where the last
+  /// undecided group has the seed at p.
   [[nodiscard]] bool may_group_grow(std::uint64_t p, std::uint64_t unit_length,
                                     std::uint64_t neighbours);
 

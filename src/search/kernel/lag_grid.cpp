@@ -38,6 +38,7 @@ CLagGrid::CLagGrid(const char* text, std::uint64_t length, const LagBoundRules& 
   const std::int64_t lags = last + drift - first_lag_ + 1;
   lane_count_ = static_cast<std::size_t>(divided_up(lags, 2 * kSignedGrain) * kSignedGrain);
   assert(first_lag_ >= 1 && first_lag_ % 2 == 1);
+  // Every lag that a path may have has a lane.
   assert(first_lag_ <= lowest_lag);
   assert(first_lag_ + 2 * static_cast<std::int64_t>(lane_count_) > last + drift);
   // Within a copy a path uses up to L characters, and that many bases and its insertions.

@@ -7,11 +7,14 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
+#include <iterator>
+#include <set>
 #include <string>
 #include <vector>
 
 #include "search/kernel/lag_grid.h"
 #include "support/kernel/plain_lag_bound.h"
+#include "support/kernel/plain_score_paths.h"
 #include "support/kernel/vector_targets.h"
 #include "support/random_dna.h"
 #include "unit/search/searched_sequence.h"
@@ -193,6 +196,89 @@ TEST(LagBound, lets_long_units_pay_for_edits_beyond_a_byte) {
       EXPECT_TRUE(seeds[0].test(text.size() - unit_length - 1)) << target;
     });
   }
+}
+
+enum class EditKind { kDeletion, kInsertion, kMismatch };
+
+/// Copies of a unit, one of which has edits of one kind.
+std::string draw_edited_copies(RandomEngine& engine, std::int64_t unit_length,
+                               std::size_t edited_copy, std::size_t edits, EditKind kind) {
+  const std::string unit = draw_letters(engine, static_cast<std::size_t>(unit_length), "ACGT");
+  std::string copies = unit;
+  for (std::size_t i = 1; i < 5; ++i) {
+    std::string copy = unit;
+    for (std::size_t k = 0; i == edited_copy && k < edits; ++k) {
+      const std::size_t at = draw_between(engine, 0, copy.size() - 1);
+      if (kind == EditKind::kDeletion) copy.erase(at, 1);
+      if (kind == EditKind::kInsertion) copy.insert(at, 1, 'T');
+      if (kind == EditKind::kMismatch) copy[at] = 'N';
+    }
+    copies += copy;
+  }
+  return draw_letters(engine, 10, "ACGT") + copies + draw_letters(engine, 10, "ACGT");
+}
+
+/// The highest score of any path of the seed at `p` to the right and then to the left.
+std::int64_t highest_score(const std::string& text, std::int64_t p, const LagBoundRules& rules,
+                           std::int64_t unit_length) {
+  const Growth growth{text,
+                      p,
+                      p + unit_length,
+                      p,
+                      p + unit_length,
+                      0,
+                      unit_length - 1,
+                      0,
+                      rules.mismatch_penalty,
+                      rules.indel_penalty,
+                      rules.is_N_neutral};
+  return follow_all_paths(growth, false, follow_all_paths(growth, true, 0).best).best;
+}
+
+// Not against the bound's own tables: these may lack a lane that a path needs.
+TEST(LagBound, rejects_no_seed_with_a_path_of_the_minimum_score) {
+  constexpr Penalties kDrawn[] = {{5, 5}, {6, 6}, {7, 11}, {12, 6}, {255, 20}, {9, 300}};
+  RandomEngine engine(12);
+  std::int64_t reached = 0;
+  std::int64_t rejected = 0;
+  for (int round = 0; round < 400; ++round) {
+    const auto unit_length = static_cast<std::int64_t>(draw_between(engine, 8, 45));
+    auto [mismatch, indel] = kDrawn[draw_between(engine, 0, std::size(kDrawn) - 1)];
+    std::string text;
+    if (round % 2 == 0) {
+      // A path can pay for one such indel alone, which takes it to the outermost lag.
+      mismatch = 32;
+      indel = unit_length + static_cast<std::int64_t>(draw_between(engine, 15, 30));
+      text =
+          draw_edited_copies(engine, unit_length, 1, 1,
+                             draw_chance(engine, 70) ? EditKind::kDeletion : EditKind::kInsertion);
+    } else {
+      text = draw_edited_copies(engine, unit_length, draw_between(engine, 1, 4),
+                                draw_between(engine, 1, 3),
+                                static_cast<EditKind>(draw_between(engine, 0, 2)));
+    }
+    LagBoundRules rules{static_cast<std::uint64_t>(unit_length), {0}, mismatch, indel, false};
+    const std::size_t seed_count = text.size() - static_cast<std::size_t>(unit_length);
+    std::vector<std::int64_t> scores;
+    for (std::size_t p = 0; p < seed_count; ++p) {
+      scores.push_back(highest_score(text, static_cast<std::int64_t>(p), rules, unit_length));
+    }
+    for (const std::int64_t min_score : std::set<std::int64_t>(scores.begin(), scores.end())) {
+      rules.min_scores[0] = std::max<std::int64_t>(min_score, 1);
+      std::vector<CBitSet> seeds(1, CBitSet(seed_count));
+      find_lag_seeds(text.data(), text.size(), rules, seeds);
+      for (std::size_t p = 0; p < seed_count; ++p) {
+        if (!seeds[0].test(p)) ++rejected;
+        if (scores[p] < rules.min_scores[0]) continue;
+        ++reached;
+        ASSERT_TRUE(seeds[0].test(p))
+            << "unit " << unit_length << " base " << p << " of " << text << " score " << scores[p]
+            << " penalties " << mismatch << "," << indel;
+      }
+    }
+  }
+  EXPECT_GT(reached, 1000);
+  EXPECT_GT(rejected, 1000);
 }
 
 TEST(LagBound, serves_where_penalties_and_processor_are_fit) {

@@ -38,8 +38,10 @@ struct GroupTable {
 inline constexpr std::int64_t kOpenGroup = -1;
 /// Letters on both sides of those that states may use, for lanes without one.
 inline constexpr std::ptrdiff_t kSpareLetters = 128;
-/// States of a row.
+/// States of a row, whatever the width of a vector.
 inline constexpr std::ptrdiff_t kMostGroupLanes = 512;
+/// Lanes of the widest vector.
+inline constexpr std::ptrdiff_t kWidestGroupVector = 32;
 
 }  // namespace quorix
 
@@ -64,7 +66,7 @@ namespace hn = hwy::HWY_NAMESPACE;
 /// kMiddle) more than their characters, lane j of an odd row those with one more.
 class CGroupRows {
  public:
-  using Tag = hn::CappedTag<std::uint16_t, 32>;
+  using Tag = hn::CappedTag<std::uint16_t, kWidestGroupVector>;
   using Vector = hn::Vec<Tag>;
   static constexpr std::ptrdiff_t kMiddle = kMostGroupLanes / 2;
 
@@ -118,10 +120,10 @@ class CGroupRows {
 
   [[nodiscard]] bool has_room_for(const Range& range, std::ptrdiff_t row) const {
     if (range.is_empty()) return true;
-    const auto lanes = static_cast<std::ptrdiff_t>(hn::Lanes(Tag()));
+    // Behind its last state a vector has dead ones, for which there are spare lanes and letters.
     const std::ptrdiff_t most_letters =
-        (row + 1) / 2 + std::max(range.high + lanes - kMiddle, kMiddle - range.low);
-    return range.low >= 2 && range.high + 2 * lanes < kMostGroupLanes &&
+        (row + 1) / 2 + std::max(range.high - kMiddle, kMiddle - range.low) + 1;
+    return range.low >= 2 && range.high + 2 < kMostGroupLanes &&
            most_letters <= table_.letter_count;
   }
 
@@ -194,7 +196,7 @@ class CGroupRows {
   Range last_;
   Range before_;
   Range written_[3];
-  std::uint16_t values_[3][kMostGroupLanes] = {};
+  std::uint16_t values_[3][kMostGroupLanes + 2 * kWidestGroupVector] = {};
 };
 
 std::int64_t fill_group_table(const GroupTable& table) {

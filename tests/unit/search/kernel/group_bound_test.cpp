@@ -232,6 +232,28 @@ TEST(GroupBound, lets_through_what_does_not_fit_its_numbers) {
   EXPECT_TRUE(may_reach(homopolymer_group(1), 60'000));
 }
 
+// A row has room for as many states whatever the width of a vector: noise reaches farther from the
+// middle the longer the unit.
+TEST(GroupBound, answers_alike_with_vectors_of_any_width) {
+  for (const std::int64_t unit_length : {300, 1000, 1500, 2000, 2500, 3000}) {
+    RandomEngine engine(static_cast<std::uint64_t>(unit_length));
+    const std::size_t length = 6 * static_cast<std::size_t>(unit_length);
+    const Group group{draw_letters(engine, length, "ACGT"),
+                      unit_length,
+                      unit_length,
+                      ~std::uint64_t{0},
+                      6,
+                      6,
+                      false};
+    std::vector<bool> answers;
+    for_each_vector_target([&](const char*) { answers.push_back(may_reach(group, unit_length)); });
+    EXPECT_EQ(std::count(answers.begin(), answers.end(), answers.front()),
+              static_cast<std::ptrdiff_t>(answers.size()))
+        << unit_length;
+    EXPECT_TRUE(unit_length > 2000 || !answers.front()) << unit_length;
+  }
+}
+
 TEST(GroupBound, takes_penalties_of_any_height) {
   Group group = homopolymer_group(1);
   group.mismatch_penalty = group.indel_penalty = 2147483648;

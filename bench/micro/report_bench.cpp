@@ -1,7 +1,8 @@
-// Telling repeats: the line, the list of edits and the alignment.
+// Telling repeats: the line, the list of edits and the alignment; and edits that wait for it.
 
 #include <benchmark/benchmark.h>
 
+#include <cstddef>
 #include <cstdint>
 #include <cstdio>
 #include <memory>
@@ -9,6 +10,7 @@
 
 #include "micro/bench_support.h"
 #include "report/csat.h"
+#include "report/packed_edits.h"
 #include "search/search_controller.h"
 #include "support/test_record.h"
 
@@ -62,6 +64,39 @@ void report_a_sequence(benchmark::State& state) {
   state.SetItemsProcessed(state.iterations() * static_cast<std::int64_t>(repeats.size()));
 }
 BENCHMARK(report_a_sequence)->Unit(benchmark::kMillisecond);
+
+/// Packs the edits of one repeat after the other, as they are in a long array: of each list a few
+/// edits are its own. Argument: edits of a list.
+void pack_edits(benchmark::State& state) {
+  const auto count = static_cast<std::size_t>(state.range(0));
+  const std::string text = random_bases(8 * count, 3);
+  fastvector<Edit> edits;
+  for (std::size_t i = 0; i < count; ++i) edits.push_back({text.data() + 8 * i, "MID"[i % 3]});
+  CEditStore store;
+  std::size_t changed = 0;
+  for ([[maybe_unused]] auto _ : state) {
+    edits.begin()[changed].kind = edits[changed].kind == 'M' ? 'I' : 'M';
+    if (++changed == count) changed = 0;
+    benchmark::DoNotOptimize(store.pack(edits, text.data()));
+  }
+  state.SetItemsProcessed(state.iterations() * state.range(0));
+}
+BENCHMARK(pack_edits)->Arg(4)->Arg(5000)->Iterations(10'000);
+
+void unpack_edits(benchmark::State& state) {
+  const auto count = static_cast<std::size_t>(state.range(0));
+  const std::string text = random_bases(8 * count, 3);
+  fastvector<Edit> edits;
+  for (std::size_t i = 0; i < count; ++i) edits.push_back({text.data() + 8 * i, "MID"[i % 3]});
+  CEditStore store;
+  const CPackedEdits packed = store.pack(edits, text.data());
+  for ([[maybe_unused]] auto _ : state) {
+    packed.unpack_to(edits);
+    benchmark::DoNotOptimize(edits.begin());
+  }
+  state.SetItemsProcessed(state.iterations() * state.range(0));
+}
+BENCHMARK(unpack_edits)->Arg(4)->Arg(5000);
 
 }  // namespace
 }  // namespace quorix::bench

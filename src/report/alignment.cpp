@@ -47,15 +47,16 @@ void append_copies(std::string& line, std::string_view unit, std::size_t offset,
 /// Walks the bases, the unit and the sorted edits in step, from edit to edit.
 void append_repeat(Alignment& alignment, const Csat& repeat) {
   const std::string_view unit(repeat.unit_begin, static_cast<std::size_t>(repeat.unit_length()));
-  const Edit* edit = repeat.missense.begin();
+  const fastvector<Edit> edits = repeat.edits();
+  const Edit* edit = edits.begin();
   const char* base = repeat.start;
   // The unit character for the base, 0-based.
   auto offset =
       static_cast<std::size_t>(repeat.unit_pos_left + 1 - repeat.unit_begin) % unit.size();
 
   while (base != repeat.end) {
-    if (edit == repeat.missense.end() || edit->position != base) {
-      const bool is_edit_ahead = edit != repeat.missense.end() && edit->position > base;
+    if (edit == edits.end() || edit->position != base) {
+      const bool is_edit_ahead = edit != edits.end() && edit->position > base;
       const char* const next = is_edit_ahead ? std::min(edit->position, repeat.end) : repeat.end;
       const std::string_view run(base, static_cast<std::size_t>(next - base));
       alignment.bases += run;

@@ -33,6 +33,18 @@ void Csat::init_from_unit(const char* unit_first, const char* unit_last) {
   mismatches = insertions = deletions = n_count = 0;
   recursion_depth = 0;
   missense.truncate(0);
+  packed_edits = CPackedEdits();
+}
+
+void Csat::pack_edits(CEditStore& store, const char* text_begin) {
+  packed_edits = store.pack(missense, text_begin);
+  missense.truncate(0);
+}
+
+fastvector<Edit> Csat::edits() const {
+  fastvector<Edit> all(missense);
+  if (!packed_edits.empty()) packed_edits.unpack_to(all);
+  return all;
 }
 
 double Csat::percentagePerfection() const {

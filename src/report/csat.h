@@ -12,24 +12,18 @@
 #include <cstdint>
 #include <cstdio>
 
+#include "report/edit.h"
 #include "report/fastvector.h"
+#include "report/packed_edits.h"
 
 namespace quorix {
 
 class CSequence_Mol;
 
-/// One edit of a repeat against perfect copies of its unit. Kinds: 'M', the base at `position` does
-/// not match its unit character; 'I', that base has no unit character; 'D', a unit character is
-/// missing just before that base.
-struct Edit {
-  const char* position;
-  char kind;
-};
-
 class Csat {
  public:
   /// Becomes one unit copy [unit_first, unit_last): score 0, no edits, both cursors ready to match
-  /// the neighbouring copies. The edit list keeps its block.
+  /// the neighbouring copies. `missense` keeps its block; packed edits are forgotten.
   void init_from_unit(const char* unit_first, const char* unit_last);
 
   /// Bases of the unit.
@@ -47,6 +41,14 @@ class Csat {
 
   /// Gives back N's at both ends of the repeat; score and edits stay as they are.
   void remove_Ns_at_ends();
+
+  /// Moves the edits of `missense`, whose block stays, into `store`, see `CEditStore::pack`: from
+  /// now on `edits` has them, as long as the store lives. Throws: std::bad_alloc.
+  void pack_edits(CEditStore& store, const char* text_begin);
+
+  /// A copy of the edits, in their order: those of `missense`, or the packed ones.
+  /// Throws: std::bad_alloc.
+  [[nodiscard]] fastvector<Edit> edits() const;
 
   /// Writes the record in the chosen format, with its bases or its alignment, to `stream`. Nothing
   /// is written when the unit is a repetition of a shorter unit. Positions are printed 1-based,
@@ -74,6 +76,9 @@ class Csat {
   const char* unit_end = nullptr;
   /// Alignment score; the first unit copy scores nothing. Saturates at the 32-bit limits.
   std::int32_t score = 0;
+  /// Level at which the look-ahead of the imperfect extension starts. Here it takes no room of its
+  /// own.
+  std::uint8_t recursion_depth = 0;
   std::int64_t mismatches = 0;
   /// Bases without a unit character.
   std::int64_t insertions = 0;
@@ -81,10 +86,11 @@ class Csat {
   std::int64_t deletions = 0;
   /// N's that were walked over as unknown.
   std::int64_t n_count = 0;
-  /// Level at which the look-ahead of the imperfect extension starts.
-  std::uint8_t recursion_depth = 0;
-  /// The edits, in the order of `lessThan_missense` once the repeat is complete.
+  /// The edits, in the order of `lessThan_missense` once the repeat is complete. Empty while they
+  /// are packed.
   fastvector<Edit> missense;
+  /// The edits of a repeat that waits in a list to be reported.
+  CPackedEdits packed_edits;
 };
 
 /// The order of repeat lists: by start, then by end.

@@ -10,6 +10,7 @@
 #include <cstdlib>
 #include <new>
 #include <type_traits>
+#include <utility>
 
 namespace quorix {
 
@@ -50,6 +51,13 @@ class fastvector {
 
   /// Forgets all elements but the first `count` and keeps the block. REQUIRES: count <= size().
   void truncate(std::size_t count) { size_ = count; }
+
+  /// Exchanges elements and blocks with `other`.
+  void swap(fastvector& other) noexcept {
+    std::swap(data_, other.data_);
+    std::swap(size_, other.size_);
+    std::swap(capacity_, other.capacity_);
+  }
 
   /// Makes room for `count` elements in all: a smaller block becomes exactly that large. A block
   /// that cannot grow ends the process, see `end_on_failed_realloc`.

@@ -109,7 +109,7 @@ void add_extended_format(CStreamText& report, const Csat& repeat, const RepeatFi
   if (!global_treat_Ns_as_missense) add_figure(report, repeat.n_count, 3, " N | ");
   add_unit(report, unit);
   report.add("Missense: ");
-  for (const Edit& edit : repeat.missense) {
+  for (const Edit& edit : repeat.edits()) {
     report.add('(');
     add_figure(report, (edit.position - repeat.start) + 1, 0, ",");
     report.add(edit.kind);

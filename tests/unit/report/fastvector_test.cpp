@@ -120,6 +120,20 @@ TEST(Fastvector, gives_a_new_copy_a_block_of_exactly_its_size) {
   EXPECT_NE(copy.begin(), source.begin());
 }
 
+TEST(Fastvector, exchanges_elements_and_blocks) {
+  Numbers one = numbers_up_to(5);
+  Numbers other = numbers_up_to(2);
+  const std::int32_t* const block_of_one = one.begin();
+  const std::int32_t* const block_of_other = other.begin();
+  one.swap(other);
+  EXPECT_EQ(elements_of(one), (std::vector<std::int32_t>{1, 2}));
+  EXPECT_EQ(one.capacity(), 4U);
+  EXPECT_EQ(one.begin(), block_of_other);
+  EXPECT_EQ(elements_of(other), (std::vector<std::int32_t>{1, 2, 3, 4, 5}));
+  EXPECT_EQ(other.capacity(), 8U);
+  EXPECT_EQ(other.begin(), block_of_one);
+}
+
 TEST(Fastvector, gives_a_copy_of_nothing_no_block) {
   Numbers source = numbers_up_to(3);
   source.truncate(0);

@@ -105,6 +105,18 @@ std::string unit_printed_of(std::string_view unit, int mode) {
   return line.substr(line.rfind(' ') + 1);
 }
 
+TEST_F(ReportSat, prints_the_same_once_the_edits_are_packed) {
+  set_report(kFormatExtendedQuorix, kUnitAsFound, kPrintAlignment, 2);
+  CRepeatScene scene = inserted_base_scene();
+  const std::string before = scene.report();
+  ASSERT_NE(before.find("Missense: (6,I),\n"), std::string::npos);
+  ASSERT_NE(before.find("GAC-GACG"), std::string::npos);
+  CEditStore store;
+  scene.repeat.pack_edits(store, scene.record.sequence.data());
+  ASSERT_TRUE(scene.repeat.missense.empty());
+  EXPECT_EQ(scene.report(), before);
+}
+
 TEST_F(ReportSat, prints_unit_GTT_as_AAC_and_ACG_as_ACG_when_both_strands_count) {
   EXPECT_EQ(unit_printed_of("GTT", 2), "AAC\n");
   EXPECT_EQ(unit_printed_of("ACG", 2), "ACG\n");

@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <functional>
 #include <limits>
+#include <string_view>
 
 namespace quorix {
 
@@ -12,6 +13,13 @@ namespace {
 
 constexpr std::size_t kFewestPlaces = std::size_t{1} << 10U;
 constexpr std::size_t kMostNoted = std::size_t{1} << 15U;
+
+constexpr std::string_view kKinds = "MID";
+constexpr std::uint32_t kKindMask = 3;
+
+std::uint8_t index_of(char kind) {
+  return static_cast<std::uint8_t>(kKinds.find(kind));
+}
 
 std::uint32_t narrow(std::int64_t count) {
   assert(count >= 0 && count < std::int64_t{CGrowthPaths::kNone});
@@ -30,7 +38,8 @@ std::int32_t sum_of_heights(std::int64_t left, std::int64_t right) {
 
 void CGrowthPaths::clear() {
   noted_.clear();
-  stops_.clear();
+  stop_count_ = 0;
+  n_counts_.clear();
   places_.clear();
   is_full_ = false;
 }
@@ -54,9 +63,9 @@ CGrowthPaths::StopId CGrowthPaths::find(const GrowthStop& stop, std::int64_t fre
   const bool is_free = stop.score >= free_score;
   const StopId id = places_[place_of(stop.edge, stop.unit_code, stop.score, is_free)];
   if (id == kNone) return kNone;
-  const Stop& kept = stops_[id];
+  const Stop& kept = stop_at(id);
   const bool is_same = kept.edge == stop.edge && kept.unit_code == stop.unit_code &&
-                       kept.is_free == is_free && (is_free || kept.score == stop.score);
+                       (kept.is_free != 0) == is_free && (is_free || kept.score == stop.score);
   return is_same ? id : kNone;
 }
 
@@ -64,12 +73,12 @@ CGrowthPaths::Way CGrowthPaths::follow_kept(StopId from, std::int64_t score,
                                             std::int64_t free_score,
                                             std::int64_t best_score) const {
   Way way{from, kNone, from};
-  const std::int64_t root_score = score - stops_[from].height;
-  while (stops_[way.to].next != kNone) {
-    const Stop& stop = stops_[way.to];
+  const std::int64_t root_score = score - stop_at(from).height;
+  while (stop_at(way.to).is_root == 0) {
+    const Stop& stop = stop_at(way.to);
     const bool is_same_score = root_score + stop.height == stop.score;
-    const bool is_jump_sure = (is_same_score && stop.is_score_of_root) ||
-                              (stop.is_jump_free && root_score + stop.lowest >= free_score);
+    const bool is_jump_sure = (is_same_score && stop.is_score_of_root != 0) ||
+                              (stop.is_jump_free != 0 && root_score + stop.lowest >= free_score);
     if (is_jump_sure) {
       if (root_score + stop.highest > best_score) {
         best_score = root_score + stop.highest;
@@ -78,8 +87,8 @@ CGrowthPaths::Way CGrowthPaths::follow_kept(StopId from, std::int64_t score,
       way.to = stop.jump;
       continue;
     }
-    if (!is_same_score && !(stop.is_free && root_score + stop.height >= free_score)) break;
-    const std::int64_t next_score = root_score + stops_[stop.next].height;
+    if (!is_same_score && !(stop.is_free != 0 && root_score + stop.height >= free_score)) break;
+    const std::int64_t next_score = root_score + stop_at(stop.next).height;
     if (next_score > best_score) {
       best_score = next_score;
       way.best = stop.next;
@@ -92,7 +101,7 @@ CGrowthPaths::Way CGrowthPaths::follow_kept(StopId from, std::int64_t score,
 CGrowthPaths::Way CGrowthPaths::follow(const GrowthStop& stop, std::int64_t free_score,
                                        std::int64_t best_score) {
   const StopId from = find(stop, free_score);
-  if (from == kNone || stops_[from].next == kNone) return {kNone, kNone, kNone};
+  if (from == kNone || stop_at(from).is_root != 0) return {kNone, kNone, kNone};
   keep_noted_before(from, stop);
   return follow_kept(from, stop.score, free_score, best_score);
 }
@@ -113,16 +122,25 @@ void CGrowthPaths::end_way() {
 
 /// Forgets the noted stops if there is none.
 bool CGrowthPaths::has_room_for_noted() {
-  is_full_ = is_full_ || stops_.size() + noted_.size() >= max_stops_;
+  is_full_ = is_full_ || stop_count_ + noted_.size() >= max_stops_;
   if (is_full_) noted_.clear();
   return !is_full_;
 }
 
 CGrowthPaths::StopId CGrowthPaths::keep_root(const NotedStop& last) {
-  const StopId id = narrow(static_cast<std::int64_t>(stops_.size()));
+  static_assert(kMaxStops <= kIdMask);
   const bool is_free = last.stop.score >= last.free_score;
-  return keep({last.stop.edge, last.stop.unit_code, last.stop.score, 0, kNone, id, 0, 0, 0, 0, 0, 0,
-               id, '\0', is_free, is_free, true});
+  Stop root{};
+  root.edge = last.stop.edge;
+  root.unit_code = last.stop.unit_code;
+  root.score = last.stop.score;
+  root.jump = stop_count_ & kIdMask;
+  root.highest_at = stop_count_ & kIdMask;
+  root.is_free = is_free ? 1 : 0;
+  root.is_jump_free = root.is_free;
+  root.is_score_of_root = 1;
+  root.is_root = 1;
+  return keep(root, 0);
 }
 
 /// Keeps the noted stops, behind which `stop`, which is kept as `id`, was come to.
@@ -130,27 +148,22 @@ void CGrowthPaths::keep_noted_before(StopId id, const GrowthStop& stop) {
   if (!has_room_for_noted()) return;
   const GrowthStop* later = &stop;
   for (auto noted = noted_.rbegin(); noted != noted_.rend(); ++noted) {
-    const Stop& next = stops_[id];
+    const Stop& next = stop_at(id);
     const GrowthStop& own = noted->stop;
-    Stop kept{own.edge,
-              own.unit_code,
-              own.score,
-              sum_of_heights(next.height, std::int64_t{own.score} - later->score),
-              id,
-              id,
-              next.edits + 1,
-              next.mismatches + narrow(later->mismatches - own.mismatches),
-              next.insertions + narrow(later->insertions - own.insertions),
-              next.n_count + narrow(later->n_count - own.n_count),
-              0,
-              0,
-              id,
-              noted->kind,
-              own.score >= noted->free_score,
-              false,
-              next.is_score_of_root && later->score == next.score};
+    Stop kept{};
+    kept.edge = own.edge;
+    kept.unit_code = own.unit_code;
+    kept.score = own.score;
+    kept.height = sum_of_heights(next.height, std::int64_t{own.score} - later->score);
+    kept.next = kept.jump = id & kIdMask;
+    kept.edits = (next.edits + 1) & kIdMask;
+    kept.mismatches = (next.mismatches + narrow(later->mismatches - own.mismatches)) & kIdMask;
+    kept.insertions = (next.insertions + narrow(later->insertions - own.insertions)) & kIdMask;
+    kept.kind = index_of(noted->kind) & kKindMask;
+    kept.is_free = own.score >= noted->free_score ? 1 : 0;
+    kept.is_score_of_root = next.is_score_of_root != 0 && later->score == next.score ? 1 : 0;
     set_jump(kept);
-    id = keep(kept);
+    id = keep(kept, n_count_at(id) + narrow(later->n_count - own.n_count));
     later = &own;
   }
   noted_.clear();
@@ -158,14 +171,14 @@ void CGrowthPaths::keep_noted_before(StopId id, const GrowthStop& stop) {
 
 /// Jumps are as long as those of a skew binary number: two of the same length make one of both.
 void CGrowthPaths::set_jump(Stop& stop) const {
-  const Stop& next = stops_[stop.next];
-  const Stop& middle = stops_[next.jump];
-  const Stop& far = stops_[middle.jump];
+  const Stop& next = stop_at(stop.next);
+  const Stop& middle = stop_at(next.jump);
+  const Stop& far = stop_at(middle.jump);
   stop.lowest = stop.height;
   stop.highest = next.height;
   stop.highest_at = stop.next;
   stop.is_jump_free = stop.is_free;
-  if (next.edits - middle.edits != middle.edits - far.edits || next.next == kNone) return;
+  if (next.edits - middle.edits != middle.edits - far.edits || next.is_root != 0) return;
   stop.jump = middle.jump;
   for (const Stop* part : {&next, &middle}) {
     stop.lowest = std::min(stop.lowest, part->lowest);
@@ -173,49 +186,61 @@ void CGrowthPaths::set_jump(Stop& stop) const {
       stop.highest = part->highest;
       stop.highest_at = part->highest_at;
     }
-    stop.is_jump_free = stop.is_jump_free && part->is_jump_free;
+    if (part->is_jump_free == 0) stop.is_jump_free = 0;
   }
 }
 
-CGrowthPaths::StopId CGrowthPaths::keep(const Stop& stop) {
-  if (2 * stops_.size() >= places_.size()) {
+CGrowthPaths::StopId CGrowthPaths::keep(const Stop& stop, std::uint32_t n_count) {
+  if (stop_count_ >= places_.size()) {
     make_places(std::max(kFewestPlaces, 2 * places_.size()));
   }
-  assert(stops_.size() < max_stops_);
-  const StopId id = narrow(static_cast<std::int64_t>(stops_.size()));
-  stops_.push_back(stop);
-  places_[place_of(stop.edge, stop.unit_code, stop.score, stop.is_free)] = id;
+  assert(stop_count_ < max_stops_);
+  if (stop_count_ == blocks_.size() * kBlockSize) {
+    blocks_.push_back(std::make_unique_for_overwrite<Stop[]>(kBlockSize));
+  }
+  const StopId id = stop_count_;
+  keep_n_count(id, n_count);
+  blocks_[id >> kBlockBits][id & (kBlockSize - 1)] = stop;
+  ++stop_count_;
+  places_[place_of(stop.edge, stop.unit_code, stop.score, stop.is_free != 0)] = id;
   return id;
+}
+
+void CGrowthPaths::keep_n_count(StopId id, std::uint32_t n_count) {
+  if (n_counts_.empty() && n_count == 0) return;
+  n_counts_.resize(std::size_t{id} + 1);
+  n_counts_[id] = n_count;
 }
 
 /// A place holds the latest of the stops that share it.
 void CGrowthPaths::make_places(std::size_t count) {
   places_.assign(count, kNone);
-  StopId id = 0;
-  for (const Stop& stop : stops_) {
-    places_[place_of(stop.edge, stop.unit_code, stop.score, stop.is_free)] = id++;
+  for (StopId id = 0; id < stop_count_; ++id) {
+    const Stop& stop = stop_at(id);
+    places_[place_of(stop.edge, stop.unit_code, stop.score, stop.is_free != 0)] = id;
   }
 }
 
 CGrowthPaths::Stretch CGrowthPaths::between(StopId from, StopId to) const {
-  const Stop& first = stops_[from];
-  const Stop& last = stops_[to];
-  const auto edits = std::int64_t{first.edits} - last.edits;
-  const auto mismatches = std::int64_t{first.mismatches} - last.mismatches;
-  const auto insertions = std::int64_t{first.insertions} - last.insertions;
+  const Stop& first = stop_at(from);
+  const Stop& last = stop_at(to);
+  const auto edits = static_cast<std::int64_t>(first.edits - last.edits);
+  const auto mismatches = static_cast<std::int64_t>(first.mismatches - last.mismatches);
+  const auto insertions = static_cast<std::int64_t>(first.insertions - last.insertions);
   return {last.edge,
           std::int64_t{last.height} - first.height,
           mismatches,
           insertions,
           edits - mismatches - insertions,
-          std::int64_t{first.n_count} - last.n_count};
+          std::int64_t{n_count_at(from)} - n_count_at(to)};
 }
 
 void CGrowthPaths::append_edits(StopId from, StopId to, std::ptrdiff_t base_offset,
                                 fastvector<Edit>& edits) const {
-  for (StopId id = from; id != to; id = stops_[id].next) {
-    const Stop& stop = stops_[id];
-    edits.push_back({stop.kind == 'D' ? stop.edge : stop.edge + base_offset, stop.kind});
+  for (StopId id = from; id != to; id = stop_at(id).next) {
+    const Stop& stop = stop_at(id);
+    const char kind = kKinds[stop.kind];
+    edits.push_back({kind == 'D' ? stop.edge : stop.edge + base_offset, kind});
   }
 }
 

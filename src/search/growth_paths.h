@@ -32,7 +32,7 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <deque>
+#include <memory>
 #include <vector>
 
 #include "report/csat.h"
@@ -75,11 +75,11 @@ class CGrowthPaths {
 
   /// Scores and lengths up to which sums fit.
   static constexpr std::int64_t kHighestScore = std::int64_t{1} << 30U;
-  /// Stops that are kept at most unless said otherwise, in 40 MB.
+  /// Stops that are kept at most unless said otherwise, in 30 MB.
   static constexpr std::size_t kMaxStops = std::size_t{1} << 19U;
 
   /// Keeps no more than `max_stops`. Stops noted when there is no room for them are dropped, and
-  /// the next way begins with nothing kept. REQUIRES: max_stops < `kNone`.
+  /// the next way begins with nothing kept. REQUIRES: max_stops <= `kMaxStops`.
   explicit CGrowthPaths(std::size_t max_stops = kMaxStops) : max_stops_(max_stops) {}
 
   /// Begins a way. What `follow` gave on another one is not to be used any more.
@@ -115,26 +115,36 @@ class CGrowthPaths {
     char kind;
   };
 
-  /// Sums are those to the root, the last stop of a way.
+  /// Bits of an id, and of a count of stops.
+  static constexpr unsigned kIdBits = 20;
+  static constexpr std::uint32_t kIdMask = (1U << kIdBits) - 1;
+
+  /// Sums are those to the root, the last stop of a way. Long arrays fill the cache, so a stop is
+  /// packed as close as it goes.
   struct Stop {
     const char* edge;
     std::uint64_t unit_code;
-    std::int32_t score;   ///< with which it was come to
-    std::int32_t height;  ///< score above that of the root
-    StopId next;          ///< `kNone` at the root
-    StopId jump;          ///< farther on; the root itself at the root
-    std::uint32_t edits;
-    std::uint32_t mismatches;
-    std::uint32_t insertions;
-    std::uint32_t n_count;
-    std::int32_t lowest;    ///< height of the stops before `jump`, this one included
-    std::int32_t highest;   ///< height of those behind this one, up to `jump`
-    StopId highest_at;      ///< the first of them
-    char kind;              ///< of the edit that is made here
-    bool is_free;           ///< the edit holds for all scores that are high enough
-    bool is_jump_free;      ///< and so do all up to `jump`
-    bool is_score_of_root;  ///< who comes with `score` meets the scores of all stops to the root
+    std::int32_t score;                  ///< with which it was come to
+    std::int32_t height;                 ///< score above that of the root
+    std::int32_t lowest;                 ///< height of the stops before `jump`, this one included
+    std::int32_t highest;                ///< height of those behind this one, up to `jump`
+    std::uint64_t next : kIdBits;        ///< means nothing at the root
+    std::uint64_t jump : kIdBits;        ///< farther on; the root itself at the root
+    std::uint64_t highest_at : kIdBits;  ///< the first of those that are `highest`
+    std::uint64_t is_free : 1;           ///< the edit holds for all scores that are high enough
+    std::uint64_t is_jump_free : 1;      ///< and so do all up to `jump`
+    /// An extension that arrives with `score` has the scores of all stops to the root.
+    std::uint64_t is_score_of_root : 1;
+    std::uint64_t is_root : 1;
+    std::uint64_t edits : kIdBits;
+    std::uint64_t mismatches : kIdBits;
+    std::uint64_t insertions : kIdBits;
+    std::uint64_t kind : 2;  ///< of the edit that is made here, as an index of `kKinds`
   };
+  static_assert(sizeof(Stop) == 48);
+
+  static constexpr unsigned kBlockBits = 8;
+  static constexpr std::size_t kBlockSize = std::size_t{1} << kBlockBits;
 
   /// Where a stop is looked for; all scores that are free are one.
   [[nodiscard]] std::size_t place_of(const char* edge, std::uint64_t unit_code, std::int32_t score,
@@ -146,12 +156,22 @@ class CGrowthPaths {
   [[nodiscard]] bool has_room_for_noted();
   [[nodiscard]] StopId keep_root(const NotedStop& last);
   void set_jump(Stop& stop) const;
-  [[nodiscard]] StopId keep(const Stop& stop);
+  [[nodiscard]] StopId keep(const Stop& stop, std::uint32_t n_count);
+  void keep_n_count(StopId id, std::uint32_t n_count);
+  [[nodiscard]] std::uint32_t n_count_at(StopId id) const {
+    return n_counts_.empty() ? 0 : n_counts_[id];
+  }
+  [[nodiscard]] const Stop& stop_at(StopId id) const {
+    return blocks_[id >> kBlockBits][id & (kBlockSize - 1)];
+  }
   void make_places(std::size_t count);
 
   std::size_t max_stops_;
   std::vector<NotedStop> noted_;
-  std::deque<Stop> stops_;
+  std::vector<std::unique_ptr<Stop[]>> blocks_;  ///< of `kBlockSize` stops each
+  StopId stop_count_ = 0;
+  /// The N's from each stop to its root. Most texts have none there, and then there are no counts.
+  std::vector<std::uint32_t> n_counts_;
   std::vector<StopId> places_;  ///< a power of two of them; none until the first stop is kept
   bool is_full_ = false;
 };

@@ -29,6 +29,7 @@ void CSearchController::search_exact_and_extend_to_imperfect_repeats() {
     ahead.step();
     const auto seed = seeds.begin();
     if (may_grow(**seed) && grow_and_test(**seed, before_text())) {
+      pack_edits(**seed);
       accepted.splice(accepted.end(), seeds, seed);
     } else {
       sat_alloc.take(seeds, seed, std::next(seed));

@@ -38,17 +38,27 @@ bool CSearchController::grow_exact_and_test(Csat& sat) const {
 }
 
 bool CSearchController::grow_and_test(Csat& sat, const char* left_limit) {
+  sat.missense.swap(edit_block_);
+  sat.missense.truncate(0);
   extend_imperfect_forward(sat, text_end());
   const auto right_count = static_cast<std::ptrdiff_t>(sat.missense.size());
   extend_imperfect_backward(sat, left_limit);
   sat.remove_Ns_at_ends();
-  if (!passes_active_thresholds(sat)) return false;
+  if (!passes_active_thresholds(sat)) {
+    sat.missense.swap(edit_block_);
+    return false;
+  }
   // The edits of each side are in order, those on the left the other way round.
   Edit* const left_edits = sat.missense.begin() + right_count;
   std::reverse(left_edits, sat.missense.end());
   std::rotate(sat.missense.begin(), left_edits, sat.missense.end());
   assert(std::is_sorted(sat.missense.begin(), sat.missense.end(), Csat::lessThan_missense()));
   return true;
+}
+
+void CSearchController::pack_edits(Csat& sat) {
+  sat.pack_edits(edit_store_, text_begin());
+  sat.missense.swap(edit_block_);
 }
 
 bool CSearchController::may_grow(const Csat& sat) const {

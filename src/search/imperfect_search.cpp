@@ -39,6 +39,7 @@ void CSearchController::unit_len_1_complete_imperfect_search(CAnchorSeq& anchors
     Csat& candidate = spare.seed(base, base + 1);
     if (!grow_and_test(candidate, before_text())) return p + 1;
     anchors.close_repeat(candidate);
+    pack_edits(candidate);
     spare.keep_in(accepted);
     return p + 1;
   });
@@ -52,6 +53,7 @@ void CSearchController::one_unit_len_complete_imperfect_search(std::uint64_t uni
     Csat& candidate = spare.seed(p, p + unit_length);
     if (!grow_and_test(candidate, before_text())) return;
     anchors.close_repeat(candidate);
+    pack_edits(candidate);
     spare.keep_in(accepted);
   });
 }

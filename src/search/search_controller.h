@@ -22,12 +22,14 @@
 /// it is one past the last base, to the left it is the position before the first one. Nothing here
 /// is safe for more than one thread: thresholds and the pool of records are process-wide.
 
+#include <cstddef>
 #include <cstdint>
 #include <cstdio>
 #include <list>
 #include <memory>
 
 #include "report/csat.h"
+#include "report/packed_edits.h"
 #include "search/edit_memo.h"
 #include "search/growth_paths.h"
 #include "search/kernel/score_bound.h"
@@ -141,6 +143,9 @@ class CSearchController {
   static void find_one_exact_sat_with_minimum_perfection_in_previously_determined_exact_repeat(
       const Csat& sat, const char* from, Csat& best);
 
+  /// Bytes that the edits of the repeats found take.
+  [[nodiscard]] std::size_t edit_bytes() const { return edit_store_.byte_count(); }
+
   /// The user's thresholds, and the lax ones for seeds that are still to be grown. Null until the
   /// first controller is built.
   static std::unique_ptr<const CThresholdTable> minScores_user;
@@ -178,8 +183,11 @@ class CSearchController {
   /// False only if the repeat cannot grow over edits into one of the minimum score.
   [[nodiscard]] bool may_grow(const Csat& sat) const;
   /// Grows a candidate over edits, to the left up to `left_limit`, and tests it. The edits of an
-  /// accepted one are sorted.
+  /// accepted one are sorted, and stand in the one block in which all edits are gathered.
   [[nodiscard]] bool grow_and_test(Csat& sat, const char* left_limit);
+  /// Packs the edits of a candidate that was just accepted. The next one gathers its edits in the
+  /// same block, so that no record keeps one that is as large as its edits once were.
+  void pack_edits(Csat& sat);
 
   /// See search/seed_scan.h.
   template <class Visit>
@@ -209,6 +217,8 @@ class CSearchController {
 
   CScoreBound score_bound_;
   CLookAhead look_ahead_;
+  CEditStore edit_store_;        ///< of the repeats in the lists
+  fastvector<Edit> edit_block_;  ///< lent to the candidate that is being grown
   CEditMemo edit_memo_;
   CGrowthPaths growth_paths_;
   std::unique_ptr<CSeedFilter> seed_filter_;  ///< null until the first scan

@@ -28,10 +28,11 @@ void CSearchController::simple_imperfect_search(std::FILE* stream) {
       ++position;
       continue;
     }
-    const Csat& hit = spare.record();
+    Csat& hit = spare.record();
     hit.report_sat(stream, sequence_record);
     position = hit.end;
     left_limit = hit.end - 1;
+    pack_edits(hit);
     spare.keep_in(imperfect_sat_list.sat_list);
   }
 }

@@ -30,7 +30,7 @@ reference::Repeat with_offsets(const Csat& sat, const char* text) {
                            sat.deletions,
                            sat.n_count,
                            {}};
-  for (const Edit& edit : sat.missense) repeat.edits.push_back({edit.position - text, edit.kind});
+  for (const Edit& edit : sat.edits()) repeat.edits.push_back({edit.position - text, edit.kind});
   return repeat;
 }
 

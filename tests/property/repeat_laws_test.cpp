@@ -12,7 +12,8 @@ namespace {
 
 /// Counts of one kind in an edit list.
 std::int64_t count_kind(const Csat& repeat, char kind) {
-  return std::count_if(repeat.missense.begin(), repeat.missense.end(),
+  const fastvector<Edit> edits = repeat.edits();
+  return std::count_if(edits.begin(), edits.end(),
                        [kind](const Edit& edit) { return edit.kind == kind; });
 }
 
@@ -78,9 +79,9 @@ RC_GTEST_PROP(RepeatLaws, edits_are_sorted_and_lie_inside_the_repeat, ()) {
   silence_standard_error();
   apply_any_options();
   for_each_repeat(*bases_generator(), [](const Csat& repeat, const char*, const char*) {
-    RC_ASSERT(
-        std::is_sorted(repeat.missense.begin(), repeat.missense.end(), Csat::lessThan_missense()));
-    for (const Edit& edit : repeat.missense) {
+    const fastvector<Edit> edits = repeat.edits();
+    RC_ASSERT(std::is_sorted(edits.begin(), edits.end(), Csat::lessThan_missense()));
+    for (const Edit& edit : edits) {
       RC_ASSERT(repeat.start <= edit.position && edit.position < repeat.end);
     }
   });
@@ -90,11 +91,12 @@ RC_GTEST_PROP(RepeatLaws, bases_without_an_edit_match_the_unit_or_are_n, ()) {
   silence_standard_error();
   apply_any_options();
   for_each_repeat(*bases_generator(), [](const Csat& repeat, const char*, const char*) {
-    const Edit* edit = repeat.missense.begin();
+    const fastvector<Edit> edits = repeat.edits();
+    const Edit* edit = edits.begin();
     std::int64_t phase = repeat.unit_pos_left - repeat.unit_begin;  // one before the first base
     for (const char* base = repeat.start; base != repeat.end;) {
       const char unit_character = repeat.unit_begin[(phase + 1) % repeat.unit_length()];
-      if (edit != repeat.missense.end() && edit->position == base) {
+      if (edit != edits.end() && edit->position == base) {
         if (edit->kind == 'M') RC_ASSERT(*base != unit_character);
         if (edit->kind != 'D') ++base;
         if (edit->kind != 'I') ++phase;
@@ -105,7 +107,7 @@ RC_GTEST_PROP(RepeatLaws, bases_without_an_edit_match_the_unit_or_are_n, ()) {
       ++base;
       ++phase;
     }
-    RC_ASSERT(edit == repeat.missense.end());
+    RC_ASSERT(edit == edits.end());
   });
 }
 

@@ -59,7 +59,7 @@ inline std::string in_words(const Csat& sat, const char* origin) {
                                     {"N", sat.n_count}}) {
     if (count != 0) words += std::string(" ") + name + " " + std::to_string(count);
   }
-  for (const Edit& edit : sat.missense) words += " " + offset(edit.position) + edit.kind;
+  for (const Edit& edit : sat.edits()) words += " " + offset(edit.position) + edit.kind;
   return words;
 }
 

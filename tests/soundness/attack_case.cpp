@@ -24,7 +24,8 @@ std::size_t draw_unit_length(RandomEngine& engine) {
 
 int draw_penalty(RandomEngine& engine) {
   const std::size_t chance = draw_between(engine, 1, 100);
-  if (chance <= 40) return static_cast<int>(draw_between(engine, 2, 12));
+  if (chance <= 12) return static_cast<int>(draw_between(engine, 5, 6));  // weights change there
+  if (chance <= 45) return static_cast<int>(draw_between(engine, 2, 12));
   if (chance <= 75) return static_cast<int>(draw_between(engine, 13, 45));
   return static_cast<int>(draw_between(engine, 46, 100));
 }
@@ -54,7 +55,7 @@ PathRules draw_path_rules(RandomEngine& engine, std::size_t unit_length) {
   constexpr PathEdits kEdits[] = {PathEdits::kMismatches, PathEdits::kInsertions,
                                   PathEdits::kDeletions, PathEdits::kMixed};
   return {-std::int64_t{global_mismatch_score}, -std::int64_t{global_indel_score},
-          kEdits[draw_between(engine, 0, 3)], draw_chance(engine, 80) ? 12U : 120U,
+          kEdits[draw_between(engine, 0, 3)], draw_chance(engine, 65) ? 12U : 120U,
           std::min<std::size_t>(4 * unit_length + 150, 1500)};
 }
 
@@ -106,7 +107,10 @@ std::size_t seeds_at_border(std::size_t unit_length) {
 /// Bases before the array: none, some, or so many that such a border lies in it or near its ends.
 std::size_t draw_lead(RandomEngine& engine, std::size_t unit_length, std::size_t array_length) {
   if (draw_chance(engine, 25)) return 0;
-  if (unit_length < 5 || unit_length > 200 || !draw_chance(engine, 8)) {
+  const bool has_segments =
+      unit_length >= 5 && unit_length <= 200 &&
+      can_lag_bound_refute(-std::int64_t{global_mismatch_score}, -std::int64_t{global_indel_score});
+  if (!has_segments || !draw_chance(engine, 8)) {
     return draw_between(engine, 1, 150);
   }
   const std::size_t most = draw_chance(engine, 50) ? unit_length : array_length;

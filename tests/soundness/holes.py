@@ -32,11 +32,12 @@ HOLES = {
     "lag grid: two points of persistence too many are asked for": [
         (LAG_GRID, "return std::max<std::int64_t>(weights_.reward * unit_length - most_lost, 0);",
          "return std::max<std::int64_t>(weights_.reward * unit_length - most_lost + 2, 0);")],
-    "lag grid: half of the score on entry always counts": [
-        (LAG_GRID, "weights_.is_half_enough = 2 * (reward + cost) <= least + 1 && "
-                   "2 * cost <= rules_.indel_penalty;", "weights_.is_half_enough = true;")],
-    "lag bound: high gains are taken for bounded": [
-        (LAG_BOUND, "hn::Set(d, CLagGrid::kHighestGain)", "hn::Set(d, 120)")],
+    "lag bound: the score on entry lends no persistence": [
+        (LAG_BOUND, "const Vector lent = is_half ? hn::AverageRound(right_gain, zero) : right_gain;",
+         "const Vector lent = is_half ? zero : zero;")],
+    "lag bound: no path persists by its N's": [
+        (LAG_BOUND, "value = hn::SaturatedAdd(value, hn::And(is_free, reward));",
+         "value = hn::SaturatedAdd(value, hn::And(is_match, reward));")],
     "lag bound: each segment begins without its predecessor": [
         (LAG_BOUND, "CLagRows& left = grid.leftward_rows();",
          "CLagRows& left = grid.leftward_rows();\n  left.clear();")],
@@ -68,8 +69,7 @@ HOLES = {
     "group bound: the left side is entered in the order of the right": [
         (GROUP, "table.entering = reversed;", "")],
     "group bound: one lane less in each row": [
-        (GROUP, "std::max(last_.high + 1 - odd, before_.high)};",
-         "std::max(last_.high - odd, before_.high)};")],
+        (GROUP, "std::min(last_.low - odd, before_.low),", "std::min(last_.low, before_.low),")],
     "chain states: one match more to be let through": [
         (CHAIN_STATES, "(edits + 1 - all) * least_penalty;",
          "(edits + 1 - all) * least_penalty + 1;")],
@@ -78,13 +78,14 @@ HOLES = {
          "state.least_matches = state.cost - unit_length + 2;")],
     "chain bound: few deletions are followed": [
         (CHAIN, "if (state.before_deletion >= 0) {", "if (state.before_deletion >= 4) {")],
-    "chain bound: higher scores do not count as lower ones": [
-        (CHAIN, "score = most_bases_; score >= 1; --score) {",
-         "score = most_bases_; score > most_bases_; --score) {")],
+    "chain bound: the left side begins without the score of the right": [
+        (CHAIN, "if (kIsRightward || missing > most_bases_) return",
+         "if (kIsRightward || missing > 0) return")],
     "runs: no insertion on the left": [
         (RUNS, "         lags.longer().ones_down_from(first - 1) >= at_longer_lag ||\n", "")],
-    "runs: N's are not looked for": [
-        (RUNS, "(lags.is_N_wild() && lags.planes().has_N_near(first - unit_length, last)) ||\n", "")],
+    "runs: neutral N's end a run": [
+        (RUNS, "planes_.find_matches(lag, is_N_wild_, matches_[lag % 3]);",
+         "planes_.find_matches(lag, false, matches_[lag % 3]);")],
     "runs: the sieve looks half as far": [
         (RUNS, "half_(static_cast<std::uint64_t>((rule.chained_runs + 1) / 2)),",
          "half_(static_cast<std::uint64_t>((rule.chained_runs + 1) / 4)),")],

@@ -39,15 +39,11 @@ class CChainBlock {
   /// The bits of the seeds that may live, of those at the bases of `window`.
   Vector sift(const ChainWindow& window) {
     shift_planes(window);
-    for (std::ptrdiff_t score = 0; score <= most_bases_ + 1; ++score) {
+    for (std::ptrdiff_t score = 0; score <= most_bases_; ++score) {
       hn::Store(hn::Zero(Tag()), Tag(), at_least_[score]);
     }
     const Vector let_through = follow<true>();
-    // A score of at least s is one of at least s - 1.
-    for (std::ptrdiff_t score = most_bases_; score >= 1; --score) {
-      const Vector higher = hn::Load(Tag(), at_least_[score + 1]);
-      hn::Store(hn::Or(higher, hn::Load(Tag(), at_least_[score])), Tag(), at_least_[score]);
-    }
+    // A chain gains one point at a time, so `at_least_` has each seed at all scores up to its best.
     return hn::Or(let_through, follow<false>());
   }
 
@@ -170,7 +166,7 @@ class CChainBlock {
   HWY_ALIGN Words is_N_[3 * kMostChainBases];
   HWY_ALIGN Words equal_[2 * kMostChainEdits + 1][kMostChainBases];
   HWY_ALIGN Words stops_[kMostFollowedStates][kMostChainBases + 1];
-  HWY_ALIGN Words at_least_[kMostChainBases + 2];  ///< seeds whose rightward score is at least that
+  HWY_ALIGN Words at_least_[kMostChainBases + 1];  ///< seeds whose rightward score is at least that
 };
 
 /// Copies the words from `first` - 1 on; those outside the text are 0.

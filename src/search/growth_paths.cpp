@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cstddef>
-#include <functional>
 
 namespace quorix {
 
@@ -28,13 +27,15 @@ void CGrowthPaths::clear() {
 
 void CGrowthPaths::begin_way() {
   noted_.clear();
-  if (is_full_) clear();
+  if (!is_full_) return;
+  work_.forgotten += stops_.size();
+  clear();
 }
 
 std::size_t CGrowthPaths::place_of(const char* edge, std::uint64_t unit_code, std::int32_t score,
                                    bool is_free) const {
   constexpr std::uint64_t kMixer = 0x9E3779B97F4A7C15U;
-  const std::size_t position = std::hash<const char*>()(edge);
+  const auto position = static_cast<std::uint64_t>(edge - origin_);
   const std::uint64_t score_class = is_free ? 1 : static_cast<std::uint64_t>(score) << 1U;
   const std::uint64_t mixed = (position ^ (unit_code + score_class) * kMixer) * kMixer;
   return (mixed >> 32U) & (places_.size() - 1);
@@ -52,11 +53,11 @@ CGrowthPaths::StopId CGrowthPaths::find(const GrowthStop& stop, std::int64_t fre
 }
 
 CGrowthPaths::Way CGrowthPaths::follow_kept(StopId from, std::int64_t score,
-                                            std::int64_t free_score,
-                                            std::int64_t best_score) const {
+                                            std::int64_t free_score, std::int64_t best_score) {
   Way way{from, kNone, from};
   const std::int64_t root_score = score - stops_[from].height;
-  while (stops_[way.to].next != kNone) {
+  std::uint64_t steps = 0;
+  for (; stops_[way.to].next != kNone; ++steps) {
     const Stop& stop = stops_[way.to];
     const bool is_same_score = root_score + stop.height == stop.score;
     const bool is_jump_sure = (is_same_score && stop.is_score_of_root) ||
@@ -77,13 +78,18 @@ CGrowthPaths::Way CGrowthPaths::follow_kept(StopId from, std::int64_t score,
     }
     way.to = stop.next;
   }
+  work_.steps += steps;
   return way;
 }
 
 CGrowthPaths::Way CGrowthPaths::follow(const GrowthStop& stop, std::int64_t free_score,
                                        std::int64_t best_score) {
   const StopId from = find(stop, free_score);
-  if (from == kNone || stops_[from].next == kNone) return {kNone, kNone, kNone};
+  if (from == kNone || stops_[from].next == kNone) {
+    ++work_.misses;
+    return {kNone, kNone, kNone};
+  }
+  ++work_.hits;
   keep_noted_before(from, stop);
   return follow_kept(from, stop.score, free_score, best_score);
 }
@@ -172,8 +178,10 @@ CGrowthPaths::StopId CGrowthPaths::keep(const Stop& stop) {
   if (2 * stops_.size() >= places_.size()) {
     make_places(std::max(kFewestPlaces, 2 * places_.size()));
   }
+  if (stops_.empty()) origin_ = stop.edge;
   const StopId id = narrow(static_cast<std::int64_t>(stops_.size()));
   stops_.push_back(stop);
+  ++work_.stored;
   places_[place_of(stop.edge, stop.unit_code, stop.score, stop.is_free)] = id;
   return id;
 }
@@ -181,6 +189,7 @@ CGrowthPaths::StopId CGrowthPaths::keep(const Stop& stop) {
 /// A place holds the latest of the stops that share it.
 void CGrowthPaths::make_places(std::size_t count) {
   places_.assign(count, kNone);
+  work_.placed += stops_.size();
   StopId id = 0;
   for (const Stop& stop : stops_) {
     places_[place_of(stop.edge, stop.unit_code, stop.score, stop.is_free)] = id++;

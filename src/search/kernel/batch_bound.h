@@ -29,10 +29,13 @@ class CBatchBound {
   /// means nothing. REQUIRES: the units that are asked for lie in the text.
   [[nodiscard]] std::uint32_t may_reach(const char* first, std::int64_t unit_length,
                                         std::uint32_t asked, const GrowthRules& rules,
-                                        std::int64_t min_score) const;
+                                        std::int64_t min_score);
+
+  [[nodiscard]] const BoundWork& work() const { return work_; }
 
  private:
-  std::uint32_t (*sift_batch_)(const SeedBatch& batch);
+  std::uint32_t (*sift_batch_)(const SeedBatch& batch, BoundWork& work);
+  BoundWork work_;
 };
 
 }  // namespace quorix

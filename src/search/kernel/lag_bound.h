@@ -31,6 +31,7 @@
 #include <vector>
 
 #include "search/kernel/bit_set.h"
+#include "search/kernel/bound_work.h"
 
 namespace quorix {
 
@@ -53,8 +54,8 @@ struct LagBoundRules {
 /// Sets in `seeds[i]` the bit of each base p of [text, text + length) at which a unit of length
 /// `first_unit_length + i` may seed a repeat of the minimum score. `seeds[i]` has to have a bit for
 /// each p with a base behind the unit. REQUIRES: `can_lag_bound_refute`, last unit length < length.
-/// Throws: std::bad_alloc.
-void find_lag_seeds(const char* text, std::uint64_t length, const LagBoundRules& rules,
-                    std::vector<CBitSet>& seeds);
+/// Returns the work done, with one table for each direction and segment. Throws: std::bad_alloc.
+BoundWork find_lag_seeds(const char* text, std::uint64_t length, const LagBoundRules& rules,
+                         std::vector<CBitSet>& seeds);
 
 }  // namespace quorix

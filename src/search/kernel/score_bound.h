@@ -20,6 +20,9 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <optional>
+
+#include "search/kernel/bound_work.h"
 
 namespace quorix {
 
@@ -44,7 +47,6 @@ struct GrowthRules {
 };
 
 struct ScoreTable;
-struct TableOutcome;
 
 class CScoreBound {
  public:
@@ -54,10 +56,14 @@ class CScoreBound {
   /// False only if no growth of `repeat` to the right and then to the left reaches `min_score`.
   /// Near the ends of the text, and where the table would get too large, the answer is true.
   [[nodiscard]] bool may_reach(const GrowingRepeat& repeat, const GrowthRules& rules,
-                               std::int64_t min_score) const;
+                               std::int64_t min_score);
+
+  [[nodiscard]] const BoundWork& work() const { return work_; }
 
  private:
-  TableOutcome (*fill_table_)(const ScoreTable& table, bool is_narrow, std::ptrdiff_t lane_count);
+  std::optional<std::int64_t> (*fill_table_)(const ScoreTable& table, bool is_narrow,
+                                             std::ptrdiff_t lane_count, BoundWork& work);
+  BoundWork work_;
 };
 
 }  // namespace quorix

@@ -40,7 +40,7 @@ TEST(EditMemoCode, tells_bases_lengths_and_directions_apart) {
 }
 
 TEST(EditMemo, knows_nothing_at_first) {
-  const CEditMemo memo;
+  CEditMemo memo;
   EXPECT_EQ(memo.find(site(3, 7, 1)), '\0');
 }
 

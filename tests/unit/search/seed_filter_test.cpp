@@ -12,7 +12,7 @@
 #include <vector>
 
 #include "support/kernel/vector_targets.h"
-#include "support/random_dna.h"
+#include "unit/search/hard_text.h"
 #include "unit/search/searched_sequence.h"
 
 namespace quorix::testing {
@@ -24,18 +24,6 @@ const std::vector<std::uint64_t> kLengths{1,  2,  3,  5,  6,   7,   8,   12,  17
 
 class SeedFilter : public CSearchSettings {
  protected:
-  /// Noise, arrays of short and of long units with a few edits, and gaps.
-  static std::string hard_text() {
-    RandomEngine engine(71);
-    std::string text = draw_letters(engine, 1500, "ACGT");
-    for (const std::size_t longest : {6U, 20U, 40U, 120U, 300U}) {
-      const std::string noise = draw_letters(engine, 100, "ACGT");
-      text += draw_array(engine, 400, longest, 9) + noise;
-    }
-    const std::string noise = draw_letters(engine, 900, "AACGT");
-    return text + "NNN" + draw_array(engine, 900, 850, 2) + noise;
-  }
-
   /// Seeds that the filter lets through, unit length by unit length.
   static std::vector<std::uint64_t> seed_counts(SeedUse use,
                                                 const std::vector<std::uint64_t>& lengths) {

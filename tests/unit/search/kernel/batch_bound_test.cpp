@@ -24,7 +24,7 @@ std::int64_t draw_number(RandomEngine& engine, std::size_t first, std::size_t la
 
 std::uint32_t may_reach(const Batch& batch, std::uint32_t asked, std::int64_t min_score) {
   const CBases bases(batch.text);
-  const CBatchBound bound;
+  CBatchBound bound;
   return bound.may_reach(
       bases.at(static_cast<std::size_t>(batch.first)), batch.unit_length, asked,
       {bases.begin(), bases.end(), batch.mismatch_penalty, batch.indel_penalty, batch.is_N_neutral},

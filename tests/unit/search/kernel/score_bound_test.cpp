@@ -22,7 +22,7 @@ namespace {
 bool may_reach(const Growth& growth, std::int64_t min_score) {
   const CBases bases(growth.text);
   const auto at = [&](std::int64_t offset) { return bases.at(static_cast<std::size_t>(offset)); };
-  const CScoreBound bound;
+  CScoreBound bound;
   return bound.may_reach({at(growth.start), at(growth.end), at(growth.unit_begin),
                           at(growth.unit_end), growth.right_phase, growth.left_phase, growth.score},
                          {bases.begin(), bases.end(), growth.mismatch_penalty, growth.indel_penalty,

@@ -255,6 +255,7 @@ def main():
     parser.add_argument("--folders", type=lambda names: names.split(","), default=FOLDERS,
                         help="draw of these alone, such as src/search")
     parser.add_argument("--jobs", type=int, default=os.cpu_count() or 1)
+    parser.add_argument("--nice", type=int, default=10, help="how far behind everything else to run")
     parser.add_argument("--files", type=lambda names: names.split(","), default=[],
                         help="draw of these alone, such as edit_memo,kept_way")
     parser.add_argument("--each-file", action="store_true",
@@ -281,7 +282,7 @@ def main():
     if options.numbers:
         chosen = {int(number) for number in options.numbers.split(",")}
         drawn = [mutant for mutant in drawn if mutant.number in chosen]
-    os.nice(10)
+    os.nice(options.nice)
     run = Run(options, all_drawn)
     rounds = sorted({mutant.number // ROUND_STEP for mutant in drawn}) if options.each_file else [0]
     for round_number in rounds:

@@ -89,6 +89,7 @@ class Tree:
                 ["cmake", *generator, "-S", self.tree, "-B", self.build, "-DQUORIX_BUILD_TESTS=ON",
                  "-DCMAKE_BUILD_TYPE=Mutation", f"-DCMAKE_CXX_FLAGS={flags}"],
                 check=True, stdout=subprocess.DEVNULL)
+        self.aside = self.folder / "switched"
         self.limits = {}  # CPU seconds that a test may take, by its command
         self.objects = {}  # of the clean release, by source file
         self.users = {}  # source files, by header
@@ -121,7 +122,7 @@ class Tree:
     def set_aside(self):
         """Copies the test programs, so that they can be run while others are built. Returns the
         folder of the copies."""
-        aside = self.folder / "switched"
+        aside = self.aside
         shutil.rmtree(aside, ignore_errors=True)
         programs = {test[0] for tests in TESTS.values() for test in tests}
         for program in programs | {test[0] for test in SLOW_TESTS}:
@@ -152,24 +153,24 @@ class Tree:
             status = None
         return status, seconds
 
-    def limit_of(self, command, environment):
-        """CPU seconds that `command` may take: measured with the clean program, the first time."""
-        key = (*command[1:], pathlib.Path(command[0]).name)
+    def limit_of(self, program, arguments, environment):
+        """CPU seconds that a test may take: measured the first time, with the programs set aside."""
+        key = (program, *arguments)
         with self.lock:
             if key not in self.limits:
-                status, seconds = self.run(command, 0, environment, 900)
+                status, seconds = self.run([self.aside / program, *arguments], 0, environment, 900)
                 if status != 0:
-                    raise RuntimeError(f"{shlex.join(map(str, command))} fails without a mutant")
+                    raise RuntimeError(f"{shlex.join(key)} fails without a mutant")
                 self.limits[key] = SLOWER * seconds + SLACK
             return self.limits[key]
 
     def run_test(self, test, number, own=None, programs=None):
         """The exit status of a test with a mutant, None if it takes too long."""
         program, arguments, environment = test
-        command = [(programs or self.build / "tests") / program, *arguments]
         if own is not None:
-            command.append(f"--gtest_filter={own}")
-        return self.run(command, number, environment, self.limit_of(command, environment))[0]
+            arguments = [*arguments, f"--gtest_filter={own}"]
+        return self.run([(programs or self.build / "tests") / program, *arguments], number,
+                        environment, self.limit_of(program, arguments, environment))[0]
 
     def run_cases(self, number):
         """The end-to-end cases, up to the first that fails: its name or None."""

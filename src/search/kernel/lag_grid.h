@@ -7,6 +7,7 @@
 /// parity. Lane k of an odd row is lag `first_lag` + 2 k, of an even row one more.
 
 #include <array>
+#include <cassert>
 #include <cstddef>
 #include <cstdint>
 #include <vector>
@@ -106,10 +107,14 @@ class CLagGrid {
 
   /// Bases and characters of row `t`, those of higher and of lower positions, by lane.
   [[nodiscard]] const std::uint8_t* higher_bases(std::int64_t t) const {
-    return higher_bases_.data() + ((t + first_lag_ + parity_of(t)) / 2 - first_higher_);
+    const std::int64_t offset = (t + first_lag_ + parity_of(t)) / 2 - first_higher_;
+    assert(has_row(higher_bases_, offset));
+    return higher_bases_.data() + offset;
   }
   [[nodiscard]] const std::uint8_t* lower_bases(std::int64_t t) const {
-    return lower_bases_.data() + (last_lower_ - (t - first_lag_ - parity_of(t)) / 2);
+    const std::int64_t offset = last_lower_ - (t - first_lag_ - parity_of(t)) / 2;
+    assert(has_row(lower_bases_, offset));
+    return lower_bases_.data() + offset;
   }
 
   /// The rows of growth to the right, empty.
@@ -131,6 +136,10 @@ class CLagGrid {
                  std::size_t lane_count, std::vector<CBitSet>& seeds) const;
 
  private:
+  /// True if as many letters as a row has lanes stand from `offset` on.
+  [[nodiscard]] bool has_row(const std::vector<std::uint8_t>& letters, std::int64_t offset) const {
+    return offset >= 0 && static_cast<std::size_t>(offset) + lane_count_ <= letters.size();
+  }
   [[nodiscard]] std::int64_t most_indels(std::int64_t unit_length) const;
   [[nodiscard]] std::int64_t least_persistence(std::int64_t unit_length) const;
   void choose_weights();

@@ -11,6 +11,7 @@
 #include <utility>
 #include <vector>
 
+#include "support/kernel/plain_group_value.h"
 #include "support/kernel/plain_score_paths.h"
 #include "support/kernel/vector_targets.h"
 #include "support/random_dna.h"
@@ -151,6 +152,32 @@ Group homopolymer_group(std::uint64_t asked) {
           6,
           6,
           true};
+}
+
+TEST(GroupBound, is_the_highest_value_of_its_tables) {
+  RandomEngine engine(43);
+  int compared = 0;
+  for (int round = 0; round < 120; ++round) {
+    const Group group = draw_group(engine);
+    if (group.asked == 0) continue;
+    const PlainGroup plain{group.text,
+                           group.first,
+                           group.unit_length,
+                           group.asked,
+                           group.mismatch_penalty,
+                           group.indel_penalty,
+                           group.is_N_neutral};
+    // Wide vectors look some letters ahead.
+    const std::optional<std::int64_t> highest =
+        plain_group_score(plain, 3 * group.unit_length + CGroupBound::kShortestUnit - 70);
+    if (!highest || *highest < 1) continue;
+    ++compared;
+    for_each_vector_target([&](const char* target) {
+      EXPECT_TRUE(may_reach(group, *highest)) << target << " round " << round;
+      EXPECT_FALSE(may_reach(group, *highest + 1)) << target << " round " << round;
+    });
+  }
+  EXPECT_GT(compared, 60);
 }
 
 TEST(GroupBound, adds_up_both_sides) {

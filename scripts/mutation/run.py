@@ -147,7 +147,7 @@ class Run:
             status = "equivalent"
         self.tell(mutant, status, by)
 
-    def build_switched(self, chosen):
+    def build_switched(self, chosen, targets):
         """Builds the mutants that are chosen at run time; those that do not compile are told."""
         left = [mutant for mutant in chosen if mutant.number not in self.done
                 or self.done[mutant.number]["status"] != "not compiling"]
@@ -163,7 +163,7 @@ class Run:
             for file, of_file in by_file.items():
                 text, owners[file] = mutants.with_switches(read(file), of_file)
                 self.tree.write(file, text)
-            output = self.tree.make("all")
+            output = self.tree.make(*targets)
             if output is None:
                 return left
             suspected = suspects(output, owners)
@@ -181,8 +181,13 @@ class Run:
         todo = [mutant for mutant in group if self.is_due(mutant)]
         if not todo:
             return
-        switched = [m for m in self.build_switched([m for m in group if m.body]) if self.is_due(m)]
-        programs = self.tree.set_aside()
+        programs = testing.programs_for({mutant.file for mutant in group}, self.is_slow)
+        # The command line is built as well: some are seen by end-to-end cases alone.
+        targets = [pathlib.Path(program).name for program in sorted(programs)] + ["quorix"]
+        switched = [mutant for mutant in
+                    self.build_switched([m for m in group if m.body], targets)
+                    if self.is_due(mutant)]
+        programs = self.tree.set_aside(programs)
         for_all = iter(switched)
 
         def take_switched():

@@ -66,6 +66,12 @@ def own_tests(file):
     return ":".join(f"{suite}.*" for suite in sorted(suites)) or None
 
 
+def programs_for(files, is_slow):
+    """The test programs that can see mutants of `files`."""
+    tests = [test for file in files for test in TESTS[room_of(file)]]
+    return {test[0] for test in tests + (SLOW_TESTS if is_slow else [])}
+
+
 class Tree:
     """The copy, its build folder and the tests."""
 
@@ -119,13 +125,12 @@ class Tree:
         done = subprocess.run(command, capture_output=True, text=True, errors="replace")
         return None if done.returncode == 0 else done.stdout + done.stderr
 
-    def set_aside(self):
-        """Copies the test programs, so that they can be run while others are built. Returns the
-        folder of the copies."""
+    def set_aside(self, programs):
+        """Copies test programs, so that they can be run while others are built. Returns the folder
+        of the copies."""
         aside = self.aside
         shutil.rmtree(aside, ignore_errors=True)
-        programs = {test[0] for tests in TESTS.values() for test in tests}
-        for program in programs | {test[0] for test in SLOW_TESTS}:
+        for program in programs:
             (aside / program).parent.mkdir(parents=True, exist_ok=True)
             shutil.copy(self.build / "tests" / program, aside / program)
         return aside

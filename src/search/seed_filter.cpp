@@ -67,14 +67,19 @@ bool CSeedFilter::has_lag_bound(std::uint64_t unit_length) const {
          can_lag_bound_refute(mismatch_penalty_, indel_penalty_);
 }
 
+std::uint64_t CSeedFilter::lag_units_at_once(std::uint64_t length) {
+  // A large text has room for four: half a byte for each base.
+  const std::uint64_t room = std::max(kLagSeedBytes, length / 2) * 8 / length;
+  return std::min(room, kMostLagUnits);
+}
+
 const CBitSet& CSeedFilter::lag_seeds(std::uint64_t unit_length) {
   if (first_lag_unit_ == 0 || unit_length < first_lag_unit_ ||
       unit_length >= first_lag_unit_ + lag_seeds_.size()) {
     const std::uint64_t length = planes_.length();
-    const std::uint64_t room = std::max(kLagSeedBytes, length / 2) * 8 / length;
-    const std::uint64_t last_unit_length = std::min<std::uint64_t>(
-        {unit_length + std::clamp<std::uint64_t>(room, 1, kMostLagUnits) - 1, kLongestLagUnit,
-         global_max_unit_length, length - 1});
+    const std::uint64_t last_unit_length =
+        std::min<std::uint64_t>({unit_length + lag_units_at_once(length) - 1, kLongestLagUnit,
+                                 global_max_unit_length, length - 1});
     LagBoundRules rules{unit_length, {}, mismatch_penalty_, indel_penalty_, is_N_neutral()};
     lag_seeds_.clear();
     for (std::uint64_t u = unit_length; u <= std::max(unit_length, last_unit_length); ++u) {

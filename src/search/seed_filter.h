@@ -83,6 +83,9 @@ class CSeedFilter {
     return told_.may_grow(p);
   }
 
+  /// Unit lengths whose seeds are found at a time by their lags, in a text of `length` bases.
+  [[nodiscard]] static std::uint64_t lag_units_at_once(std::uint64_t length);
+
   /// The work done since it was made.
   [[nodiscard]] SeedFilterWork work() const {
     SeedFilterWork all = work_;

@@ -169,7 +169,7 @@ struct ScoreRows {
 };
 
 template <class Value, int kBlocks>
-HighestValue fill_table_of(const ScoreTable& table, BoundWork& work) {
+HighestValue fill_rows(const ScoreTable& table, BoundWork& work) {
   using Rules = RowRules<Value>;
   constexpr std::ptrdiff_t kLanes = ScoreRows<Value, kBlocks>::kLanes;
   if (table.bases_behind < kLanes / 2) return std::nullopt;
@@ -198,9 +198,17 @@ HighestValue fill_table_of(const ScoreTable& table, BoundWork& work) {
   return std::nullopt;
 }
 
+template <class Value, int kBlocks>
+HighestValue fill_table_of(const ScoreTable& table, BoundWork& work) {
+  const std::uint64_t rows_before = work.rows;
+  const HighestValue highest = fill_rows<Value, kBlocks>(table, work);
+  ++work.tables;
+  work.cells += (work.rows - rows_before) * ScoreRows<Value, kBlocks>::kLanes;
+  return highest;
+}
+
 HighestValue fill_table(const ScoreTable& table, bool is_narrow, std::ptrdiff_t lane_count,
                         BoundWork& work) {
-  ++work.tables;
   if (is_narrow) {
     return lane_count == 16 ? fill_table_of<std::uint8_t, 1>(table, work)
                             : fill_table_of<std::uint8_t, 2>(table, work);

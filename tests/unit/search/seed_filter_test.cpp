@@ -125,6 +125,17 @@ TEST_F(SeedFilter, lets_few_seeds_through_with_high_penalties) {
   });
 }
 
+TEST_F(SeedFilter, finds_seeds_of_as_many_unit_lengths_at_once_as_find_room) {
+  EXPECT_EQ(CSeedFilter::lag_units_at_once(2), 512U);
+  EXPECT_EQ(CSeedFilter::lag_units_at_once(625'000), 512U);
+  EXPECT_EQ(CSeedFilter::lag_units_at_once(625'001), 511U);
+  EXPECT_EQ(CSeedFilter::lag_units_at_once(26'666'666), 12U);
+  EXPECT_EQ(CSeedFilter::lag_units_at_once(26'666'667), 11U);
+  EXPECT_EQ(CSeedFilter::lag_units_at_once(64'000'000), 5U);
+  EXPECT_EQ(CSeedFilter::lag_units_at_once(64'000'001), 4U);
+  EXPECT_EQ(CSeedFilter::lag_units_at_once(4'000'000'000), 4U);
+}
+
 TEST_F(SeedFilter, remembers_what_it_told_of_a_seed) {
   search_units_of(200);
   CSearchedSequence sequence(hard_text());

@@ -86,6 +86,8 @@ class CGroupRows {
       if (range.is_empty() && row / 2 > last_entry) return hn::GetLane(hn::MaxOfLanes(d, best_));
       if (!has_room_for(range, row)) return kOpenGroup;
       fill_row(row, range, is_entered);
+      ++work_.rows;
+      work_.cells += static_cast<std::uint64_t>(written_[row % 3].high + 1 - range.low);
       if (row % 16 == 0 && !hn::AllTrue(d, hn::Lt(best_, target))) return kOpenGroup;
     }
   }
@@ -152,8 +154,6 @@ class CGroupRows {
     Range& written = written_[row % 3];
     clear_beside(here, range.low, end, written);
     written = {range.low, end - 1};
-    ++work_.rows;
-    work_.cells += static_cast<std::uint64_t>(end - range.low);
 
     // Bases and characters up to and with the last one read.
     const std::uint8_t* const bases = table_.bases + (row + odd) / 2 - kMiddle - 1;

@@ -27,6 +27,7 @@
 
 #include <algorithm>
 #include <bit>
+#include <cassert>
 #include <limits>
 #include <utility>
 
@@ -241,7 +242,7 @@ CLookAhead::EditSource CLookAhead::source_of(std::ptrdiff_t drift) const {
   const std::ptrdiff_t modulus = drift_modulus(frame_.bounds.unit_length);
   std::ptrdiff_t from_lowest = drift - level_.lowest;
   if (from_lowest < 0) from_lowest += modulus;
-  if (from_lowest >= modulus) from_lowest -= modulus;
+  assert(from_lowest >= 0 && from_lowest < modulus);
   if (from_lowest > level_.highest() - level_.lowest) return {};
   const auto index = static_cast<std::size_t>(from_lowest);
   const Place* const places = level_.places.data();

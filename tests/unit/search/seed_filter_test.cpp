@@ -136,6 +136,24 @@ TEST_F(SeedFilter, finds_seeds_of_as_many_unit_lengths_at_once_as_find_room) {
   EXPECT_EQ(CSeedFilter::lag_units_at_once(4'000'000'000), 4U);
 }
 
+TEST_F(SeedFilter, finds_seeds_by_their_lags_once_for_512_unit_lengths) {
+  search_units_from_to(1, 800);
+  CSearchedSequence sequence(text());
+  CSeedFilter filter = filter_of(sequence, SeedUse::kGrowOverEdits);
+  const auto tables_with = [&](std::uint64_t unit_length) {
+    (void)filter.seeds(unit_length);
+    return filter.work().lags.tables;
+  };
+  const std::uint64_t tables = tables_with(100);
+  EXPECT_GT(tables, 0U);
+  EXPECT_EQ(tables_with(611), tables);
+  EXPECT_EQ(tables_with(100), tables);
+  EXPECT_GT(tables_with(612), tables);
+  const std::uint64_t more_tables = filter.work().lags.tables;
+  EXPECT_EQ(tables_with(750), more_tables);
+  EXPECT_GT(tables_with(611), more_tables);
+}
+
 TEST_F(SeedFilter, remembers_what_it_told_of_a_seed) {
   search_units_of(200);
   CSearchedSequence sequence(hard_text());

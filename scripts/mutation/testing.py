@@ -135,6 +135,7 @@ class Tree:
         for program in programs:
             (aside / program).parent.mkdir(parents=True, exist_ok=True)
             shutil.copy(self.build / "tests" / program, aside / program)
+        shutil.copy(self.build / "quorix", aside / "quorix")
         return aside
 
     def run(self, command, number, environment, limit):
@@ -179,12 +180,12 @@ class Tree:
         return self.run([(programs or self.build / "tests") / program, *arguments], number,
                         environment, self.limit_of(program, arguments, environment))[0]
 
-    def run_cases(self, number):
+    def run_cases(self, number, programs):
         """The end-to-end cases, up to the first that fails: its name or None."""
         for case in sorted((ROOT / "tests/cli/cases").iterdir()):
             if case.name.startswith("memory_that_runs_out"):
                 continue  # they limit the memory of a program of another size
-            status, _ = self.run([ROOT / "tests/cli/run_case.sh", case, self.build / "quorix"],
+            status, _ = self.run([ROOT / "tests/cli/run_case.sh", case, programs / "quorix"],
                                  number, {}, 20)
             if status != 0:
                 return case.name
@@ -207,7 +208,7 @@ class Tree:
         if is_slow or room_of(file) in OUTER_ROOMS:
             if not is_built and self.make("quorix") is not None:
                 return "not compiling", ""
-            case = self.run_cases(number)
+            case = self.run_cases(number, programs or self.build)
             if case:
                 return "killed", f"cli.{case}"
         return "survived", ""

@@ -98,7 +98,7 @@ void bound_hopeless_score(benchmark::State& state) {
   const auto unit_length = static_cast<std::size_t>(state.range(0));
   const std::string bases = random_bases(2 * kMargin + kSeedCount + unit_length, 3);
   const GrowthRules rules{bases.data(), bases.data() + bases.size(), kPenalty, kPenalty, true};
-  const CScoreBound bound;
+  CScoreBound bound;
   std::size_t round = 0;
   std::int64_t refuted = 0;
   for ([[maybe_unused]] auto _ : state) {
@@ -124,7 +124,7 @@ void bound_hopeless_batch(benchmark::State& state) {
   const std::string bases =
       random_bases(2 * kMargin + kBatchCount * kSeeds + static_cast<std::size_t>(unit_length), 3);
   const GrowthRules rules{bases.data(), bases.data() + bases.size(), kPenalty, kPenalty, true};
-  const CBatchBound bound;
+  CBatchBound bound;
   std::size_t round = 0;
   std::int64_t refuted = 0;
   for ([[maybe_unused]] auto _ : state) {

@@ -2,29 +2,38 @@
 """Runs the tests against mutants of the search, of the reader and of the report.
 
     scripts/setup.sh mutate
+    scripts/mutation/run.py --count=300 --seed=fresh --folders=src/search
     scripts/mutation/run.py --count=500 --seed=1 [--folder=build-mutation] [--draw-only]
     scripts/mutation/run.py --each-file --seed=1    changed constants in each file of src
 
 A mutant is the program with one small change: another operator, comparison or constant, a condition
 turned round, a statement left out. Tests that pass with it have not seen the change. Mutants are
-drawn at random from all places of the sources; the same seed draws the same ones. The tests of the
-room run first, and a mutant counts as killed at the first one that fails, or does not end. With
---each-file a file whose mutant survives gets another one, up to --tries of them.
+drawn at random from all places of the sources; the same seed draws the same ones of the same
+sources, and `fresh` stands for one that is drawn and printed. The tests of the room run first, and a
+mutant counts as killed at the first one that fails, does not end, or takes several times as long as
+it does without the mutant. With --each-file a file whose mutant survives gets another one, up to
+--tries of them.
 
 Most mutants are built all at once: each function has a body for each of its mutants, and
 QUORIX_MUTANT in the environment tells which one it is to take. What stands outside of functions is
-built by itself. Results are written as they come to results.jsonl in the folder, a finished mutant
-is not run again, and table.md shows them all. It runs on one processor, and takes about an hour.
+built by itself, while the others are run. Results are written as they come to results.jsonl in the
+folder, a finished mutant of the same draw is not run again, and table.md shows them all. A compiler
+cache is used if CMAKE_CXX_COMPILER_LAUNCHER names one. It runs on --jobs processors, below
+everything else.
 """
 
 import argparse
 import collections
+import concurrent.futures
+import hashlib
 import json
 import os
 import pathlib
 import random
 import re
+import secrets
 import sys
+import threading
 
 import mutants
 import testing
@@ -37,11 +46,11 @@ def read(file):
     return (testing.ROOT / file).read_text()
 
 
-def draw(count, seed, stems):
-    """Mutants of all files of FOLDERS, or of those whose names without suffix are among `stems`."""
+def draw(count, seed, folders, stems):
+    """Mutants of all files of `folders`, or of those whose names without suffix are among `stems`."""
     chance = random.Random(seed)
     sites = []
-    for folder in FOLDERS:
+    for folder in folders:
         for path in sorted((testing.ROOT / folder).rglob("*")):
             if path.suffix in (".cpp", ".h") and (not stems or path.stem in stems):
                 file = str(path.relative_to(testing.ROOT))
@@ -100,15 +109,21 @@ def suspects(output, owners):
 
 
 class Run:
-    def __init__(self, options):
+    def __init__(self, options, drawn):
         self.tree = testing.Tree(options.folder)
         self.is_again, self.is_slow = options.again, options.slow
-        self.results = self.tree.folder / "results.jsonl"
+        self.jobs = options.jobs
+        self.lock = threading.Lock()
         self.done = {}
-        if self.results.exists():
-            for line in self.results.read_text().splitlines():
-                entry = json.loads(line)
+        self.results = self.tree.folder / "results.jsonl"
+        of_draw = {"draw": hashlib.sha256(repr(
+            [(m.number, m.file, *what_changes(m)) for m in drawn]).encode()).hexdigest()[:16]}
+        lines = self.results.read_text().splitlines() if self.results.exists() else []
+        if lines and json.loads(lines[0]) == of_draw:
+            for entry in map(json.loads, lines[1:]):
                 self.done[entry["number"]] = entry
+        else:
+            self.results.write_text(json.dumps(of_draw) + "\n")
 
     def is_due(self, mutant):
         if self.is_again:
@@ -117,19 +132,22 @@ class Run:
 
     def tell(self, mutant, status, by=""):
         entry = entry_of(mutant, status, by)
-        self.done[mutant.number] = entry
-        testing.append(self.results, entry)
-        print(f"{mutant.number} {mutant.file}:{mutant.line} {status} {by}", flush=True)
+        with self.lock:
+            self.done[mutant.number] = entry
+            testing.append(self.results, entry)
+            print(f"{mutant.number} {mutant.file}:{mutant.line} {status} {by}", flush=True)
 
-    def finish(self, mutant, is_built):
+    def finish(self, mutant, programs=None):
+        """Runs a mutant of those in `programs`, or else the one that the tree is."""
+        is_built = programs is not None
         status, by = self.tree.verdict(mutant.file, mutant.number if is_built else -1, is_built,
-                                       self.is_slow)
+                                       self.is_slow, programs)
         if status == "survived" and not self.is_again and self.tree.is_same_code(
                 mutant.file, mutant.apply(read(mutant.file))):
             status = "equivalent"
         self.tell(mutant, status, by)
 
-    def build_switched(self, chosen):
+    def build_switched(self, chosen, targets):
         """Builds the mutants that are chosen at run time; those that do not compile are told."""
         left = [mutant for mutant in chosen if mutant.number not in self.done
                 or self.done[mutant.number]["status"] != "not compiling"]
@@ -145,7 +163,7 @@ class Run:
             for file, of_file in by_file.items():
                 text, owners[file] = mutants.with_switches(read(file), of_file)
                 self.tree.write(file, text)
-            output = self.tree.make("all")
+            output = self.tree.make(*targets)
             if output is None:
                 return left
             suspected = suspects(output, owners)
@@ -158,21 +176,46 @@ class Run:
                 left.remove(mutant)
 
     def run_group(self, group):
-        """Mutants of source files, or of headers."""
+        """Mutants of source files, or of headers. Those that are chosen at run time are run by all
+        jobs but one, which builds and runs the others one by one, and then helps."""
         todo = [mutant for mutant in group if self.is_due(mutant)]
         if not todo:
             return
-        for mutant in self.build_switched([m for m in group if m.body]):
-            if self.is_due(mutant):
-                self.finish(mutant, is_built=True)
-        for mutant in (m for m in todo if not m.body):
-            switched = [m for m in group if m.body and m.file == mutant.file
-                        and self.done[m.number]["status"] != "not compiling"]
-            self.tree.write(mutant.file,
-                            mutants.with_switches(read(mutant.file), switched, mutant)[0])
-            self.finish(mutant, is_built=False)
-            self.tree.write(mutant.file,
-                            mutants.with_switches(read(mutant.file), switched)[0])
+        programs = testing.programs_for({mutant.file for mutant in group}, self.is_slow)
+        # The command line is built as well: some are seen by end-to-end cases alone.
+        targets = [pathlib.Path(program).name for program in sorted(programs)] + ["quorix"]
+        switched = [mutant for mutant in
+                    self.build_switched([m for m in group if m.body], targets)
+                    if self.is_due(mutant)]
+        programs = self.tree.set_aside(programs)
+        for_all = iter(switched)
+
+        def take_switched():
+            while True:
+                with self.lock:
+                    mutant = next(for_all, None)
+                if mutant is None:
+                    return
+                self.finish(mutant, programs)
+
+        def take_single():
+            for mutant in (m for m in todo if not m.body):
+                self.finish_single(mutant, [m for m in group if m.body and m.file == mutant.file])
+            take_switched()
+
+        with concurrent.futures.ThreadPoolExecutor(self.jobs) as pool:
+            for taken in [pool.submit(job) for job in
+                          [take_single, *[take_switched] * (self.jobs - 1)]]:
+                taken.result()
+
+    def finish_single(self, mutant, switched):
+        """Builds and runs a mutant that is made once for all, beside those of its file."""
+        switched = [m for m in switched if self.done.get(m.number, {}).get("status")
+                    != "not compiling"]
+        source = read(mutant.file)
+        self.tree.write(mutant.file, mutants.with_switches(source, switched, mutant)[0])
+        self.finish(mutant)
+        self.tree.write(mutant.file, mutants.with_switches(source, switched)[0])
 
     def red_files(self):
         """The files of which a change turned a test red."""
@@ -213,7 +256,11 @@ class Run:
 def main():
     parser = argparse.ArgumentParser(description=__doc__.split("\n", maxsplit=1)[0])
     parser.add_argument("--count", type=int, default=480, help="mutants to draw")
-    parser.add_argument("--seed", type=int, default=1)
+    parser.add_argument("--seed", default="1", help="a number, or `fresh` to have it drawn")
+    parser.add_argument("--folders", type=lambda names: names.split(","), default=FOLDERS,
+                        help="draw of these alone, such as src/search")
+    parser.add_argument("--jobs", type=int, default=os.cpu_count() or 1)
+    parser.add_argument("--nice", type=int, default=10, help="how far behind everything else to run")
     parser.add_argument("--files", type=lambda names: names.split(","), default=[],
                         help="draw of these alone, such as edit_memo,kept_way")
     parser.add_argument("--each-file", action="store_true",
@@ -228,18 +275,20 @@ def main():
     options = parser.parse_args()
     options.folder = options.folder or testing.ROOT / (
         "build-each-file" if options.each_file else "build-mutation")
+    options.seed = secrets.randbelow(1_000_000) if options.seed == "fresh" else int(options.seed)
     drawn = (draw_of_each_file(options.seed, options.tries) if options.each_file
-             else draw(options.count, options.seed, options.files))
+             else draw(options.count, options.seed, options.folders, options.files))
     if options.draw_only:
         for mutant in drawn:
             print(f"{mutant.number} {mutant.file}:{mutant.line} {mutant.kind}",
                   *what_changes(mutant), sep="\n    ")
         return
+    all_drawn = drawn
     if options.numbers:
         chosen = {int(number) for number in options.numbers.split(",")}
         drawn = [mutant for mutant in drawn if mutant.number in chosen]
-    os.nice(10)
-    run = Run(options)
+    os.nice(options.nice)
+    run = Run(options, all_drawn)
     rounds = sorted({mutant.number // ROUND_STEP for mutant in drawn}) if options.each_file else [0]
     for round_number in rounds:
         red = run.red_files() if options.each_file else set()

@@ -5,17 +5,24 @@ import os
 import pathlib
 import platform
 import re
-import resource
+import shlex
 import shutil
 import signal
 import subprocess
+import threading
 import time
 
 HERE = pathlib.Path(__file__).resolve().parent
 ROOT = HERE.parent.parent
-MEMORY_LIMIT = 10 << 30  # bytes that a mutant may reserve
-# One kind of vector instructions instead of five, to build faster.
-VECTOR_FLAGS = (["-march=haswell", "-ffp-contract=off", "-DHWY_COMPILE_ONLY_STATIC"]
+MEMORY_LIMIT = 10 << 20  # KiB that a mutant may reserve
+# A mutant that takes so many times the CPU time of the clean program, and so many seconds more, is
+# killed by time.
+SLOWER, SLACK = 3, 0.5
+LIMITED = 'ulimit -S -t "$1"; ulimit -v "$2"; ulimit -c 0; shift 2; exec "$@"'
+# One kind of vector instructions instead of five, to build faster: AVX2, of which cryptography is
+# held to be a part.
+VECTOR_FLAGS = (["-march=haswell", "-maes", "-mpclmul", "-ffp-contract=off",
+                 "-DHWY_COMPILE_ONLY_STATIC"]
                 if platform.machine() == "x86_64" else [])
 PROPERTY = {"RC_PARAMS": "seed=20261121 max_success=200"}
 
@@ -61,6 +68,12 @@ def own_tests(file):
     return ":".join(f"{suite}.*" for suite in sorted(suites)) or None
 
 
+def programs_for(files, is_slow):
+    """The test programs that can see mutants of `files`."""
+    tests = [test for file in files for test in TESTS[room_of(file)]]
+    return {test[0] for test in tests + (SLOW_TESTS if is_slow else [])}
+
+
 class Tree:
     """The copy, its build folder and the tests."""
 
@@ -77,16 +90,18 @@ class Tree:
                     self._copy(source, copy)
         switch = self.folder / "mutant_switch.h"
         self._copy(HERE / "mutant_switch.h", switch)
-        flags = f"-O1 -w -include {switch} {' '.join(VECTOR_FLAGS)}"
+        flags = f"-O1 -w -include {shlex.quote(str(switch))} {' '.join(VECTOR_FLAGS)}"
         if not (self.build / "CMakeCache.txt").exists():
             generator = ["-G", "Ninja"] if shutil.which("ninja") else []
             subprocess.run(
                 ["cmake", *generator, "-S", self.tree, "-B", self.build, "-DQUORIX_BUILD_TESTS=ON",
                  "-DCMAKE_BUILD_TYPE=Mutation", f"-DCMAKE_CXX_FLAGS={flags}"],
                 check=True, stdout=subprocess.DEVNULL)
-        self.limits = {}  # CPU seconds a test may take, by test
-        self.own_limits = {}  # the same for the tests of a file alone
-        self.objects = {}
+        self.aside = self.folder / "switched"
+        self.limits = {}  # CPU seconds that a test may take, by its command
+        self.objects = {}  # of the clean release, by source file
+        self.users = {}  # source files, by header
+        self.lock = threading.Lock()
 
     @staticmethod
     def _copy(source, copy):
@@ -106,65 +121,79 @@ class Tree:
 
     def make(self, *targets):
         """The output of a build that failed, or None."""
-        command = ["cmake", "--build", self.build, "-j1", "--target", *targets, "--"]
+        command = ["cmake", "--build", self.build, f"-j{os.cpu_count() or 1}", "--target", *targets,
+                   "--"]
         command += ["-k0"] if (self.build / "build.ninja").exists() else ["-k"]
         done = subprocess.run(command, capture_output=True, text=True, errors="replace")
         return None if done.returncode == 0 else done.stdout + done.stderr
 
+    def set_aside(self, programs):
+        """Copies test programs, so that they can be run while others are built. Returns the folder
+        of the copies."""
+        aside = self.aside
+        shutil.rmtree(aside, ignore_errors=True)
+        for program in programs:
+            (aside / program).parent.mkdir(parents=True, exist_ok=True)
+            shutil.copy(self.build / "tests" / program, aside / program)
+        shutil.copy(self.build / "quorix", aside / "quorix")
+        return aside
+
     def run(self, command, number, environment, limit):
         """Status (None for one that took too long) and CPU seconds of a command."""
-        def set_limits():
-            os.setsid()
-            resource.setrlimit(resource.RLIMIT_CPU, (limit, limit + 5))
-            resource.setrlimit(resource.RLIMIT_AS, (MEMORY_LIMIT, MEMORY_LIMIT))
-            resource.setrlimit(resource.RLIMIT_CORE, (0, 0))
-        before = resource.getrusage(resource.RUSAGE_CHILDREN)
         process = subprocess.Popen(
-            command, stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL,
-            stderr=subprocess.DEVNULL, preexec_fn=set_limits, cwd=self.folder,
+            ["sh", "-c", LIMITED, "sh", str(int(limit) + 1), str(MEMORY_LIMIT), *command],
+            stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL,
+            start_new_session=True, cwd=self.folder,
             env={**os.environ, **environment, "QUORIX_MUTANT": str(number),
                  "GTEST_FAIL_FAST": "1"})
-        try:
-            status = process.wait(timeout=30 * limit)
-        except subprocess.TimeoutExpired:
+        is_stuck = threading.Event()
+
+        def stop():
+            is_stuck.set()
             os.killpg(process.pid, signal.SIGKILL)
-            process.wait()
+        timer = threading.Timer(20 * limit + 10, stop)  # it waits for something
+        timer.start()
+        _, wait_status, usage = os.wait4(process.pid, 0)
+        timer.cancel()
+        process.returncode = status = os.waitstatus_to_exitcode(wait_status)
+        seconds = usage.ru_utime + usage.ru_stime
+        if status == -signal.SIGXCPU or is_stuck.is_set() or (number != 0 and seconds > limit):
             status = None
-        if status == -signal.SIGXCPU:
-            status = None
-        after = resource.getrusage(resource.RUSAGE_CHILDREN)
-        return status, after.ru_utime + after.ru_stime - before.ru_utime - before.ru_stime
+        return status, seconds
 
-    def run_test(self, test, number, own=None):
+    def limit_of(self, program, arguments, environment):
+        """CPU seconds that a test may take: measured the first time, with the programs set aside."""
+        key = (program, *arguments)
+        with self.lock:
+            if key not in self.limits:
+                status, seconds = self.run([self.aside / program, *arguments], 0, environment, 900)
+                if status != 0:
+                    raise RuntimeError(f"{shlex.join(key)} fails without a mutant")
+                self.limits[key] = SLOWER * seconds + SLACK
+            return self.limits[key]
+
+    def run_test(self, test, number, own=None, programs=None):
+        """The exit status of a test with a mutant, None if it takes too long."""
         program, arguments, environment = test
-        command = [self.build / "tests" / program, *arguments]
-        limits, key = self.limits, (program, *arguments)
         if own is not None:
-            command.append(f"--gtest_filter={own}")
-            limits, key = self.own_limits, (program, own)
-        if number > 0 and key not in limits:
-            self.run_test(test, 0, own)
-        limit = limits.get(key, 900 if number == 0 else 60)
-        status, seconds = self.run(command, number, environment, limit)
-        if number == 0:
-            if status != 0:
-                raise RuntimeError(f"{program} fails without a mutant")
-            limits[key] = int(4 * seconds) + 3
-        return status
+            arguments = [*arguments, f"--gtest_filter={own}"]
+        return self.run([(programs or self.build / "tests") / program, *arguments], number,
+                        environment, self.limit_of(program, arguments, environment))[0]
 
-    def run_cases(self, number):
+    def run_cases(self, number, programs):
         """The end-to-end cases, up to the first that fails: its name or None."""
         for case in sorted((ROOT / "tests/cli/cases").iterdir()):
             if case.name.startswith("memory_that_runs_out"):
                 continue  # they limit the memory of a program of another size
-            status, _ = self.run([ROOT / "tests/cli/run_case.sh", case, self.build / "quorix"],
+            status, _ = self.run([ROOT / "tests/cli/run_case.sh", case, programs / "quorix"],
                                  number, {}, 20)
             if status != 0:
                 return case.name
         return None
 
-    def verdict(self, file, number, is_built=True, is_slow=False):
-        """What became of a mutant, and by which test."""
+    def verdict(self, file, number, is_built=True, is_slow=False, programs=None):
+        """What became of a mutant, and by which test. `programs` is where the tests are, if not in
+        the build folder; a mutant that is not built yet has no number."""
         tests = TESTS[room_of(file)] + (SLOW_TESTS if is_slow else [])
         own = own_tests(file)
         for i, test in enumerate(tests):
@@ -173,51 +202,69 @@ class Tree:
                 return "not compiling", ""
             filters = [own, None] if i == 0 and own else [None]
             for one in filters:
-                status = self.run_test(test, number, one)
+                status = self.run_test(test, number, one, programs)
                 if status != 0:
                     return ("killed" if status is not None else "timeout"), target
         if is_slow or room_of(file) in OUTER_ROOMS:
             if not is_built and self.make("quorix") is not None:
                 return "not compiling", ""
-            case = self.run_cases(number)
+            case = self.run_cases(number, programs or self.build)
             if case:
                 return "killed", f"cli.{case}"
         return "survived", ""
 
-    def compile(self, file, mutated, options):
-        """The object files of all that see `file`, compiled by themselves, or None."""
-        plain = self.folder / "plain"
-        shutil.copytree(ROOT / "src", plain / "src", dirs_exist_ok=True)
-        (plain / file).write_text(mutated)
-        objects = []
-        for user in [file] if file.endswith(".cpp") else self.users_of(file):
-            done = subprocess.run(["c++", "-std=c++20", "-w", "-Isrc", *options, user], cwd=plain,
-                                  stderr=subprocess.DEVNULL)
-            if done.returncode != 0:
-                return None
-            objects.append((plain / "it.o").read_bytes() if "-c" in options else user)
-        return objects
+    def compile(self, plain, user, options):
+        """The object file of a source file of the tree in `plain`, or None."""
+        done = subprocess.run(["c++", "-std=c++20", "-w", "-Isrc", *options, user], cwd=plain,
+                              stderr=subprocess.DEVNULL)
+        if done.returncode != 0:
+            return None
+        return (plain / "it.o").read_bytes() if "-c" in options else b""
+
+    def plain_tree(self):
+        """A copy of the sources, for this thread."""
+        plain = self.folder / f"plain-{threading.get_ident()}"
+        shutil.rmtree(plain, ignore_errors=True)
+        shutil.copytree(ROOT / "src", plain / "src")
+        return plain
 
     def compiles(self, file, mutated):
-        return self.compile(file, mutated, ["-fsyntax-only", *VECTOR_FLAGS]) is not None
+        plain = self.plain_tree()
+        (plain / file).write_text(mutated)
+        options = ["-fsyntax-only", *VECTOR_FLAGS]
+        is_compiled = all(self.compile(plain, user, options) is not None
+                          for user in self.users_of(file))
+        shutil.rmtree(plain)
+        return is_compiled
 
     def is_same_code(self, file, mutated):
         """True if no object file of the program, built as a release is, differs with the mutant."""
         release = ["-O2", "-c", "-o", "it.o"]
-        if file not in self.objects:
-            self.objects[file] = self.compile(file, (ROOT / file).read_text(), release)
-        return self.compile(file, mutated, release) == self.objects[file]
+        plain = self.plain_tree()
+        is_same = True
+        for user in self.users_of(file):
+            if user not in self.objects:
+                shutil.copy(ROOT / file, plain / file)
+                self.objects[user] = self.compile(plain, user, release)
+            (plain / file).write_text(mutated)
+            if self.compile(plain, user, release) != self.objects[user]:
+                is_same = False
+                break
+        shutil.rmtree(plain)
+        return is_same
 
-    def users_of(self, header):
-        """The source files that include a header, at any depth."""
-        name = header.removeprefix("src/")
-        users = []
-        for source in sorted((ROOT / "src").rglob("*.cpp")):
-            listed = subprocess.run(["c++", "-std=c++20", "-Isrc", "-MM", source], cwd=ROOT,
-                                    capture_output=True, text=True, check=True).stdout
-            if f"src/{name}" in listed:
-                users.append(str(source.relative_to(ROOT)))
-        return users
+    def users_of(self, file):
+        """The source files that a file is part of: itself, or those that include it, at any depth."""
+        if file.endswith(".cpp"):
+            return [file]
+        if file not in self.users:
+            self.users[file] = []
+            for source in sorted((ROOT / "src").rglob("*.cpp")):
+                listed = subprocess.run(["c++", "-std=c++20", "-Isrc", "-MM", source], cwd=ROOT,
+                                        capture_output=True, text=True, check=True).stdout
+                if file in listed.split():
+                    self.users[file].append(str(source.relative_to(ROOT)))
+        return self.users[file]
 
 
 def append(path, entry):

@@ -44,16 +44,23 @@ std::size_t CEditMemo::place_of(const EditSite& site) const {
   return (mixed >> 50U) & (entries_.size() - 1);
 }
 
-char CEditMemo::find(const EditSite& site) const {
-  if (entries_.empty()) return '\0';
-  const Entry& entry = entries_[place_of(site)];
-  return entry.site == site ? entry.kind : '\0';
+char CEditMemo::find(const EditSite& site) {
+  if (!entries_.empty()) {
+    const Entry& entry = entries_[place_of(site)];
+    if (entry.site == site) {
+      ++work_.hits;
+      return entry.kind;
+    }
+  }
+  ++work_.misses;
+  return '\0';
 }
 
 void CEditMemo::keep(const EditSite& site, char kind) {
   make_room();
   entries_[place_of(site)] = {site, kind};
   ++kept_count_;
+  ++work_.stored;
 }
 
 /// At least half of the places are free, as long as there may be more of them.
@@ -63,7 +70,9 @@ void CEditMemo::make_room() {
                             {{nullptr, nullptr, 0, 0}, '\0'});
   former.swap(entries_);
   for (const Entry& entry : former) {
-    if (entry.kind != '\0') entries_[place_of(entry.site)] = entry;
+    if (entry.kind == '\0') continue;
+    entries_[place_of(entry.site)] = entry;
+    ++work_.moved;
   }
 }
 

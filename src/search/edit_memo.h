@@ -31,6 +31,14 @@ struct EditSite {
   [[nodiscard]] bool operator==(const EditSite& other) const = default;
 };
 
+/// What was asked of a memo since it was made.
+struct EditMemoWork {
+  std::uint64_t hits = 0;    ///< edits that were known
+  std::uint64_t misses = 0;  ///< edits that were not
+  std::uint64_t stored = 0;  ///< edits that were kept
+  std::uint64_t moved = 0;   ///< entries that got another place when room was made
+};
+
 class CEditMemo {
  public:
   /// The longest unit that a code has room for. The batch bound has the same limit for units that
@@ -44,7 +52,7 @@ class CEditMemo {
                                              const char* unit_end, bool is_rightward);
 
   /// The edit chosen at `site`, or NUL if it is not known any more.
-  [[nodiscard]] char find(const EditSite& site) const;
+  [[nodiscard]] char find(const EditSite& site);
 
   /// Keeps the choice, in the place of another one. Throws: std::bad_alloc.
   void keep(const EditSite& site, char kind);
@@ -54,6 +62,8 @@ class CEditMemo {
     entries_.clear();
     kept_count_ = 0;
   }
+
+  [[nodiscard]] const EditMemoWork& work() const { return work_; }
 
  private:
   struct Entry {
@@ -66,6 +76,7 @@ class CEditMemo {
 
   std::vector<Entry> entries_;  ///< a power of two of them; none until the first is kept
   std::size_t kept_count_ = 0;  ///< since the last clearing, the forgotten ones included
+  EditMemoWork work_;
 };
 
 }  // namespace quorix

@@ -30,7 +30,8 @@ bool CSearchController::passes_user_thresholds(const Csat& sat) {
   return passes(sat, *minScores_user, *minLengths_user);
 }
 
-bool CSearchController::grow_exact_and_test(Csat& sat) const {
+bool CSearchController::grow_exact_and_test(Csat& sat) {
+  ++work_.grown_exactly;
   extend_exact_forward(sat, text_end());
   extend_exact_backward(sat, before_text());
   sat.remove_Ns_at_ends();
@@ -38,6 +39,7 @@ bool CSearchController::grow_exact_and_test(Csat& sat) const {
 }
 
 bool CSearchController::grow_and_test(Csat& sat, const char* left_limit) {
+  ++work_.grown;
   sat.missense.swap(edit_block_);
   sat.missense.truncate(0);
   extend_imperfect_forward(sat, text_end());
@@ -61,7 +63,8 @@ void CSearchController::pack_edits(Csat& sat) {
   sat.missense.swap(edit_block_);
 }
 
-bool CSearchController::may_grow(const Csat& sat) const {
+bool CSearchController::may_grow(const Csat& sat) {
+  ++work_.bounded;
   const GrowthRules rules{text_begin(), text_end(), -std::int64_t{global_mismatch_score},
                           -std::int64_t{global_indel_score}, is_N_neutral()};
   return score_bound_.may_reach(

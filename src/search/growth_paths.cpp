@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cassert>
 #include <cstddef>
-#include <functional>
 #include <limits>
 #include <string_view>
 
@@ -46,13 +45,15 @@ void CGrowthPaths::clear() {
 
 void CGrowthPaths::begin_way() {
   noted_.clear();
-  if (is_full_) clear();
+  if (!is_full_) return;
+  work_.forgotten += stop_count_;
+  clear();
 }
 
 std::size_t CGrowthPaths::place_of(const char* edge, std::uint64_t unit_code, std::int32_t score,
                                    bool is_free) const {
   constexpr std::uint64_t kMixer = 0x9E3779B97F4A7C15U;
-  const std::size_t position = std::hash<const char*>()(edge);
+  const auto position = static_cast<std::uint64_t>(edge - origin_);
   const std::uint64_t score_class = is_free ? 1 : static_cast<std::uint64_t>(score) << 1U;
   const std::uint64_t mixed = (position ^ (unit_code + score_class) * kMixer) * kMixer;
   return (mixed >> 32U) & (places_.size() - 1);
@@ -70,11 +71,11 @@ CGrowthPaths::StopId CGrowthPaths::find(const GrowthStop& stop, std::int64_t fre
 }
 
 CGrowthPaths::Way CGrowthPaths::follow_kept(StopId from, std::int64_t score,
-                                            std::int64_t free_score,
-                                            std::int64_t best_score) const {
+                                            std::int64_t free_score, std::int64_t best_score) {
   Way way{from, kNone, from};
   const std::int64_t root_score = score - stop_at(from).height;
-  while (stop_at(way.to).is_root == 0) {
+  std::uint64_t steps = 0;
+  for (; stop_at(way.to).is_root == 0; ++steps) {
     const Stop& stop = stop_at(way.to);
     const bool is_same_score = root_score + stop.height == stop.score;
     const bool is_jump_sure = (is_same_score && stop.is_score_of_root != 0) ||
@@ -95,13 +96,18 @@ CGrowthPaths::Way CGrowthPaths::follow_kept(StopId from, std::int64_t score,
     }
     way.to = stop.next;
   }
+  work_.steps += steps;
   return way;
 }
 
 CGrowthPaths::Way CGrowthPaths::follow(const GrowthStop& stop, std::int64_t free_score,
                                        std::int64_t best_score) {
   const StopId from = find(stop, free_score);
-  if (from == kNone || stop_at(from).is_root != 0) return {kNone, kNone, kNone};
+  if (from == kNone || stop_at(from).is_root != 0) {
+    ++work_.misses;
+    return {kNone, kNone, kNone};
+  }
+  ++work_.hits;
   keep_noted_before(from, stop);
   return follow_kept(from, stop.score, free_score, best_score);
 }
@@ -198,10 +204,12 @@ CGrowthPaths::StopId CGrowthPaths::keep(const Stop& stop, std::uint32_t n_count)
   if (stop_count_ == blocks_.size() * kBlockSize) {
     blocks_.push_back(std::make_unique_for_overwrite<Stop[]>(kBlockSize));
   }
+  if (stop_count_ == 0) origin_ = stop.edge;
   const StopId id = stop_count_;
   keep_n_count(id, n_count);
   blocks_[id >> kBlockBits][id & (kBlockSize - 1)] = stop;
   ++stop_count_;
+  ++work_.stored;
   places_[place_of(stop.edge, stop.unit_code, stop.score, stop.is_free != 0)] = id;
   return id;
 }
@@ -215,6 +223,7 @@ void CGrowthPaths::keep_n_count(StopId id, std::uint32_t n_count) {
 /// A place holds the latest of the stops that share it.
 void CGrowthPaths::make_places(std::size_t count) {
   places_.assign(count, kNone);
+  work_.placed += stop_count_;
   for (StopId id = 0; id < stop_count_; ++id) {
     const Stop& stop = stop_at(id);
     places_[place_of(stop.edge, stop.unit_code, stop.score, stop.is_free != 0)] = id;

@@ -50,6 +50,16 @@ struct GrowthStop {
   std::int64_t n_count;
 };
 
+/// What was asked of kept ways since they were first kept.
+struct GrowthPathsWork {
+  std::uint64_t hits = 0;       ///< stops from which a kept way led on
+  std::uint64_t misses = 0;     ///< stops from which none did
+  std::uint64_t steps = 0;      ///< on kept ways, a jump over many stops being one
+  std::uint64_t stored = 0;     ///< stops that were kept
+  std::uint64_t forgotten = 0;  ///< stops that were forgotten for want of room
+  std::uint64_t placed = 0;     ///< stops that got a place again when places were added
+};
+
 class CGrowthPaths {
  public:
   using StopId = std::uint32_t;
@@ -108,6 +118,8 @@ class CGrowthPaths {
   /// Forgets everything: the text or the settings are others.
   void clear();
 
+  [[nodiscard]] const GrowthPathsWork& work() const { return work_; }
+
  private:
   struct NotedStop {
     GrowthStop stop;
@@ -151,7 +163,7 @@ class CGrowthPaths {
                                      bool is_free) const;
   [[nodiscard]] StopId find(const GrowthStop& stop, std::int64_t free_score) const;
   [[nodiscard]] Way follow_kept(StopId from, std::int64_t score, std::int64_t free_score,
-                                std::int64_t best_score) const;
+                                std::int64_t best_score);
   void keep_noted_before(StopId id, const GrowthStop& stop);
   [[nodiscard]] bool has_room_for_noted();
   [[nodiscard]] StopId keep_root(const NotedStop& last);
@@ -172,8 +184,11 @@ class CGrowthPaths {
   StopId stop_count_ = 0;
   /// The N's from each stop to its root. Most texts have none there, and then there are no counts.
   std::vector<std::uint32_t> n_counts_;
+  /// Edge of the first stop: places do not depend on addresses.
+  const char* origin_ = nullptr;
   std::vector<StopId> places_;  ///< a power of two of them; none until the first stop is kept
   bool is_full_ = false;
+  GrowthPathsWork work_;
 };
 
 }  // namespace quorix

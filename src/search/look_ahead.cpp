@@ -130,6 +130,7 @@ const char* CLookAhead::edge_behind_Ns(const char* edge, const char* limit) {
                                                       Direction::bases_beyond(edge, limit) - 1);
   const char* const far_edge = Direction::edge_beyond(edge, others + 1);
   last = {edge, far_edge, limit};
+  ++work_.runs_of_Ns;
   return far_edge;
 }
 
@@ -162,7 +163,9 @@ std::int64_t CLookAhead::highest_score_of_all_paths(const LookAheadState& from,
                                                     const LookAheadBounds& bounds) {
   pending_.assign(1, from);
   std::int64_t highest = from.score;
+  ++work_.all_paths;
   while (!pending_.empty()) {
+    ++work_.states;
     LookAheadState state = pending_.back();
     pending_.pop_back();
     state.score += walk_matches<Direction>(state.edge, state.character, bounds);
@@ -197,6 +200,7 @@ std::int64_t CLookAhead::walk_on(Place& place, std::ptrdiff_t drift) {
       return matches;
     }
   }
+  ++work_.walks;
   const LookAheadBounds& bounds = frame_.bounds;
   std::int64_t characters = (place.offset - drift) % bounds.unit_length;
   if (characters < 0) characters += bounds.unit_length;
@@ -250,7 +254,7 @@ CLookAhead::EditSource CLookAhead::source_of(std::ptrdiff_t drift) const {
   const std::ptrdiff_t modulus = drift_modulus(frame_.bounds.unit_length);
   std::ptrdiff_t from_lowest = drift - level_.lowest;
   if (from_lowest < 0) from_lowest += modulus;
-  if (from_lowest >= modulus) from_lowest -= modulus;
+  assert(from_lowest >= 0 && from_lowest < modulus);
   if (from_lowest > level_.highest() - level_.lowest) return {};
   assert(from_lowest >= 0);
   const auto index = static_cast<std::size_t>(from_lowest);
@@ -293,6 +297,7 @@ template <class Direction>
 void CLookAhead::read_window(int most_edits) {
   if (most_edits < 0 || most_edits >= CMatchWindow::kMostDrift) return;
   const LookAheadBounds& bounds = frame_.bounds;
+  ++work_.windows;
   window_.read<Direction>(frame_.origin, bounds.limit, frame_.character, bounds.unit_begin,
                           bounds.unit_end);
   long_run_starts_ = 0;
@@ -328,6 +333,8 @@ void CLookAhead::make_edits(int most_edits) {
     next_.complete_drift();
   }
   next_.complete();
+  ++work_.wavefronts;
+  work_.states += next_.places.size();
   std::swap(level_, next_);
 }
 
@@ -347,6 +354,7 @@ void CLookAhead::follow_best_paths(int most_edits, bool is_first_edit_enough) {
 
 template <class Direction>
 std::int64_t CLookAhead::highest_score(const LookAheadState& from, const LookAheadBounds& bounds) {
+  ++work_.calls;
   if (may_reduction_be_limited<Direction>(from, bounds)) {
     return highest_score_of_all_paths<Direction>(from, bounds);
   }
@@ -362,6 +370,7 @@ std::int64_t CLookAhead::highest_score(const LookAheadState& from, const LookAhe
 
 template <class Direction>
 std::size_t CLookAhead::best_edit(const LookAheadState& stop, const LookAheadBounds& bounds) {
+  ++work_.calls;
   const std::int64_t threshold = edit_threshold(stop.best_score, bounds.unit_length);
   const ByEdit<LookAheadState> edited = edits_at<Direction>(stop, bounds);
   highest_ = kNoScore;

@@ -44,6 +44,17 @@ inline constexpr std::size_t kNoEdit = kEditKinds;
 /// preferred edit is higher.
 using RankedScore = std::int64_t;
 
+/// What look-aheads have done.
+struct LookAheadWork {
+  std::uint64_t calls = 0;       ///< edits judged, or scores asked for
+  std::uint64_t all_paths = 0;   ///< of these the times that every path was followed by itself
+  std::uint64_t windows = 0;     ///< times that the bases beyond were read into a window
+  std::uint64_t wavefronts = 0;  ///< sets of states with one more edit each
+  std::uint64_t states = 0;      ///< states followed, of wavefronts and of single paths
+  std::uint64_t walks = 0;       ///< walks along bases that no window told of
+  std::uint64_t runs_of_Ns = 0;  ///< runs of N's that were walked over, not jumped
+};
+
 /// A look-ahead belongs to one text: what it learns of the N's there, it keeps.
 class CLookAhead {
  public:
@@ -62,6 +73,9 @@ class CLookAhead {
   /// `stop.level` is that before the edit. Throws: std::bad_alloc.
   template <class Direction>
   [[nodiscard]] std::size_t best_edit(const LookAheadState& stop, const LookAheadBounds& bounds);
+
+  /// The work done since it was made.
+  [[nodiscard]] const LookAheadWork& work() const { return work_; }
 
  private:
   /// A run of N's as it was last walked over in one direction: from every edge between the two it
@@ -204,6 +218,7 @@ class CLookAhead {
   CMatchWindow window_;
   std::uint64_t long_run_starts_ = 0;  ///< bases of the window where an edit may begin to pay
   std::array<NRun, 2> last_N_runs_;    ///< by direction
+  LookAheadWork work_;
 };
 
 }  // namespace quorix

@@ -43,6 +43,14 @@ namespace quorix {
 
 class CAnchorSeq;
 
+/// What the searches of one sequence have done.
+struct SearchWork {
+  std::uint64_t seeds = 0;          ///< seeds left by the sieves, and not next to an N
+  std::uint64_t grown_exactly = 0;  ///< candidates that were grown over perfect copies
+  std::uint64_t grown = 0;          ///< candidates that were grown over edits
+  std::uint64_t bounded = 0;        ///< exact repeats that were held against the score bound
+};
+
 class CSearchController {
  public:
   /// Prepares the search of `record`, number `number` of its file (from 1, for progress lines).
@@ -145,6 +153,14 @@ class CSearchController {
 
   /// Bytes that the edits of the repeats found take.
   [[nodiscard]] std::size_t edit_bytes() const { return edit_store_.byte_count(); }
+  /// The work done since it was made, and by whom.
+  [[nodiscard]] const SearchWork& work() const { return work_; }
+  [[nodiscard]] const CLookAhead& look_ahead() const { return look_ahead_; }
+  [[nodiscard]] const CEditMemo& edit_memo() const { return edit_memo_; }
+  [[nodiscard]] const CGrowthPaths& growth_paths() const { return growth_paths_; }
+  [[nodiscard]] const CScoreBound& score_bound() const { return score_bound_; }
+  /// The filter of the last scan. Null before the first one.
+  [[nodiscard]] const CSeedFilter* last_seed_filter() const { return seed_filter_.get(); }
 
   /// The user's thresholds, and the lax ones for seeds that are still to be grown. Null until the
   /// first controller is built.
@@ -179,9 +195,9 @@ class CSearchController {
   [[nodiscard]] static bool passes_user_thresholds(const Csat& sat);
 
   /// Grows an exact candidate to both sides and tests it.
-  [[nodiscard]] bool grow_exact_and_test(Csat& sat) const;
+  [[nodiscard]] bool grow_exact_and_test(Csat& sat);
   /// False only if the repeat cannot grow over edits into one of the minimum score.
-  [[nodiscard]] bool may_grow(const Csat& sat) const;
+  [[nodiscard]] bool may_grow(const Csat& sat);
   /// Grows a candidate over edits, to the left up to `left_limit`, and tests it. The edits of an
   /// accepted one are sorted, and stand in the one block in which all edits are gathered.
   [[nodiscard]] bool grow_and_test(Csat& sat, const char* left_limit);
@@ -222,6 +238,7 @@ class CSearchController {
   CEditMemo edit_memo_;
   CGrowthPaths growth_paths_;
   std::unique_ptr<CSeedFilter> seed_filter_;  ///< null until the first scan
+  SearchWork work_;
 };
 
 }  // namespace quorix

@@ -71,14 +71,19 @@ bool CSeedFilter::has_lag_bound(std::uint64_t unit_length) const {
          can_lag_bound_refute(mismatch_penalty_, indel_penalty_);
 }
 
+std::uint64_t CSeedFilter::lag_units_at_once(std::uint64_t length) {
+  // A large text has room for four: half a byte for each base.
+  const std::uint64_t room = std::max(kLagSeedBytes, length / 2) * 8 / length;
+  return std::min(room, kMostLagUnits);
+}
+
 const CBitSet& CSeedFilter::lag_seeds(std::uint64_t unit_length) {
   if (first_lag_unit_ == 0 || unit_length < first_lag_unit_ ||
       unit_length >= first_lag_unit_ + lag_seeds_.size()) {
     const std::uint64_t length = planes_.length();
-    const std::uint64_t room = std::max(kLagSeedBytes, length / 2) * 8 / length;
-    const std::uint64_t last_unit_length = std::min<std::uint64_t>(
-        {unit_length + std::clamp<std::uint64_t>(room, 1, kMostLagUnits) - 1, kLongestLagUnit,
-         global_max_unit_length, length - 1});
+    const std::uint64_t last_unit_length =
+        std::min<std::uint64_t>({unit_length + lag_units_at_once(length) - 1, kLongestLagUnit,
+                                 global_max_unit_length, length - 1});
     LagBoundRules rules{unit_length, {}, mismatch_penalty_, indel_penalty_, is_N_neutral()};
     lag_seeds_.clear();
     for (std::uint64_t u = unit_length; u <= std::max(unit_length, last_unit_length); ++u) {
@@ -86,7 +91,10 @@ const CBitSet& CSeedFilter::lag_seeds(std::uint64_t unit_length) {
       lag_seeds_.emplace_back(length - u);
     }
     first_lag_unit_ = unit_length;
-    find_lag_seeds(text_, length, rules, lag_seeds_);
+    const BoundWork work = find_lag_seeds(text_, length, rules, lag_seeds_);
+    work_.lags.tables += work.tables;
+    work_.lags.rows += work.rows;
+    work_.lags.cells += work.cells;
   }
   return lag_seeds_[unit_length - first_lag_unit_];
 }
@@ -108,7 +116,9 @@ const CBitSet& CSeedFilter::seeds(std::uint64_t unit_length) {
   seeds_.reset(planes_.length() - unit_length);
   if (has_runs) {
     lags_.move_to(unit_length, rule.least_run < rule.sure_run);
-    find_run_seeds(lags_, rule, seeds_);
+    const RunWork work = find_run_seeds(lags_, rule, seeds_);
+    work_.runs.words += work.words;
+    work_.runs.runs += work.runs;
   } else {
     seeds_.set_range(0, seeds_.size());
   }
@@ -122,6 +132,7 @@ bool CSeedFilter::may_group_grow(std::uint64_t p, std::uint64_t unit_length,
       std::popcount(neighbours) < kLeastGroup || growing_group_.covers(p, unit_length)) {
     return true;
   }
+  ++work_.groups;
   if (!group_bound_.may_reach(text_ + p, static_cast<std::int64_t>(unit_length), neighbours,
                               growth_rules_, thresholds_.min_scores[unit_length])) {
     return false;
@@ -142,12 +153,14 @@ void CSeedFilter::tell_neighbours(std::uint64_t p, std::uint64_t unit_length,
   const auto signed_length = static_cast<std::int64_t>(unit_length);
   const auto batch = static_cast<std::uint32_t>(neighbours);
   if (std::popcount(batch) < kLeastBatch) {
+    ++work_.singles;
     const bool may_reach = score_bound_.may_reach(
         {base, base + unit_length, base, base + unit_length, 0, signed_length - 1, 0},
         growth_rules_, min_score);
     told_ = {unit_length, p, 1, may_reach ? std::uint64_t{1} : 0};
     return;
   }
+  ++work_.batches;
   told_ = {unit_length, p, batch,
            batch_bound_.may_reach(base, signed_length, batch, growth_rules_, min_score)};
 }

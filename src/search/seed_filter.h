@@ -53,6 +53,19 @@ struct SeedThresholds {
   const CThresholdTable& user_min_scores;
 };
 
+/// How much work a filter has done. The seeds that it leaves tell nothing of that.
+struct SeedFilterWork {
+  RunWork runs;
+  std::uint64_t lags_made = 0;  ///< lags at which the text was compared with itself
+  BoundWork lags;
+  std::uint64_t groups = 0;   ///< groups of seeds that were looked at as one
+  std::uint64_t batches = 0;  ///< seeds that were looked at side by side, so many times
+  std::uint64_t singles = 0;  ///< seeds that were looked at one by one
+  BoundWork group_bound;
+  BoundWork batch_bound;
+  BoundWork score_bound;
+};
+
 class CSeedFilter {
  public:
   /// Reads the text [text, text + length) and the settings. Throws: std::bad_alloc.
@@ -85,6 +98,19 @@ class CSeedFilter {
       tell_neighbours(p, unit_length, neighbours);
     }
     return told_.may_grow(p);
+  }
+
+  /// Unit lengths whose seeds are found at a time by their lags, in a text of `length` bases.
+  [[nodiscard]] static std::uint64_t lag_units_at_once(std::uint64_t length);
+
+  /// The work done since it was made.
+  [[nodiscard]] SeedFilterWork work() const {
+    SeedFilterWork all = work_;
+    all.lags_made = lags_.made_count();
+    all.group_bound = group_bound_.work();
+    all.batch_bound = batch_bound_.work();
+    all.score_bound = score_bound_.work();
+    return all;
   }
 
   /// Where the N's are.
@@ -136,6 +162,7 @@ class CSeedFilter {
   CGroupBound group_bound_;
   ToldSeeds told_;
   ToldSeeds growing_group_;  ///< the last one that had to be looked at more closely
+  SeedFilterWork work_;      ///< without that of the bounds
 };
 
 }  // namespace quorix

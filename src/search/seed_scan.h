@@ -28,6 +28,7 @@ void CSearchController::for_each_seed(std::uint64_t unit_length, const CAnchorSe
     return anchors.may_seed(text_begin() + p, unit_length);
   };
   CScanProgress progress(*this, unit_length);
+  std::uint64_t seed_count = 0;
   std::uint64_t next_N = all_Ns.find_set(0);
   for (std::uint64_t p = seeds.find_set(0); p < seeds.size(); p = seeds.find_set(p)) {
     if (next_N < p) next_N = all_Ns.find_set(p);
@@ -36,6 +37,7 @@ void CSearchController::for_each_seed(std::uint64_t unit_length, const CAnchorSe
       continue;
     }
     progress.pass(p);
+    ++seed_count;
     const char* const base = text_begin() + p;
     if (is_open(p) && valid_starting_pattern(base, base + unit_length, text_begin() + next_N) &&
         (use != SeedUse::kGrowOverEdits || filter.may_grow(p, unit_length, is_open))) {
@@ -43,6 +45,7 @@ void CSearchController::for_each_seed(std::uint64_t unit_length, const CAnchorSe
     }
     ++p;
   }
+  work_.seeds += seed_count;
   progress.pass(seeds.size() - 1);
 }
 
@@ -68,6 +71,7 @@ void CSearchController::for_each_base(SeedUse use, const Visit& visit) {
     }
     if (seed == seeds.size()) break;
     progress.pass(seed);
+    ++work_.seeds;
     p = visit(seed);
     progress.skip_to(p);
   }

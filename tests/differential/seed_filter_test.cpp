@@ -175,7 +175,7 @@ class CJudgedRecord {
     return repeat;
   }
 
-  [[nodiscard]] bool may_reach(const Repeat& repeat) const {
+  [[nodiscard]] bool may_reach(const Repeat& repeat) {
     const char* const text = record_.sequence.data();
     const GrowthRules rules{text, text + length(), -std::int64_t{global_mismatch_score},
                             -std::int64_t{global_indel_score}, is_N_neutral()};

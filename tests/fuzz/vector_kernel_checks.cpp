@@ -83,7 +83,7 @@ void check_reach(const Growth& growth, std::int64_t min_score) {
   const bool must_be_refuted =
       both.best < min_score && testing::is_in_reach_of_bound(growth, right, both);
   on_every_processor(growth.text, [&](const char* bases, const char* target) {
-    const CScoreBound bound;
+    CScoreBound bound;
     const bool answer = bound.may_reach(
         {bases + growth.start, bases + growth.end, bases + growth.unit_begin,
          bases + growth.unit_end, growth.right_phase, growth.left_phase, growth.score},
@@ -104,7 +104,7 @@ void check_reaches(const Batch& batch, std::uint32_t asked, std::int64_t min_sco
   const BatchReach reaches = testing::reach_of(batch, asked);
   const bool is_exact = min_score > 0 && testing::is_in_reach_of_bound(batch, asked, reaches);
   on_every_processor(batch.text, [&](const char* bases, const char* target) {
-    const CBatchBound bound;
+    CBatchBound bound;
     const std::uint32_t answer =
         bound.may_reach(bases + batch.first, batch.unit_length, asked,
                         {bases, bases + batch.text.size(), batch.mismatch_penalty,

@@ -50,7 +50,7 @@ namespace {
 #if HWY_TARGET == HWY_SCALAR
 
 /// Without vector instructions nothing is refuted.
-std::uint32_t sift_batch(const SeedBatch& batch) {
+std::uint32_t sift_batch(const SeedBatch& batch, BoundWork& /*work*/) {
   return batch.asked;
 }
 
@@ -75,8 +75,9 @@ class CBatchTables {
   using Tag = hn::CappedTag<Value, 32 / sizeof(Value)>;
   using Vector = hn::Vec<Tag>;
 
-  explicit CBatchTables(const SeedBatch& batch)
+  CBatchTables(const SeedBatch& batch, BoundWork& work)
       : batch_(batch),
+        work_(work),
         mismatch_(penalty(batch.mismatch_penalty)),
         indel_(penalty(batch.indel_penalty)),
         target_(hn::Set(Tag(), static_cast<Value>(std::min(batch.target_value, kMax)))) {}
@@ -96,6 +97,13 @@ class CBatchTables {
     const std::ptrdiff_t bases_ahead =
         kIsRightward ? batch_.text_end - (first + batch_.unit_length) - (lanes - 1)
                      : first - batch_.text_begin;
+    std::ptrdiff_t row = 1;
+    std::ptrdiff_t filled_width = 0;  // of all rows
+    const auto count_work = [&](std::ptrdiff_t rows) {
+      ++work_.tables;
+      work_.rows += static_cast<std::uint64_t>(rows);
+      work_.cells += static_cast<std::uint64_t>(filled_width / 2 + rows);
+    };
     Vector best = values;
     store(0, 0, values);
     clear_around(0, 0, 0);
@@ -106,12 +114,13 @@ class CBatchTables {
     Range before{1, -1};
     [[maybe_unused]] Range last_filled{0, 0};
     [[maybe_unused]] Range filled_before{1, -1};
-    for (std::ptrdiff_t row = 1;; ++row) {
+    for (;; ++row) {
       const Range computed{std::min(last.low - 1, before.low),
                            std::max(last.high + 1, before.high)};
       const std::ptrdiff_t most_bases = (row + computed.high + 1) / 2;
       if (row == most_rows || most_bases > bases_ahead || computed.high > kMostDifference ||
           computed.low < -kMostDifference) {
+        count_work(row - 1);
         return give_up(best, row, last, before);
       }
       assert(reads_known_cells(computed, last_filled, 1));
@@ -120,12 +129,15 @@ class CBatchTables {
       clear_around(row, filled.low, filled.high);
       filled_before = last_filled;
       last_filled = filled;
+      filled_width += filled.high - filled.low;
 
       before = last;
       last = living_range(row, filled.low, filled.high);
-      if (last.is_empty() && before.is_empty()) return best;
-      if (row % 16 == 0 && !drop_answered(best, row, last, before)) return best;
+      if (last.is_empty() && before.is_empty()) break;
+      if (row % 16 == 0 && !drop_answered(best, row, last, before)) break;
     }
+    count_work(row);
+    return best;
   }
 
  private:
@@ -252,6 +264,7 @@ class CBatchTables {
   }
 
   const SeedBatch& batch_;
+  BoundWork& work_;
   Vector mismatch_;
   Vector indel_;
   Vector target_;
@@ -259,12 +272,12 @@ class CBatchTables {
 };
 
 template <class Value, bool kMayHaveNs>
-std::uint32_t sift_batch_of(const SeedBatch& batch) {
+std::uint32_t sift_batch_of(const SeedBatch& batch, BoundWork& work) {
   using Tables = CBatchTables<Value, kMayHaveNs>;
   const typename Tables::Tag d;
   const auto lanes = static_cast<int>(hn::Lanes(d));
   const Value target = Tables::capped(batch.target_value);
-  Tables tables(batch);
+  Tables tables(batch, work);
   std::uint32_t let_through = 0;
   for (int k = 0; k < 32; k += lanes) {
     const auto asked = static_cast<std::uint32_t>(
@@ -282,19 +295,20 @@ std::uint32_t sift_batch_of(const SeedBatch& batch) {
     best = hn::Max(best, left);
     hn::Store(best, d, values);
     for (int i = 0; i < lanes; ++i) {
-      if ((asked >> i & 1) != 0 && values[i] >= target) let_through |= std::uint32_t{1} << (k + i);
+      // The values of seeds that do not matter stay 0, below any target.
+      if (values[i] >= target) let_through |= std::uint32_t{1} << (k + i);
     }
   }
   return let_through;
 }
 
-std::uint32_t sift_batch(const SeedBatch& batch) {
+std::uint32_t sift_batch(const SeedBatch& batch, BoundWork& work) {
   if (batch.target_value < 256) {
-    return batch.is_N_neutral ? sift_batch_of<std::uint8_t, true>(batch)
-                              : sift_batch_of<std::uint8_t, false>(batch);
+    return batch.is_N_neutral ? sift_batch_of<std::uint8_t, true>(batch, work)
+                              : sift_batch_of<std::uint8_t, false>(batch, work);
   }
-  return batch.is_N_neutral ? sift_batch_of<std::uint16_t, true>(batch)
-                            : sift_batch_of<std::uint16_t, false>(batch);
+  return batch.is_N_neutral ? sift_batch_of<std::uint16_t, true>(batch, work)
+                            : sift_batch_of<std::uint16_t, false>(batch, work);
 }
 
 #endif
@@ -326,14 +340,15 @@ CBatchBound::CBatchBound() {
 
 std::uint32_t CBatchBound::may_reach(const char* first, std::int64_t unit_length,
                                      std::uint32_t asked, const GrowthRules& rules,
-                                     std::int64_t min_score) const {
+                                     std::int64_t min_score) {
   assert(unit_length >= 1 && first >= rules.text_begin);
   // All lanes are read, whatever is asked for.
   const bool is_readable = rules.text_end - first >= unit_length + kSeeds;
   if (min_score <= 0 || unit_length > kMostUnitLength || !is_readable) return asked;
-  return sift_batch_({first, unit_length, asked, rules.text_begin, rules.text_end,
-                      rules.mismatch_penalty, rules.indel_penalty, rules.is_N_neutral,
-                      min_score + unit_length});
+  return sift_batch_(
+      {first, unit_length, asked, rules.text_begin, rules.text_end, rules.mismatch_penalty,
+       rules.indel_penalty, rules.is_N_neutral, min_score + unit_length},
+      work_);
 }
 
 }  // namespace quorix

@@ -49,10 +49,13 @@ class CBatchBound {
   /// nothing. REQUIRES: unit_length >= 1, the units that are asked for lie in the text.
   [[nodiscard]] std::uint32_t may_reach(const char* first, std::int64_t unit_length,
                                         std::uint32_t asked, const GrowthRules& rules,
-                                        std::int64_t min_score) const;
+                                        std::int64_t min_score);
+
+  [[nodiscard]] const BoundWork& work() const { return work_; }
 
  private:
-  std::uint32_t (*sift_batch_)(const SeedBatch& batch);
+  std::uint32_t (*sift_batch_)(const SeedBatch& batch, BoundWork& work);
+  BoundWork work_;
 };
 
 }  // namespace quorix

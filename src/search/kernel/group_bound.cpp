@@ -54,7 +54,7 @@ namespace {
 #if HWY_TARGET == HWY_SCALAR
 
 /// Without vector instructions nothing is refuted.
-std::int64_t fill_group_table(const GroupTable& /*table*/) {
+std::int64_t fill_group_table(const GroupTable& /*table*/, BoundWork& /*work*/) {
   return kOpenGroup;
 }
 
@@ -70,8 +70,9 @@ class CGroupRows {
   using Vector = hn::Vec<Tag>;
   static constexpr std::ptrdiff_t kMiddle = kMostGroupLanes / 2;
 
-  explicit CGroupRows(const GroupTable& table)
+  CGroupRows(const GroupTable& table, BoundWork& work)
       : table_(table),
+        work_(work),
         mismatch_(points(table.mismatch_penalty)),
         indel_(points(table.indel_penalty)),
         best_(hn::Zero(Tag())) {}
@@ -88,6 +89,8 @@ class CGroupRows {
       if (range.is_empty() && row / 2 > last_entry) return hn::GetLane(hn::MaxOfLanes(d, best_));
       if (!has_room_for(range, row)) return kOpenGroup;
       fill_row(row, range, is_entered);
+      ++work_.rows;
+      work_.cells += static_cast<std::uint64_t>(written_[row % 3].high + 1 - range.low);
       if (row % 16 == 0 && !hn::AllTrue(d, hn::Lt(best_, target))) return kOpenGroup;
     }
   }
@@ -190,6 +193,7 @@ class CGroupRows {
   }
 
   const GroupTable& table_;
+  BoundWork& work_;
   Vector mismatch_;
   Vector indel_;
   Vector best_;
@@ -199,8 +203,9 @@ class CGroupRows {
   std::uint16_t values_[3][kMostGroupLanes + 2 * kWidestGroupVector] = {};
 };
 
-std::int64_t fill_group_table(const GroupTable& table) {
-  return CGroupRows(table).highest_value();
+std::int64_t fill_group_table(const GroupTable& table, BoundWork& work) {
+  ++work.tables;
+  return CGroupRows(table, work).highest_value();
 }
 
 #endif
@@ -288,11 +293,11 @@ bool CGroupBound::may_reach(const char* first, std::int64_t unit_length, std::ui
   GroupTable table{bases,       bases + stride,         bases + 2 * stride,  count,
                    asked,       rules.mismatch_penalty, rules.indel_penalty, rules.is_N_neutral,
                    unit_length, min_score + unit_length};
-  table.start_value = fill_group_table_(table);
+  table.start_value = fill_group_table_(table, work_);
   if (table.start_value == kOpenGroup || table.start_value >= table.target_value) return true;
   load_letters(first, unit_length, false, rules);
   table.entering = reversed;
-  const std::int64_t highest = fill_group_table_(table);
+  const std::int64_t highest = fill_group_table_(table, work_);
   return highest == kOpenGroup || highest >= table.target_value;
 }
 

@@ -59,12 +59,15 @@ class CGroupBound {
   [[nodiscard]] bool may_reach(const char* first, std::int64_t unit_length, std::uint64_t asked,
                                const GrowthRules& rules, std::int64_t min_score);
 
+  [[nodiscard]] const BoundWork& work() const { return work_; }
+
  private:
   /// Reads bases and characters of growth in one direction into `letters_`.
   void load_letters(const char* first, std::int64_t unit_length, bool is_rightward,
                     const GrowthRules& rules);
 
-  std::int64_t (*fill_group_table_)(const GroupTable& table);
+  std::int64_t (*fill_group_table_)(const GroupTable& table, BoundWork& work);
+  BoundWork work_;
   std::vector<std::uint8_t> letters_;
 };
 

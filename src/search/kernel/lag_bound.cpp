@@ -18,7 +18,7 @@ namespace {
 
 /// Without vector instructions nothing is refuted.
 void sift_segment(CLagGrid& /*grid*/, std::int64_t /*first_row*/, std::int64_t /*row_end*/,
-                  std::vector<CBitSet>& seeds) {
+                  std::vector<CBitSet>& seeds, BoundWork& /*work*/) {
   for (CBitSet& all : seeds) all.set_range(0, all.size());
 }
 
@@ -129,27 +129,32 @@ void join_row(const CLagGrid& grid, const CLagRows& rows, std::int64_t t, const 
 
 template <bool kMayHaveNs>
 void sift_rows(CLagGrid& grid, std::int64_t first_row, std::int64_t row_end,
-               std::vector<CBitSet>& seeds) {
+               std::vector<CBitSet>& seeds, BoundWork& work) {
+  const std::uint64_t rows_before = work.rows;
   CLagRows& right = grid.start_rightward_rows();
   for (std::int64_t t = grid.row_ahead(row_end); t >= first_row; --t) {
     right.advance();
     fill_row<kMayHaveNs, true>(grid, right, t);
+    ++work.rows;
     if (t < row_end) keep_row(grid, right, t, grid.kept_row(t));
   }
   CLagRows& left = grid.leftward_rows();
   for (std::int64_t t = first_row; t < row_end; ++t) {
     left.advance();
     fill_row<kMayHaveNs, false>(grid, left, t - 2);
+    ++work.rows;
     join_row(grid, left, t, grid.kept_row(t), seeds);
   }
+  work.tables += 2;
+  work.cells += (work.rows - rows_before) * grid.lane_count();
 }
 
 void sift_segment(CLagGrid& grid, std::int64_t first_row, std::int64_t row_end,
-                  std::vector<CBitSet>& seeds) {
+                  std::vector<CBitSet>& seeds, BoundWork& work) {
   if (grid.may_have_neutral_Ns()) {
-    sift_rows<true>(grid, first_row, row_end, seeds);
+    sift_rows<true>(grid, first_row, row_end, seeds, work);
   } else {
-    sift_rows<false>(grid, first_row, row_end, seeds);
+    sift_rows<false>(grid, first_row, row_end, seeds, work);
   }
 }
 
@@ -173,15 +178,17 @@ bool can_lag_bound_refute(std::int64_t mismatch_penalty, std::int64_t indel_pena
   return std::min(mismatch_penalty, indel_penalty) >= CLagGrid::kLeastPenalty;
 }
 
-void find_lag_seeds(const char* text, std::uint64_t length, const LagBoundRules& rules,
-                    std::vector<CBitSet>& seeds) {
+BoundWork find_lag_seeds(const char* text, std::uint64_t length, const LagBoundRules& rules,
+                         std::vector<CBitSet>& seeds) {
   CLagGrid grid(text, length, rules);
+  BoundWork work;
   for (std::int64_t first_row = 0; first_row < grid.row_count();
        first_row += grid.rows_per_segment()) {
     const std::int64_t row_end = std::min(first_row + grid.rows_per_segment(), grid.row_count());
     grid.load_bases(first_row, row_end);
-    HWY_DYNAMIC_DISPATCH(sift_segment)(grid, first_row, row_end, seeds);
+    HWY_DYNAMIC_DISPATCH(sift_segment)(grid, first_row, row_end, seeds, work);
   }
+  return work;
 }
 
 }  // namespace quorix

@@ -61,6 +61,7 @@
 #include <vector>
 
 #include "search/kernel/bit_set.h"
+#include "search/kernel/bound_work.h"
 
 namespace quorix {
 
@@ -84,8 +85,8 @@ struct LagBoundRules {
 /// length `first_unit_length + i` may seed a repeat of the minimum score. Bits of units with an N
 /// mean nothing. `seeds[i]` has to have a bit for each p with a base behind the unit; a minimum
 /// score of 0 or less sets them all. REQUIRES: `can_lag_bound_refute`, last unit length < length.
-/// Throws: std::bad_alloc.
-void find_lag_seeds(const char* text, std::uint64_t length, const LagBoundRules& rules,
-                    std::vector<CBitSet>& seeds);
+/// Returns the work done, with one table for each direction and segment. Throws: std::bad_alloc.
+BoundWork find_lag_seeds(const char* text, std::uint64_t length, const LagBoundRules& rules,
+                         std::vector<CBitSet>& seeds);
 
 }  // namespace quorix

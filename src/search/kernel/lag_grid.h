@@ -126,12 +126,14 @@ class CLagGrid {
   /// text are letters that match nothing. REQUIRES: the rows are loaded, from `first_row` - 2 up to
   /// `row_ahead(row_end)`.
   [[nodiscard]] const std::uint8_t* higher_bases(std::int64_t t) const {
-    assert(t + first_lag_ + parity_of(t) >= 2 * first_higher_);
-    return higher_bases_.data() + ((t + first_lag_ + parity_of(t)) / 2 - first_higher_);
+    const std::int64_t offset = (t + first_lag_ + parity_of(t)) / 2 - first_higher_;
+    assert(has_row(higher_bases_, offset));
+    return higher_bases_.data() + offset;
   }
   [[nodiscard]] const std::uint8_t* lower_bases(std::int64_t t) const {
-    assert(t - first_lag_ - parity_of(t) <= 2 * last_lower_);
-    return lower_bases_.data() + (last_lower_ - (t - first_lag_ - parity_of(t)) / 2);
+    const std::int64_t offset = last_lower_ - (t - first_lag_ - parity_of(t)) / 2;
+    assert(has_row(lower_bases_, offset));
+    return lower_bases_.data() + offset;
   }
 
   /// The rows of growth to the right, empty.
@@ -154,6 +156,10 @@ class CLagGrid {
                  std::size_t lane_count, std::vector<CBitSet>& seeds) const;
 
  private:
+  /// True if as many letters as a row has lanes stand from `offset` on.
+  [[nodiscard]] bool has_row(const std::vector<std::uint8_t>& letters, std::int64_t offset) const {
+    return offset >= 0 && static_cast<std::size_t>(offset) + lane_count_ <= letters.size();
+  }
   [[nodiscard]] std::int64_t most_indels(std::int64_t unit_length) const;
   [[nodiscard]] std::int64_t least_persistence(std::int64_t unit_length) const;
   void choose_weights();

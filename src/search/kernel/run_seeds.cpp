@@ -28,9 +28,10 @@ std::uint64_t run_starts(const std::vector<std::uint64_t>& words, std::size_t w,
 /// Calls `visit(first, last)` for the maximal runs [first, last) of at least `least` set bits that
 /// begin at a bit of `candidates(w)`, for each word w in ascending order.
 template <class Candidates, class Visit>
-void for_each_run(const CBitSet& bits, std::uint64_t least, Candidates candidates,
-                  const Visit& visit) {
+RunWork for_each_run(const CBitSet& bits, std::uint64_t least, Candidates candidates,
+                     const Visit& visit) {
   assert(least >= 1);
+  RunWork work;
   const std::vector<std::uint64_t>& words = bits.words();
   const std::uint64_t sieved = std::min(least, kWordBits);
   std::uint64_t before = 0;
@@ -40,13 +41,16 @@ void for_each_run(const CBitSet& bits, std::uint64_t least, Candidates candidate
     std::uint64_t starts = candidates(w);
     if ((first_bits & starts) == 0) continue;
     starts &= first_bits & run_starts(words, w, sieved);
+    ++work.words;
     for (; starts != 0; starts &= starts - 1) {
+      ++work.runs;
       const std::uint64_t first =
           w * kWordBits + static_cast<std::uint64_t>(std::countr_zero(starts));
       const std::uint64_t last = bits.find_clear(first);
       if (last - first >= least) visit(first, last);
     }
   }
+  return work;
 }
 
 /// Tells where a run may begin that a run one edit away makes long enough, or that is long enough
@@ -149,6 +153,7 @@ CNeighbourLags::CNeighbourLags(const CBasePlanes& planes, bool is_N_wild)
 void CNeighbourLags::make(std::uint64_t lag) {
   if (made_[lag % 3] == lag) return;
   made_[lag % 3] = lag;
+  ++made_count_;
   planes_.find_matches(lag, is_N_wild_, matches_[lag % 3]);
 }
 
@@ -161,7 +166,7 @@ void CNeighbourLags::move_to(std::uint64_t lag, bool needs_neighbours) {
   make(lag + 1);
 }
 
-void find_run_seeds(const CNeighbourLags& lags, const RunRule& rule, CBitSet& seeds) {
+RunWork find_run_seeds(const CNeighbourLags& lags, const RunRule& rule, CBitSet& seeds) {
   const auto unit_length = static_cast<std::uint64_t>(rule.unit_length);
   const auto least_run = static_cast<std::uint64_t>(rule.least_run);
   assert(seeds.size() + unit_length == lags.at().size());
@@ -175,11 +180,10 @@ void find_run_seeds(const CNeighbourLags& lags, const RunRule& rule, CBitSet& se
     seeds.set_range(first - unit_length, std::min(last - unit_length + 1, seeds.size()));
   };
   if (CChainSieve::serves(rule)) {
-    for_each_run(lags.at(), least_run, CChainSieve(lags, rule), set_seeds);
-  } else {
-    for_each_run(
-        lags.at(), least_run, [](std::size_t) { return ~std::uint64_t{0}; }, set_seeds);
+    return for_each_run(lags.at(), least_run, CChainSieve(lags, rule), set_seeds);
   }
+  return for_each_run(
+      lags.at(), least_run, [](std::size_t) { return ~std::uint64_t{0}; }, set_seeds);
 }
 
 }  // namespace quorix

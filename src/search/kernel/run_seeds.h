@@ -63,6 +63,9 @@ class CNeighbourLags {
   [[nodiscard]] const CBasePlanes& planes() const { return planes_; }
   [[nodiscard]] bool is_N_wild() const { return is_N_wild_; }
 
+  /// Lags whose matches were found, so many times.
+  [[nodiscard]] std::uint64_t made_count() const { return made_count_; }
+
  private:
   void make(std::uint64_t lag);
 
@@ -71,11 +74,19 @@ class CNeighbourLags {
   std::uint64_t lag_ = 0;
   CBitSet matches_[3];          ///< by lag modulo 3
   std::uint64_t made_[3] = {};  ///< the lags that they are of, 0 for none
+  std::uint64_t made_count_ = 0;
+};
+
+/// What it took to find the seeds of one unit length or of several.
+struct RunWork {
+  std::uint64_t words = 0;  ///< of 64 bases, in which runs were looked for
+  std::uint64_t runs = 0;   ///< that were looked at, those that are too short included
 };
 
 /// Sets in `seeds` the bit of each base p whose seed `rule` lets through. `lags` stands at the
 /// unit length, with its neighbours if some runs are neither sure nor too short.
 /// REQUIRES: rule.least_run >= 1, seeds.size() is the length of the text less the unit length.
-void find_run_seeds(const CNeighbourLags& lags, const RunRule& rule, CBitSet& seeds);
+/// Returns the work done.
+RunWork find_run_seeds(const CNeighbourLags& lags, const RunRule& rule, CBitSet& seeds);
 
 }  // namespace quorix

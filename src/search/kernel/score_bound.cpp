@@ -33,10 +33,8 @@ struct ScoreTable {
   std::int64_t target_value;  ///< what answers the question when it is met
 };
 
-struct TableOutcome {
-  bool is_open;             ///< the target was met, or the table had to be given up
-  std::int64_t best_value;  ///< the highest value met, if not open
-};
+/// The highest value met; none if the target was met, or the table had to be given up.
+using HighestValue = std::optional<std::int64_t>;
 
 /// Rows after which a table is given up: what lives that long is to be grown.
 inline constexpr std::ptrdiff_t kMostRows = 8192;
@@ -52,9 +50,9 @@ namespace {
 #if HWY_TARGET == HWY_SCALAR
 
 /// Without vector instructions nothing is refuted.
-TableOutcome fill_table(const ScoreTable& /*table*/, bool /*is_narrow*/,
-                        std::ptrdiff_t /*lane_count*/) {
-  return {true, 0};
+HighestValue fill_table(const ScoreTable& /*table*/, bool /*is_narrow*/,
+                        std::ptrdiff_t /*lane_count*/, BoundWork& /*work*/) {
+  return std::nullopt;
 }
 
 #else
@@ -154,17 +152,17 @@ struct ScoreRows {
     return !hn::AllTrue(d, hn::Eq(alive, zero));
   }
 
-  /// The table's outcome so far; open also if a path may have left the rows at their edge, in any
-  /// row up to now.
-  [[nodiscard]] HWY_INLINE TableOutcome outcome(Vector target) const {
+  /// The highest value so far; none if it is the target or more, or if a path may have left the
+  /// rows at their edge, in any row up to now.
+  [[nodiscard]] HWY_INLINE HighestValue highest_value(Vector target) const {
     const Tag d;
     HWY_ALIGN Value lanes[kLanes];
     for (int i = 0; i < kBlocks; ++i) {
-      if (!hn::AllTrue(d, hn::Lt(best[i], target))) return {true, 0};
+      if (!hn::AllTrue(d, hn::Lt(best[i], target))) return std::nullopt;
       hn::Store(best[i], d, lanes + kBlockLanes * i);
     }
-    if (lanes[0] != 0 || lanes[kLanes - 1] != 0) return {true, 0};
-    return {false, *std::max_element(lanes, lanes + kLanes)};
+    if (lanes[0] != 0 || lanes[kLanes - 1] != 0) return std::nullopt;
+    return *std::max_element(lanes, lanes + kLanes);
   }
 
   Vector last[kBlocks];
@@ -173,10 +171,10 @@ struct ScoreRows {
 };
 
 template <class Value, int kBlocks>
-TableOutcome fill_table_of(const ScoreTable& table) {
+HighestValue fill_rows(const ScoreTable& table, BoundWork& work) {
   using Rules = RowRules<Value>;
   constexpr std::ptrdiff_t kLanes = ScoreRows<Value, kBlocks>::kLanes;
-  if (table.bases_behind < kLanes / 2) return {true, 0};
+  if (table.bases_behind < kLanes / 2) return std::nullopt;
 
   const Rules rules(table);
   const auto target = hn::Set(typename Rules::Tag(), Rules::capped(table.target_value));
@@ -186,35 +184,46 @@ TableOutcome fill_table_of(const ScoreTable& table) {
     const std::ptrdiff_t less =
         (row + odd - kLanes) / 2;  // lane 0's smaller count, negative at first
     const std::ptrdiff_t more = (row - odd + kLanes) / 2;  // and its greater one
-    if ((table.is_rightward ? less + kLanes - 1 : more) > table.bases_ahead) return {true, 0};
+    if ((table.is_rightward ? less + kLanes - 1 : more) > table.bases_ahead) return std::nullopt;
     const char* const bases =
         table.is_rightward ? table.first_base + (less - 1) : table.first_base - (more - 1);
     const std::ptrdiff_t characters = (table.is_rightward ? -more : less - 1) + table.skipped;
     std::ptrdiff_t offset = characters % table.unit_length;
     if (offset < 0) offset += table.unit_length;
 
+    ++work.rows;
     const bool is_alive = rows.advance(rules, bases, table.reversed_unit + offset, odd == 1);
     if (is_alive && row % 16 != 0) continue;
-    const TableOutcome outcome = rows.outcome(target);
-    if (!is_alive || outcome.is_open) return outcome;
+    const HighestValue highest = rows.highest_value(target);
+    if (!is_alive || !highest) return highest;
   }
-  return {true, 0};
+  return std::nullopt;
 }
 
-TableOutcome fill_table(const ScoreTable& table, bool is_narrow, std::ptrdiff_t lane_count) {
+template <class Value, int kBlocks>
+HighestValue fill_table_of(const ScoreTable& table, BoundWork& work) {
+  const std::uint64_t rows_before = work.rows;
+  const HighestValue highest = fill_rows<Value, kBlocks>(table, work);
+  ++work.tables;
+  work.cells += (work.rows - rows_before) * ScoreRows<Value, kBlocks>::kLanes;
+  return highest;
+}
+
+HighestValue fill_table(const ScoreTable& table, bool is_narrow, std::ptrdiff_t lane_count,
+                        BoundWork& work) {
   if (is_narrow) {
-    return lane_count == 16 ? fill_table_of<std::uint8_t, 1>(table)
-                            : fill_table_of<std::uint8_t, 2>(table);
+    return lane_count == 16 ? fill_table_of<std::uint8_t, 1>(table, work)
+                            : fill_table_of<std::uint8_t, 2>(table, work);
   }
   switch (lane_count) {
     case 32:
-      return fill_table_of<std::uint16_t, 4>(table);
+      return fill_table_of<std::uint16_t, 4>(table, work);
     case 64:
-      return fill_table_of<std::uint16_t, 8>(table);
+      return fill_table_of<std::uint16_t, 8>(table, work);
     case 128:
-      return fill_table_of<std::uint16_t, 16>(table);
+      return fill_table_of<std::uint16_t, 16>(table, work);
     default:
-      return fill_table_of<std::uint16_t, 32>(table);
+      return fill_table_of<std::uint16_t, 32>(table, work);
   }
 }
 
@@ -247,7 +256,7 @@ CScoreBound::CScoreBound() {
 }
 
 bool CScoreBound::may_reach(const GrowingRepeat& repeat, const GrowthRules& rules,
-                            std::int64_t min_score) const {
+                            std::int64_t min_score) {
   if (repeat.score >= min_score) return true;
   const std::ptrdiff_t unit_length = repeat.unit_end - repeat.unit_begin;
   assert(unit_length >= 1 && repeat.score > -unit_length);
@@ -282,16 +291,16 @@ bool CScoreBound::may_reach(const GrowingRepeat& repeat, const GrowthRules& rule
                    rules.is_N_neutral,
                    repeat.score + unit_length,
                    min_score + unit_length};
-  const TableOutcome right = fill_table_(table, is_narrow, lane_count);
-  if (right.is_open) return true;
+  const HighestValue right = fill_table_(table, is_narrow, lane_count, work_);
+  if (!right) return true;
 
   table.first_base = repeat.start - 1;
   table.is_rightward = false;
   table.bases_ahead = repeat.start - rules.text_begin;
   table.bases_behind = rules.text_end - repeat.start;
   table.skipped = unit_length - 1 - repeat.left_phase;
-  table.start_value = right.best_value;
-  return fill_table_(table, is_narrow, lane_count).is_open;
+  table.start_value = *right;
+  return !fill_table_(table, is_narrow, lane_count, work_).has_value();
 }
 
 }  // namespace quorix

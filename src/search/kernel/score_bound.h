@@ -34,6 +34,9 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <optional>
+
+#include "search/kernel/bound_work.h"
 
 namespace quorix {
 
@@ -58,7 +61,6 @@ struct GrowthRules {
 };
 
 struct ScoreTable;
-struct TableOutcome;
 
 class CScoreBound {
  public:
@@ -70,10 +72,14 @@ class CScoreBound {
   /// REQUIRES: the repeat lies in the text, its phases in its unit; its score is above minus the
   /// unit length.
   [[nodiscard]] bool may_reach(const GrowingRepeat& repeat, const GrowthRules& rules,
-                               std::int64_t min_score) const;
+                               std::int64_t min_score);
+
+  [[nodiscard]] const BoundWork& work() const { return work_; }
 
  private:
-  TableOutcome (*fill_table_)(const ScoreTable& table, bool is_narrow, std::ptrdiff_t lane_count);
+  std::optional<std::int64_t> (*fill_table_)(const ScoreTable& table, bool is_narrow,
+                                             std::ptrdiff_t lane_count, BoundWork& work);
+  BoundWork work_;
 };
 
 }  // namespace quorix

@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <string>
 #include <vector>
 
 namespace quorix::testing {
@@ -40,6 +41,19 @@ int for_each_vector_target(const Check& check) {
   }
   use_vector_targets(0);
   return static_cast<int>(vector_targets().size());
+}
+
+/// As above, for those with vectors of at least 32 bytes, by their names. How much work the bounds
+/// do is the same on these; narrower vectors take two tables for a batch of seeds.
+template <class Check>
+int for_each_wide_vector_target(const Check& check) {
+  int count = 0;
+  for_each_vector_target([&](const std::string& target) {
+    if (target.rfind("AVX", 0) != 0) return;
+    check(target);
+    ++count;
+  });
+  return count;
 }
 
 /// As above, for a processor without vector instructions.

@@ -34,6 +34,11 @@ TEST_F(ExactSearch, finds_nothing_in_a_sequence_of_no_base_or_one) {
   for (const char* const bases : {"", "A", "N"}) EXPECT_EQ(exact_repeats_of(bases), Words{});
 }
 
+TEST_F(ExactSearch, finds_nothing_if_the_largest_unit_length_is_0) {
+  search_units_from_to(1, 0);
+  EXPECT_EQ(exact_repeats_of("AAAAAAAAAAAAAAAAAAAAAAAA"), Words{});
+}
+
 TEST_F(ExactSearch, needs_a_base_behind_the_first_unit) {
   // In ACAC a unit of two bases starts at 0 and at 1; both grow over all of it.
   search_units_of(2);

@@ -162,5 +162,29 @@ TEST_F(ImperfectGrowthLimits, let_growth_pass_more_than_256_edits) {
   }
 }
 
+// Paths of earlier growth to the ends of the text lead beyond other limits.
+TEST_F(ImperfectGrowthLimits, hold_along_an_array_that_growth_went_along_before) {
+  const std::string text = repeated("ACGTTACGTTACGAT", 200) + "ACGTTACGTT";
+  CSearchedSequence sequence(text);
+  const std::size_t length = text.size();
+  for (int growth = 0; growth < 3; ++growth) {
+    Csat sat;
+    sat.init_from_unit(sequence.at(0), sequence.at(5));
+    sequence.search.extend_imperfect_forward(sat, sequence.end());
+    EXPECT_EQ(sat.end, sequence.end());
+    sat.init_from_unit(sequence.at(0), sequence.at(5));
+    sequence.search.extend_imperfect_forward(sat, sequence.at(length - 600));
+    EXPECT_EQ(sat.end, sequence.at(length - 600));
+
+    sat.init_from_unit(sequence.at(length - 5), sequence.end());
+    sequence.search.extend_imperfect_backward(sat, sequence.at(0) - 1);
+    EXPECT_EQ(sat.start, sequence.at(0));
+    sat.init_from_unit(sequence.at(length - 5), sequence.end());
+    sequence.search.extend_imperfect_backward(sat, sequence.at(599));
+    EXPECT_EQ(sat.start, sequence.at(600));
+  }
+  EXPECT_GT(sequence.search.growth_paths().work().hits, 0U);
+}
+
 }  // namespace
 }  // namespace quorix

@@ -22,6 +22,11 @@ TEST_F(ImperfectSearch, finds_nothing_in_a_sequence_of_no_base_or_one) {
   for (const char* const bases : {"", "A", "N"}) EXPECT_EQ(imperfect_repeats_of(bases), Words{});
 }
 
+TEST_F(ImperfectSearch, finds_nothing_if_the_largest_unit_length_is_0) {
+  search_units_from_to(1, 0);
+  EXPECT_EQ(imperfect_repeats_of("AAAAAAAAAAAAAAAAAAAAAAAA"), Words{});
+}
+
 TEST_F(ImperfectSearch, has_no_seed_where_all_bases_are_N) {
   require_score(0);
   EXPECT_EQ(imperfect_repeats_of("NNNNNNNNNNNN"), Words{});

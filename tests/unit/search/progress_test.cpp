@@ -1,6 +1,7 @@
 // Progress lines from inside a search. They reach standard error one by one, and each arrival moves
 // the clock, so a test sees at which bases a scan looks at it.
 
+#include <algorithm>
 #include <cstddef>
 #include <ctime>
 #include <string>
@@ -132,6 +133,20 @@ TEST_F(Progress, is_silent_while_no_line_is_due) {
     search(sequence.search);
     EXPECT_EQ(standard_error.received(), "");
   }
+}
+
+// The last base that may seed a unit of one is base 255 of 257, and of two that of 258.
+TEST_F(Progress, is_not_asked_for_behind_the_last_base_that_may_seed) {
+  const auto lines_of = [&](std::size_t length, const auto& search) {
+    const std::string lines = progress_of(length, search);
+    return std::count(lines.begin(), lines.end(), '\n');
+  };
+  EXPECT_EQ(lines_of(257, search_exact), 3);
+  EXPECT_EQ(lines_of(257, search_imperfect), 3);
+  EXPECT_EQ(lines_of(258, search_exact), 4);
+  EXPECT_EQ(lines_of(258, search_imperfect), 4);
+  EXPECT_EQ(lines_of(259, search_exact), 5);
+  EXPECT_EQ(lines_of(259, search_imperfect), 5);
 }
 
 // Base 0 is an N, so the first base at which the clock is looked at is 256.

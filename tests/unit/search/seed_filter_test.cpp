@@ -12,7 +12,7 @@
 #include <vector>
 
 #include "support/kernel/vector_targets.h"
-#include "support/random_dna.h"
+#include "unit/search/hard_text.h"
 #include "unit/search/searched_sequence.h"
 
 namespace quorix::testing {
@@ -24,18 +24,6 @@ const std::vector<std::uint64_t> kLengths{1,  2,  3,  5,  6,   7,   8,   12,  17
 
 class SeedFilter : public CSearchSettings {
  protected:
-  /// Noise, arrays of short and of long units with a few edits, and gaps.
-  static std::string hard_text() {
-    RandomEngine engine(71);
-    std::string text = draw_letters(engine, 1500, "ACGT");
-    for (const std::size_t longest : {6U, 20U, 40U, 120U, 300U}) {
-      const std::string noise = draw_letters(engine, 100, "ACGT");
-      text += draw_array(engine, 400, longest, 9) + noise;
-    }
-    const std::string noise = draw_letters(engine, 900, "AACGT");
-    return text + "NNN" + draw_array(engine, 900, 850, 2) + noise;
-  }
-
   /// Seeds that the filter lets through, unit length by unit length.
   static std::vector<std::uint64_t> seed_counts(SeedUse use,
                                                 const std::vector<std::uint64_t>& lengths) {
@@ -135,6 +123,35 @@ TEST_F(SeedFilter, lets_few_seeds_through_with_high_penalties) {
                                                 291, 334, 256, 42,  0,   0,   0,   0,   0,   0}))
         << target;
   });
+}
+
+TEST_F(SeedFilter, finds_seeds_of_as_many_unit_lengths_at_once_as_find_room) {
+  EXPECT_EQ(CSeedFilter::lag_units_at_once(2), 512U);
+  EXPECT_EQ(CSeedFilter::lag_units_at_once(625'000), 512U);
+  EXPECT_EQ(CSeedFilter::lag_units_at_once(625'001), 511U);
+  EXPECT_EQ(CSeedFilter::lag_units_at_once(26'666'666), 12U);
+  EXPECT_EQ(CSeedFilter::lag_units_at_once(26'666'667), 11U);
+  EXPECT_EQ(CSeedFilter::lag_units_at_once(64'000'000), 5U);
+  EXPECT_EQ(CSeedFilter::lag_units_at_once(64'000'001), 4U);
+  EXPECT_EQ(CSeedFilter::lag_units_at_once(4'000'000'000), 4U);
+}
+
+TEST_F(SeedFilter, finds_seeds_by_their_lags_once_for_512_unit_lengths) {
+  search_units_from_to(1, 800);
+  CSearchedSequence sequence(text());
+  CSeedFilter filter = filter_of(sequence, SeedUse::kGrowOverEdits);
+  const auto tables_with = [&](std::uint64_t unit_length) {
+    (void)filter.seeds(unit_length);
+    return filter.work().lags.tables;
+  };
+  const std::uint64_t tables = tables_with(100);
+  EXPECT_GT(tables, 0U);
+  EXPECT_EQ(tables_with(611), tables);
+  EXPECT_EQ(tables_with(100), tables);
+  EXPECT_GT(tables_with(612), tables);
+  const std::uint64_t more_tables = filter.work().lags.tables;
+  EXPECT_EQ(tables_with(750), more_tables);
+  EXPECT_GT(tables_with(611), more_tables);
 }
 
 TEST_F(SeedFilter, remembers_what_it_told_of_a_seed) {

@@ -24,7 +24,7 @@ std::int64_t draw_number(RandomEngine& engine, std::size_t first, std::size_t la
 
 std::uint32_t may_reach(const Batch& batch, std::uint32_t asked, std::int64_t min_score) {
   const CBases bases(batch.text);
-  const CBatchBound bound;
+  CBatchBound bound;
   return bound.may_reach(
       bases.at(static_cast<std::size_t>(batch.first)), batch.unit_length, asked,
       {bases.begin(), bases.end(), batch.mismatch_penalty, batch.indel_penalty, batch.is_N_neutral},
@@ -221,6 +221,39 @@ TEST(BatchBound, needs_few_bases_around_its_seeds) {
     // 16 or 32 seeds read one base after the other.
     EXPECT_TRUE(needed_behind == 7 + 15 || needed_behind == 7 + 31) << target << needed_behind;
   });
+}
+
+/// What it takes to give up a seed in the middle of an array that is longer than it is followed:
+/// the rows to the right, and the first two to the left.
+BoundWork work_along_an_array(std::size_t unit_length) {
+  RandomEngine engine(35);
+  Batch batch = lone_units(static_cast<std::int64_t>(unit_length), 10);
+  batch.text = repeated(draw_letters(engine, unit_length, "ACGT"), 20'000 / unit_length);
+  batch.first = 10'000;
+  const CBases bases(batch.text);
+  CBatchBound bound;
+  EXPECT_EQ(bound.may_reach(bases.at(10'000), batch.unit_length, 1,
+                            {bases.begin(), bases.end(), 1000, 1000, false}, 9'000),
+            1U);
+  return bound.work();
+}
+
+TEST(BatchBound, follows_short_units_less_far_than_others) {
+  for_each_vector_target([](const char* target) {
+    EXPECT_EQ(work_along_an_array(28).rows, 1023U + 2) << target;
+    EXPECT_EQ(work_along_an_array(29).rows, 8191U + 2) << target;
+  });
+}
+
+TEST(BatchBound, fits_units_of_up_to_30000_bases) {
+  for (const std::size_t unit_length : {30'000U, 30'001U}) {
+    const std::string text(unit_length + 40, 'A');
+    CBatchBound bound;
+    EXPECT_EQ(bound.may_reach(text.data(), static_cast<std::int64_t>(unit_length), 1,
+                              {text.data(), text.data() + text.size(), 6, 6, false}, 9),
+              1U);
+    EXPECT_EQ(bound.work().tables, unit_length == 30'000 ? 2U : 0U);
+  }
 }
 
 TEST(BatchBound, lets_all_through_that_are_there_already) {

@@ -57,6 +57,15 @@ TEST(BitSet, is_clear_at_first) {
   expect_equal(CBitSet(), Bools());
 }
 
+TEST(BitSet, has_one_spare_word_and_no_more) {
+  for (const std::uint64_t size : {0U, 1U, 63U, 64U, 65U, 127U, 128U, 1000U}) {
+    CBitSet bits(size);
+    EXPECT_EQ(bits.words().size(), size / 64 + 2) << size;
+    bits.reset(size + 64);
+    EXPECT_EQ(bits.words().size(), size / 64 + 3) << size;
+  }
+}
+
 TEST(BitSet, sets_single_bits) {
   for (const std::size_t size : kSizes) {
     for (std::size_t i = 0; i < size; ++i) {

@@ -231,6 +231,23 @@ TEST(ChainBound, leaves_seeds_out_that_were_left_out_before) {
   EXPECT_GT(both, 0);
 }
 
+TEST(ChainBound, follows_chains_no_farther_than_the_longest_state) {
+  RandomEngine engine(36);
+  for (int round = 0; round < 300; ++round) {
+    const ChainRule rule = draw_rule(engine);
+    const ChainStates states(rule, rule.edits_to_follow());
+    std::ptrdiff_t most_bases = 0;
+    std::size_t followed = 0;
+    for (std::size_t s = 0; s < states.count; ++s) {
+      most_bases = std::max(most_bases, states.states[s].end_bases);
+      followed += states.states[s].is_followed ? 1 : 0;
+    }
+    EXPECT_EQ(states.most_bases, most_bases);
+    EXPECT_EQ(states.followed_count, followed);
+    EXPECT_LE(most_bases, kMostChainBases);
+  }
+}
+
 TEST(ChainBound, follows_the_fewer_edits_the_shorter_the_unit) {
   const auto edits = [](std::int64_t unit_length, std::int64_t mismatch, std::int64_t indel) {
     return ChainRule{unit_length, 12, mismatch, indel, true}.edits_to_follow();

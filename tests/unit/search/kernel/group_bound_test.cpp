@@ -7,10 +7,12 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
+#include <map>
 #include <string>
 #include <utility>
 #include <vector>
 
+#include "support/kernel/plain_group_value.h"
 #include "support/kernel/plain_score_paths.h"
 #include "support/kernel/vector_targets.h"
 #include "support/random_dna.h"
@@ -151,6 +153,60 @@ Group homopolymer_group(std::uint64_t asked) {
           6,
           6,
           true};
+}
+
+TEST(GroupBound, is_the_highest_value_of_its_tables) {
+  RandomEngine engine(43);
+  int compared = 0;
+  for (int round = 0; round < 120; ++round) {
+    const Group group = draw_group(engine);
+    if (group.asked == 0) continue;
+    const PlainGroup plain{group.text,
+                           group.first,
+                           group.unit_length,
+                           group.asked,
+                           group.mismatch_penalty,
+                           group.indel_penalty,
+                           group.is_N_neutral};
+    // Wide vectors look some letters ahead.
+    const std::optional<std::int64_t> highest =
+        plain_group_score(plain, 3 * group.unit_length + CGroupBound::kShortestUnit - 70);
+    if (!highest || *highest < 1) continue;
+    ++compared;
+    for_each_vector_target([&](const char* target) {
+      EXPECT_TRUE(may_reach(group, *highest)) << target << " round " << round;
+      EXPECT_FALSE(may_reach(group, *highest + 1)) << target << " round " << round;
+    });
+  }
+  EXPECT_GT(compared, 60);
+}
+
+// Rows are whole vectors, so each width of them has its count. It was read off the bound.
+TEST(GroupBound, fills_few_cells) {
+  const std::map<std::string, std::uint64_t> cells_by_target{{"AVX3", 1'258'784},
+                                                             {"AVX2", 941'824},
+                                                             {"SSE4", 771'904},
+                                                             {"SSSE3", 771'904},
+                                                             {"SSE2", 771'904}};
+  for_each_vector_target([&](const std::string& target) {
+    RandomEngine engine(44);
+    std::uint64_t cells = 0;
+    for (int round = 0; round < 60; ++round) {
+      const Group group = draw_group(engine);
+      const CBases bases(group.text);
+      CGroupBound bound;
+      (void)bound.may_reach(bases.at(static_cast<std::size_t>(group.first)), group.unit_length,
+                            group.asked,
+                            {bases.begin(), bases.end(), group.mismatch_penalty,
+                             group.indel_penalty, group.is_N_neutral},
+                            90);
+      cells += bound.work().cells;
+    }
+    const auto expected = cells_by_target.find(target);
+    if (expected != cells_by_target.end()) {
+      EXPECT_EQ(cells, expected->second) << target;
+    }
+  });
 }
 
 TEST(GroupBound, adds_up_both_sides) {

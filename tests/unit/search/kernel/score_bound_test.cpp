@@ -22,7 +22,7 @@ namespace {
 bool may_reach(const Growth& growth, std::int64_t min_score) {
   const CBases bases(growth.text);
   const auto at = [&](std::int64_t offset) { return bases.at(static_cast<std::size_t>(offset)); };
-  const CScoreBound bound;
+  CScoreBound bound;
   return bound.may_reach({at(growth.start), at(growth.end), at(growth.unit_begin),
                           at(growth.unit_end), growth.right_phase, growth.left_phase, growth.score},
                          {bases.begin(), bases.end(), growth.mismatch_penalty, growth.indel_penalty,
@@ -196,6 +196,58 @@ TEST(ScoreBound, lets_through_what_is_too_large_for_the_table) {
   EXPECT_TRUE(may_reach(growth, 100'000));
 }
 
+/// What it takes to bound `growth`.
+BoundWork work_of(const Growth& growth, std::int64_t min_score) {
+  const CBases bases(growth.text);
+  const auto at = [&](std::int64_t offset) { return bases.at(static_cast<std::size_t>(offset)); };
+  CScoreBound bound;
+  (void)bound.may_reach({at(growth.start), at(growth.end), at(growth.unit_begin),
+                         at(growth.unit_end), growth.right_phase, growth.left_phase, growth.score},
+                        {bases.begin(), bases.end(), growth.mismatch_penalty, growth.indel_penalty,
+                         growth.is_N_neutral},
+                        min_score);
+  return bound.work();
+}
+
+/// Cells of a row of the tables of a seed, 0 if there is no table.
+std::uint64_t lanes_for(std::int64_t unit_length, std::int64_t indel_penalty, std::int64_t score,
+                        std::int64_t min_score) {
+  Growth growth = lone_unit(static_cast<std::size_t>(unit_length), 3000);
+  growth.indel_penalty = indel_penalty;
+  growth.score = score;
+  const BoundWork work = work_of(growth, min_score);
+  return work.rows == 0 ? 0 : work.cells / work.rows;
+}
+
+TEST(ScoreBound, has_as_many_lanes_as_paths_can_reach) {
+  // The reach is (score + unit length) * 3 / (2 * penalty) + 3.
+  EXPECT_EQ(lanes_for(8, 6, 0, 50), 16U);
+  EXPECT_EQ(lanes_for(55, 6, 0, 50), 16U);
+  EXPECT_EQ(lanes_for(56, 6, 0, 50), 32U);
+  EXPECT_EQ(lanes_for(119, 6, 0, 50), 32U);
+  EXPECT_EQ(lanes_for(120, 6, 0, 50), 64U);
+  EXPECT_EQ(lanes_for(247, 6, 0, 50), 64U);
+  EXPECT_EQ(lanes_for(248, 6, 0, 50), 128U);
+  EXPECT_EQ(lanes_for(503, 6, 0, 50), 128U);
+  EXPECT_EQ(lanes_for(504, 6, 0, 50), 256U);
+  EXPECT_EQ(lanes_for(1015, 6, 0, 50), 256U);
+  EXPECT_EQ(lanes_for(1016, 6, 0, 50), 0U);
+  EXPECT_EQ(lanes_for(1000, 6, 15, 50), 256U);
+  EXPECT_EQ(lanes_for(1000, 6, 16, 50), 0U);
+}
+
+TEST(ScoreBound, has_narrow_values_where_they_have_room) {
+  EXPECT_EQ(lanes_for(50, 6, 0, 205), 16U);
+  EXPECT_EQ(lanes_for(50, 6, 0, 206), 32U);
+}
+
+TEST(ScoreBound, takes_values_of_up_to_60000) {
+  EXPECT_EQ(lanes_for(1000, 1000, 59'000, 59'001), 128U);
+  EXPECT_EQ(lanes_for(1000, 1000, 59'001, 59'002), 0U);
+  EXPECT_EQ(lanes_for(4096, 1000, 0, 9), 32U);
+  EXPECT_EQ(lanes_for(4097, 1000, 0, 9), 0U);
+}
+
 // Its rows read more bases than the seed itself lives through; not more than they have to.
 TEST(ScoreBound, needs_few_bases_around_a_seed) {
   for_each_vector_target([](const char* target) {
@@ -239,6 +291,8 @@ TEST(ScoreBound, lets_through_what_lives_longer_than_it_is_followed) {
     growth.unit_begin = growth.start = is_rightward ? 6000 : 11'000;
     growth.unit_end = growth.end = growth.start + 50;
     EXPECT_TRUE(may_reach(growth, 5000));
+    // To the left it is followed after a short way to the right.
+    EXPECT_EQ(work_of(growth, 5000).rows, is_rightward ? 8191U : 8191U + 2);
   }
 }
 

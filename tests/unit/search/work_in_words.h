@@ -1,0 +1,85 @@
+#pragma once
+
+/// @file
+/// Counts of work as text, to be compared as a whole: a test that fails shows all of them.
+
+#include <cstdint>
+#include <initializer_list>
+#include <string>
+#include <utility>
+
+#include "search/search_controller.h"
+
+namespace quorix::testing {
+
+using NamedCounts = std::initializer_list<std::pair<const char*, std::uint64_t>>;
+
+/// "TITLE name count, name count", of what is not zero.
+inline std::string in_words(const std::string& title, const NamedCounts& counts) {
+  std::string words = title;
+  char before = ' ';
+  for (const auto& [name, count] : counts) {
+    if (count == 0) continue;
+    if (before == ',') words += ',';
+    words += std::string(" ") + name + " " + std::to_string(count);
+    before = ',';
+  }
+  return words + "\n";
+}
+
+inline std::string in_words(const std::string& title, const BoundWork& work) {
+  return in_words(title, {{"tables", work.tables}, {"rows", work.rows}, {"cells", work.cells}});
+}
+
+inline std::string in_words(const LookAheadWork& work) {
+  return in_words("look-ahead:", {{"calls", work.calls},
+                                  {"all paths", work.all_paths},
+                                  {"windows", work.windows},
+                                  {"wavefronts", work.wavefronts},
+                                  {"states", work.states},
+                                  {"walks", work.walks},
+                                  {"runs of N's", work.runs_of_Ns}});
+}
+
+inline std::string in_words(const EditMemoWork& work) {
+  return in_words("memo:", {{"hits", work.hits},
+                            {"misses", work.misses},
+                            {"stored", work.stored},
+                            {"moved", work.moved}});
+}
+
+inline std::string in_words(const GrowthPathsWork& work) {
+  return in_words("paths:", {{"hits", work.hits},
+                             {"misses", work.misses},
+                             {"steps", work.steps},
+                             {"stored", work.stored},
+                             {"forgotten", work.forgotten},
+                             {"placed", work.placed}});
+}
+
+/// What the sieves and bounds have done. Cells of the group bound are left out: a row of it is
+/// whole vectors.
+inline std::string in_words(const SeedFilterWork& work) {
+  return in_words(
+             "runs:",
+             {{"lags", work.lags_made}, {"words", work.runs.words}, {"runs", work.runs.runs}}) +
+         in_words("lag bound:", work.lags) +
+         in_words("asked:",
+                  {{"groups", work.groups}, {"batches", work.batches}, {"singles", work.singles}}) +
+         in_words("group bound:",
+                  {{"tables", work.group_bound.tables}, {"rows", work.group_bound.rows}}) +
+         in_words("batch bound:", work.batch_bound) + in_words("score bound:", work.score_bound);
+}
+
+/// What growth has done; it does not depend on the vectors of the processor as long as the seeds
+/// that are grown do not.
+inline std::string growth_in_words(const CSearchController& search) {
+  return in_words("search:", {{"seeds", search.work().seeds},
+                              {"grown exactly", search.work().grown_exactly},
+                              {"bounded", search.work().bounded},
+                              {"grown", search.work().grown}}) +
+         in_words(search.look_ahead().work()) + in_words(search.edit_memo().work()) +
+         in_words(search.growth_paths().work());
+}
+
+}  // namespace quorix::testing

@@ -32,9 +32,6 @@ HOLES = {
     "lag grid: two points of persistence too many are asked for": [
         (LAG_GRID, "return std::max<std::int64_t>(weights_.reward * unit_length - most_lost, 0);",
          "return std::max<std::int64_t>(weights_.reward * unit_length - most_lost + 2, 0);")],
-    "lag bound: the score on entry lends no persistence": [
-        (LAG_BOUND, "const Vector lent = is_half ? hn::AverageRound(right_gain, zero) : right_gain;",
-         "const Vector lent = is_half ? zero : zero;")],
     "lag bound: no path persists by its N's": [
         (LAG_BOUND, "value = hn::SaturatedAdd(value, hn::And(is_free, reward));",
          "value = hn::SaturatedAdd(value, hn::And(is_match, reward));")],

@@ -40,8 +40,8 @@ bool COutputFile::open(const std::string& filename) {
 
 void COutputFile::use_standard_output() {
   use_shared_standard_output();
-  std::FILE* const stream = open_descriptor_stream(&descriptor_);
-  if (stream != nullptr) stream_ = stream;
+  std::FILE* const own_stream = open_descriptor_stream(&descriptor_);
+  if (own_stream != nullptr) stream_ = own_stream;
 }
 
 void COutputFile::use_shared_standard_output() {

@@ -48,8 +48,8 @@ fastvector<Edit> Csat::edits() const {
 }
 
 double Csat::percentagePerfection() const {
-  const std::int64_t edits = mismatches + insertions + deletions;
-  std::int64_t matched = normalized_length() - edits;
+  const std::int64_t edit_count = mismatches + insertions + deletions;
+  std::int64_t matched = normalized_length() - edit_count;
   std::int64_t counted = normalized_length();
   switch (global_N_and_perfection_mode) {
     case kNAsMismatch:

@@ -91,10 +91,10 @@ const CBitSet& CSeedFilter::lag_seeds(std::uint64_t unit_length) {
       lag_seeds_.emplace_back(length - u);
     }
     first_lag_unit_ = unit_length;
-    const BoundWork work = find_lag_seeds(text_, length, rules, lag_seeds_);
-    work_.lags.tables += work.tables;
-    work_.lags.rows += work.rows;
-    work_.lags.cells += work.cells;
+    const BoundWork done = find_lag_seeds(text_, length, rules, lag_seeds_);
+    work_.lags.tables += done.tables;
+    work_.lags.rows += done.rows;
+    work_.lags.cells += done.cells;
   }
   return lag_seeds_[unit_length - first_lag_unit_];
 }
@@ -116,9 +116,9 @@ const CBitSet& CSeedFilter::seeds(std::uint64_t unit_length) {
   seeds_.reset(planes_.length() - unit_length);
   if (has_runs) {
     lags_.move_to(unit_length, rule.least_run < rule.sure_run);
-    const RunWork work = find_run_seeds(lags_, rule, seeds_);
-    work_.runs.words += work.words;
-    work_.runs.runs += work.runs;
+    const RunWork done = find_run_seeds(lags_, rule, seeds_);
+    work_.runs.words += done.words;
+    work_.runs.runs += done.runs;
   } else {
     seeds_.set_range(0, seeds_.size());
   }

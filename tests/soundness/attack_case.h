@@ -23,8 +23,8 @@ struct AttackCase {
 };
 
 /// Draws a case, writes its rules into the settings, and makes the vector code choose the
-/// instructions of one of `targets`. The same seed gives the same case on every processor, but for
-/// that choice.
+/// instructions of one of `targets`. With one compiler the same seed gives the same case on every
+/// processor, but for that choice.
 AttackCase draw_attack_case(std::uint64_t seed, const std::vector<std::int64_t>& targets);
 
 }  // namespace quorix::testing

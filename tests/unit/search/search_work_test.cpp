@@ -106,20 +106,22 @@ TEST_F(SearchWork, of_long_units) {
 
 TEST_F(SearchWork, of_long_units_beside_an_array_of_short_ones) {
   RandomEngine engine(5);
-  const std::string text = draw_letters(engine, 700, "ACGT") + draw_array(engine, 1200, 12, 12) +
-                           draw_letters(engine, 700, "ACGT");
+  // One after the other: compilers differ in which side of a sum they draw first.
+  std::string text = draw_letters(engine, 700, "ACGT");
+  text += draw_array(engine, 1200, 12, 12);
+  text += draw_letters(engine, 700, "ACGT");
   search_units_from_to(120, 360);
   expect_work(text, search_imperfect,
-              "search: seeds 75611\n"
+              "search: seeds 79255\n"
               "look-ahead:\n"
               "memo:\n"
               "paths:\n",
               "runs:\n"
               "lag bound: tables 4, rows 12094, cells 3096064\n"
-              "asked: groups 1347, batches 122, singles 35\n"
-              "group bound: tables 2694, rows 823943\n"
-              "batch bound: tables 244, rows 32047, cells 804428\n"
-              "score bound: tables 70, rows 16428, cells 1915456\n");
+              "asked: groups 1399, batches 114, singles 25\n"
+              "group bound: tables 2798, rows 865473\n"
+              "batch bound: tables 230, rows 28760, cells 622722\n"
+              "score bound: tables 50, rows 5799, cells 371136\n");
 }
 
 TEST_F(SearchWork, of_units_too_long_for_the_lag_bound) {

@@ -43,17 +43,10 @@ int for_each_vector_target(const Check& check) {
   return static_cast<int>(vector_targets().size());
 }
 
-/// As above, for those with vectors of at least 32 bytes, by their names. How much work the bounds
-/// do is the same on these; narrower vectors take two tables for a batch of seeds.
-template <class Check>
-int for_each_wide_vector_target(const Check& check) {
-  int count = 0;
-  for_each_vector_target([&](const std::string& target) {
-    if (target.rfind("AVX", 0) != 0) return;
-    check(target);
-    ++count;
-  });
-  return count;
+/// True for the kinds with vectors of 32 bytes or more, by their name. How much work the bounds do
+/// is the same on these; narrower vectors take two tables for a batch of seeds.
+inline bool has_wide_vectors(const std::string& target) {
+  return target.starts_with("AVX");
 }
 
 /// As above, for a processor without vector instructions.

@@ -17,18 +17,23 @@ namespace {
 
 class SearchWork : public CSearchSettings {
  protected:
-  /// Searches `text` with the instructions of each kind of processor with wide vectors, and expects
-  /// the counts to be the same everywhere.
+  /// Searches `text` with the instructions of each kind of processor with vectors, and expects the
+  /// counts to be the same everywhere. Narrow vectors stop earlier at the ends of a text, so that
+  /// only what the sieves leave is the same with them.
   template <class Search>
   static void expect_work(const std::string& text, const Search& search, const std::string& growth,
                           const std::string& filter) {
-    const int targets = for_each_wide_vector_target([&](const std::string& target) {
+    const std::string seeds = growth.substr(0, growth.find_first_of(",\n"));
+    const int targets = for_each_vector_target([&](const std::string& target) {
       CSearchedSequence sequence(text);
       search(sequence.search);
-      EXPECT_EQ(growth_in_words(sequence.search), growth) << target;
+      const std::string done = growth_in_words(sequence.search);
+      EXPECT_EQ(done.substr(0, done.find_first_of(",\n")), seeds) << target;
+      if (!has_wide_vectors(target)) return;
+      EXPECT_EQ(done, growth) << target;
       EXPECT_EQ(in_words(sequence.search.last_seed_filter()->work()), filter) << target;
     });
-    if (targets == 0) GTEST_SKIP() << "this processor has narrower vectors";
+    EXPECT_GT(targets, 0);
   }
 
   static void search_imperfect(CSearchController& search) {

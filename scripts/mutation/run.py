@@ -260,7 +260,7 @@ def main():
     parser.add_argument("--folders", type=lambda names: names.split(","), default=FOLDERS,
                         help="draw of these alone, such as src/search")
     parser.add_argument("--jobs", type=int, default=os.cpu_count() or 1)
-    parser.add_argument("--nice", type=int, default=10, help="how far behind everything else to run")
+    parser.add_argument("--nice", type=int, default=10, help="priority: how much is left to everything else")
     parser.add_argument("--files", type=lambda names: names.split(","), default=[],
                         help="draw of these alone, such as edit_memo,kept_way")
     parser.add_argument("--each-file", action="store_true",

@@ -19,7 +19,7 @@ constexpr const char* kHoldsSequences =
     "it.";
 constexpr const char* kIsInUse = "It is locked: another run is writing to it.";
 constexpr const char* kHowManyNames =
-    "Name one input file and, behind it, at most one report file. Of more names none is taken.\n";
+    "Name one input file and, after it, at most one report file. Of more names none is taken.\n";
 
 void say_about_file(const char* before, const std::string& filename, const char* after) {
   general_PrintMessage(stderr, before, "\n   \"", double_percent_signs(filename), "\"\n");
@@ -86,7 +86,7 @@ int claim_masked_copy(COutputFile& masked, Missing missing) {
 }
 
 /// Opens and locks the outputs while they still hold what they held. Those that exist come first,
-/// so that a refusal leaves no new empty file behind.
+/// so that a refusal leaves no new empty file.
 int claim_outputs(RunFiles& files) {
   for (const Missing missing : {Missing::kLeave, Missing::kCreate}) {
     if (!global_output_filename.empty()) {

@@ -139,7 +139,7 @@ class CGrowthPaths {
     std::int32_t score;                  ///< with which it was come to
     std::int32_t height;                 ///< score above that of the root
     std::int32_t lowest;                 ///< height of the stops before `jump`, this one included
-    std::int32_t highest;                ///< height of those behind this one, up to `jump`
+    std::int32_t highest;                ///< height of those after this one, up to `jump`
     std::uint64_t next : kIdBits;        ///< means nothing at the root
     std::uint64_t jump : kIdBits;        ///< farther on; the root itself at the root
     std::uint64_t highest_at : kIdBits;  ///< the first of those that are `highest`

@@ -17,7 +17,7 @@
 /// - The verdict on a seed depends on text, unit length and settings, and on nothing that a search
 ///   does meanwhile, so it may be remembered for good. Which bases are open only decides which
 ///   neighbours are worth a verdict. The settings must not change while a filter lives.
-/// - Bits of `seeds` stand for bases with a base behind the unit, so neighbours that are set have
+/// - Bits of `seeds` stand for bases with a base after the unit, so neighbours that are set have
 ///   their units in the text. Units with an N among them get a verdict that means nothing; nobody
 ///   may ask for it.
 /// - The sieve by lags serves several unit lengths at a time, up to `kLongestLagUnit` and the

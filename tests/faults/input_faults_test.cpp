@@ -66,7 +66,7 @@ TEST(FailedRead, names_the_line) {
   log.expect_no_findings(search_modes().size() * 32);
 }
 
-// A file that another program cuts behind the reader must not pass for a whole one.
+// A file that another program cuts after the place of the reader must not pass for a whole one.
 TEST(EarlyEnd, is_no_end_of_the_input) {
   CPointLog log("inputs that end early");
   for (const RunShape& shape : three_file_shapes())

@@ -24,10 +24,10 @@ struct PathRules {
   std::int64_t indel_penalty;
   PathEdits edits;
   std::size_t max_edits;
-  std::size_t max_bases;  ///< no edit is made behind so many
+  std::size_t max_bases;  ///< no edit is made after so many
 };
 
-/// The bases behind a copy of a unit, and the best score on the way.
+/// The bases after a copy of a unit, and the best score on the way.
 struct FloorPath {
   std::string bases;
   std::int64_t best_score;

@@ -3,8 +3,8 @@
 /// @file
 /// One bit for each position of a text, in 64-bit words.
 ///
-/// Bits behind the last one are clear and one word is spare: who writes `words()` keeps that. With
-/// it a search for a clear bit ends, and the word behind that of any position may be read.
+/// Bits after the last one are clear and one word is spare: who writes `words()` keeps that. With
+/// it a search for a clear bit ends, and the word after that of any position may be read.
 
 #include <bit>
 #include <cassert>

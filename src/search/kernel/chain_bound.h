@@ -26,7 +26,7 @@
 /// - Where a state is let through (`ChainState::end_bases`) no state before it is still followed:
 /// an
 ///   edit never lowers the matches that let a chain through, since it costs at least what one edit
-///   less to come takes off. So no chain arrives behind the end of a state, where none is looked
+///   less to come takes off. So no chain arrives after the end of a state, where none is looked
 ///   for.
 /// - The last edits followed are safe to stop at: a chain that makes one edit more has, before it,
 ///   matches enough for `matches_let_through` of the state with the most edits.

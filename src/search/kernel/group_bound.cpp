@@ -123,7 +123,7 @@ class CGroupRows {
 
   [[nodiscard]] bool has_room_for(const Range& range, std::ptrdiff_t row) const {
     if (range.is_empty()) return true;
-    // Behind its last state a vector has dead ones, for which there are spare lanes and letters.
+    // After its last state a vector has dead ones, for which there are spare lanes and letters.
     const std::ptrdiff_t most_letters =
         (row + 1) / 2 + std::max(range.high - kMiddle, kMiddle - range.low) + 1;
     return range.low >= 2 && range.high + 2 < kMostGroupLanes &&

@@ -17,7 +17,7 @@
 ///   is character (i - k) modulo the unit length of its unit. The units of both overlap: where i
 ///   modulo the unit length is k or more, that is the base that the first seed has there as well;
 ///   otherwise it lies one unit length farther on, since the later seed has not wrapped yet. As k
-///   is below `kSeeds`, the first `kSeeds` - 1 characters of each copy behind the first one are
+///   is below `kSeeds`, the first `kSeeds` - 1 characters of each copy after the first one are
 ///   compared with both bases, which only raises scores. This asks for units of `kSeeds` - 1
 ///   characters at the least: in shorter ones a seed could wrap twice between two wraps of another.
 ///   `kShortestUnit` is longer to keep the bound sharp: of a unit of 64, 63 characters would be

@@ -6,7 +6,7 @@
 /// While the extension to the right compares base x with unit character c, its lag is x - c. A seed
 /// of unit length L begins at lag L; a match or mismatch keeps the lag, an insertion makes it one
 /// longer and a deletion one shorter. So up to the end of the first unit copy the extensions of all
-/// seeds go through one grid of bases and lags, whatever their unit lengths. Behind that copy the
+/// seeds go through one grid of bases and lags, whatever their unit lengths. After that copy the
 /// grid compares a base with a text position that is no unit character: what it has there only adds
 /// paths.
 ///
@@ -19,12 +19,13 @@
 ///   and the cost of the weights.
 ///
 /// What it promises: a seed is rejected only if its gains add up to less than the minimum score and
-/// neither side persists, that is, has the persistence that a path needs to live on behind the
+/// neither side persists, that is, has the persistence that a path needs to live on after the
 /// first copy. Every path of the score bound is looked at, so this holds for the extension, too.
 /// Below, L is the unit length, S the score on entry (0 to the right, the best score to the right
 /// to the left), m and g are the penalties of mismatches and indels, q the smaller one.
 ///
-/// 1. Who lives on behind the copy has used L characters: L - u of them with a reward, and u with a
+/// 1. A path that lives on after the copy has used L characters: L - u of them with a reward, and u
+/// with a
 ///    mismatch or deletion. With v insertions, an edit leaves a score above -L, so (q + 1) u + g v
 ///    <= S + 2 L - 1: each of the u costs a match as well. The persistence is r L - (r + c) u - c
 ///    v, so it is least if all edits are of one kind, and with S = 0 at least r L - max((r + c) (2
@@ -34,7 +35,7 @@
 /// 2. The best score to the right bounds S, and a higher gain than `kHighestGain` is let through,
 ///    so S is that at most. Hence g times the indels is S + 2 L - 1 at most, and lags farther than
 ///    that many indels from L are never used, see `most_indels`. The grid has all lags of its unit
-///    lengths but those below 1: within a copy, a base lies behind its character. Beside its lanes
+///    lengths but those below 1: within a copy, a base lies after its character. Beside its lanes
 ///    all values are 0, which is what a path has that ends there. So a lag without a lane cuts
 ///    paths off, and must not be one of those.
 /// 3. Gains are cut off at L, the matches of a copy. Persistences are cut off at what the path
@@ -83,7 +84,7 @@ struct LagBoundRules {
 
 /// Sets in `seeds[i]` the bit of each base p of [text, text + length), 0-based, at which a unit of
 /// length `first_unit_length + i` may seed a repeat of the minimum score. Bits of units with an N
-/// mean nothing. `seeds[i]` has to have a bit for each p with a base behind the unit; a minimum
+/// mean nothing. `seeds[i]` has to have a bit for each p with a base after the unit; a minimum
 /// score of 0 or less sets them all. REQUIRES: `can_lag_bound_refute`, last unit length < length.
 /// Returns the work done, with one table for each direction and segment. Throws: std::bad_alloc.
 BoundWork find_lag_seeds(const char* text, std::uint64_t length, const LagBoundRules& rules,

@@ -59,7 +59,7 @@ RunWork for_each_run(const CBitSet& bits, std::uint64_t least, Candidates candid
 ///
 /// A run of `half_` bases or more has `told_` at its beginning. A shorter one lacks `half_` or
 /// more, so the run one edit off that is asked for has `told_`, which is no more than `half_` and
-/// than L - 1. On the right it begins up to `half_` bases behind the beginning of the short one; on
+/// than L - 1. On the right it begins up to `half_` bases after the beginning of the short one; on
 /// the left its last `told_` bases begin `told_` or `told_` + 1 bases before it. These are two or
 /// three neighbouring words, so `half_` and `told_` + 1 are less than 64.
 class CChainSieve {

@@ -25,7 +25,7 @@
 ///
 /// The run at the boundary is read off the text, not off the unit: inside it both are the same,
 /// since each base equals the one L before, up to the unit itself. N's that may stand for any base
-/// would break that, as the base L behind an N is held against the N there and against the unit by
+/// would break that, as the base L after an N is held against the N there and against the unit by
 /// the extension. So where one lies in the run or the unit before it, every seed is let through. An
 /// N that an extension reads beyond the run equals every base at each lag, which only lengthens
 /// runs. N's that stand for none end a run, so none lies in it.

@@ -73,7 +73,7 @@ class CPlainGroupTable {
                   'c');
   }
 
-  /// Units of seeds behind the first one wrap later.
+  /// Units of seeds after the first one wrap later.
   [[nodiscard]] bool is_match(char read, std::int64_t i) const {
     const std::int64_t offset = i % group_.unit_length;
     const bool is_wrapping = i >= group_.unit_length && offset < kSeeds - 1;

@@ -46,7 +46,7 @@ TEST_F(FailedRun, with_three_file_names_has_an_input_without_a_name) {
   EXPECT_EQ(testing::told_after_banner(result.err),
             "Sorry! The input file \n   \"\"\n"
             "could not be opened. I guess it does not exist.\n"
-            "Name one input file and, behind it, at most one report file. Of more names none is "
+            "Name one input file and, after it, at most one report file. Of more names none is "
             "taken.\n" +
                 testing::aborted_with(-101));
   EXPECT_FALSE(folder_.has("report.txt"));

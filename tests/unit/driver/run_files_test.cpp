@@ -55,7 +55,7 @@ TEST_F(RunFilesOpening, names_an_empty_input_name_as_it_is) {
   EXPECT_EQ(opened(),
             "-101 Sorry! The input file \n   \"\"\n"
             "could not be opened. I guess it does not exist.\n"
-            "Name one input file and, behind it, at most one report file. Of more names none is "
+            "Name one input file and, after it, at most one report file. Of more names none is "
             "taken.\n"
             "\nAnalysis has been aborted due to errors. Error number: -101\n\n");
 }

@@ -18,7 +18,7 @@ using testing::draw_chance;
 using testing::RandomEngine;
 
 /// Copies of `unit`, of which 12 % of the bases are replaced, inserted or left out.
-std::string worn_array(const std::string& unit, std::size_t length) {
+std::string diverged_array(const std::string& unit, std::size_t length) {
   RandomEngine random(1);
   std::string bases;
   for (std::size_t i = 0; bases.size() < length; ++i) {
@@ -54,7 +54,7 @@ class EditMemory : public testing::CSearchSettings {
 };
 
 TEST_F(EditMemory, is_a_small_part_of_what_the_edits_of_a_long_array_are) {
-  CSearchedSequence sequence(worn_array("ATTCT", 4'000));
+  CSearchedSequence sequence(diverged_array("ATTCT", 4'000));
   sequence.search.complete_imperfect_search(nullptr);
   const std::list<Csat*>& repeats = sequence.search.imperfect_sat_list.sat_list;
   const std::size_t edits = edits_of(repeats);
@@ -65,7 +65,7 @@ TEST_F(EditMemory, is_a_small_part_of_what_the_edits_of_a_long_array_are) {
 
 TEST_F(EditMemory, is_as_small_where_exact_repeats_are_extended) {
   const CRecordedStandardError silent;
-  CSearchedSequence sequence(worn_array("AC", 4'000));
+  CSearchedSequence sequence(diverged_array("AC", 4'000));
   sequence.search.search_exact_and_extend_to_imperfect_repeats();
   const std::list<Csat*>& repeats = sequence.search.imperfect_sat_list.sat_list;
   const std::size_t edits = edits_of(repeats);
@@ -77,7 +77,7 @@ TEST_F(EditMemory, is_as_small_where_exact_repeats_are_extended) {
 
 TEST_F(EditMemory, is_not_kept_by_the_records_of_the_pool) {
   {
-    CSearchedSequence sequence(worn_array("ATTCT", 1'000));
+    CSearchedSequence sequence(diverged_array("ATTCT", 1'000));
     sequence.search.complete_imperfect_search(nullptr);
     ASSERT_GT(edits_of(sequence.search.imperfect_sat_list.sat_list), 1'000U);
   }

@@ -261,7 +261,7 @@ TEST(GrowthPaths, are_right_and_of_use_again_when_there_was_no_room_for_more) {
             "1569792\n");
 }
 
-/// Notes `count` stops as one way, each one base and no point behind the one before.
+/// Notes `count` stops as one way, each one base and no point after the one before.
 void note_way(CGrowthPaths& paths, const CLand& land, std::uint64_t unit_code, std::size_t count) {
   paths.begin_way();
   for (std::size_t place = 0; place < count; ++place) {

@@ -41,7 +41,7 @@ TEST_F(LeastFreeScore, is_above_every_score_if_a_path_may_make_any_number_of_edi
 
 using PathCache = testing::CSearchSettings;
 
-// The array has an edit every four bases, more than are kept. The extensions behind the first one
+// The array has an edit every four bases, more than are kept. The extensions after the first one
 // begin with nothing kept, and follow each other near the end of the text.
 TEST_F(PathCache, without_room_gives_the_extensions_of_a_fresh_search) {
   set_penalties(-2, -2);

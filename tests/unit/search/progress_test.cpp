@@ -136,7 +136,7 @@ TEST_F(Progress, is_silent_while_no_line_is_due) {
 }
 
 // The last base that may seed a unit of one is base 255 of 257, and of two that of 258.
-TEST_F(Progress, is_not_asked_for_behind_the_last_base_that_may_seed) {
+TEST_F(Progress, is_not_asked_for_after_the_last_base_that_may_seed) {
   const auto lines_of = [&](std::size_t length, const auto& search) {
     const std::string lines = progress_of(length, search);
     return std::count(lines.begin(), lines.end(), '\n');

@@ -101,7 +101,7 @@ TEST(PosixSource, of_a_file_that_is_cut_meanwhile_fails_at_the_new_end) {
   }
 }
 
-TEST(PosixSource, of_a_file_that_is_cut_behind_the_last_byte_read_is_at_its_end) {
+TEST(PosixSource, of_a_file_that_is_cut_after_the_last_byte_read_is_at_its_end) {
   const CTemporaryFolder folder;
   const std::string path = folder.file_of("bytes", ">on");
   const auto source = open_posix_source(path);

@@ -10,12 +10,12 @@
 #include <vector>
 
 #include "micro/bench_support.h"
-#include "search/kernel/base_planes.h"
-#include "search/kernel/batch_bound.h"
-#include "search/kernel/bit_set.h"
-#include "search/kernel/lag_bound.h"
-#include "search/kernel/run_seeds.h"
-#include "search/kernel/score_bound.h"
+#include "search/bits/base_planes.h"
+#include "search/bits/bit_set.h"
+#include "search/filter/batch_bound.h"
+#include "search/filter/lag_sieve.h"
+#include "search/filter/run_sieve.h"
+#include "search/filter/single_bound.h"
 
 namespace quorix::bench {
 namespace {

@@ -8,12 +8,12 @@
 #include <list>
 #include <string>
 
-#include "driver/run_clock.h"
+#include "console/run_clock.h"
 #include "micro/bench_support.h"
 #include "report/csat.h"
 #include "report/sat_pool.h"
-#include "search/direction.h"
-#include "search/look_ahead.h"
+#include "search/extension/direction.h"
+#include "search/extension/look_ahead.h"
 #include "search/sat_container.h"
 #include "search/search_controller.h"
 #include "support/test_record.h"

@@ -27,14 +27,15 @@ VECTOR_FLAGS = (["-march=haswell", "-maes", "-mpclmul", "-ffp-contract=off",
 PROPERTY = {"RC_PARAMS": "seed=20261121 max_success=200"}
 
 # What can see a mutant, the quickest first: program, arguments, environment.
-KERNEL = ("unit/search/kernel/quorix_kernel_test", [], {})
+FILTER = ("unit/search/quorix_filter_test", [], {})
 SEARCH = ("unit/search/quorix_search_test", [], {})
 SEQUENCE = ("unit/sequence/quorix_sequence_test", [], {})
 REPORT = ("unit/report/quorix_report_test", [], {})
 DRIVER = ("unit/driver/quorix_driver_test", [], {})
+CONSOLE = ("unit/console/quorix_console_test", [], {})
 SETTINGS = ("unit/settings/quorix_settings_test", [], {})
 RANDOM = ("differential/quorix_random_test", ["--cases=6000", "--seed=1"], {})
-FILTER = ("differential/quorix_seed_filter_test", ["--cases=600", "--seed=1"], {})
+LEFT_SEEDS = ("differential/quorix_seed_filter_test", ["--cases=600", "--seed=1"], {})
 READER = ("differential/quorix_reader_test", [], {})
 LOOK_AHEAD = ("differential/quorix_look_ahead_test", [], {})
 GROWTH = ("differential/quorix_long_growth_test", ["--cases=250", "--seed=1"], {})
@@ -42,15 +43,17 @@ OLDER = ("differential/quorix_older_searches_test", [], {})
 EXHAUSTIVE = ("differential/quorix_exhaustive_test", [], {})
 LAWS = ("property/quorix_property_test", [], PROPERTY)
 TESTS = {
-    "src/search/kernel": [KERNEL, SEARCH, FILTER, RANDOM],
-    "src/search": [SEARCH, LOOK_AHEAD, RANDOM, FILTER, KERNEL, GROWTH, OLDER],
-    "src/sequence": [SEQUENCE, READER, DRIVER, KERNEL, SEARCH],
+    "src/search/bits": [FILTER, SEARCH, LEFT_SEEDS, RANDOM],
+    "src/search/filter": [FILTER, SEARCH, LEFT_SEEDS, RANDOM],
+    "src/search": [SEARCH, LOOK_AHEAD, RANDOM, LEFT_SEEDS, FILTER, GROWTH, OLDER],
+    "src/sequence": [SEQUENCE, READER, DRIVER, FILTER, SEARCH],
     "src/report": [REPORT, SEARCH, RANDOM, DRIVER],
+    "src/console": [CONSOLE, DRIVER],
     "src/settings": [SETTINGS, DRIVER],
-    "src/driver": [DRIVER, SETTINGS],
+    "src/driver": [DRIVER],
 }
 # What is seen from outside of the program alone: the end-to-end cases are run, too.
-OUTER_ROOMS = ("src/settings", "src/driver")
+OUTER_ROOMS = ("src/settings", "src/console", "src/driver")
 # What only those that are left over are shown to.
 SLOW_TESTS = [("differential/quorix_random_test", ["--cases=60000", "--seed=2"], {}), LAWS,
               EXHAUSTIVE]

@@ -1,8 +1,8 @@
 #include <cstdio>
 #include <new>
 
-#include "driver/console_texts.h"
-#include "driver/exit_status.h"
+#include "console/console_texts.h"
+#include "console/exit_status.h"
 #include "driver/run.h"
 #include "driver/standard_descriptors.h"
 

@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
-#include "driver/console_texts.h"
-#include "driver/run_clock.h"
+#include "console/console_texts.h"
+#include "console/run_clock.h"
 #include "search/search_controller.h"
 #include "settings/settings.h"
 

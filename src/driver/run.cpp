@@ -3,15 +3,15 @@
 #include <cstdint>
 #include <string>
 
-#include "driver/clock.h"
-#include "driver/console_texts.h"
-#include "driver/exit_status.h"
+#include "console/clock.h"
+#include "console/console_texts.h"
+#include "console/exit_status.h"
+#include "console/run_clock.h"
+#include "driver/command_line.h"
+#include "driver/parameter_report.h"
 #include "driver/record_analysis.h"
-#include "driver/run_clock.h"
 #include "driver/run_files.h"
 #include "sequence/sequence_mol.h"
-#include "settings/command_line.h"
-#include "settings/parameter_report.h"
 #include "settings/settings.h"
 
 namespace quorix {

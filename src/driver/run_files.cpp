@@ -3,8 +3,8 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include "driver/console_texts.h"
-#include "driver/exit_status.h"
+#include "console/console_texts.h"
+#include "console/exit_status.h"
 #include "driver/file_identity.h"
 #include "driver/old_content.h"
 #include "settings/settings.h"

@@ -30,12 +30,12 @@
 
 #include "report/csat.h"
 #include "report/packed_edits.h"
-#include "search/edit_memo.h"
-#include "search/growth_paths.h"
-#include "search/kernel/score_bound.h"
-#include "search/look_ahead.h"
+#include "search/extension/edit_memo.h"
+#include "search/extension/growth_paths.h"
+#include "search/extension/look_ahead.h"
+#include "search/filter/seed_filter.h"
+#include "search/filter/single_bound.h"
 #include "search/sat_container.h"
-#include "search/seed_filter.h"
 #include "search/thresholds.h"
 #include "sequence/sequence_mol.h"
 
@@ -205,7 +205,7 @@ class CSearchController {
   /// same block, so that no record keeps one that is as large as its edits once were.
   void pack_edits(Csat& sat);
 
-  /// See search/seed_scan.h.
+  /// See search/scan/seed_scan.h.
   template <class Visit>
   void for_each_seed(std::uint64_t unit_length, const CAnchorSeq& anchors, SeedUse use,
                      const Visit& visit);

@@ -4,7 +4,7 @@
 /// The settings of a run.
 ///
 /// They are process-wide: `init_param` gives them their defaults, the command line
-/// (`settings/command_line.h`) overwrites and checks them once, and from then on every room
+/// (`driver/command_line.h`) overwrites and checks them once, and from then on every room
 /// only reads them. A test may set them directly before it builds what reads them.
 ///
 /// Lengths are in bp; sequences are numbered from 1 in file order, both ends of a range

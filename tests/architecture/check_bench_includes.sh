@@ -15,7 +15,7 @@ readonly rows='
 macro/generate.cpp   macro/generated_fasta.h
 macro/read_only.cpp  sequence/*
 macro/stopwatch.cpp  sys/* unistd.h
-micro/*              sequence/* report/* search/* settings/* driver/run_clock.h micro/*
+micro/*              sequence/* report/* search/* settings/* console/run_clock.h micro/*
 micro/*              support/memory_source.h support/memory_stream.h support/test_record.h
 shapes/*             macro/generated_fasta.h shapes/*
 micro/*              benchmark/benchmark.h

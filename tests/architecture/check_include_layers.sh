@@ -11,15 +11,14 @@ shopt -s globstar nullglob
 # The layers: their number, the layers that they may include from, and their files as patterns. A
 # file belongs to the first layer that has a pattern for it.
 readonly layers='
-7  78654321 driver/main.cpp
-3  31       driver/clock.* driver/run_clock.* driver/console_texts.* driver/exit_status.h
-7  78654321 driver/**
-8  8        search/kernel/**
-6  865321   search/**
-5  521      report/**
-1  1        settings/settings.* settings/number_text.*
-4  431      settings/**
+7  7654321b driver/main.cpp
+6  654321b  driver/**
+b  b        search/bits/**
+5  54321b   search/**
+4  421      report/**
+3  31       console/**
 2  2        sequence/**
+1  1        settings/**
 '
 
 # Headers with a '/' or a '.h' in angle brackets: the system's, for every file, and those of other
@@ -27,12 +26,12 @@ readonly layers='
 # is the standard library.
 readonly system_headers='fcntl.h sys/file.h sys/stat.h unistd.h'
 readonly third_party_headers='
-tclap/  settings/command_line.cpp
-hwy/    search/kernel/batch_bound.cpp
-hwy/    search/kernel/chain_bound.cpp
-hwy/    search/kernel/group_bound.cpp
-hwy/    search/kernel/lag_bound.cpp
-hwy/    search/kernel/score_bound.cpp
+tclap/  driver/command_line.cpp
+hwy/    search/filter/batch_bound.cpp
+hwy/    search/filter/chain_sieve.cpp
+hwy/    search/filter/group_bound.cpp
+hwy/    search/filter/lag_sieve.cpp
+hwy/    search/filter/single_bound.cpp
 '
 
 declare -A layer_of=()    # file -> number

@@ -73,31 +73,29 @@ expect_bench_finding micro/report_bench.cpp '#include <gtest/gtest.h>' \
   '"gtest/gtest.h" may not be included here'
 
 # One include against the picture for each layer that has one above it or beside it.
-expect_include_finding settings/settings.cpp '#include "driver/clock.h"' \
-  'layer 1 may not include "driver/clock.h" of layer 3'
+expect_include_finding settings/settings.cpp '#include "console/clock.h"' \
+  'layer 1 may not include "console/clock.h" of layer 3'
 expect_include_finding sequence/file.h '#include "settings/settings.h"' \
   'layer 2 may not include "settings/settings.h" of layer 1'
-expect_include_finding driver/console_texts.h '#include "settings/command_line.h"' \
-  'layer 3 may not include "settings/command_line.h" of layer 4'
-expect_include_finding settings/command_line.h '#include "sequence/file.h"' \
-  'layer 4 may not include "sequence/file.h" of layer 2'
-expect_include_finding report/csat.cpp '#include "driver/clock.h"' \
-  'layer 5 may not include "driver/clock.h" of layer 3'
-expect_include_finding search/score.h '  #  include "settings/command_line.h"' \
-  'layer 6 may not include "settings/command_line.h" of layer 4'
-expect_include_finding search/score.h '#include "driver/run.h"' \
-  'layer 6 may not include "driver/run.h" of layer 7'
+expect_include_finding console/console_texts.h '#include "driver/command_line.h"' \
+  'layer 3 may not include "driver/command_line.h" of layer 6'
+expect_include_finding report/csat.cpp '#include "console/clock.h"' \
+  'layer 4 may not include "console/clock.h" of layer 3'
+expect_include_finding search/score.h '  #  include "driver/command_line.h"' \
+  'layer 5 may not include "driver/command_line.h" of layer 6'
+expect_include_finding driver/run.h '#include "driver/main.cpp"' \
+  'layer 6 may not include "driver/main.cpp" of layer 7'
 
-expect_include_finding search/kernel/bit_set.h '#include "search/score.h"' \
-  'layer 8 may not include "search/score.h" of layer 6'
-expect_include_finding search/kernel/run_seeds.cpp '#include "settings/settings.h"' \
-  'layer 8 may not include "settings/settings.h" of layer 1'
-expect_include_finding search/kernel/run_seeds.cpp '#include <hwy/highway.h>' \
+expect_include_finding search/bits/bit_set.h '#include "search/score.h"' \
+  'layer b may not include "search/score.h" of layer 5'
+expect_include_finding search/bits/base_planes.cpp '#include "settings/settings.h"' \
+  'layer b may not include "settings/settings.h" of layer 1'
+expect_include_finding search/filter/run_sieve.cpp '#include <hwy/highway.h>' \
   '<hwy/highway.h> may not be included here'
 
 expect_include_finding driver/run.cpp '#include "exit_status.h"' \
   '"exit_status.h" is no file written from the source folder'
-expect_include_finding driver/run.cpp '#include "driver/../driver/clock.h"' \
+expect_include_finding driver/run.cpp '#include "driver/../console/clock.h"' \
   'is no file written from the source folder'
 expect_include_finding driver/run.cpp '#include <tclap/CmdLine.h>' \
   '<tclap/CmdLine.h> may not be included here'
@@ -109,8 +107,8 @@ expect_include_finding sequence/faststring.h '#include "sequence/dna_string.h"' 
 expect_include_finding search/score.h '#include "search/score.h"' 'these files include each other'
 fresh_copy
 plant search/score.h '#include "search/thresholds.h"'
-plant search/thresholds.h '#include "search/direction.h"'
-plant search/direction.h '#include "search/score.h"'
+plant search/thresholds.h '#include "search/extension/direction.h"'
+plant search/extension/direction.h '#include "search/score.h"'
 expect_finding 'these files include each other' check_include_layers.sh "$copy"
 
 fresh_copy

@@ -1,6 +1,6 @@
 // The look-ahead, and the edit that it chooses, against the plain recursion over all edits.
 
-#include "search/look_ahead.h"
+#include "search/extension/look_ahead.h"
 
 #include <gtest/gtest.h>
 
@@ -8,7 +8,7 @@
 #include <string>
 
 #include "reference/plain_look_ahead.h"
-#include "search/direction.h"
+#include "search/extension/direction.h"
 #include "settings/settings.h"
 #include "support/default_settings.h"
 #include "support/random_dna.h"

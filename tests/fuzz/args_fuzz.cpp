@@ -19,10 +19,10 @@
 #include <type_traits>
 #include <vector>
 
-#include "driver/exit_status.h"
+#include "console/exit_status.h"
+#include "driver/command_line.h"
 #include "fuzz/argument_words.h"
 #include "fuzz/harness.h"
-#include "settings/command_line.h"
 #include "settings/settings.h"
 
 namespace quorix::fuzz {

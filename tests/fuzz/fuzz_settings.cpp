@@ -2,10 +2,10 @@
 
 #include <limits>
 
-#include "driver/exit_status.h"
+#include "console/exit_status.h"
+#include "driver/settings_check.h"
 #include "search/search_controller.h"
 #include "settings/settings.h"
-#include "settings/settings_check.h"
 
 namespace quorix::fuzz {
 

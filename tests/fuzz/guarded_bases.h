@@ -7,8 +7,8 @@
 
 #include <string>
 
+#include "support/filter/vector_targets.h"
 #include "support/guarded_text.h"
-#include "support/kernel/vector_targets.h"
 
 namespace quorix::fuzz {
 

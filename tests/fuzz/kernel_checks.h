@@ -8,37 +8,37 @@
 
 namespace quorix::fuzz {
 
-/// search/kernel/match_run.h
+/// search/bits/match_run.h
 void check_match_runs(CFuzzInput& input);
 
 /// `copy_bases` of sequence/base_letters.h
 void check_copied_bases(CFuzzInput& input);
 
-/// search/kernel/bit_set.h, over a series of operations
+/// search/bits/bit_set.h, over a series of operations
 void check_bit_set(CFuzzInput& input);
 
-/// search/kernel/base_planes.h
+/// search/bits/base_planes.h
 void check_base_planes(CFuzzInput& input);
 
-/// search/match_window.h
+/// search/bits/match_window.h
 void check_match_window(CFuzzInput& input);
 
-/// search/kernel/run_seeds.h
+/// search/filter/run_sieve.h
 void check_run_seeds(CFuzzInput& input);
 
-/// search/kernel/lag_bound.h and lag_grid.h
+/// search/filter/lag_sieve.h and lag_grid.h
 void check_lag_bound(CFuzzInput& input);
 
-/// search/kernel/score_bound.h
+/// search/filter/single_bound.h
 void check_score_bound(CFuzzInput& input);
 
-/// search/kernel/batch_bound.h
+/// search/filter/batch_bound.h
 void check_batch_bound(CFuzzInput& input);
 
-/// search/kernel/chain_bound.h: no seed is refuted that a path can take to the minimum score
+/// search/filter/chain_sieve.h: no seed is refuted that a path can take to the minimum score
 void check_chain_bound(CFuzzInput& input);
 
-/// search/kernel/group_bound.h, likewise
+/// search/filter/group_bound.h, likewise
 void check_group_bound(CFuzzInput& input);
 
 }  // namespace quorix::fuzz

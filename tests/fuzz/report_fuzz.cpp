@@ -12,7 +12,8 @@
 #include <tuple>
 #include <vector>
 
-#include "driver/console_texts.h"
+#include "console/console_texts.h"
+#include "driver/parameter_report.h"
 #include "fuzz/fuzz_input.h"
 #include "fuzz/fuzz_settings.h"
 #include "fuzz/harness.h"
@@ -20,7 +21,6 @@
 #include "reference/plain_report.h"
 #include "reference/plain_unit_forms.h"
 #include "search/search_controller.h"
-#include "settings/parameter_report.h"
 #include "settings/settings.h"
 #include "support/memory_stream.h"
 #include "support/report_reader.h"

@@ -3,10 +3,10 @@
 
 #include <string>
 
+#include "driver/parameter_report.h"
 #include "fuzz/fuzz_input.h"
 #include "fuzz/fuzz_settings.h"
 #include "fuzz/harness.h"
-#include "settings/parameter_report.h"
 #include "support/engine_comparison.h"
 #include "support/memory_stream.h"
 

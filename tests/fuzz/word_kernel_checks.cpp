@@ -8,15 +8,15 @@
 #include "fuzz/guarded_bases.h"
 #include "fuzz/harness.h"
 #include "fuzz/kernel_checks.h"
-#include "search/kernel/base_planes.h"
-#include "search/kernel/bit_set.h"
-#include "search/kernel/match_run.h"
-#include "search/kernel/run_seeds.h"
-#include "search/match_window.h"
+#include "search/bits/base_planes.h"
+#include "search/bits/bit_set.h"
+#include "search/bits/match_run.h"
+#include "search/bits/match_window.h"
+#include "search/filter/run_sieve.h"
 #include "sequence/base_letters.h"
-#include "support/kernel/plain_match_rows.h"
-#include "support/kernel/plain_matches.h"
-#include "support/kernel/plain_run_seeds.h"
+#include "support/filter/plain_match_rows.h"
+#include "support/filter/plain_matches.h"
+#include "support/filter/plain_run_sieve.h"
 
 namespace quorix::fuzz {
 

@@ -10,9 +10,9 @@
 #include <string>
 #include <vector>
 
+#include "driver/command_line.h"
 #include "reference/plain_engine.h"
 #include "reference/plain_fasta.h"
-#include "settings/command_line.h"
 #include "settings/settings.h"
 
 namespace {

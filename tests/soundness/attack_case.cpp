@@ -3,10 +3,10 @@
 #include <algorithm>
 #include <cstddef>
 
-#include "search/kernel/lag_grid.h"
+#include "search/filter/lag_grid.h"
 #include "settings/settings.h"
 #include "soundness/floor_path.h"
-#include "support/kernel/vector_targets.h"
+#include "support/filter/vector_targets.h"
 #include "support/random_dna.h"
 
 namespace quorix::testing {

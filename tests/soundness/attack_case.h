@@ -16,7 +16,7 @@ struct AttackCase {
   /// Seeds are looked at from base `first_seed` up to, but not including, `seed_end`, 0-based.
   std::uint64_t first_seed;
   std::uint64_t seed_end;
-  std::int64_t target;  ///< of the vector code, see support/kernel/vector_targets.h
+  std::int64_t target;  ///< of the vector code, see support/filter/vector_targets.h
 
   /// The rules of scoring as a command line has them.
   [[nodiscard]] std::string option_text() const;

@@ -9,15 +9,15 @@
 #include <utility>
 #include <vector>
 
-#include "search/kernel/base_planes.h"
-#include "search/kernel/batch_bound.h"
-#include "search/kernel/chain_bound.h"
-#include "search/kernel/group_bound.h"
-#include "search/kernel/lag_bound.h"
-#include "search/kernel/score_bound.h"
+#include "search/bits/base_planes.h"
+#include "search/filter/batch_bound.h"
+#include "search/filter/chain_sieve.h"
+#include "search/filter/group_bound.h"
+#include "search/filter/lag_sieve.h"
+#include "search/filter/seed_filter.h"
+#include "search/filter/single_bound.h"
 #include "search/score.h"
 #include "search/search_controller.h"
-#include "search/seed_filter.h"
 #include "search/thresholds.h"
 #include "settings/settings.h"
 #include "soundness/extended_seeds.h"

@@ -4,15 +4,15 @@ A hole is a name and a list of changes, each a file of src/search, a text that s
 what it becomes. Some bounds reject nothing without vectors, so that their holes show only with them.
 """
 
-LAG_GRID = "kernel/lag_grid.cpp"
-LAG_BOUND = "kernel/lag_bound.cpp"
-BATCH = "kernel/batch_bound.cpp"
-SCORE = "kernel/score_bound.cpp"
-GROUP = "kernel/group_bound.cpp"
-CHAIN_STATES = "kernel/chain_states.cpp"
-CHAIN = "kernel/chain_bound.cpp"
-RUNS = "kernel/run_seeds.cpp"
-FILTER = "seed_filter.cpp"
+LAG_GRID = "filter/lag_grid.cpp"
+LAG_BOUND = "filter/lag_sieve.cpp"
+BATCH = "filter/batch_bound.cpp"
+SCORE = "filter/single_bound.cpp"
+GROUP = "filter/group_bound.cpp"
+CHAIN_STATES = "filter/chain_states.cpp"
+CHAIN = "filter/chain_sieve.cpp"
+RUNS = "filter/run_sieve.cpp"
+FILTER = "filter/seed_filter.cpp"
 
 HOLES = {
     "lag grid: an even lowest lag is rounded up": [

@@ -15,13 +15,13 @@
 #include <string_view>
 #include <vector>
 
-#include "search/edit_memo.h"
+#include "search/extension/edit_memo.h"
 #include "soundness/attack_case.h"
 #include "soundness/cached_extension.h"
 #include "soundness/filter_questions.h"
 #include "support/case_arguments.h"
 #include "support/default_settings.h"
-#include "support/kernel/vector_targets.h"
+#include "support/filter/vector_targets.h"
 
 namespace quorix::testing {
 namespace {

@@ -1,6 +1,6 @@
 #include "support/fake_clock.h"
 
-#include "driver/clock.h"
+#include "console/clock.h"
 
 namespace quorix {
 

@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
+#include "driver/command_line.h"
 #include "search/search_controller.h"
-#include "settings/command_line.h"
 
 namespace quorix::testing {
 

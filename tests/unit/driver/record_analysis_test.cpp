@@ -5,13 +5,13 @@
 #include <string>
 #include <string_view>
 
-#include "driver/run_clock.h"
+#include "console/run_clock.h"
 #include "settings/settings.h"
+#include "support/captured_process.h"
 #include "support/default_settings.h"
 #include "support/fake_clock.h"
 #include "support/memory_stream.h"
 #include "support/test_record.h"
-#include "unit/settings/captured_process.h"
 
 namespace quorix {
 namespace {

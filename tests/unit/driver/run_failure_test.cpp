@@ -9,7 +9,7 @@
 #include <new>
 #include <string>
 
-#include "driver/exit_status.h"
+#include "console/exit_status.h"
 #include "driver/run.h"
 #include "unit/driver/run_folder.h"
 #include "unit/driver/run_texts.h"

@@ -4,10 +4,10 @@
 
 #include <string>
 
-#include "driver/exit_status.h"
+#include "console/exit_status.h"
 #include "settings/settings.h"
+#include "support/captured_process.h"
 #include "unit/driver/run_folder.h"
-#include "unit/settings/captured_process.h"
 
 namespace quorix {
 namespace {

@@ -16,8 +16,8 @@
 #include <vector>
 
 #include "driver/run.h"
+#include "support/captured_process.h"
 #include "support/default_settings.h"
-#include "unit/settings/captured_process.h"
 
 namespace quorix::testing {
 

@@ -8,7 +8,7 @@
 #include <cstdlib>
 #include <string>
 
-#include "driver/run_clock.h"
+#include "console/run_clock.h"
 #include "settings/settings.h"
 #include "support/fake_clock.h"
 #include "unit/driver/run_folder.h"

@@ -10,7 +10,7 @@
 #include <initializer_list>
 #include <string>
 
-#include "unit/settings/captured_process.h"
+#include "support/captured_process.h"
 
 namespace quorix {
 namespace {

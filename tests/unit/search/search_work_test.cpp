@@ -6,7 +6,7 @@
 
 #include <string>
 
-#include "support/kernel/vector_targets.h"
+#include "support/filter/vector_targets.h"
 #include "support/random_dna.h"
 #include "unit/search/hard_text.h"
 #include "unit/search/searched_sequence.h"

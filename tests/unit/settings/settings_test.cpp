@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "support/default_settings.h"
-#include "unit/settings/settings_snapshot.h"
+#include "support/settings_snapshot.h"
 
 namespace quorix {
 namespace {

@@ -1,0 +1,137 @@
+#include "console/console_texts.h"
+
+#include <cstddef>
+
+#include "console/clock.h"
+#include "console/run_clock.h"
+#include "settings/number_text.h"
+#include "settings/settings.h"
+
+namespace quorix {
+
+namespace {
+
+constexpr std::size_t kWrittenBlockSize = 4096;
+
+/// The pieces joined, with "%%" made "%". One write for all but the longest texts, since standard
+/// error is unbuffered. It takes no memory: that there is none left has to be told as well, and
+/// behind the mark of success nothing may fail any more.
+void write_pieces(std::FILE* stream, std::string_view first, std::string_view second,
+                  std::string_view third, std::string_view fourth) {
+  char block[kWrittenBlockSize];
+  std::size_t length = 0;
+  for (const std::string_view piece : {first, second, third, fourth}) {
+    for (std::size_t i = 0; i < piece.size(); ++i) {
+      if (length == kWrittenBlockSize) {
+        std::fwrite(block, 1, length, stream);
+        length = 0;
+      }
+      block[length++] = piece[i];
+      if (piece.substr(i, 2) == "%%") ++i;
+    }
+  }
+  std::fwrite(block, 1, length, stream);
+}
+
+}  // namespace
+
+void PrintMessage(std::FILE* stream, std::string_view first, std::string_view second,
+                  std::string_view third, std::string_view fourth) {
+  write_pieces(stream, first, second, third, fourth);
+}
+
+void general_PrintMessage(std::FILE* stream, std::string_view first, std::string_view second,
+                          std::string_view third, std::string_view fourth) {
+  if (stream == stderr) {
+    write_pieces(stream, first, second, third, fourth);
+  } else {
+    PrintMessage(stream, first, second, third, fourth);
+  }
+}
+
+std::string double_percent_signs(std::string_view text) {
+  std::string doubled;
+  doubled.reserve(text.size());
+  for (const char character : text) {
+    doubled += character;
+    if (character == '%') doubled += '%';
+  }
+  return doubled;
+}
+
+void quorix_welcome(std::FILE* stream) {
+  general_PrintMessage(stream,
+                       "\n\n      Welcome to Quorix, version 3.3.2b,\n"
+                       "      a microsatellite and satellite search tool.\n"
+                       "\n      Important note: The search mode: Search for repeats with\n"
+                       "                      a minimum percentage perfection is not\n"
+                       "                      fully implemented in this version.\n\n\n");
+}
+
+void creator_message(std::FILE* stream, const char* prefix) {
+  general_PrintMessage(stream, prefix, "Results computed with:\n", prefix,
+                       "   Quorix, version 3.3.2b\n");
+}
+
+void report_status(std::uint64_t sequence_number, const char* sequence_name,
+                   std::uint64_t unit_length, char /*mode*/) {
+  const long long seconds = static_cast<long long>(current_time() - time_analysis_started);
+  std::fprintf(stderr, "%.2lld.%.2lld.%.2lld - # %3llu - %4llubp - %.70s\n", seconds / 3600,
+               seconds % 3600 / 60, seconds % 60, static_cast<unsigned long long>(sequence_number),
+               static_cast<unsigned long long>(unit_length), sequence_name);
+  std::fflush(stderr);
+}
+
+void print_output_format(std::FILE* stream, const char* prefix) {
+  int column = 0;
+  const auto print_column = [&](const char* meaning) {
+    std::fprintf(stream, "%sColumn %2d: %s\n", prefix, ++column, meaning);
+  };
+
+  std::fprintf(stream, "%s\n%sColumns in lines of output providing repeat information:\n", prefix,
+               prefix);
+  print_column("Repeat unit length");
+  print_column("Position at which repeat starts in current sequence");
+  print_column("Position at which repeat ends in current sequence");
+  print_column("Length of repeat in original sequence, i.e. (end-start+1)");
+  print_column("Normalized repeat length, i.e. (end-start+1-insertions+deletions)");
+  print_column("Repeat score");
+  print_column("Repeat perfection");
+  if (global_print_sat_mode == kFormatExtendedQuorix) {
+    print_column("Number of mismatches");
+    print_column("Number of insertions");
+    print_column("Number of deletions");
+    if (!global_treat_Ns_as_missense) print_column("Number of N's");
+  }
+  print_column("Repeat unit");
+  std::fprintf(stream, "%s\n", prefix);
+}
+
+void print_progress_head() {
+  general_PrintMessage(stderr,
+                       "\n\nSearch progress:\n\nTime     - SeqNr - PatLen - Seq-Name\n"
+                       "------------------------------------"
+                       "------------------------------------\n");
+  std::fflush(stderr);
+}
+
+void good_bye_on_error(int code) {
+  if (code < -1) {
+    general_PrintMessage(stderr, "\nAnalysis has been aborted due to errors. Error number: ",
+                         number2str(code), "\n\n");
+  } else if (code == -1) {
+    general_PrintMessage(stderr, "\n\n");
+  } else if (code > 0) {
+    general_PrintMessage(stderr, "\nAnalysis has been stopped by the user.\n\n");
+  }
+  std::fflush(stderr);
+}
+
+void good_bye(std::FILE* report) {
+  general_PrintMessage(report, "## Finished successfully. ##\n");
+  general_PrintMessage(stderr, "\nAnalysis finished successfully.\n\n");
+  general_PrintMessage(stderr, "Quorix says goodbye.\n\n");
+  std::fflush(stderr);
+}
+
+}  // namespace quorix

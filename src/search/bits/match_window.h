@@ -1,0 +1,103 @@
+#pragma once
+
+/// @file
+/// The bases beyond an edge, held against a unit at many drifts at once.
+///
+/// A path of the look-ahead that has made as many insertions as deletions meets the unit characters
+/// in step with the bases; each insertion more lets it meet them one base later. So there is one
+/// row of matches for every drift, the insertions less the deletions, and a walk along matches is a
+/// run of ones in a row. A row is one word, found from the letters by a few word operations.
+
+#include <algorithm>
+#include <bit>
+#include <cassert>
+#include <cstddef>
+#include <cstdint>
+
+#include "search/bits/byte_bits.h"
+
+namespace quorix {
+
+class CMatchWindow {
+ public:
+  /// Bases that a window holds at the most.
+  static constexpr std::int64_t kMostBases = 48;
+  /// Drifts are bounded by this, so that a row of characters fits in a word.
+  static constexpr std::ptrdiff_t kMostDrift = 8;
+  static_assert(kMostBases + 2 * kMostDrift <= 64);
+
+  /// Holds no base.
+  void clear() { size_ = 0; }
+
+  /// Reads the bases beyond `edge` up to `limit` or the first N, and the unit as it is read on from
+  /// `character`. Holds no base if there is an N in the unit. `Direction` is `Rightward` or
+  /// `Leftward`.
+  template <class Direction>
+  void read(const char* edge, const char* limit, const char* character, const char* unit_begin,
+            const char* unit_end) {
+    size_ = std::min(kMostBases, Direction::bases_beyond(edge, limit));
+    read_bases<Direction>(edge);
+    read_unit<Direction>(character, unit_begin, unit_end);
+    held_ = ~(~std::uint64_t{0} << static_cast<unsigned>(size_));
+  }
+
+  /// Bases held: those at offsets up to it from the edge.
+  [[nodiscard]] std::int64_t size() const { return size_; }
+
+  /// Bit i tells whether base i matches at `drift`; those of bases that are not held are clear.
+  /// REQUIRES: size() != 0, |drift| <= kMostDrift.
+  [[nodiscard]] std::uint64_t row(std::ptrdiff_t drift) const {
+    assert(size_ != 0 && -kMostDrift <= drift && drift <= kMostDrift);
+    const auto shift = static_cast<unsigned>(kMostDrift - drift);
+    return ~((low_ ^ unit_low_ >> shift) | (high_ ^ unit_high_ >> shift)) & held_;
+  }
+
+ private:
+  static constexpr std::int64_t kWordBits = 64;
+
+  template <class Direction>
+  void read_bases(const char* edge) {
+    low_ = high_ = 0;
+    std::int64_t first = 0;
+    for (; first < size_; first += 8) {
+      const std::uint64_t bases =
+          Direction::eight_bases(Direction::edge_beyond(edge, first), size_ - first);
+      low_ |= gather_lowest_bits(bases >> 1U) << static_cast<unsigned>(first);
+      high_ |= gather_lowest_bits(bases >> 2U) << static_cast<unsigned>(first);
+      const std::uint64_t all_Ns = bases & kNBits;
+      if (all_Ns != 0) size_ = std::min(size_, first + std::countr_zero(all_Ns) / 8);
+    }
+  }
+
+  template <class Direction>
+  void read_unit(const char* character, const char* unit_begin, const char* unit_end) {
+    const std::int64_t unit_length = unit_end - unit_begin;
+    // The row of drift 0 begins behind `kMostDrift` characters.
+    character = Direction::character_beyond(character, unit_length - kMostDrift % unit_length,
+                                            unit_begin, unit_end);
+    unit_low_ = unit_high_ = 0;
+    const std::int64_t count = std::min(unit_length, kWordBits);
+    for (unsigned i = 0; i < count; ++i) {
+      const auto letter = static_cast<unsigned char>(*character);
+      if (letter == 'N') size_ = 0;
+      unit_low_ |= std::uint64_t{letter >> 1U & 1U} << i;
+      unit_high_ |= std::uint64_t{letter >> 2U & 1U} << i;
+      character = Direction::next_in_unit(character, unit_begin, unit_end);
+    }
+    for (auto copied = static_cast<unsigned>(count); copied < kWordBits; copied *= 2) {
+      unit_low_ |= unit_low_ << copied;
+      unit_high_ |= unit_high_ << copied;
+    }
+  }
+
+  std::int64_t size_ = 0;
+  std::uint64_t held_ = 0;  ///< a bit for each base that is held
+  // A, C, T and G differ in two bits of their letters: those of the bases, and those of the
+  // characters from `kMostDrift` before the first on.
+  std::uint64_t low_ = 0;
+  std::uint64_t high_ = 0;
+  std::uint64_t unit_low_ = 0;
+  std::uint64_t unit_high_ = 0;
+};
+
+}  // namespace quorix

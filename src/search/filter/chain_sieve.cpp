@@ -1,0 +1,233 @@
+#undef HWY_TARGET_INCLUDE
+#define HWY_TARGET_INCLUDE "search/filter/chain_sieve.cpp"
+#include <hwy/foreach_target.h>  // compiles the rest of this file once for each kind of processor
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+
+#include <hwy/highway.h>
+
+#include "search/filter/chain_sieve.h"
+#include "search/filter/chain_states.h"
+
+HWY_BEFORE_NAMESPACE();
+namespace quorix::HWY_NAMESPACE {
+namespace {
+
+namespace hn = hwy::HWY_NAMESPACE;
+
+/// The seeds at the bases of as many words as a vector has lanes.
+template <bool kHasNs>
+class CChainBlock {
+ public:
+  using Tag = hn::CappedTag<std::uint64_t, kMostChainWords>;
+  using Vector = hn::Vec<Tag>;
+
+  // Large tables, written before they are read.
+  // NOLINTNEXTLINE(cppcoreguidelines-pro-type-member-init)
+  explicit CChainBlock(const ChainStates& states)
+      : states_(states), unit_length_(states.unit_length), most_bases_(states.most_bases) {
+    // Where chains never stop, no seed ever stands.
+    for (std::size_t s = 0; s < states.followed_count; ++s) {
+      for (std::ptrdiff_t bases = 0; bases <= most_bases_; ++bases) {
+        hn::Store(hn::Zero(Tag()), Tag(), stops_[s][bases]);
+      }
+    }
+  }
+
+  /// The bits of the seeds that may live, of those at the bases of `window`.
+  Vector sift(const ChainWindow& window) {
+    shift_planes(window);
+    for (std::ptrdiff_t score = 0; score <= most_bases_; ++score) {
+      hn::Store(hn::Zero(Tag()), Tag(), at_least_[score]);
+    }
+    const Vector let_through = follow<true>();
+    // A chain gains one point at a time, so `at_least_` has each seed at all scores up to its best.
+    return hn::Or(let_through, follow<false>());
+  }
+
+ private:
+  using Words = std::uint64_t[kMostChainWords];
+
+  /// Makes plane o tell of the bases o behind those of the seeds.
+  void shift_planes(const ChainWindow& window) {
+    const Tag d;
+    const auto shift = [&](const std::uint64_t* words, std::ptrdiff_t offset) {
+      const std::ptrdiff_t bit = offset + 64;  // the words begin one before the seeds
+      const std::uint64_t* const from = words + bit / 64;
+      const auto part = static_cast<int>(bit % 64);
+      const Vector upper = hn::ShiftLeftSame(hn::LoadU(d, from + 1), 63 - part);
+      return hn::Or(hn::ShiftRightSame(hn::LoadU(d, from), part), hn::ShiftLeft<1>(upper));
+    };
+    for (std::ptrdiff_t offset = -most_bases_; offset < unit_length_ + most_bases_; ++offset) {
+      const std::ptrdiff_t i = offset + kMostChainBases;
+      hn::Store(shift(window.low, offset), d, low_[i]);
+      hn::Store(shift(window.high, offset), d, high_[i]);
+      if constexpr (kHasNs) hn::Store(shift(window.is_N, offset), d, is_N_[i]);
+    }
+  }
+
+  /// Where the base `bases` behind those read first equals its unit character.
+  template <bool kIsRightward>
+  [[nodiscard]] Vector equal_bases(std::ptrdiff_t bases, std::ptrdiff_t character) const {
+    const Tag d;
+    const std::ptrdiff_t at = kMostChainBases + (kIsRightward ? unit_length_ + bases : -1 - bases);
+    const std::ptrdiff_t unit_at =
+        kMostChainBases + (kIsRightward ? character : unit_length_ - 1 - character);
+    const Vector differs = hn::Or(hn::Xor(hn::Load(d, low_[at]), hn::Load(d, low_[unit_at])),
+                                  hn::Xor(hn::Load(d, high_[at]), hn::Load(d, high_[unit_at])));
+    if constexpr (kHasNs) {
+      const Vector is_N = hn::Load(d, is_N_[at]);
+      if (states_.is_N_neutral) return hn::Or(is_N, hn::Not(differs));
+      return hn::Not(hn::Or(is_N, differs));
+    }
+    return hn::Not(differs);
+  }
+
+  template <bool kIsRightward>
+  void compare_bases() {
+    for (std::ptrdiff_t drift = -states_.most_edits; drift <= states_.most_edits; ++drift) {
+      std::ptrdiff_t bases = std::max<std::ptrdiff_t>(drift, 0);
+      std::ptrdiff_t character = (bases - drift) % unit_length_;
+      for (; bases < most_bases_; ++bases) {
+        hn::Store(equal_bases<kIsRightward>(bases, character), Tag(),
+                  equal_[drift + kMostChainEdits][bases]);
+        if (++character == unit_length_) character = 0;
+      }
+    }
+  }
+
+  /// `bits` of the seeds whose score on entry makes up for `missing` matches.
+  template <bool kIsRightward>
+  [[nodiscard]] Vector of_score(Vector bits, std::ptrdiff_t missing) const {
+    if (missing <= 0) return bits;
+    if (kIsRightward || missing > most_bases_) return hn::Zero(Tag());
+    return hn::And(bits, hn::Load(Tag(), at_least_[missing]));
+  }
+
+  /// The seeds that an edit brings to a state after `bases` bases.
+  [[nodiscard]] Vector arrivals(const ChainState& state, std::ptrdiff_t bases) const {
+    const Tag d;
+    Vector arrived = hn::Zero(d);
+    if (bases > 0 && state.before_mismatch >= 0) {
+      arrived = hn::Or(arrived, hn::Load(d, stops_[state.before_mismatch][bases - 1]));
+    }
+    if (bases > 0 && state.before_insertion >= 0) {
+      arrived = hn::Or(arrived, hn::Load(d, stops_[state.before_insertion][bases - 1]));
+    }
+    if (state.before_deletion >= 0) {
+      arrived = hn::Or(arrived, hn::Load(d, stops_[state.before_deletion][bases]));
+    }
+    return arrived;
+  }
+
+  /// Follows all chains in one direction. Gives the seeds that may live beyond them.
+  template <bool kIsRightward>
+  Vector follow() {
+    const Tag d;
+    compare_bases<kIsRightward>();
+    Vector let_through = hn::Zero(d);
+    for (std::size_t s = 0; s < states_.count; ++s) {
+      const ChainState& state = states_.states[s];
+      const auto& equal = equal_[state.drift + kMostChainEdits];
+      Vector here = s == 0 ? hn::Not(hn::Zero(d)) : hn::Zero(d);
+      std::ptrdiff_t bases = state.fewest_bases;
+      for (; bases < state.end_bases; ++bases) {
+        const std::ptrdiff_t matches = bases - state.fewest_bases;
+        const Vector arrived = arrivals(state, bases);
+        here = hn::Or(here, of_score<kIsRightward>(arrived, state.least_matches - matches));
+        const std::ptrdiff_t score = matches - state.cost;
+        if constexpr (kIsRightward) {
+          if (score > 0) {
+            hn::Store(hn::Or(here, hn::Load(d, at_least_[score])), d, at_least_[score]);
+          }
+        } else {
+          let_through =
+              hn::Or(let_through, of_score<false>(here, state.matches_let_through - matches));
+        }
+        const Vector is_equal = hn::Load(d, equal[bases]);
+        if (state.is_followed) hn::Store(hn::AndNot(is_equal, here), d, stops_[s][bases]);
+        here = hn::And(here, is_equal);
+      }
+      here = hn::Or(
+          here, of_score<kIsRightward>(arrivals(state, bases),
+                                       state.least_matches - state.end_bases + state.fewest_bases));
+      let_through = hn::Or(let_through, here);
+    }
+    return let_through;
+  }
+
+  const ChainStates& states_;
+  std::ptrdiff_t unit_length_;
+  std::ptrdiff_t most_bases_;
+  HWY_ALIGN Words low_[3 * kMostChainBases];
+  HWY_ALIGN Words high_[3 * kMostChainBases];
+  HWY_ALIGN Words is_N_[3 * kMostChainBases];
+  HWY_ALIGN Words equal_[2 * kMostChainEdits + 1][kMostChainBases];
+  HWY_ALIGN Words stops_[kMostFollowedStates][kMostChainBases + 1];
+  HWY_ALIGN Words at_least_[kMostChainBases + 1];  ///< seeds whose rightward score is at least that
+};
+
+/// Copies the words from `first` - 1 on; those outside the text are 0.
+void copy_window(const std::uint64_t* words, std::size_t word_count, std::size_t first,
+                 std::uint64_t* window) {
+  for (std::size_t i = 0; i < ChainWindow::kWords; ++i) {
+    const std::size_t w = first + i;
+    window[i] = w >= 1 && w <= word_count ? words[w - 1] : 0;
+  }
+}
+
+bool has_any(const std::uint64_t* words, std::size_t count) {
+  return std::any_of(words, words + count, [](std::uint64_t word) { return word != 0; });
+}
+
+void sift_words(const ChainPlanes& planes, const ChainStates& states, std::uint64_t* seeds,
+                std::size_t seed_words) {
+  const CChainBlock<false>::Tag d;
+  const std::size_t lanes = hn::Lanes(d);
+  CChainBlock<false> block(states);
+  CChainBlock<true> block_with_Ns(states);
+  ChainWindow window{};
+  HWY_ALIGN std::uint64_t let_through[kMostChainWords];
+  for (std::size_t w = 0; w < seed_words; w += lanes) {
+    const std::size_t count = std::min(lanes, seed_words - w);
+    if (!has_any(seeds + w, count)) continue;
+    copy_window(planes.low, planes.word_count, w, window.low);
+    copy_window(planes.high, planes.word_count, w, window.high);
+    bool is_N_near = false;
+    if (planes.is_N != nullptr) {
+      copy_window(planes.is_N, planes.word_count, w, window.is_N);
+      is_N_near = has_any(window.is_N, ChainWindow::kWords);
+    }
+    hn::Store(is_N_near ? block_with_Ns.sift(window) : block.sift(window), d, let_through);
+    for (std::size_t i = 0; i < count; ++i) seeds[w + i] &= let_through[i];
+  }
+}
+
+}  // namespace
+}  // namespace quorix::HWY_NAMESPACE
+HWY_AFTER_NAMESPACE();
+
+#if HWY_ONCE
+
+namespace quorix {
+
+namespace {
+
+HWY_EXPORT(sift_words);
+
+}  // namespace
+
+void sift_by_chains(const CBasePlanes& planes, const ChainRule& rule, CBitSet& seeds) {
+  const ChainStates states(rule, rule.edits_to_follow());
+  const std::vector<std::uint64_t>& is_N = planes.bits_of_Ns().words();
+  const ChainPlanes words{planes.low_bits().words().data(), planes.high_bits().words().data(),
+                          planes.has_Ns() ? is_N.data() : nullptr, is_N.size()};
+  HWY_DYNAMIC_DISPATCH(sift_words)
+  (words, states, seeds.words().data(), seeds.words().size());
+}
+
+}  // namespace quorix
+
+#endif

@@ -1,0 +1,62 @@
+#pragma once
+
+/// @file
+/// Which seeds can live through a few edits, told for hundreds of neighbouring seeds at once.
+///
+/// Growth is a chain: matches, an edit, matches, an edit. After m mismatches, i insertions and x
+/// deletions over b bases it has made b - m - i matches, whatever their order was. So a state
+/// (m, i, x, b) has one score, and all that a seed can say of it is whether it gets there: one bit,
+/// and the bits of neighbouring seeds form words. With at most two or three edits there are ten or
+/// twenty counts of edits and some twenty bases, each a few word operations.
+///
+/// Sound, since growth takes one of these chains: it may edit only where a base differs, and only
+/// if the score stays above minus the unit length, which says how many matches a state must have. A
+/// seed is let through when a state has the minimum score, or has matches enough to live through
+/// one edit more than are followed here. Growth to the left begins with the best score of growth to
+/// the right; sets of the seeds with at least so much lower what its states must have.
+///
+/// Neutral N's count as matches, which only raises scores, and where they end the extension the
+/// chain merely goes on; others match nothing. What lies beyond the text is read as some base, and
+/// a chain that gets there has told its score before.
+///
+/// What this rests on besides, with m matches and score e on entry:
+///
+/// - The score m + e - cost depends on the state alone, since every match scores 1 and penalties do
+///   not depend on the place.
+/// - Where a state is let through (`ChainState::end_bases`) no state before it is still followed:
+/// an
+///   edit never lowers the matches that let a chain through, since it costs at least what one edit
+///   less to come takes off. So no chain arrives after the end of a state, where none is looked
+///   for.
+/// - The last edits followed are safe to stop at: a chain that makes one edit more has, before it,
+///   matches enough for `matches_let_through` of the state with the most edits.
+/// - A limit of the score reduction only forbids edits.
+/// - Smaller penalties and a smaller minimum score let through more, so they may be capped.
+
+#include <cstdint>
+
+#include "search/bits/base_planes.h"
+#include "search/bits/bit_set.h"
+
+namespace quorix {
+
+/// The seeds of one unit length, and the rules of scoring.
+struct ChainRule {
+  std::int64_t unit_length;       ///< 1 to 32
+  std::int64_t min_score;         ///< 1 or more
+  std::int64_t mismatch_penalty;  ///< 2 or more
+  std::int64_t indel_penalty;     ///< 2 or more
+  bool is_N_neutral;
+
+  /// How many edits have to be followed so that few seeds of random DNA live on; 0 if more than
+  /// can be.
+  [[nodiscard]] int edits_to_follow() const;
+};
+
+/// Clears in `seeds` the bit of each base p at which no unit of the rule's length can seed a repeat
+/// of the minimum score over edits. Bit p stays set at most if it was. What is told of a unit with
+/// an N means nothing. REQUIRES: rule.edits_to_follow() > 0, one bit for each p with a base behind
+/// the unit.
+void sift_by_chains(const CBasePlanes& planes, const ChainRule& rule, CBitSet& seeds);
+
+}  // namespace quorix

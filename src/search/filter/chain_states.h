@@ -1,0 +1,75 @@
+#pragma once
+
+/// @file
+/// The counts of edits that chains are followed through, and what they mean for one unit length.
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+
+#include "search/filter/chain_sieve.h"
+
+namespace quorix {
+
+/// Chains of more edits have too many states.
+inline constexpr std::ptrdiff_t kMostChainEdits = 4;
+/// Bases of a chain: whatever is longer is let through.
+inline constexpr std::ptrdiff_t kMostChainBases = 40;
+inline constexpr std::ptrdiff_t kMostChainUnit = 32;
+/// Counts of up to four edits, and of up to three.
+inline constexpr std::size_t kMostChainStates = 35;
+inline constexpr std::size_t kMostFollowedStates = 20;
+/// 64-bit words of neighbouring seeds in the widest vector.
+inline constexpr std::size_t kMostChainWords = 8;
+
+/// Chains with the same counts of mismatches, insertions and deletions. After b bases they have
+/// made b - fewest_bases matches.
+struct ChainState {
+  std::ptrdiff_t drift;                ///< insertions less deletions
+  std::ptrdiff_t cost;                 ///< of the edits, in points
+  std::ptrdiff_t fewest_bases;         ///< mismatches and insertions
+  std::ptrdiff_t least_matches;        ///< that a chain needs to come here, with score 0 on entry
+  std::ptrdiff_t matches_let_through;  ///< with so many, and score 0 on entry, it is let through
+  /// A chain of so many bases is let through: `fewest_bases` + `matches_let_through`, between
+  /// `fewest_bases` and `kMostChainBases`. A state that an edit leads to has no smaller one, and no
+  /// smaller `matches_let_through`.
+  std::ptrdiff_t end_bases;
+  bool is_followed;  ///< another edit leads to a state
+  /// States with one edit of the kind less, -1 if there is none.
+  std::ptrdiff_t before_mismatch;
+  std::ptrdiff_t before_insertion;
+  std::ptrdiff_t before_deletion;
+};
+
+/// The states for one rule, by ascending number of edits; that without edits is the first.
+struct ChainStates {
+  /// REQUIRES: 1 <= most_edits <= kMostChainEdits, unit_length <= kMostChainUnit.
+  ChainStates(const ChainRule& rule, std::ptrdiff_t most_edits);
+
+  std::ptrdiff_t unit_length;
+  std::ptrdiff_t most_edits;
+  std::ptrdiff_t most_bases = 0;  ///< of a chain that is not let through
+  bool is_N_neutral;
+  std::size_t count = 0;
+  std::size_t followed_count = 0;
+  std::array<ChainState, kMostChainStates> states;
+};
+
+/// The planes of a text.
+struct ChainPlanes {
+  const std::uint64_t* low;
+  const std::uint64_t* high;
+  const std::uint64_t* is_N;  ///< null if there are none
+  std::size_t word_count;
+};
+
+/// The bases that the chains of a vector of seeds may read: the words of the planes from the one
+/// before the first seed on.
+struct ChainWindow {
+  static constexpr std::size_t kWords = kMostChainWords + 4;
+  std::uint64_t low[kWords];
+  std::uint64_t high[kWords];
+  std::uint64_t is_N[kWords];
+};
+
+}  // namespace quorix

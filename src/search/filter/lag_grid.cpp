@@ -1,0 +1,162 @@
+#include "search/filter/lag_grid.h"
+
+#include <algorithm>
+#include <bit>
+#include <cassert>
+
+namespace quorix {
+
+namespace {
+
+constexpr std::int64_t kSignedGrain = CLagGrid::kLaneGrain;
+constexpr std::int64_t kSegmentBytes = 1'000'000;
+
+/// Letters that no base has, and that differ from each other.
+constexpr std::uint8_t kBehindText = 1;
+constexpr std::uint8_t kBeforeText = 2;
+
+std::uint8_t as_byte(std::int64_t value) {
+  return static_cast<std::uint8_t>(std::clamp<std::int64_t>(value, 0, 255));
+}
+
+std::int64_t divided_up(std::int64_t dividend, std::int64_t divisor) {
+  return (dividend + divisor - 1) / divisor;
+}
+
+}  // namespace
+
+CLagGrid::CLagGrid(const char* text, std::uint64_t length, const LagBoundRules& rules)
+    : text_(text), length_(static_cast<std::int64_t>(length)), rules_(rules) {
+  choose_weights();
+  const auto first = static_cast<std::int64_t>(rules.first_unit_length);
+  const auto last = static_cast<std::int64_t>(rules.last_unit_length());
+  const std::int64_t drift = most_indels(last);
+  // Within a copy a character lies before its base, so no lag is below 1. An even one is rounded
+  // down: a lag without a lane would be read as one that no path lives through.
+  const std::int64_t lowest_lag = std::max<std::int64_t>(first - drift, 1);
+  first_lag_ = (lowest_lag - 1) | 1;
+  const std::int64_t lags = last + drift - first_lag_ + 1;
+  lane_count_ = static_cast<std::size_t>(divided_up(lags, 2 * kSignedGrain) * kSignedGrain);
+  assert(first_lag_ >= 1 && first_lag_ % 2 == 1);
+  // Every lag that a path may have has a lane.
+  assert(first_lag_ <= lowest_lag);
+  assert(first_lag_ + 2 * static_cast<std::int64_t>(lane_count_) > last + drift);
+  // Within a copy a path uses up to L characters, and that many bases and its insertions.
+  rows_ahead_ = 2 * last + drift + 2;
+  rows_per_segment_ =
+      std::max(kSegmentBytes / static_cast<std::int64_t>(lane_count_), 2 * rows_ahead_);
+  rows_per_segment_ = std::min(rows_per_segment_, row_count());
+  rightward_rows_ = CLagRows(lane_count_);
+  leftward_rows_ = CLagRows(lane_count_);
+  kept_.resize(static_cast<std::size_t>(rows_per_segment_) * lane_count_);
+  fill_lanes();
+}
+
+void CLagGrid::choose_weights() {
+  const std::int64_t least = std::min(rules_.mismatch_penalty, rules_.indel_penalty);
+  weights_.mismatch = as_byte(rules_.mismatch_penalty);
+  weights_.indel = as_byte(rules_.indel_penalty);
+  // The cost has to be below the penalties, and so high that noise collects nothing.
+  const std::int64_t reward = least > kLeastPenalty ? 1 : 2;
+  const std::int64_t cost = least > kLeastPenalty ? 2 : 3;
+  weights_.reward = as_byte(reward);
+  weights_.cost = as_byte(cost);
+  weights_.is_half_enough = 2 * (reward + cost) <= least + 1 && 2 * cost <= rules_.indel_penalty;
+  // All of the score on entry is enough, an edit costs less here than in points, and matches pay
+  // for the edits that they allow for.
+  assert(reward + cost <= least + 1 && cost <= least && reward * least >= cost);
+}
+
+/// Insertions or deletions on a path through one copy that begins with at most `kHighestGain`: they
+/// cost at most that score, a match for each character, and what lies above minus the unit length.
+std::int64_t CLagGrid::most_indels(std::int64_t unit_length) const {
+  return (kHighestGain + 2 * unit_length - 1) / rules_.indel_penalty;
+}
+
+/// The persistence of a path that begins with score 0 and lives on behind the first copy.
+std::int64_t CLagGrid::least_persistence(std::int64_t unit_length) const {
+  const std::int64_t least = std::min(rules_.mismatch_penalty, rules_.indel_penalty);
+  const std::int64_t budget = 2 * unit_length - 1;
+  // A mismatch or deletion costs a character and its reward, too.
+  const std::int64_t most_lost = std::max((weights_.reward + weights_.cost) * budget / (least + 1),
+                                          weights_.cost * budget / rules_.indel_penalty);
+  return std::max<std::int64_t>(weights_.reward * unit_length - most_lost, 0);
+}
+
+void CLagGrid::fill_lanes() {
+  lane_values_.assign(10 * lane_count_, 0);
+  const std::int64_t least = std::min(rules_.mismatch_penalty, rules_.indel_penalty);
+  const auto first = static_cast<std::int64_t>(rules_.first_unit_length);
+  const auto last = static_cast<std::int64_t>(rules_.last_unit_length());
+  // A path that lives has never collected less than minus this, with score 0 on entry.
+  const auto deepest_fall = [&](std::int64_t unit_length) {
+    return divided_up(weights_.cost * unit_length, least) + 1;
+  };
+  for (std::size_t parity = 0; parity < 2; ++parity) {
+    std::uint8_t* const values = lane_values_.data() + 5 * parity * lane_count_;
+    LagLanes& limits = lanes_[parity];
+    limits = {values, values + lane_count_, values + 2 * lane_count_, values + 3 * lane_count_,
+              values + 4 * lane_count_};
+    std::int64_t longest = first;  // unit length whose paths may come here
+    for (std::size_t k = 0; k < lane_count_; ++k) {
+      const std::int64_t lag =
+          first_lag_ + static_cast<std::int64_t>(parity) + 2 * static_cast<std::int64_t>(k);
+      while (longest < last && longest + 1 - most_indels(longest + 1) <= lag) ++longest;
+      limits.gain_cap[k] = as_byte(longest);
+      limits.persistence_cap[k] = as_byte(least_persistence(longest) + deepest_fall(longest));
+      // So the cap serves the shorter unit lengths, too.
+      assert(k == 0 || (limits.gain_cap[k] >= limits.gain_cap[k - 1] &&
+                        limits.persistence_cap[k] >= limits.persistence_cap[k - 1]));
+      const bool is_searched = lag >= first && lag <= last;
+      limits.is_searched[k] = is_searched ? 255 : 0;
+      limits.least_gain[k] =
+          is_searched ? as_byte(rules_.min_scores[static_cast<std::size_t>(lag - first)]) : 255;
+      // Where a byte ends below that cap, less has to do: the path may fall from there, too.
+      limits.least_persistence[k] =
+          is_searched ? as_byte(std::min(least_persistence(lag), 255 - deepest_fall(lag))) : 255;
+    }
+  }
+}
+
+void CLagGrid::load_bases(std::int64_t first_row, std::int64_t row_end) {
+  first_row_ = first_row;
+  const std::int64_t lane_room = static_cast<std::int64_t>(lane_count_) + kSignedGrain;
+  // The rows used are [first_row - 2, row_end + rows_ahead).
+  first_higher_ = (first_row - 2 + first_lag_) / 2 - 1;
+  const std::int64_t higher_end = (row_end + rows_ahead_ + first_lag_) / 2 + 2 + lane_room;
+  last_lower_ = (row_end + rows_ahead_ - first_lag_) / 2 + 2;
+  const std::int64_t lower_begin = (first_row - 2 - first_lag_) / 2 - 2 - lane_room;
+
+  higher_bases_.assign(static_cast<std::size_t>(higher_end - first_higher_), kBehindText);
+  lower_bases_.assign(static_cast<std::size_t>(last_lower_ - lower_begin), kBeforeText);
+  for (std::int64_t x = std::max<std::int64_t>(first_higher_, 0); x < std::min(higher_end, length_);
+       ++x) {
+    higher_bases_[static_cast<std::size_t>(x - first_higher_)] =
+        static_cast<std::uint8_t>(text_[x]);
+  }
+  for (std::int64_t c = std::max<std::int64_t>(lower_begin + 1, 0);
+       c <= std::min(last_lower_, length_ - 1); ++c) {
+    lower_bases_[static_cast<std::size_t>(last_lower_ - c)] = static_cast<std::uint8_t>(text_[c]);
+  }
+  const auto has_N = [](const std::vector<std::uint8_t>& bases) {
+    return std::find(bases.begin(), bases.end(), static_cast<std::uint8_t>('N')) != bases.end();
+  };
+  may_have_neutral_Ns_ = rules_.is_N_neutral && (has_N(higher_bases_) || has_N(lower_bases_));
+}
+
+void CLagGrid::set_seeds(std::int64_t t, std::size_t first_lane, const std::uint8_t* lane_bits,
+                         std::size_t lane_count, std::vector<CBitSet>& seeds) const {
+  for (std::size_t lane = 0; lane < lane_count; lane += 8) {
+    for (unsigned bits = lane_bits[lane / 8]; bits != 0; bits &= bits - 1) {
+      const std::size_t k = first_lane + lane + static_cast<std::size_t>(std::countr_zero(bits));
+      const std::int64_t unit_length = first_lag_ + parity_of(t) + 2 * static_cast<std::int64_t>(k);
+      const std::int64_t start = (t - unit_length) / 2;
+      CBitSet& found = seeds[static_cast<std::size_t>(unit_length) - rules_.first_unit_length];
+      if (t >= unit_length && static_cast<std::uint64_t>(start) < found.size()) {
+        found.set(static_cast<std::uint64_t>(start));
+      }
+    }
+  }
+}
+
+}  // namespace quorix

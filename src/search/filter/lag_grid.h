@@ -1,0 +1,191 @@
+#pragma once
+
+/// @file
+/// The memory of the tables of search/filter/lag_sieve.h: rows, and what the lags of a row demand.
+///
+/// Row t holds the pairs of a base x and a unit character c with x + c = t, for lags x - c of the
+/// parity of t. `first_lag` is odd: lane k of an odd row is lag `first_lag` + 2 k, of an even row
+/// one more. So the lags one longer and one shorter stand in the same lane of the neighbouring rows
+/// and in the one beside it.
+///
+/// Every lag that a path of one of the unit lengths may have within its first copy has a lane: from
+/// the first unit length less `most_indels`, or 1 if that is more, to the last one plus
+/// `most_indels`. What is beside the lanes reads as 0, which is sound only because no path that
+/// matters gets there. Rows are whole vectors, so they have some lags more at the upper end, and at
+/// the lower end one where that makes `first_lag` odd.
+///
+/// What a path needs to persist and how far it may fall grow with the unit length, and so does its
+/// lowest lag. So the caps of a lane are those of the longest unit length whose paths come there.
+
+#include <array>
+#include <cassert>
+#include <cstddef>
+#include <cstdint>
+#include <vector>
+
+#include "search/filter/lag_sieve.h"
+
+namespace quorix {
+
+/// What a path pays and gets.
+struct LagWeights {
+  std::uint8_t mismatch;  ///< penalties, for the gain
+  std::uint8_t indel;
+  std::uint8_t reward;  ///< of a match or N, for the persistence
+  std::uint8_t cost;    ///< of an edit, for the persistence
+  /// Half of a score on entry, rounded up, bounds what persistence it can stand for; else all of it
+  /// does.
+  bool is_half_enough;
+};
+
+/// One value a lane, see search/filter/lag_sieve.h.
+struct LagLanes {
+  std::uint8_t* gain_cap;
+  std::uint8_t* persistence_cap;
+  std::uint8_t* least_gain;         ///< to both sides together
+  std::uint8_t* least_persistence;  ///< to one side
+  std::uint8_t* is_searched;        ///< not 0 for the unit lengths of the rules
+};
+
+/// The last three rows of both tables. Lanes on both sides of a row are 0: they are read, one lane
+/// far, and never written, since rows are whole vectors.
+class CLagRows {
+ public:
+  explicit CLagRows(std::size_t lane_count)
+      : stride_(lane_count + 2 * kMargin), values_(6 * stride_) {}
+
+  /// Row `age` before the newest one, 0 to 2.
+  [[nodiscard]] std::uint8_t* gain(std::size_t age) { return row(age); }
+  [[nodiscard]] const std::uint8_t* gain(std::size_t age) const { return row(age); }
+  [[nodiscard]] std::uint8_t* persistence(std::size_t age) { return row(age) + 3 * stride_; }
+  [[nodiscard]] const std::uint8_t* persistence(std::size_t age) const {
+    return row(age) + 3 * stride_;
+  }
+
+  /// The oldest row becomes the newest, to be overwritten.
+  void advance() { newest_ = (newest_ + 1) % 3; }
+
+  /// All rows are 0 again.
+  void clear() { values_.assign(values_.size(), 0); }
+
+ private:
+  static constexpr std::size_t kMargin = 64;
+
+  [[nodiscard]] std::uint8_t* row(std::size_t age) {
+    return values_.data() + (newest_ + 3 - age) % 3 * stride_ + kMargin;
+  }
+  [[nodiscard]] const std::uint8_t* row(std::size_t age) const {
+    return values_.data() + (newest_ + 3 - age) % 3 * stride_ + kMargin;
+  }
+
+  std::size_t stride_;
+  std::vector<std::uint8_t> values_;
+  std::size_t newest_ = 0;
+};
+
+class CLagGrid {
+ public:
+  /// Below this penalty no weights tell a path that persists from noise. `choose_weights` relies on
+  /// it.
+  static constexpr std::int64_t kLeastPenalty = 5;
+  /// Rows are whole vectors of this many lanes.
+  static constexpr std::size_t kLaneGrain = 32;
+  /// A higher gain to the right is not bounded farther: such a seed is let through. So it bounds
+  /// the score on entry of the other side, and with it `most_indels`. Any value would be sound.
+  static constexpr std::uint8_t kHighestGain = 31;
+
+  /// The text and the rules must outlive this. REQUIRES: `can_lag_bound_refute`.
+  /// Throws: std::bad_alloc.
+  CLagGrid(const char* text, std::uint64_t length, const LagBoundRules& rules);
+
+  [[nodiscard]] std::int64_t row_count() const { return 2 * length_; }
+  [[nodiscard]] std::int64_t rows_per_segment() const { return rows_per_segment_; }
+  [[nodiscard]] std::size_t lane_count() const { return lane_count_; }
+  [[nodiscard]] const LagWeights& weights() const { return weights_; }
+
+  /// 0 for odd rows, 1 for even ones.
+  [[nodiscard]] static std::int64_t parity_of(std::int64_t t) { return 1 - (t & 1); }
+  [[nodiscard]] const LagLanes& lanes(std::int64_t parity) const {
+    return lanes_[static_cast<std::size_t>(parity)];
+  }
+
+  /// Makes ready for the rows [first_row, row_end). REQUIRES: they are `rows_per_segment()` at
+  /// most, and begin where the last ones ended, since `leftward_rows()` goes on there.
+  void load_bases(std::int64_t first_row, std::int64_t row_end);
+
+  /// True if the bases loaded have N's that stand for any base.
+  [[nodiscard]] bool may_have_neutral_Ns() const { return may_have_neutral_Ns_; }
+
+  /// The row to begin with on the way to the left: paths from rows below `row_end` leave their
+  /// first copy before it, so what lies beyond may be left out.
+  [[nodiscard]] std::int64_t row_ahead(std::int64_t row_end) const {
+    return row_end + rows_ahead_ - 1;
+  }
+
+  /// Bases and characters of row `t`, those of higher and of lower positions, by lane. Outside the
+  /// text are letters that match nothing. REQUIRES: the rows are loaded, from `first_row` - 2 up to
+  /// `row_ahead(row_end)`.
+  [[nodiscard]] const std::uint8_t* higher_bases(std::int64_t t) const {
+    const std::int64_t offset = (t + first_lag_ + parity_of(t)) / 2 - first_higher_;
+    assert(has_row(higher_bases_, offset));
+    return higher_bases_.data() + offset;
+  }
+  [[nodiscard]] const std::uint8_t* lower_bases(std::int64_t t) const {
+    const std::int64_t offset = last_lower_ - (t - first_lag_ - parity_of(t)) / 2;
+    assert(has_row(lower_bases_, offset));
+    return lower_bases_.data() + offset;
+  }
+
+  /// The rows of growth to the right, empty.
+  [[nodiscard]] CLagRows& start_rightward_rows() {
+    rightward_rows_.clear();
+    return rightward_rows_;
+  }
+  /// Those of growth to the left, as the last segment left them.
+  [[nodiscard]] CLagRows& leftward_rows() { return leftward_rows_; }
+
+  /// Room for what is kept of a row of the segment.
+  [[nodiscard]] std::uint8_t* kept_row(std::int64_t t) {
+    assert(t >= first_row_ && t < first_row_ + rows_per_segment_);
+    return kept_.data() + static_cast<std::size_t>(t - first_row_) * lane_count_;
+  }
+
+  /// Sets the bits of the seeds that stand in row `t` in those lanes from `first_lane` on whose bit
+  /// is set in `lane_bits`.
+  void set_seeds(std::int64_t t, std::size_t first_lane, const std::uint8_t* lane_bits,
+                 std::size_t lane_count, std::vector<CBitSet>& seeds) const;
+
+ private:
+  /// True if as many letters as a row has lanes stand from `offset` on.
+  [[nodiscard]] bool has_row(const std::vector<std::uint8_t>& letters, std::int64_t offset) const {
+    return offset >= 0 && static_cast<std::size_t>(offset) + lane_count_ <= letters.size();
+  }
+  [[nodiscard]] std::int64_t most_indels(std::int64_t unit_length) const;
+  [[nodiscard]] std::int64_t least_persistence(std::int64_t unit_length) const;
+  void choose_weights();
+  void fill_lanes();
+
+  const char* text_;
+  std::int64_t length_;
+  const LagBoundRules& rules_;
+  LagWeights weights_{};
+  std::int64_t first_lag_ = 1;  ///< odd, at most the lowest lag that a path may use
+  std::size_t lane_count_ = 0;
+  std::int64_t rows_ahead_ = 0;
+  std::int64_t rows_per_segment_ = 0;
+
+  std::array<LagLanes, 2> lanes_{};  ///< by parity
+  std::vector<std::uint8_t> lane_values_;
+  CLagRows rightward_rows_{0};
+  CLagRows leftward_rows_{0};
+
+  std::int64_t first_row_ = 0;
+  std::int64_t first_higher_ = 0;  ///< position of the first one of `higher_bases_`
+  std::int64_t last_lower_ = 0;    ///< position of the first one of `lower_bases_`, which descend
+  std::vector<std::uint8_t> higher_bases_;
+  std::vector<std::uint8_t> lower_bases_;
+  bool may_have_neutral_Ns_ = false;
+  std::vector<std::uint8_t> kept_;
+};
+
+}  // namespace quorix

@@ -1,0 +1,196 @@
+#undef HWY_TARGET_INCLUDE
+#define HWY_TARGET_INCLUDE "search/filter/lag_sieve.cpp"
+#include <hwy/foreach_target.h>  // compiles the rest of this file once for each kind of processor
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+
+#include <hwy/highway.h>
+
+#include "search/filter/lag_grid.h"
+
+HWY_BEFORE_NAMESPACE();
+namespace quorix::HWY_NAMESPACE {
+namespace {
+
+#if HWY_TARGET == HWY_SCALAR
+
+/// Without vector instructions nothing is refuted.
+void sift_segment(CLagGrid& /*grid*/, std::int64_t /*first_row*/, std::int64_t /*row_end*/,
+                  std::vector<CBitSet>& seeds, BoundWork& /*work*/) {
+  for (CBitSet& all : seeds) all.set_range(0, all.size());
+}
+
+#else
+
+namespace hn = hwy::HWY_NAMESPACE;
+
+template <class Vector>
+auto is_at_least(Vector values, Vector limits) {
+  return hn::Eq(hn::Max(values, limits), values);
+}
+
+/// Computes row `t` of both tables from the two rows before it on the way.
+template <bool kMayHaveNs, bool kIsRightward>
+void fill_row(const CLagGrid& grid, CLagRows& rows, std::int64_t t) {
+  const hn::CappedTag<std::uint8_t, CLagGrid::kLaneGrain> d;
+  using Vector = hn::Vec<decltype(d)>;
+  const LagWeights& weights = grid.weights();
+  const Vector one = hn::Set(d, 1);
+  const Vector mismatch = hn::Set(d, weights.mismatch);
+  const Vector indel = hn::Set(d, weights.indel);
+  const Vector reward = hn::Set(d, weights.reward);
+  const Vector loss = hn::Set(d, weights.cost);
+  const Vector letter_N = hn::Set(d, static_cast<std::uint8_t>('N'));
+
+  const std::int64_t parity = CLagGrid::parity_of(t);
+  const LagLanes& lanes = grid.lanes(parity);
+  const std::uint8_t* const higher = grid.higher_bases(t);
+  const std::uint8_t* const lower = grid.lower_bases(t);
+  // Lags one longer and one shorter stand in the same lane and the one beside it.
+  const std::ptrdiff_t beside = parity == 0 ? -1 : 1;
+  const std::uint8_t* const last_gain = rows.gain(1);
+  const std::uint8_t* const last_persistence = rows.persistence(1);
+  const std::uint8_t* const before_gain = rows.gain(2);
+  const std::uint8_t* const before_persistence = rows.persistence(2);
+  std::uint8_t* const gain = rows.gain(0);
+  std::uint8_t* const persistence = rows.persistence(0);
+
+  for (std::size_t i = 0; i < grid.lane_count(); i += hn::Lanes(d)) {
+    const Vector high = hn::LoadU(d, higher + i);
+    const Vector low = hn::LoadU(d, lower + i);
+    const Vector equal = hn::VecFromMask(d, hn::Eq(high, low));
+    Vector is_free = equal;
+    Vector is_match = equal;
+    if constexpr (kMayHaveNs) {
+      const Vector is_N = hn::VecFromMask(d, hn::Eq(kIsRightward ? high : low, letter_N));
+      is_free = hn::Or(equal, is_N);
+      is_match = hn::AndNot(is_N, equal);
+    }
+    Vector value = hn::SaturatedSub(hn::LoadU(d, before_gain + i), hn::AndNot(is_free, mismatch));
+    value = hn::SaturatedAdd(value, hn::And(is_match, one));
+    Vector edited = hn::Max(hn::LoadU(d, last_gain + i), hn::LoadU(d, last_gain + i + beside));
+    value = hn::Max(value, hn::SaturatedSub(edited, indel));
+    hn::StoreU(hn::Min(value, hn::LoadU(d, lanes.gain_cap + i)), d, gain + i);
+
+    value = hn::SaturatedSub(hn::LoadU(d, before_persistence + i), hn::AndNot(is_free, loss));
+    value = hn::SaturatedAdd(value, hn::And(is_free, reward));
+    edited =
+        hn::Max(hn::LoadU(d, last_persistence + i), hn::LoadU(d, last_persistence + i + beside));
+    value = hn::Max(value, hn::SaturatedSub(edited, loss));
+    hn::StoreU(hn::Min(value, hn::LoadU(d, lanes.persistence_cap + i)), d, persistence + i);
+  }
+}
+
+/// Keeps of row `t` what the other side needs: the gain, or 255 where the path may persist or
+/// gains more than the bounds allow for.
+void keep_row(const CLagGrid& grid, const CLagRows& rows, std::int64_t t, std::uint8_t* kept) {
+  const hn::CappedTag<std::uint8_t, CLagGrid::kLaneGrain> d;
+  using Vector = hn::Vec<decltype(d)>;
+  const LagLanes& lanes = grid.lanes(CLagGrid::parity_of(t));
+  const Vector highest_gain = hn::Set(d, CLagGrid::kHighestGain);
+  const Vector full = hn::Set(d, 255);
+  for (std::size_t i = 0; i < grid.lane_count(); i += hn::Lanes(d)) {
+    const Vector gain = hn::LoadU(d, rows.gain(0) + i);
+    const auto may_persist = is_at_least(hn::LoadU(d, rows.persistence(0) + i),
+                                         hn::LoadU(d, lanes.least_persistence + i));
+    hn::StoreU(hn::IfThenElse(hn::Or(may_persist, hn::Gt(gain, highest_gain)), full, gain), d,
+               kept + i);
+  }
+}
+
+/// Joins row `t` of growth to the right, as kept, with `rows`, which stand at its mirror image.
+void join_row(const CLagGrid& grid, const CLagRows& rows, std::int64_t t, const std::uint8_t* kept,
+              std::vector<CBitSet>& seeds) {
+  const hn::CappedTag<std::uint8_t, CLagGrid::kLaneGrain> d;
+  using Vector = hn::Vec<decltype(d)>;
+  const LagLanes& lanes = grid.lanes(CLagGrid::parity_of(t));
+  const Vector zero = hn::Zero(d);
+  const bool is_half = grid.weights().is_half_enough;
+  for (std::size_t i = 0; i < grid.lane_count(); i += hn::Lanes(d)) {
+    const Vector right_gain = hn::LoadU(d, kept + i);
+    const Vector gain = hn::SaturatedAdd(right_gain, hn::LoadU(d, rows.gain(0) + i));
+    // The score on entry allows for more edits. A gain to the right that is kept as 255 lets the
+    // seed through, whatever the minimum score, which is 255 here at most.
+    const Vector lent = is_half ? hn::AverageRound(right_gain, zero) : right_gain;
+    const Vector persistence = hn::SaturatedAdd(hn::LoadU(d, rows.persistence(0) + i), lent);
+    const auto is_let_through =
+        hn::Or(is_at_least(gain, hn::LoadU(d, lanes.least_gain + i)),
+               is_at_least(persistence, hn::LoadU(d, lanes.least_persistence + i)));
+    const auto searched = hn::Ne(hn::LoadU(d, lanes.is_searched + i), zero);
+    const auto found = hn::And(is_let_through, searched);
+    if (hn::AllFalse(d, found)) continue;
+    std::uint8_t bits[HWY_MAX_BYTES / 8 + 8] = {};
+    hn::StoreMaskBits(d, found, bits);
+    grid.set_seeds(t, i, bits, hn::Lanes(d), seeds);
+  }
+}
+
+template <bool kMayHaveNs>
+void sift_rows(CLagGrid& grid, std::int64_t first_row, std::int64_t row_end,
+               std::vector<CBitSet>& seeds, BoundWork& work) {
+  const std::uint64_t rows_before = work.rows;
+  CLagRows& right = grid.start_rightward_rows();
+  for (std::int64_t t = grid.row_ahead(row_end); t >= first_row; --t) {
+    right.advance();
+    fill_row<kMayHaveNs, true>(grid, right, t);
+    ++work.rows;
+    if (t < row_end) keep_row(grid, right, t, grid.kept_row(t));
+  }
+  CLagRows& left = grid.leftward_rows();
+  for (std::int64_t t = first_row; t < row_end; ++t) {
+    left.advance();
+    fill_row<kMayHaveNs, false>(grid, left, t - 2);
+    ++work.rows;
+    join_row(grid, left, t, grid.kept_row(t), seeds);
+  }
+  work.tables += 2;
+  work.cells += (work.rows - rows_before) * grid.lane_count();
+}
+
+void sift_segment(CLagGrid& grid, std::int64_t first_row, std::int64_t row_end,
+                  std::vector<CBitSet>& seeds, BoundWork& work) {
+  if (grid.may_have_neutral_Ns()) {
+    sift_rows<true>(grid, first_row, row_end, seeds, work);
+  } else {
+    sift_rows<false>(grid, first_row, row_end, seeds, work);
+  }
+}
+
+#endif
+
+}  // namespace
+}  // namespace quorix::HWY_NAMESPACE
+HWY_AFTER_NAMESPACE();
+
+#if HWY_ONCE
+
+namespace quorix {
+
+namespace {
+
+HWY_EXPORT(sift_segment);
+
+}  // namespace
+
+bool can_lag_bound_refute(std::int64_t mismatch_penalty, std::int64_t indel_penalty) {
+  return std::min(mismatch_penalty, indel_penalty) >= CLagGrid::kLeastPenalty;
+}
+
+BoundWork find_lag_seeds(const char* text, std::uint64_t length, const LagBoundRules& rules,
+                         std::vector<CBitSet>& seeds) {
+  CLagGrid grid(text, length, rules);
+  BoundWork work;
+  for (std::int64_t first_row = 0; first_row < grid.row_count();
+       first_row += grid.rows_per_segment()) {
+    const std::int64_t row_end = std::min(first_row + grid.rows_per_segment(), grid.row_count());
+    grid.load_bases(first_row, row_end);
+    HWY_DYNAMIC_DISPATCH(sift_segment)(grid, first_row, row_end, seeds, work);
+  }
+  return work;
+}
+
+}  // namespace quorix
+
+#endif

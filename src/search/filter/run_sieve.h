@@ -1,0 +1,92 @@
+#pragma once
+
+/// @file
+/// Which seeds can become a repeat, told from the runs of matching bases around them.
+///
+/// The seed of unit length L at base p is the unit [p, p + L); its boundary q = p + L lies between
+/// the unit and the base behind it. The bases that equal the one L before form runs, and a seed
+/// grows exactly over the run that touches its boundary, by R bases in all.
+///
+/// What is refuted here, and why that is sound:
+///
+/// - Growing exactly, a seed scores at most R.
+/// - Growing over edits, it may make an edit only from a score above P - L, where P is the smaller
+///   penalty: with R <= P - L it makes none, and scores at most R again.
+/// - Otherwise it makes one edit beside that run, and walks on over r matches. The next edit, and
+///   also any gain, needs R + r > 2P - L. Those r bases match the unit, which up to there the text
+///   itself repeats; so they are a run at lag L behind a mismatch, at lag L + 1 behind an insertion
+///   and at lag L - 1 behind a deletion, at least until the lag meets the edit: L - 1, L and L - 1
+///   bases farther on.
+///
+/// The two runs may lie on either side: the extension to the left begins with the best score of the
+/// right side, which is the matches there unless that side gained, and then it met the condition by
+/// itself. A penalty above P only raises what is needed. If the length R + r that is missing
+/// exceeds what a lag can tell, its L - 1 or L bases, or 64, are enough to let the seed through.
+///
+/// The run at the boundary is read off the text, not off the unit: inside it both are the same,
+/// since each base equals the one L before, up to the unit itself. N's that may stand for any base
+/// would break that, as the base L after an N is held against the N there and against the unit by
+/// the extension. So where one lies in the run or the unit before it, every seed is let through. An
+/// N that an extension reads beyond the run equals every base at each lag, which only lengthens
+/// runs. N's that stand for none end a run, so none lies in it.
+
+#include <cstdint>
+
+#include "search/bits/base_planes.h"
+#include "search/bits/bit_set.h"
+
+namespace quorix {
+
+/// What a run must be like for the seeds at it to be let through. Lengths are in matching bases.
+struct RunRule {
+  std::int64_t unit_length;
+  std::int64_t least_run;  ///< at a shorter run there are none; at least 1
+  std::int64_t sure_run;   ///< at a run of this length all are; at a run of least_run, if smaller
+  /// In between, the run and one of those one edit off have to make up this many together.
+  std::int64_t chained_runs;
+};
+
+/// Where bases match at lags L - 1, L and L + 1, for growing unit lengths L: each set is made once.
+class CNeighbourLags {
+ public:
+  /// `planes` must outlive this. N's match everything if `is_N_wild`. Throws: std::bad_alloc.
+  CNeighbourLags(const CBasePlanes& planes, bool is_N_wild);
+
+  /// Makes `at()` tell of `lag`, and `shorter()` and `longer()` of the lags beside it, which are
+  /// left out if `needs_neighbours` is false. REQUIRES: lag >= 1. Throws: std::bad_alloc.
+  void move_to(std::uint64_t lag, bool needs_neighbours);
+
+  [[nodiscard]] const CBitSet& shorter() const { return matches_[(lag_ + 2) % 3]; }
+  [[nodiscard]] const CBitSet& at() const { return matches_[lag_ % 3]; }
+  [[nodiscard]] const CBitSet& longer() const { return matches_[(lag_ + 1) % 3]; }
+
+  [[nodiscard]] const CBasePlanes& planes() const { return planes_; }
+  [[nodiscard]] bool is_N_wild() const { return is_N_wild_; }
+
+  /// Lags whose matches were found, so many times.
+  [[nodiscard]] std::uint64_t made_count() const { return made_count_; }
+
+ private:
+  void make(std::uint64_t lag);
+
+  const CBasePlanes& planes_;
+  bool is_N_wild_;
+  std::uint64_t lag_ = 0;
+  CBitSet matches_[3];          ///< by lag modulo 3
+  std::uint64_t made_[3] = {};  ///< the lags that they are of, 0 for none
+  std::uint64_t made_count_ = 0;
+};
+
+/// What it took to find the seeds of one unit length or of several.
+struct RunWork {
+  std::uint64_t words = 0;  ///< of 64 bases, in which runs were looked for
+  std::uint64_t runs = 0;   ///< that were looked at, those that are too short included
+};
+
+/// Sets in `seeds` the bit of each base p whose seed `rule` lets through. `lags` stands at the
+/// unit length, with its neighbours if some runs are neither sure nor too short.
+/// REQUIRES: rule.least_run >= 1, seeds.size() is the length of the text less the unit length.
+/// Returns the work done.
+RunWork find_run_seeds(const CNeighbourLags& lags, const RunRule& rule, CBitSet& seeds);
+
+}  // namespace quorix

@@ -1,0 +1,46 @@
+#pragma once
+
+/// @file
+/// Progress lines of a scan over the bases of a sequence.
+
+#include <cstdint>
+
+#include "console/console_texts.h"
+#include "console/run_clock.h"
+#include "search/search_controller.h"
+
+namespace quorix {
+
+/// A scan looks at the clock at every 256th base. It may pass many bases at a time.
+class CScanProgress {
+ public:
+  CScanProgress(const CSearchController& search, std::uint64_t unit_length)
+      : search_(search), unit_length_(unit_length) {}
+
+  /// The scan is at base `position`, 0-based: writes the progress lines that are due up to there.
+  void pass(std::uint64_t position) {
+    for (; next_ <= position; next_ += kInterval) {
+      if (!check_report_status()) {
+        // At one moment the clock gives one answer.
+        next_ = (position / kInterval + 1) * kInterval;
+        return;
+      }
+      report_status(search_.sequence_number, search_.sequence_record.name.c_str(), unit_length_,
+                    'r');
+    }
+  }
+
+  /// The scan goes on at base `position` and does not look at those before it.
+  void skip_to(std::uint64_t position) {
+    if (next_ < position) next_ = (position + kInterval - 1) / kInterval * kInterval;
+  }
+
+ private:
+  static constexpr std::uint64_t kInterval = 256;
+
+  const CSearchController& search_;
+  std::uint64_t unit_length_;
+  std::uint64_t next_ = 0;
+};
+
+}  // namespace quorix

@@ -1,0 +1,77 @@
+// From which score on a choice is taken for one that holds for all higher ones, and extensions
+// over more edits than there is room for.
+
+#include "search/extension/kept_way.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdint>
+#include <limits>
+#include <string>
+
+#include "settings/settings.h"
+#include "support/default_settings.h"
+#include "unit/search/searched_sequence.h"
+
+namespace quorix {
+namespace {
+
+using LeastFreeScore = testing::CDefaultSettings;
+
+constexpr std::int64_t kHighestScore = std::numeric_limits<std::int32_t>::max();
+
+TEST_F(LeastFreeScore, leaves_room_for_all_edits_of_a_path) {
+  global_mismatch_score = -6;
+  global_indel_score = -9;
+  global_maximum_recursion_depth = 5;
+  // Five indels lead from 42 to -3, and -4 is the floor of units of 4.
+  EXPECT_EQ(least_free_score(4), 42);
+  global_mismatch_score = -11;
+  EXPECT_EQ(least_free_score(4), 52);
+  global_maximum_recursion_depth = kDeepestRecursion;
+  EXPECT_EQ(least_free_score(4), 255 * 11 - 3);
+}
+
+TEST_F(LeastFreeScore, is_above_every_score_if_a_path_may_make_any_number_of_edits) {
+  global_maximum_recursion_depth = kDeepestRecursion + 1;
+  EXPECT_GT(least_free_score(28), kHighestScore);
+  global_maximum_recursion_depth = std::numeric_limits<int>::max();
+  EXPECT_GT(least_free_score(1), kHighestScore);
+}
+
+using PathCache = testing::CSearchSettings;
+
+// The array has an edit every four bases, more than are kept. The extensions after the first one
+// begin with nothing kept, and follow each other near the end of the text.
+TEST_F(PathCache, without_room_gives_the_extensions_of_a_fresh_search) {
+  set_penalties(-2, -2);
+  global_maximum_recursion_depth = 1;
+  constexpr std::size_t kCopies = CGrowthPaths::kMaxStops + 2000;
+  const std::string bases = testing::repeated("AAAC", kCopies);
+  testing::CSearchedSequence sequence(bases);
+  Csat whole;
+  whole.init_from_unit(sequence.at(0), sequence.at(1));
+  sequence.search.extend_imperfect_forward(whole, sequence.end());
+  // Two matches, then one point more for each copy.
+  EXPECT_EQ(whole.score, static_cast<std::int32_t>(kCopies + 1));
+  EXPECT_EQ(whole.mismatches, static_cast<std::int64_t>(kCopies - 1));
+  EXPECT_EQ(whole.missense.size(), kCopies - 1);
+
+  for (const std::size_t copies : {200U, 100U, 300U, 300U}) {
+    const std::string last_bases = testing::repeated("AAAC", copies);
+    testing::CSearchedSequence fresh(last_bases);
+    Csat expected;
+    expected.init_from_unit(fresh.at(0), fresh.at(1));
+    fresh.search.extend_imperfect_forward(expected, fresh.end());
+    EXPECT_EQ(expected.missense.size(), copies - 1);
+
+    const char* const seed = sequence.end() - last_bases.size();
+    Csat sat;
+    sat.init_from_unit(seed, seed + 1);
+    sequence.search.extend_imperfect_forward(sat, sequence.end());
+    EXPECT_EQ(testing::in_words(sat, seed), testing::in_words(expected, fresh.at(0)));
+  }
+}
+
+}  // namespace
+}  // namespace quorix

@@ -1,0 +1,321 @@
+// The bound of seeds as one, against a table of all states of each of them in 64-bit numbers.
+
+#include "search/filter/group_bound.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <map>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "support/filter/plain_group_value.h"
+#include "support/filter/plain_score_paths.h"
+#include "support/filter/vector_targets.h"
+#include "support/random_dna.h"
+#include "unit/search/searched_sequence.h"
+
+namespace quorix::testing {
+namespace {
+
+constexpr std::int64_t kSeeds = CGroupBound::kSeeds;
+
+std::int64_t draw_number(RandomEngine& engine, std::size_t first, std::size_t last) {
+  return static_cast<std::int64_t>(draw_between(engine, first, last));
+}
+
+std::uint64_t bit(std::int64_t k) {
+  return std::uint64_t{1} << k;
+}
+
+/// Seeds at neighbouring bases, and what they are asked with.
+struct Group {
+  std::string text;
+  std::int64_t first;
+  std::int64_t unit_length;
+  std::uint64_t asked;
+  std::int64_t mismatch_penalty;
+  std::int64_t indel_penalty;
+  bool is_N_neutral;
+
+  [[nodiscard]] std::string unit(std::int64_t k) const {
+    return text.substr(static_cast<std::size_t>(first + k), static_cast<std::size_t>(unit_length));
+  }
+};
+
+bool may_reach(const Group& group, std::int64_t min_score) {
+  const CBases bases(group.text);
+  CGroupBound bound;
+  return bound.may_reach(
+      bases.at(static_cast<std::size_t>(group.first)), group.unit_length, group.asked,
+      {bases.begin(), bases.end(), group.mismatch_penalty, group.indel_penalty, group.is_N_neutral},
+      min_score);
+}
+
+/// The highest score that a chain of one of the seeds comes to.
+std::int64_t highest_score(const Group& group) {
+  std::int64_t highest = 0;
+  for (std::int64_t k = 0; k < kSeeds; ++k) {
+    if ((group.asked & bit(k)) == 0) continue;
+    const std::int64_t begin = group.first + k;
+    const std::int64_t end = begin + group.unit_length;
+    const Growth growth{group.text,
+                        begin,
+                        end,
+                        begin,
+                        end,
+                        0,
+                        group.unit_length - 1,
+                        0,
+                        group.mismatch_penalty,
+                        group.indel_penalty,
+                        group.is_N_neutral};
+    const Outcome right = follow_all_paths(growth, true, 0);
+    highest = std::max(highest, follow_all_paths(growth, false, right.best).best);
+  }
+  return highest;
+}
+
+/// Bases between an array and an end of the text.
+std::size_t draw_margin(RandomEngine& engine) {
+  return draw_chance(engine, 50) ? 1000 : draw_between(engine, 0, 150);
+}
+
+/// A few seeds on the edge of an array of a shorter unit with edits, and in it.
+Group draw_group(RandomEngine& engine) {
+  Group group{};
+  group.unit_length = draw_number(engine, CGroupBound::kShortestUnit, 200);
+  group.mismatch_penalty = draw_number(engine, 4, 8);
+  group.indel_penalty =
+      draw_chance(engine, 60) ? group.mismatch_penalty : draw_number(engine, 4, 8);
+  group.is_N_neutral = draw_chance(engine, 50);
+  const std::size_t margin_before = draw_margin(engine);
+  group.text = draw_letters(engine, margin_before, "ACGT");
+  if (draw_chance(engine, 70)) {
+    const std::string unit = draw_letters(engine, draw_between(engine, 2, 60), "ACGT");
+    const std::size_t edited = draw_between(engine, 0, 12);
+    for (std::size_t length = draw_between(engine, 50, 600); length > 0; --length) {
+      group.text += draw_chance(engine, edited) ? "ACGTN"[draw_between(engine, 0, 4)]
+                                                : unit[length % unit.size()];
+    }
+  }
+  group.first = std::max<std::int64_t>(
+      static_cast<std::int64_t>(margin_before) - draw_number(engine, 0, 250), 0);
+  group.text += draw_letters(engine, draw_margin(engine), "ACGT");
+  group.text += draw_letters(engine, static_cast<std::size_t>(group.unit_length) + 1, "ACGT");
+  for (std::int64_t k = 0; k < kSeeds; ++k) {
+    const auto seed_end = static_cast<std::size_t>(group.first + k + group.unit_length);
+    if (draw_chance(engine, 8) && seed_end < group.text.size() &&
+        group.unit(k).find('N') == std::string::npos) {
+      group.asked |= bit(k);
+    }
+  }
+  return group;
+}
+
+TEST(GroupBound, is_no_lower_than_any_seed_and_hardly_higher) {
+  RandomEngine engine(41);
+  int refuted = 0;
+  int let_through = 0;
+  int let_through_for_nothing = 0;
+  for (int round = 0; round < 60; ++round) {
+    const Group group = draw_group(engine);
+    const std::int64_t highest = highest_score(group);
+    for_each_vector_target([&](const char* target) {
+      const auto describe = [&](std::int64_t min_score) {
+        return std::string(target) + " seeds " + std::to_string(group.asked) + " from " +
+               std::to_string(group.first) + " unit length " + std::to_string(group.unit_length) +
+               " needed " + std::to_string(min_score) + " of " + std::to_string(highest) + " in " +
+               group.text;
+      };
+      for (const std::int64_t needed : {highest - 3, highest}) {
+        if (needed <= 0 || group.asked == 0) continue;
+        EXPECT_TRUE(may_reach(group, needed)) << describe(needed);
+        ++let_through;
+      }
+      ++(may_reach(group, highest + 7) ? let_through_for_nothing : refuted);
+    });
+  }
+  EXPECT_GT(refuted, 30);
+  EXPECT_GT(let_through, 30);
+  EXPECT_LT(let_through_for_nothing, refuted / 3);
+}
+
+/// Seeds of an array of As in front of Cs, far from the ends.
+Group homopolymer_group(std::uint64_t asked) {
+  return {std::string(600, 'C') + std::string(200, 'A') + std::string(600, 'C'),
+          600,
+          130,
+          asked,
+          6,
+          6,
+          true};
+}
+
+TEST(GroupBound, is_the_highest_value_of_its_tables) {
+  RandomEngine engine(43);
+  int compared = 0;
+  for (int round = 0; round < 120; ++round) {
+    const Group group = draw_group(engine);
+    if (group.asked == 0) continue;
+    const PlainGroup plain{group.text,
+                           group.first,
+                           group.unit_length,
+                           group.asked,
+                           group.mismatch_penalty,
+                           group.indel_penalty,
+                           group.is_N_neutral};
+    // Wide vectors look some letters ahead.
+    const std::optional<std::int64_t> highest =
+        plain_group_score(plain, 3 * group.unit_length + CGroupBound::kShortestUnit - 70);
+    if (!highest || *highest < 1) continue;
+    ++compared;
+    for_each_vector_target([&](const char* target) {
+      EXPECT_TRUE(may_reach(group, *highest)) << target << " round " << round;
+      EXPECT_FALSE(may_reach(group, *highest + 1)) << target << " round " << round;
+    });
+  }
+  EXPECT_GT(compared, 60);
+}
+
+// Rows are whole vectors, so each width of them has its count. It was read off the bound.
+TEST(GroupBound, fills_few_cells) {
+  const std::map<std::string, std::uint64_t> cells_by_target{{"AVX3", 1'258'784},
+                                                             {"AVX2", 941'824},
+                                                             {"SSE4", 771'904},
+                                                             {"SSSE3", 771'904},
+                                                             {"SSE2", 771'904}};
+  for_each_vector_target([&](const std::string& target) {
+    RandomEngine engine(44);
+    std::uint64_t cells = 0;
+    for (int round = 0; round < 60; ++round) {
+      const Group group = draw_group(engine);
+      const CBases bases(group.text);
+      CGroupBound bound;
+      (void)bound.may_reach(bases.at(static_cast<std::size_t>(group.first)), group.unit_length,
+                            group.asked,
+                            {bases.begin(), bases.end(), group.mismatch_penalty,
+                             group.indel_penalty, group.is_N_neutral},
+                            90);
+      cells += bound.work().cells;
+    }
+    const auto expected = cells_by_target.find(target);
+    if (expected != cells_by_target.end()) {
+      EXPECT_EQ(cells, expected->second) << target;
+    }
+  });
+}
+
+TEST(GroupBound, adds_up_both_sides) {
+  // To the right of the first seed lie 70 more bases of the array; to the left of the one at k, k.
+  EXPECT_TRUE(may_reach(homopolymer_group(1), 70));
+  EXPECT_FALSE(may_reach(homopolymer_group(1), 71));
+  EXPECT_TRUE(may_reach(homopolymer_group(bit(20)), 70));
+  EXPECT_FALSE(may_reach(homopolymer_group(bit(20)), 71));
+}
+
+/// Copies of the unit of the seed at `k`, behind noise and with noise around them.
+Group copies_of_one_seed(RandomEngine& engine, std::int64_t unit_length, std::int64_t k,
+                         std::size_t copies_before, std::size_t copies_behind) {
+  Group group{};
+  const std::string unit = draw_letters(engine, static_cast<std::size_t>(unit_length), "ACGT");
+  group.text = draw_letters(engine, 1200, "ACGT") + repeated(unit, copies_before);
+  group.first = static_cast<std::int64_t>(group.text.size()) - k;
+  group.text += repeated(unit, 1 + copies_behind) + draw_letters(engine, 1200, "ACGT");
+  group.unit_length = unit_length;
+  group.asked = bit(k);
+  group.mismatch_penalty = group.indel_penalty = 40;  // noise ends it soon
+  return group;
+}
+
+// The seed at k reads on in its own unit where that of the first seed is at its end already.
+TEST(GroupBound, follows_each_seed_in_its_own_unit) {
+  RandomEngine engine(42);
+  for (const std::int64_t k : {0, 1, 30, 62, 63}) {
+    for (const std::int64_t unit_length : {128, 129, 150}) {
+      for (const auto& [before, behind] : {std::pair(0U, 2U), {2U, 0U}}) {
+        const Group group = copies_of_one_seed(engine, unit_length, k, before, behind);
+        const std::int64_t highest = highest_score(group);
+        EXPECT_GE(highest, 2 * unit_length);
+        for_each_vector_target([&](const char* target) {
+          EXPECT_TRUE(may_reach(group, highest)) << target << " seed " << k << " of " << group.text;
+          EXPECT_FALSE(may_reach(group, highest + 7))
+              << target << " seed " << k << " of " << group.text;
+        });
+      }
+    }
+  }
+}
+
+TEST(GroupBound, refutes_what_nobody_asks_for) {
+  EXPECT_FALSE(may_reach(homopolymer_group(0), 1));
+}
+
+TEST(GroupBound, lets_through_what_has_the_score_already) {
+  EXPECT_TRUE(may_reach(homopolymer_group(1), 0));
+  EXPECT_TRUE(may_reach(homopolymer_group(1), -3));
+}
+
+TEST(GroupBound, knows_where_the_text_ends) {
+  const std::string array(200, 'A');
+  for (const std::size_t around : {0U, 1U, 63U, 128U, 400U}) {
+    Group group = homopolymer_group(1);
+    group.text = std::string(600, 'C') + array + std::string(around, 'C');
+    EXPECT_TRUE(may_reach(group, 70)) << around;
+    EXPECT_FALSE(may_reach(group, 71)) << around;
+    group = homopolymer_group(bit(20));
+    group.text = std::string(around, 'C') + array + std::string(600, 'C');
+    group.first = static_cast<std::int64_t>(around);
+    EXPECT_TRUE(may_reach(group, 70)) << around;
+    EXPECT_FALSE(may_reach(group, 71)) << around;
+  }
+}
+
+TEST(GroupBound, lets_through_what_lives_longer_than_it_is_followed) {
+  for (const std::int64_t bases_before : {0, 2870}) {
+    Group group = homopolymer_group(1);
+    group.text = std::string(600, 'C') + std::string(3000, 'A') + std::string(600, 'C');
+    group.first += bases_before;
+    EXPECT_TRUE(may_reach(group, 2870));
+  }
+}
+
+TEST(GroupBound, lets_through_what_does_not_fit_its_numbers) {
+  EXPECT_FALSE(may_reach(homopolymer_group(1), 59'000));
+  EXPECT_TRUE(may_reach(homopolymer_group(1), 60'000));
+}
+
+// A row has room for as many states whatever the width of a vector: noise reaches farther from the
+// middle the longer the unit.
+TEST(GroupBound, answers_alike_with_vectors_of_any_width) {
+  for (const std::int64_t unit_length : {300, 1000, 1500, 2000, 2500, 3000}) {
+    RandomEngine engine(static_cast<std::uint64_t>(unit_length));
+    const std::size_t length = 6 * static_cast<std::size_t>(unit_length);
+    const Group group{draw_letters(engine, length, "ACGT"),
+                      unit_length,
+                      unit_length,
+                      ~std::uint64_t{0},
+                      6,
+                      6,
+                      false};
+    std::vector<bool> answers;
+    for_each_vector_target([&](const char*) { answers.push_back(may_reach(group, unit_length)); });
+    EXPECT_EQ(std::count(answers.begin(), answers.end(), answers.front()),
+              static_cast<std::ptrdiff_t>(answers.size()))
+        << unit_length;
+    EXPECT_TRUE(unit_length > 2000 || !answers.front()) << unit_length;
+  }
+}
+
+TEST(GroupBound, takes_penalties_of_any_height) {
+  Group group = homopolymer_group(1);
+  group.mismatch_penalty = group.indel_penalty = 2147483648;
+  EXPECT_TRUE(may_reach(group, 70));
+  EXPECT_FALSE(may_reach(group, 71));
+}
+
+}  // namespace
+}  // namespace quorix::testing

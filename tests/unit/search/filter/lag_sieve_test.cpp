@@ -1,0 +1,310 @@
+// The seeds that the lag bound lets through, against tables filled cell by cell.
+
+#include "search/filter/lag_sieve.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <iterator>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "search/filter/lag_grid.h"
+#include "support/filter/plain_lag_sieve.h"
+#include "support/filter/plain_score_paths.h"
+#include "support/filter/vector_targets.h"
+#include "support/random_dna.h"
+#include "unit/search/searched_sequence.h"
+
+namespace quorix::testing {
+namespace {
+
+struct Tally {
+  std::int64_t let_through = 0;
+  std::int64_t refuted = 0;
+  std::int64_t most_segments = 0;
+};
+
+/// Holds the seeds of every kind of processor against the tables above.
+void expect_seeds_of(const std::string& text, const LagBoundRules& rules, Tally& tally) {
+  const CPlainLagBound twin(text, rules);
+  const std::vector<std::vector<bool>> expected = twin.seeds();
+  tally.most_segments = std::max(tally.most_segments, twin.segment_count());
+  const CBases bases(text);
+  for_each_vector_target([&](const char* target) {
+    std::vector<CBitSet> seeds;
+    for (const std::vector<bool>& bits : expected) seeds.emplace_back(bits.size());
+    find_lag_seeds(bases.begin(), text.size(), rules, seeds);
+    for (std::size_t i = 0; i < seeds.size(); ++i) {
+      for (std::size_t p = 0; p < expected[i].size(); ++p) {
+        ASSERT_EQ(seeds[i].test(p), expected[i][p])
+            << target << " unit " << rules.first_unit_length + i << " base " << p << " of "
+            << text.size() << " penalties " << rules.mismatch_penalty << "," << rules.indel_penalty
+            << (rules.is_N_neutral ? " neutral N's" : "");
+        ++(expected[i][p] ? tally.let_through : tally.refuted);
+      }
+    }
+  });
+}
+
+LagBoundRules rules_for(std::uint64_t first_unit, std::uint64_t last_unit,
+                        std::int64_t mismatch_penalty, std::int64_t indel_penalty,
+                        bool is_N_neutral) {
+  LagBoundRules rules{first_unit, {}, mismatch_penalty, indel_penalty, is_N_neutral};
+  for (std::uint64_t unit = first_unit; unit <= last_unit; ++unit) {
+    rules.min_scores.push_back(static_cast<std::int64_t>(std::max<std::uint64_t>(unit, 6)));
+  }
+  return rules;
+}
+
+struct Penalties {
+  std::int64_t mismatch;
+  std::int64_t indel;
+};
+constexpr Penalties kPenalties[] = {{5, 5}, {6, 6},  {7, 7},   {9, 9},
+                                    {5, 9}, {30, 6}, {6, 300}, {2147483648, 2147483648}};
+
+struct Units {
+  std::uint64_t first;
+  std::uint64_t last;
+};
+
+TEST(LagBound, lets_the_seeds_of_its_tables_through) {
+  RandomEngine engine(6);
+  Tally tally;
+  for (const auto& [mismatch, indel] : kPenalties) {
+    for (const auto& [first, last] :
+         {Units{1, 1}, {1, 20}, {7, 30}, {7, 70}, {50, 52}, {50, 130}, {129, 130}}) {
+      const std::size_t length = last + draw_between(engine, 1, 500);
+      std::string text = draw_record(engine, length, last / 2 + 1);
+      text += draw_array(engine, length + 1 - text.size(), last, 5);
+      LagBoundRules rules = rules_for(first, last, mismatch, indel, draw_chance(engine, 50));
+      for (std::int64_t& score : rules.min_scores) {
+        if (draw_chance(engine, 20))
+          score = static_cast<std::int64_t>(draw_between(engine, 0, 400));
+      }
+      ASSERT_NO_FATAL_FAILURE(expect_seeds_of(text, rules, tally));
+    }
+  }
+  EXPECT_GT(tally.let_through, 50'000);
+  EXPECT_GT(tally.refuted, 50'000);
+}
+
+TEST(LagBound, tells_of_texts_that_end_behind_the_unit) {
+  RandomEngine engine(7);
+  Tally tally;
+  for (const std::uint64_t unit : std::vector<std::uint64_t>{1, 2, 7, 50, 63, 64, 65}) {
+    for (const std::uint64_t more : std::vector<std::uint64_t>{1, 2, 3, 20}) {
+      for (const char* const alphabet : {"A", "ACGT", "AN"}) {
+        const std::string text = draw_letters(engine, unit + more, alphabet);
+        const LagBoundRules rules =
+            rules_for(std::max<std::uint64_t>(unit / 2, 1), unit, 6, 7, draw_chance(engine, 50));
+        ASSERT_NO_FATAL_FAILURE(expect_seeds_of(text, rules, tally));
+      }
+    }
+  }
+  EXPECT_GT(tally.let_through, 0);
+  EXPECT_GT(tally.refuted, 0);
+}
+
+TEST(LagBound, joins_the_segments_of_long_texts) {
+  RandomEngine engine(8);
+  Tally tally;
+  for (const bool is_N_neutral : {false, true}) {
+    std::string text;
+    while (text.size() < 16'000) {
+      text += draw_letters(engine, draw_between(engine, 1, 300), "ACGT");
+      text += draw_array(engine, draw_between(engine, 1, 500), 120, 6);
+    }
+    const LagBoundRules rules = rules_for(100, 130, 6, 6, is_N_neutral);
+    ASSERT_NO_FATAL_FAILURE(expect_seeds_of(text, rules, tally));
+  }
+  EXPECT_GT(tally.most_segments, 2);
+  EXPECT_GT(tally.let_through, 10'000);
+  EXPECT_GT(tally.refuted, 100'000);
+}
+
+/// Puts a unit and what follows it at every place where growth begins near the end of a segment,
+/// and expects the bound to let it grow.
+void expect_seeds_near_segment_end(const std::string& unit, const std::string& copies,
+                                   const LagBoundRules& rules) {
+  RandomEngine engine(10);
+  const std::string noise = draw_letters(engine, 9000, "ACGT");
+  const std::int64_t rows = CLagGrid(noise.data(), noise.size(), rules).rows_per_segment();
+  const auto last_place = static_cast<std::size_t>(rows) / 2;  // of a seed of the first segment
+  ASSERT_GT(noise.size(), last_place + unit.size() + copies.size());
+  for (std::size_t place = last_place - 2 * unit.size(); place <= last_place; ++place) {
+    std::string text = noise;
+    text.replace(place, unit.size() + copies.size(), unit + copies);
+    const CBases bases(text);
+    for_each_vector_target([&](const char* target) {
+      std::vector<CBitSet> seeds(1, CBitSet(text.size() - unit.size()));
+      find_lag_seeds(bases.begin(), text.size(), rules, seeds);
+      EXPECT_TRUE(seeds[0].test(place)) << target << " base " << place;
+    });
+  }
+}
+
+TEST(LagBound, looks_beyond_a_segment_as_far_as_a_copy_goes) {
+  constexpr std::size_t kUnit = 130;
+  constexpr std::int64_t kScore = 46;
+  const LagBoundRules rules{kUnit, {kScore}, 6, 6, false};
+  RandomEngine engine(11);
+  const std::string unit = draw_letters(engine, kUnit, "CGT");
+  const auto worn_copy = [&](std::size_t mismatches, std::size_t distance) {
+    std::string copy = unit;
+    for (std::size_t i = 0; i < mismatches; ++i) copy[distance * i + distance - 1] = 'A';
+    return copy;
+  };
+  // A copy that pays for its mismatches in its last third alone: 118 matches, 12 mismatches.
+  expect_seeds_near_segment_end(unit, worn_copy(12, 7), rules);
+  // One that lives on, for its last third alone, and a copy that pays for it: 100 + 130 matches, 30
+  // mismatches.
+  expect_seeds_near_segment_end(unit, worn_copy(30, 3) + unit, rules);
+}
+
+/// Three copies of a unit, of which the second one begins with so many mismatches that its own
+/// matches pay for them only beyond what a byte holds.
+std::string copies_with_mismatches(std::size_t unit_length, std::size_t mismatches) {
+  RandomEngine engine(9);
+  const std::string unit = draw_letters(engine, mismatches, "CGT") +
+                           draw_letters(engine, unit_length - mismatches, "ACGT");
+  const std::string hit = std::string(mismatches, 'A') + unit.substr(mismatches);
+  return unit + hit + unit + unit + draw_letters(engine, 200, "ACGT");
+}
+
+TEST(LagBound, lets_long_units_pay_for_edits_beyond_a_byte) {
+  struct Case {
+    std::size_t unit_length;
+    std::size_t mismatches;
+    std::int64_t penalty;
+  };
+  for (const Case& one : {Case{600, 9, 30}, Case{2000, 60, 6}}) {
+    const std::size_t unit_length = one.unit_length;
+    const std::string text = copies_with_mismatches(unit_length, one.mismatches);
+    const std::string mirrored(text.rbegin(), text.rend());
+    const LagBoundRules rules = rules_for(unit_length, unit_length, one.penalty, one.penalty, true);
+    for_each_vector_target([&](const char* target) {
+      std::vector<CBitSet> seeds(1, CBitSet(text.size() - unit_length));
+      find_lag_seeds(text.data(), text.size(), rules, seeds);
+      EXPECT_TRUE(seeds[0].test(0)) << target << " unit " << unit_length;
+      seeds[0].reset(text.size() - unit_length);
+      find_lag_seeds(mirrored.data(), mirrored.size(), rules, seeds);
+      EXPECT_TRUE(seeds[0].test(text.size() - unit_length - 1)) << target;
+    });
+  }
+}
+
+enum class EditKind { kDeletion, kInsertion, kMismatch };
+
+/// Copies of a unit, one of which has edits of one kind.
+std::string draw_edited_copies(RandomEngine& engine, std::int64_t unit_length,
+                               std::size_t edited_copy, std::size_t edits, EditKind kind) {
+  const std::string unit = draw_letters(engine, static_cast<std::size_t>(unit_length), "ACGT");
+  std::string copies = unit;
+  for (std::size_t i = 1; i < 5; ++i) {
+    std::string copy = unit;
+    for (std::size_t k = 0; i == edited_copy && k < edits; ++k) {
+      const std::size_t at = draw_between(engine, 0, copy.size() - 1);
+      if (kind == EditKind::kDeletion) copy.erase(at, 1);
+      if (kind == EditKind::kInsertion) copy.insert(at, 1, 'T');
+      if (kind == EditKind::kMismatch) copy[at] = 'N';
+    }
+    copies += copy;
+  }
+  return draw_letters(engine, 10, "ACGT") + copies + draw_letters(engine, 10, "ACGT");
+}
+
+/// The highest score of any path of the seed at `p` to the right and then to the left.
+std::int64_t highest_score(const std::string& text, std::int64_t p, const LagBoundRules& rules,
+                           std::int64_t unit_length) {
+  const Growth growth{text,
+                      p,
+                      p + unit_length,
+                      p,
+                      p + unit_length,
+                      0,
+                      unit_length - 1,
+                      0,
+                      rules.mismatch_penalty,
+                      rules.indel_penalty,
+                      rules.is_N_neutral};
+  return follow_all_paths(growth, false, follow_all_paths(growth, true, 0).best).best;
+}
+
+// Not against the bound's own tables: these may lack a lane that a path needs.
+TEST(LagBound, rejects_no_seed_with_a_path_of_the_minimum_score) {
+  constexpr Penalties kDrawn[] = {{5, 5}, {6, 6}, {7, 11}, {12, 6}, {255, 20}, {9, 300}};
+  RandomEngine engine(12);
+  std::int64_t reached = 0;
+  std::int64_t rejected = 0;
+  for (int round = 0; round < 400; ++round) {
+    const auto unit_length = static_cast<std::int64_t>(draw_between(engine, 8, 45));
+    auto [mismatch, indel] = kDrawn[draw_between(engine, 0, std::size(kDrawn) - 1)];
+    std::string text;
+    if (round % 2 == 0) {
+      // A path can pay for one such indel alone, which takes it to the outermost lag.
+      mismatch = 32;
+      indel = unit_length + static_cast<std::int64_t>(draw_between(engine, 15, 30));
+      text =
+          draw_edited_copies(engine, unit_length, 1, 1,
+                             draw_chance(engine, 70) ? EditKind::kDeletion : EditKind::kInsertion);
+    } else {
+      text = draw_edited_copies(engine, unit_length, draw_between(engine, 1, 4),
+                                draw_between(engine, 1, 3),
+                                static_cast<EditKind>(draw_between(engine, 0, 2)));
+    }
+    LagBoundRules rules{static_cast<std::uint64_t>(unit_length), {0}, mismatch, indel, false};
+    const std::size_t seed_count = text.size() - static_cast<std::size_t>(unit_length);
+    std::vector<std::int64_t> scores;
+    for (std::size_t p = 0; p < seed_count; ++p) {
+      scores.push_back(highest_score(text, static_cast<std::int64_t>(p), rules, unit_length));
+    }
+    for (const std::int64_t min_score : std::set<std::int64_t>(scores.begin(), scores.end())) {
+      rules.min_scores[0] = std::max<std::int64_t>(min_score, 1);
+      std::vector<CBitSet> seeds(1, CBitSet(seed_count));
+      find_lag_seeds(text.data(), text.size(), rules, seeds);
+      for (std::size_t p = 0; p < seed_count; ++p) {
+        if (!seeds[0].test(p)) ++rejected;
+        if (scores[p] < rules.min_scores[0]) continue;
+        ++reached;
+        ASSERT_TRUE(seeds[0].test(p))
+            << "unit " << unit_length << " base " << p << " of " << text << " score " << scores[p]
+            << " penalties " << mismatch << "," << indel;
+      }
+    }
+  }
+  EXPECT_GT(reached, 1000);
+  EXPECT_GT(rejected, 1000);
+}
+
+TEST(LagBound, serves_where_penalties_and_processor_are_fit) {
+  const int targets = for_each_vector_target([](const char* target) {
+    EXPECT_TRUE(can_lag_bound_refute(5, 5)) << target;
+    EXPECT_TRUE(can_lag_bound_refute(2147483648, 6)) << target;
+    EXPECT_FALSE(can_lag_bound_refute(4, 9)) << target;
+    EXPECT_FALSE(can_lag_bound_refute(9, 4)) << target;
+    EXPECT_FALSE(can_lag_bound_refute(2, 2)) << target;
+  });
+  EXPECT_GT(targets, 0);
+}
+
+// Some compilers build for processors with vectors alone.
+#if (HWY_TARGETS & HWY_SCALAR) != 0
+TEST(LagBound, refutes_nothing_without_vectors) {
+  RandomEngine engine(10);
+  const std::string text = draw_letters(engine, 500, "ACGT");
+  const LagBoundRules rules = rules_for(20, 20, 9, 9, true);
+  with_no_vectors([&] {
+    std::vector<CBitSet> seeds(1, CBitSet(text.size() - 20));
+    find_lag_seeds(text.data(), text.size(), rules, seeds);
+    EXPECT_EQ(seeds[0].find_clear(0), seeds[0].size());
+  });
+}
+#endif
+
+}  // namespace
+}  // namespace quorix::testing

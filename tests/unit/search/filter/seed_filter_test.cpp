@@ -1,0 +1,182 @@
+// How few seeds the filter lets through. A bound that lets more through changes no result, it only
+// costs time; so the counts are pinned here. They were read off the filter, whose soundness other
+// tests show: fewer are welcome if those hold.
+
+#include "search/filter/seed_filter.h"
+
+#include <gtest/gtest.h>
+
+#include <bit>
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "support/filter/vector_targets.h"
+#include "unit/search/hard_text.h"
+#include "unit/search/searched_sequence.h"
+
+namespace quorix::testing {
+namespace {
+
+/// On both sides of where one kind of bound takes over from another.
+const std::vector<std::uint64_t> kLengths{1,  2,  3,  5,  6,   7,   8,   12,  17,  22,
+                                          23, 24, 40, 90, 200, 400, 749, 750, 751, 800};
+
+class SeedFilter : public CSearchSettings {
+ protected:
+  /// Seeds that the filter lets through, unit length by unit length.
+  static std::vector<std::uint64_t> seed_counts(SeedUse use,
+                                                const std::vector<std::uint64_t>& lengths) {
+    CSearchedSequence sequence(text());
+    CSeedFilter filter = filter_of(sequence, use);
+    std::vector<std::uint64_t> counts;
+    for (const std::uint64_t unit_length : lengths) {
+      counts.push_back(count(filter.seeds(unit_length)));
+    }
+    return counts;
+  }
+
+  /// Those of them that may grow, too, if their neighbours are likely to be asked for.
+  static std::vector<std::uint64_t> growing_counts(const std::vector<std::uint64_t>& lengths) {
+    CSearchedSequence sequence(text());
+    CSeedFilter filter = filter_of(sequence, SeedUse::kGrowOverEdits);
+    std::vector<std::uint64_t> counts;
+    for (const std::uint64_t unit_length : lengths) {
+      const CBitSet seeds = filter.seeds(unit_length);
+      std::uint64_t growing = 0;
+      for (std::uint64_t p = seeds.find_set(0); p < seeds.size(); p = seeds.find_set(p + 1)) {
+        const std::uint64_t next_N = filter.bits_of_Ns().find_set(p);
+        if (next_N < p + unit_length) continue;
+        if (filter.may_grow(p, unit_length, [](std::uint64_t) { return true; })) ++growing;
+      }
+      counts.push_back(growing);
+    }
+    return counts;
+  }
+
+  static const std::string& text() {
+    static const std::string bases = hard_text();
+    return bases;
+  }
+
+  static CSeedFilter filter_of(CSearchedSequence& sequence, SeedUse use) {
+    return {sequence.at(0), text().size(), use,
+            SeedThresholds{*CSearchController::minScores_user, *CSearchController::minLengths_user,
+                           *CSearchController::minScores_user}};
+  }
+
+  static std::uint64_t count(const CBitSet& seeds) {
+    std::uint64_t set = 0;
+    for (const std::uint64_t word : seeds.words())
+      set += static_cast<std::uint64_t>(std::popcount(word));
+    return set;
+  }
+};
+
+using Counts = std::vector<std::uint64_t>;
+
+/// Wide vectors hold more seeds at a time, all of which are let through if one has to be.
+void expect_one_of(const Counts& counts, const Counts& narrow, const Counts& wide) {
+  EXPECT_EQ(counts, counts == narrow ? narrow : wide);
+}
+
+TEST_F(SeedFilter, lets_few_seeds_through) {
+  for_each_vector_target([](const char* target) {
+    EXPECT_EQ(seed_counts(SeedUse::kGrowOverEdits, kLengths),
+              (Counts{907,  969,  1012, 1534, 2093, 834, 920, 913, 907,  1519,
+                      1415, 1478, 1256, 1440, 1836, 0,   631, 624, 5052, 5003}))
+        << target;
+    EXPECT_EQ(growing_counts(kLengths), (Counts{706, 633, 578, 520, 508, 597, 705, 633, 515, 417,
+                                                430, 433, 288, 60,  0,   0,   3,   4,   0,   0}))
+        << target;
+    EXPECT_EQ(seed_counts(SeedUse::kGrowExactly, kLengths),
+              (Counts{907, 903, 916, 817, 777, 719, 854, 630, 387, 285,
+                      227, 226, 189, 0,   0,   0,   0,   0,   0,   0}))
+        << target;
+  });
+}
+
+TEST_F(SeedFilter, lets_few_seeds_through_with_other_penalties) {
+  set_penalties(-4, -7);
+  require_score(9);
+  for_each_vector_target([](const char* target) {
+    EXPECT_EQ(seed_counts(SeedUse::kGrowOverEdits, kLengths),
+              (Counts{1098, 1244, 1681, 679,  711,  843,  1026, 1080, 5786, 5781,
+                      5780, 5779, 5763, 5713, 5603, 5403, 5054, 5053, 5052, 5003}))
+        << target;
+    expect_one_of(
+        growing_counts(kLengths),
+        {670, 625, 583, 531, 574, 595, 755, 686, 640, 551, 527, 523, 365, 185, 32, 6, 64, 0, 0, 0},
+        {670, 625, 583, 531, 574, 595, 755, 686, 672, 567, 543, 539, 387, 203, 32, 6, 64, 0, 0, 0});
+  });
+}
+
+TEST_F(SeedFilter, lets_few_seeds_through_with_high_penalties) {
+  set_penalties(-14, -12);
+  require_score(20);
+  for_each_vector_target([](const char* target) {
+    EXPECT_EQ(seed_counts(SeedUse::kGrowOverEdits, kLengths),
+              (Counts{725, 746, 761,  778,  749, 880, 1124, 2049, 550,  711,
+                      775, 855, 1108, 1086, 340, 0,   0,    0,    5052, 5003}))
+        << target;
+    EXPECT_EQ(growing_counts(kLengths), (Counts{619, 570, 535, 469, 438, 406, 468, 400, 308, 290,
+                                                291, 334, 256, 42,  0,   0,   0,   0,   0,   0}))
+        << target;
+  });
+}
+
+TEST_F(SeedFilter, finds_seeds_of_as_many_unit_lengths_at_once_as_find_room) {
+  EXPECT_EQ(CSeedFilter::lag_units_at_once(2), 512U);
+  EXPECT_EQ(CSeedFilter::lag_units_at_once(625'000), 512U);
+  EXPECT_EQ(CSeedFilter::lag_units_at_once(625'001), 511U);
+  EXPECT_EQ(CSeedFilter::lag_units_at_once(26'666'666), 12U);
+  EXPECT_EQ(CSeedFilter::lag_units_at_once(26'666'667), 11U);
+  EXPECT_EQ(CSeedFilter::lag_units_at_once(64'000'000), 5U);
+  EXPECT_EQ(CSeedFilter::lag_units_at_once(64'000'001), 4U);
+  EXPECT_EQ(CSeedFilter::lag_units_at_once(4'000'000'000), 4U);
+}
+
+TEST_F(SeedFilter, finds_seeds_by_their_lags_once_for_512_unit_lengths) {
+  search_units_from_to(1, 800);
+  CSearchedSequence sequence(text());
+  CSeedFilter filter = filter_of(sequence, SeedUse::kGrowOverEdits);
+  const auto tables_with = [&](std::uint64_t unit_length) {
+    (void)filter.seeds(unit_length);
+    return filter.work().lags.tables;
+  };
+  const std::uint64_t tables = tables_with(100);
+  EXPECT_GT(tables, 0U);
+  EXPECT_EQ(tables_with(611), tables);
+  EXPECT_EQ(tables_with(100), tables);
+  EXPECT_GT(tables_with(612), tables);
+  const std::uint64_t more_tables = filter.work().lags.tables;
+  EXPECT_EQ(tables_with(750), more_tables);
+  EXPECT_GT(tables_with(611), more_tables);
+}
+
+TEST_F(SeedFilter, remembers_what_it_told_of_a_seed) {
+  search_units_of(200);
+  CSearchedSequence sequence(hard_text());
+  CSeedFilter filter = filter_of(sequence, SeedUse::kGrowOverEdits);
+  const CBitSet seeds = filter.seeds(200);
+  std::uint64_t asked = 0;
+  // With one neighbour it is told of by itself, with many together with them.
+  for (const bool is_open : {false, true}) {
+    for (std::uint64_t p = seeds.find_set(0); p < seeds.size(); p = seeds.find_set(p + 70)) {
+      int questions = 0;
+      const auto answer = [&](std::uint64_t) {
+        ++questions;
+        return is_open;
+      };
+      const bool may_grow = filter.may_grow(p, 200, answer);
+      const int first_questions = questions;
+      EXPECT_EQ(filter.may_grow(p, 200, answer), may_grow);
+      EXPECT_EQ(questions, first_questions) << p;
+      if (questions > 0) ++asked;
+    }
+  }
+  EXPECT_GT(asked, 1U);
+}
+
+}  // namespace
+}  // namespace quorix::testing

@@ -1,0 +1,137 @@
+// Which bases may still seed a repeat.
+
+#include "search/scan/anchor_seq.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "unit/search/searched_sequence.h"
+
+namespace quorix {
+namespace {
+
+using testing::CBases;
+
+/// The guard, the marks and the other guard. 'a' is open, ' ' closed.
+std::string marks_with_guards(const CAnchorSeq& anchors) {
+  return {anchors.marks - 1, anchors.marks_end + 1};
+}
+
+TEST(AnchorSeq, begins_with_all_marks_and_both_guards_open) {
+  const CBases bases("ACGT");
+  const CAnchorSeq anchors(bases.begin(), 4);
+  EXPECT_EQ(anchors.seq_start, bases.begin());
+  EXPECT_EQ(anchors.seq_length, 4U);
+  EXPECT_EQ(marks_with_guards(anchors), "aaaaaa");
+  EXPECT_EQ(anchors.mark_buffer.size(), 7U);
+  EXPECT_EQ(anchors.mark_buffer.back(), '\0');
+}
+
+TEST(AnchorSeq, has_guards_alone_for_a_sequence_without_bases) {
+  const CAnchorSeq anchors(nullptr, 0);
+  EXPECT_EQ(marks_with_guards(anchors), "aa");
+  EXPECT_EQ(anchors.mark_buffer.back(), '\0');
+}
+
+TEST(AnchorSeq, closes_the_bases_of_a_repeat_and_no_others) {
+  const CBases bases("TACACG");
+  CAnchorSeq anchors(bases.begin(), 6);
+  Csat repeat = bases.unit_copy(1, 2);
+  repeat.end = bases.at(5);
+  anchors.close_repeat(repeat);
+  EXPECT_EQ(marks_with_guards(anchors), "aa    aa");
+}
+
+TEST(AnchorSeq, leaves_the_guards_open_when_a_repeat_covers_the_whole_sequence) {
+  const CBases bases("ACAC");
+  CAnchorSeq anchors(bases.begin(), 4);
+  Csat repeat = bases.unit_copy(0, 2);
+  repeat.end = bases.end();
+  anchors.close_repeat(repeat);
+  EXPECT_EQ(marks_with_guards(anchors), "a    a");
+}
+
+TEST(AnchorSeq, leaves_the_edit_sites_of_a_repeat_open) {
+  const CBases bases("ACGCATACAC");
+  CAnchorSeq anchors(bases.begin(), 10);
+  Csat repeat = bases.unit_copy(0, 2);
+  repeat.end = bases.end();
+  repeat.missense.push_back({bases.at(2), 'M'});
+  repeat.missense.push_back({bases.at(5), 'I'});
+  repeat.missense.push_back({bases.at(9), 'D'});
+  anchors.close_repeat(repeat);
+  EXPECT_EQ(marks_with_guards(anchors), "a  a  a   aa");
+}
+
+TEST(AnchorSeq, opens_at_an_edit_site_what_an_earlier_repeat_closed) {
+  const CBases bases("ACACAC");
+  CAnchorSeq anchors(bases.begin(), 6);
+  Csat repeat = bases.unit_copy(0, 2);
+  repeat.end = bases.end();
+  anchors.close_repeat(repeat);
+  repeat.missense.push_back({bases.at(3), 'M'});
+  anchors.close_repeat(repeat);
+  EXPECT_EQ(marks_with_guards(anchors), "a   a  a");
+}
+
+TEST(AnchorSeq, opens_all_marks_again) {
+  const CBases bases("ACAC");
+  CAnchorSeq anchors(bases.begin(), 4);
+  Csat repeat = bases.unit_copy(0, 2);
+  repeat.end = bases.end();
+  anchors.close_repeat(repeat);
+  anchors.open_all();
+  EXPECT_EQ(marks_with_guards(anchors), "aaaaaa");
+  EXPECT_EQ(anchors.mark_buffer.back(), '\0');
+}
+
+// The unit GTA lies at 2; what counts are the marks of the bases before it, of its first, of its
+// last, and behind it. Its middle, at 3, is of no interest.
+TEST(AnchorSeq, lets_a_unit_seed_by_its_first_and_last_base_and_their_neighbours) {
+  struct Case {
+    const char* before_first_last_behind;
+    bool may_seed;
+  };
+  const Case cases[] = {
+      {"aaaa", true},  {"aaa ", true},  {"aa a", true},  {"aa  ", false},
+      {"a aa", true},  {"a a ", true},  {"a  a", false}, {"a   ", false},
+      {" aaa", true},  {" aa ", true},  {" a a", true},  {" a  ", false},
+      {"  aa", false}, {"  a ", false}, {"   a", false}, {"    ", false},
+  };
+  const CBases bases("ACGTACG");
+  for (const auto& [marks, expected] : cases) {
+    for (const char middle : {kOpenMark, kClosedMark}) {
+      CAnchorSeq anchors(bases.begin(), 7);
+      anchors.marks[1] = marks[0];
+      anchors.marks[2] = marks[1];
+      anchors.marks[3] = middle;
+      anchors.marks[4] = marks[2];
+      anchors.marks[5] = marks[3];
+      EXPECT_EQ(anchors.may_seed(bases.at(2), 3), expected) << '"' << marks << '"';
+    }
+  }
+}
+
+TEST(AnchorSeq, lets_a_unit_of_one_base_seed_where_that_base_is_open) {
+  const CBases bases("ACG");
+  CAnchorSeq anchors(bases.begin(), 3);
+  EXPECT_TRUE(anchors.may_seed(bases.at(1), 1));
+  anchors.marks[0] = anchors.marks[2] = kClosedMark;
+  EXPECT_TRUE(anchors.may_seed(bases.at(1), 1));
+  anchors.marks[0] = anchors.marks[2] = kOpenMark;
+  anchors.marks[1] = kClosedMark;
+  EXPECT_FALSE(anchors.may_seed(bases.at(1), 1));
+}
+
+TEST(AnchorSeq, counts_the_guards_as_neighbours_of_the_first_and_the_last_base) {
+  const CBases bases("ACGT");
+  CAnchorSeq anchors(bases.begin(), 4);
+  anchors.marks[0] = kClosedMark;
+  EXPECT_TRUE(anchors.may_seed(bases.at(0), 2));
+  anchors.marks[3] = kClosedMark;
+  EXPECT_TRUE(anchors.may_seed(bases.at(2), 2));
+}
+
+}  // namespace
+}  // namespace quorix

@@ -65,8 +65,7 @@ void CSearchController::pack_edits(Csat& sat) {
 
 bool CSearchController::may_grow(const Csat& sat) {
   ++work_.bounded;
-  const GrowthRules rules{text_begin(), text_end(), -std::int64_t{global_mismatch_score},
-                          -std::int64_t{global_indel_score}, is_N_neutral()};
+  const GrowthRules rules{text_begin(), text_end(), scoring_rules_of_settings()};
   return score_bound_.may_reach(
       {sat.start, sat.end, sat.unit_begin, sat.unit_end, sat.unit_pos_right - sat.unit_begin,
        sat.unit_pos_left - sat.unit_begin, sat.score},

@@ -70,14 +70,14 @@ BENCHMARK(find_run_seeds_of_unit)
 void find_lag_seeds_of_units(benchmark::State& state) {
   constexpr std::size_t kLagBases = 200'000;
   const std::string bases = random_bases(kLagBases, 2);
-  LagBoundRules rules{static_cast<std::uint64_t>(state.range(0)), {}, kPenalty, kPenalty, true};
+  LagRule rules{state.range(0), {}, {kPenalty, kPenalty, true}};
   for (std::int64_t unit = state.range(0); unit <= state.range(1); ++unit) {
     rules.min_scores.push_back(unit);
   }
   for ([[maybe_unused]] auto _ : state) {
     std::vector<CBitSet> seeds;
     for (std::size_t i = 0; i < rules.min_scores.size(); ++i) {
-      seeds.emplace_back(bases.size() - rules.first_unit_length - i);
+      seeds.emplace_back(bases.size() - static_cast<std::size_t>(rules.first_unit_length) - i);
     }
     find_lag_seeds(bases.data(), bases.size(), rules, seeds);
     benchmark::DoNotOptimize(seeds.data());

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "search/score.h"
 #include "settings/settings.h"
 
 namespace quorix {
@@ -73,10 +74,12 @@ std::uint64_t CSearchController::last_unit_length() const {
 }
 
 CSeedFilter& CSearchController::seed_filter(SeedUse use) {
-  const SeedThresholds thresholds{*minScores, *minLengths, *minScores_user};
-  if (seed_filter_ == nullptr || !seed_filter_->is_for(use, thresholds)) {
+  const CFilterPlan plan(use, scoring_rules_of_settings(),
+                         {*minScores, *minLengths, *minScores_user},
+                         static_cast<std::int64_t>(last_unit_length()));
+  if (seed_filter_ == nullptr || !(seed_filter_->plan() == plan)) {
     seed_filter_.reset();
-    seed_filter_ = std::make_unique<CSeedFilter>(text_begin(), text_length(), use, thresholds);
+    seed_filter_ = std::make_unique<CSeedFilter>(text_begin(), text_length(), plan);
   }
   return *seed_filter_;
 }

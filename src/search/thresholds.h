@@ -6,8 +6,6 @@
 #include <cstdint>
 #include <vector>
 
-#include "settings/settings.h"
-
 namespace quorix {
 
 /// A minimum of the form max(constant, ceil(offset + factor * unit length)).

@@ -140,17 +140,15 @@ void expect_refutable(const char* kernel, const std::string& text, std::int64_t 
 
 void check_lag_bound(CFuzzInput& input) {
   constexpr std::int64_t kMostScores = 400;
-  LagBoundRules rules{static_cast<std::uint64_t>(input.take_between(1, 40)),
-                      {},
-                      take_penalty(input, 5),
-                      take_penalty(input, 5),
-                      input.take_flag()};
+  LagRule rules{input.take_between(1, 40),
+                {},
+                {take_penalty(input, 5), take_penalty(input, 5), input.take_flag()}};
   for (std::int64_t count = input.take_between(1, 8); count > 0; --count) {
     const std::int64_t score = input.take_byte();
     rules.min_scores.push_back(score == 255 ? kMostScores : score);
   }
   const std::string text = input.take_bases(kMostBases);
-  if (text.size() <= rules.last_unit_length()) return;
+  if (static_cast<std::int64_t>(text.size()) <= rules.last_unit_length()) return;
   const std::vector<std::vector<bool>> expected = testing::CPlainLagBound(text, rules).seeds();
   on_every_processor(text, [&](const char* bases, const char* target) {
     std::vector<CBitSet> seeds;
@@ -161,8 +159,7 @@ void check_lag_bound(CFuzzInput& input) {
         expect(seeds[i].test(p) == expected[i][p], [&] {
           return std::string(target) + ": another seed than the twin's" +
                  described(text, static_cast<std::int64_t>(p),
-                           static_cast<std::int64_t>(rules.first_unit_length + i),
-                           {rules.mismatch_penalty, rules.indel_penalty, rules.is_N_neutral});
+                           rules.first_unit_length + static_cast<std::int64_t>(i), rules.scoring);
         });
       }
     }
@@ -226,11 +223,10 @@ void check_chain_bound(CFuzzInput& input) {
   const ScoringRules rules{take_penalty(input, 2), take_penalty(input, 2), input.take_flag()};
   const std::int64_t unit_length = input.take_between(1, 32);
   const std::int64_t min_score = input.take_between(1, 60);
-  const ChainRule rule{unit_length, min_score, rules.mismatch_penalty, rules.indel_penalty,
-                       rules.is_N_neutral};
+  const ChainRule rule = ChainRule::for_unit(unit_length, min_score, rules);
   const std::size_t first = input.take_byte() % 4;
   const std::string text = input.take_bases(kMostChainTextBases);
-  if (text.size() <= static_cast<std::size_t>(unit_length) || rule.edits_to_follow() == 0) return;
+  if (text.size() <= static_cast<std::size_t>(unit_length) || rule.edits == 0) return;
   const std::size_t seed_count = text.size() - static_cast<std::size_t>(unit_length);
   std::vector<bool> is_refuted(seed_count);
   on_every_processor(text, [&](const char* bases, const char* target) {

@@ -13,15 +13,16 @@ CHAIN_STATES = "filter/chain_states.cpp"
 CHAIN = "filter/chain_sieve.cpp"
 RUNS = "filter/run_sieve.cpp"
 FILTER = "filter/seed_filter.cpp"
+PLAN = "filter/filter_plan.cpp"
 
 HOLES = {
     "lag grid: an even lowest lag is rounded up": [
         (LAG_GRID, "first_lag_ = (lowest_lag - 1) | 1;",
          "first_lag_ = lowest_lag | 1;\n  if (first_lag_ > first) first_lag_ -= 2;")],
     "lag grid: room for one indel fewer": [
-        (LAG_GRID, "return (kHighestGain + 2 * unit_length - 1) / rules_.indel_penalty;",
+        (LAG_GRID, "return (kHighestGain + 2 * unit_length - 1) / rule_.scoring.indel_penalty;",
          "return std::max<std::int64_t>(\n"
-         "      (kHighestGain + 2 * unit_length - 1) / rules_.indel_penalty - 1, 0);")],
+         "      (kHighestGain + 2 * unit_length - 1) / rule_.scoring.indel_penalty - 1, 0);")],
     "lag grid: half of the rows ahead": [
         (LAG_GRID, "rows_ahead_ = 2 * last + drift + 2;", "rows_ahead_ = last + drift + 2;")],
     "lag grid: the cap of the gain is a quarter of what it has to be": [
@@ -68,15 +69,15 @@ HOLES = {
     "group bound: one lane less in each row": [
         (GROUP, "std::min(last_.low - odd, before_.low),", "std::min(last_.low, before_.low),")],
     "chain states: one match more to be let through": [
-        (CHAIN_STATES, "(edits + 1 - all) * least_penalty;",
-         "(edits + 1 - all) * least_penalty + 1;")],
+        (CHAIN_STATES, "(edits + 1 - all) * min_penalty;",
+         "(edits + 1 - all) * min_penalty + 1;")],
     "chain states: the floor is one point higher": [
-        (CHAIN_STATES, "state.least_matches = state.cost - unit_length + 1;",
-         "state.least_matches = state.cost - unit_length + 2;")],
+        (CHAIN_STATES, "state.min_matches = state.cost - unit_length + 1;",
+         "state.min_matches = state.cost - unit_length + 2;")],
     "chain bound: few deletions are followed": [
         (CHAIN, "if (state.before_deletion >= 0) {", "if (state.before_deletion >= 4) {")],
     "chain bound: the left side begins without the score of the right": [
-        (CHAIN, "if (kIsRightward || missing > most_bases_) return",
+        (CHAIN, "if (kIsRightward || missing > max_bases_) return",
          "if (kIsRightward || missing > 0) return")],
     "runs: no insertion on the left": [
         (RUNS, "         lags.longer().ones_down_from(first - 1) >= at_longer_lag ||\n", "")],
@@ -86,12 +87,12 @@ HOLES = {
     "runs: the sieve looks half as far": [
         (RUNS, "half_(static_cast<std::uint64_t>((rule.chained_runs + 1) / 2)),",
          "half_(static_cast<std::uint64_t>((rule.chained_runs + 1) / 4)),")],
-    "seed filter: the first edit needs one match more": [
-        (FILTER, "least_penalty - signed_length + 1;", "least_penalty - signed_length + 2;")],
-    "seed filter: the second edit needs one match more": [
-        (FILTER, "chained_runs = edited_run + least_penalty;",
-         "chained_runs = edited_run + least_penalty + 1;")],
+    "filter plan: the first edit needs one match more": [
+        (PLAN, "scoring_.min_penalty() - unit_length + 1;",
+         "scoring_.min_penalty() - unit_length + 2;")],
+    "filter plan: the second edit needs one match more": [
+        (PLAN, "chained_runs = edited_run + scoring_.min_penalty();",
+         "chained_runs = edited_run + scoring_.min_penalty() + 1;")],
     "seed filter: a verdict of a group counts for seeds that were not asked about": [
-        (FILTER, "told_ = {unit_length, p, neighbours, 0};",
-         "told_ = {unit_length, p, ~std::uint64_t{0}, 0};")],
+        (FILTER, "return {p, asked, 0};", "return {p, ~std::uint64_t{0}, 0};")],
 }

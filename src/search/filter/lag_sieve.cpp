@@ -174,13 +174,9 @@ HWY_EXPORT(sift_segment);
 
 }  // namespace
 
-bool can_lag_bound_refute(std::int64_t mismatch_penalty, std::int64_t indel_penalty) {
-  return std::min(mismatch_penalty, indel_penalty) >= CLagGrid::kLeastPenalty;
-}
-
-BoundWork find_lag_seeds(const char* text, std::uint64_t length, const LagBoundRules& rules,
+BoundWork find_lag_seeds(const char* text, std::uint64_t length, const LagRule& rule,
                          std::vector<CBitSet>& seeds) {
-  CLagGrid grid(text, length, rules);
+  CLagGrid grid(text, length, rule);
   BoundWork work;
   for (std::int64_t first_row = 0; first_row < grid.row_count();
        first_row += grid.rows_per_segment()) {

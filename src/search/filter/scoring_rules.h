@@ -17,6 +17,8 @@ struct ScoringRules {
   [[nodiscard]] std::int64_t min_penalty() const {
     return std::min(mismatch_penalty, indel_penalty);
   }
+
+  [[nodiscard]] bool operator==(const ScoringRules&) const = default;
 };
 
 }  // namespace quorix

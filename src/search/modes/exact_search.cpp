@@ -19,7 +19,7 @@
 namespace quorix {
 
 void CSearchController::exact_search_2() {
-  search_exact(SeedUse::kGrowExactly);
+  search_exact(SeedUse::kExtendExactly);
 }
 
 void CSearchController::search_exact(SeedUse use) {

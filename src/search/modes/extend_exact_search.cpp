@@ -16,7 +16,7 @@ void CSearchController::search_exact_and_extend_to_imperfect_repeats() {
   general_PrintMessage(stderr, "  Searching for exact repeats.\n");
   std::fflush(stderr);
   use_intern_thresholds();
-  search_exact(SeedUse::kGrowExactlyFirst);
+  search_exact(SeedUse::kExtendExactlyFirst);
   use_user_thresholds();
 
   general_PrintMessage(stderr, "  Extend exact to imperfect repeats.\n");

@@ -33,7 +33,7 @@ void CSearchController::complete_imperfect_search(std::FILE* /*stream*/) {
 void CSearchController::unit_len_1_complete_imperfect_search(CAnchorSeq& anchors,
                                                              std::list<Csat*>& accepted) {
   CSpareRecord spare(sat_alloc);
-  for_each_base(SeedUse::kGrowOverEdits, [&](std::uint64_t p) {
+  for_each_base(SeedUse::kExtendOverEdits, [&](std::uint64_t p) {
     const char* const base = text_begin() + p;
     if (!anchors.may_seed(base, 1)) return p + 1;
     Csat& candidate = spare.seed(base, base + 1);
@@ -49,7 +49,7 @@ void CSearchController::one_unit_len_complete_imperfect_search(std::uint64_t uni
                                                                CAnchorSeq& anchors,
                                                                std::list<Csat*>& accepted) {
   CSpareRecord spare(sat_alloc);
-  for_each_seed(unit_length, anchors, SeedUse::kGrowOverEdits, [&](const char* p) {
+  for_each_seed(unit_length, anchors, SeedUse::kExtendOverEdits, [&](const char* p) {
     Csat& candidate = spare.seed(p, p + unit_length);
     if (!grow_and_test(candidate, before_text())) return;
     anchors.close_repeat(candidate);

@@ -24,8 +24,11 @@ void CSearchController::for_each_seed(std::uint64_t unit_length, const CAnchorSe
   CSeedFilter& filter = seed_filter(use);
   const CBitSet& seeds = filter.seeds(unit_length);
   const CBitSet& all_Ns = filter.bits_of_Ns();
-  const auto is_open = [&](std::uint64_t p) {
-    return anchors.may_seed(text_begin() + p, unit_length);
+  const auto is_undecided = [&](std::uint64_t p) {
+    if (!filter.has_verdict(p)) {
+      filter.decide(p, anchors.may_seed_from(text_begin() + p, unit_length));
+    }
+    return filter.is_undecided(p);
   };
   CScanProgress progress(*this, unit_length);
   std::uint64_t seed_count = 0;
@@ -39,8 +42,9 @@ void CSearchController::for_each_seed(std::uint64_t unit_length, const CAnchorSe
     progress.pass(p);
     ++seed_count;
     const char* const base = text_begin() + p;
-    if (is_open(p) && valid_starting_pattern(base, base + unit_length, text_begin() + next_N) &&
-        (use != SeedUse::kGrowOverEdits || filter.may_grow(p, unit_length, is_open))) {
+    if (anchors.may_seed(base, unit_length) &&
+        valid_starting_pattern(base, base + unit_length, text_begin() + next_N) &&
+        (use != SeedUse::kExtendOverEdits || is_undecided(p))) {
       visit(base);
     }
     ++p;

@@ -55,8 +55,8 @@ class CQuestions {
         engine_(engine),
         tallies_(tallies),
         seeds_(extend_all_seeds(attack, unit_length)),
-        rules_{attack.text.data(), attack.text.data() + attack.text.size(),
-               scoring_rules_of_settings()} {}
+        text_{attack.text.data(), attack.text.data() + attack.text.size(),
+              scoring_rules_of_settings()} {}
 
   std::string ask() {
     ask_search_over_edits();
@@ -180,8 +180,8 @@ class CQuestions {
 
   void ask_chains() {
     for_each_score(&ExtendedSeed::edited, [&](std::int64_t score) {
-      const ChainRule rule{signed_length_, score, rules_.scoring.mismatch_penalty,
-                           rules_.scoring.indel_penalty, rules_.scoring.is_N_neutral};
+      const ChainRule rule{signed_length_, score, text_.scoring.mismatch_penalty,
+                           text_.scoring.indel_penalty, text_.scoring.is_N_neutral};
       if (rule.edits_to_follow() == 0) return;
       const CBasePlanes planes(attack_.text.data(), text_length());
       CBitSet left(text_length() - unit_length_);
@@ -195,7 +195,7 @@ class CQuestions {
 
   void ask_lags() {
     if (unit_length_ > kMaxLagUnit ||
-        !can_lag_bound_refute(rules_.scoring.mismatch_penalty, rules_.scoring.indel_penalty)) {
+        !can_lag_bound_refute(text_.scoring.mismatch_penalty, text_.scoring.indel_penalty)) {
       return;
     }
     for_each_score(&ExtendedSeed::edited, [&](std::int64_t score) {
@@ -204,10 +204,9 @@ class CQuestions {
       const std::uint64_t longer =
           std::min({kMaxLagUnit - unit_length_, text_length() - 1 - unit_length_,
                     std::uint64_t{draw_between(engine_, 0, spread)}});
-      LagBoundRules rules{unit_length_ - shorter,
-                          std::vector<std::int64_t>(shorter + 1 + longer, 1),
-                          rules_.scoring.mismatch_penalty, rules_.scoring.indel_penalty,
-                          rules_.scoring.is_N_neutral};
+      LagBoundRules rules{
+          unit_length_ - shorter, std::vector<std::int64_t>(shorter + 1 + longer, 1),
+          text_.scoring.mismatch_penalty, text_.scoring.indel_penalty, text_.scoring.is_N_neutral};
       for (std::int64_t& minimum : rules.min_scores) {
         minimum = static_cast<std::int64_t>(draw_between(engine_, 1, 300));
       }
@@ -237,11 +236,12 @@ class CQuestions {
   }
 
   void ask_group(const ExtendedSeed& seed) {
-    if (signed_length_ < CGroupBound::kShortestUnit || seed.edited.score <= 0) return;
+    if (signed_length_ < kMinGroupUnit || seed.edited.score <= 0) return;
     const std::uint64_t k = std::min<std::uint64_t>(seed.start, draw_between(engine_, 0, 63));
-    const std::uint64_t asked = draw_neighbours(seed, k, CGroupBound::kSeeds);
-    const bool may_reach = group_bound_.may_reach(attack_.text.data() + seed.start - k,
-                                                  signed_length_, asked, rules_, seed.edited.score);
+    const std::uint64_t asked = draw_neighbours(seed, k, kGroupSeeds);
+    const char* const first = attack_.text.data() + seed.start - k;
+    const bool may_reach =
+        group_bound(text_, {first, signed_length_, asked, seed.edited.score}, workspace_) != 0;
     judge(AttackedFilter::kGroups, seed, seed.edited.score, seed.edited.score, !may_reach);
     // The same seeds, asked for a point more than any of them reaches.
     std::int64_t best = 0;
@@ -249,17 +249,18 @@ class CQuestions {
       if ((asked >> i & 1) == 0) continue;
       best = std::max(best, seed_at(seed.start - k + i)->edited.score);
     }
-    const bool may_beat = group_bound_.may_reach(attack_.text.data() + seed.start - k,
-                                                 signed_length_, asked, rules_, best + 1);
+    const bool may_beat =
+        group_bound(text_, {first, signed_length_, asked, best + 1}, workspace_) != 0;
     judge(AttackedFilter::kGroups, seed, seed.edited.score, best + 1, !may_beat);
   }
 
   void ask_batch(const ExtendedSeed& seed) {
     if (seed.edited.score <= 0) return;
     const std::uint64_t k = std::min<std::uint64_t>(seed.start, draw_between(engine_, 0, 31));
-    const auto asked = static_cast<std::uint32_t>(draw_neighbours(seed, k, CBatchBound::kSeeds));
-    const std::uint32_t left = batch_bound_.may_reach(
-        attack_.text.data() + seed.start - k, signed_length_, asked, rules_, seed.edited.score);
+    const auto asked = static_cast<std::uint32_t>(draw_neighbours(seed, k, kBatchSeeds));
+    const SeedQuestion question{attack_.text.data() + seed.start - k, signed_length_, asked,
+                                seed.edited.score};
+    const std::uint64_t left = batch_bound(text_, question, workspace_);
     for (std::uint64_t i = 0; i < 32; ++i) {
       if ((asked >> i & 1) == 0) continue;
       const ExtendedSeed& one = *seed_at(seed.start - k + i);
@@ -270,13 +271,11 @@ class CQuestions {
 
   void ask_single(const ExtendedSeed& seed) {
     const char* const base = attack_.text.data() + seed.start;
-    const GrowingRepeat repeat{base, base + unit_length_, base, base + unit_length_,
-                               0,    signed_length_ - 1,  0};
     for (const std::int64_t more : {0, 1}) {
       const std::int64_t threshold = seed.edited.score + more;
       if (threshold <= 0) continue;
       judge(AttackedFilter::kSingleSeeds, seed, seed.edited.score, threshold,
-            !score_bound_.may_reach(repeat, rules_, threshold));
+            single_bound(text_, {base, signed_length_, 1, threshold}, workspace_) == 0);
     }
   }
 
@@ -287,18 +286,18 @@ class CQuestions {
     CSearchController::extend_exact_forward(run, text + text_length());
     CSearchController::extend_exact_backward(run, text - 1);
     run.remove_Ns_at_ends();
-    const GrowingRepeat repeat{run.start,
-                               run.end,
-                               run.unit_begin,
-                               run.unit_end,
-                               run.unit_pos_right - run.unit_begin,
-                               run.unit_pos_left - run.unit_begin,
-                               run.score};
+    const ExtendableRepeat repeat{run.start,
+                                  run.end,
+                                  run.unit_begin,
+                                  run.unit_end,
+                                  run.unit_pos_right - run.unit_begin,
+                                  run.unit_pos_left - run.unit_begin,
+                                  run.score};
     for (const std::int64_t more : {0, 1}) {
       const std::int64_t threshold = seed.edited_from_run.score + more;
       if (threshold <= 0) continue;
       judge(AttackedFilter::kExactRepeats, seed, seed.edited_from_run.score, threshold,
-            !score_bound_.may_reach(repeat, rules_, threshold));
+            !may_repeat_reach(text_, repeat, threshold, workspace_.work));
     }
   }
 
@@ -308,10 +307,8 @@ class CQuestions {
   RandomEngine& engine_;
   QuestionTallies& tallies_;
   std::vector<ExtendedSeed> seeds_;
-  GrowthRules rules_;
-  CGroupBound group_bound_;
-  CBatchBound batch_bound_;
-  CScoreBound score_bound_;
+  ScoredText text_;
+  BoundWorkspace workspace_;
   std::string fault_;
 };
 

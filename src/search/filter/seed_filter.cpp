@@ -4,7 +4,10 @@
 #include <bit>
 #include <cassert>
 
+#include "search/filter/batch_bound.h"
+#include "search/filter/group_bound.h"
 #include "search/filter/lag_sieve.h"
+#include "search/filter/single_bound.h"
 #include "search/score.h"
 #include "settings/settings.h"
 
@@ -26,7 +29,7 @@ constexpr int kLeastBatch = 3;
 constexpr int kLeastGroup = 8;
 
 // Neighbours are the bits of a word.
-static_assert(CGroupBound::kSeeds == CBitSet::kWordBits && CBatchBound::kSeeds == 32);
+static_assert(kGroupSeeds == CBitSet::kWordBits && kBatchSeeds == 32);
 
 }  // namespace
 
@@ -38,9 +41,9 @@ CSeedFilter::CSeedFilter(const char* text, std::uint64_t length, SeedUse use,
       mismatch_penalty_(-std::int64_t{global_mismatch_score}),
       indel_penalty_(-std::int64_t{global_indel_score}),
       planes_(text, length),
-      growth_rules_{text,
-                    text + length,
-                    {mismatch_penalty_, indel_penalty_, is_N_neutral() && planes_.has_Ns()}},
+      scored_text_{text,
+                   text + length,
+                   {mismatch_penalty_, indel_penalty_, is_N_neutral() && planes_.has_Ns()}},
       lags_(planes_, is_N_neutral()) {}
 
 RunRule CSeedFilter::run_rule(std::uint64_t unit_length) const {
@@ -129,15 +132,14 @@ const CBitSet& CSeedFilter::seeds(std::uint64_t unit_length) {
 
 bool CSeedFilter::may_group_grow(std::uint64_t p, std::uint64_t unit_length,
                                  std::uint64_t neighbours) {
-  if (static_cast<std::int64_t>(unit_length) < CGroupBound::kShortestUnit ||
+  if (static_cast<std::int64_t>(unit_length) < kMinGroupUnit ||
       std::popcount(neighbours) < kLeastGroup || growing_group_.covers(p, unit_length)) {
     return true;
   }
   ++work_.groups;
-  if (!group_bound_.may_reach(text_ + p, static_cast<std::int64_t>(unit_length), neighbours,
-                              growth_rules_, thresholds_.min_scores[unit_length])) {
-    return false;
-  }
+  const SeedQuestion question{text_ + p, static_cast<std::int64_t>(unit_length), neighbours,
+                              thresholds_.min_scores[unit_length]};
+  if (group_bound(scored_text_, question, for_groups_) == 0) return false;
   growing_group_ = {unit_length, p, neighbours, neighbours};
   return true;
 }
@@ -149,21 +151,17 @@ void CSeedFilter::tell_neighbours(std::uint64_t p, std::uint64_t unit_length,
     told_ = {unit_length, p, neighbours, 0};
     return;
   }
-  const char* const base = text_ + p;
-  const std::int64_t min_score = thresholds_.min_scores[unit_length];
-  const auto signed_length = static_cast<std::int64_t>(unit_length);
-  const auto batch = static_cast<std::uint32_t>(neighbours);
-  if (std::popcount(batch) < kLeastBatch) {
+  SeedQuestion question{text_ + p, static_cast<std::int64_t>(unit_length),
+                        static_cast<std::uint32_t>(neighbours),
+                        thresholds_.min_scores[unit_length]};
+  if (std::popcount(question.asked) < kLeastBatch) {
     ++work_.singles;
-    const bool may_reach = score_bound_.may_reach(
-        {base, base + unit_length, base, base + unit_length, 0, signed_length - 1, 0},
-        growth_rules_, min_score);
-    told_ = {unit_length, p, 1, may_reach ? std::uint64_t{1} : 0};
+    question.asked = 1;
+    told_ = {unit_length, p, 1, single_bound(scored_text_, question, for_singles_)};
     return;
   }
   ++work_.batches;
-  told_ = {unit_length, p, batch,
-           batch_bound_.may_reach(base, signed_length, batch, growth_rules_, min_score)};
+  told_ = {unit_length, p, question.asked, batch_bound(scored_text_, question, for_batches_)};
 }
 
 }  // namespace quorix

@@ -30,11 +30,9 @@
 
 #include "search/bits/base_planes.h"
 #include "search/bits/bit_set.h"
-#include "search/filter/batch_bound.h"
+#include "search/filter/bound.h"
 #include "search/filter/chain_sieve.h"
-#include "search/filter/group_bound.h"
 #include "search/filter/run_sieve.h"
-#include "search/filter/single_bound.h"
 #include "search/thresholds.h"
 
 namespace quorix {
@@ -107,9 +105,9 @@ class CSeedFilter {
   [[nodiscard]] SeedFilterWork work() const {
     SeedFilterWork all = work_;
     all.lags_made = lags_.made_count();
-    all.group_bound = group_bound_.work();
-    all.batch_bound = batch_bound_.work();
-    all.score_bound = score_bound_.work();
+    all.group_bound = for_groups_.work;
+    all.batch_bound = for_batches_.work;
+    all.score_bound = for_singles_.work;
     return all;
   }
 
@@ -150,16 +148,16 @@ class CSeedFilter {
   std::int64_t mismatch_penalty_;
   std::int64_t indel_penalty_;
   CBasePlanes planes_;
-  GrowthRules growth_rules_;
+  ScoredText scored_text_;
   CNeighbourLags lags_;
   CBitSet seeds_;
   const CBitSet* last_seeds_ = nullptr;  ///< those last asked for
   std::uint64_t first_lag_unit_ = 0;     ///< unit length of the first of `lag_seeds_`
   std::vector<CBitSet> lag_seeds_;
 
-  CScoreBound score_bound_;
-  CBatchBound batch_bound_;
-  CGroupBound group_bound_;
+  BoundWorkspace for_singles_;
+  BoundWorkspace for_batches_;
+  BoundWorkspace for_groups_;
   ToldSeeds told_;
   ToldSeeds growing_group_;  ///< the last one that had to be looked at more closely
   SeedFilterWork work_;      ///< without that of the bounds

@@ -33,8 +33,8 @@
 #include "search/extension/edit_memo.h"
 #include "search/extension/growth_paths.h"
 #include "search/extension/look_ahead.h"
+#include "search/filter/bound_work.h"
 #include "search/filter/seed_filter.h"
-#include "search/filter/single_bound.h"
 #include "search/sat_container.h"
 #include "search/thresholds.h"
 #include "sequence/sequence_mol.h"
@@ -48,7 +48,8 @@ struct SearchWork {
   std::uint64_t seeds = 0;          ///< seeds left by the sieves, and not next to an N
   std::uint64_t grown_exactly = 0;  ///< candidates that were grown over perfect copies
   std::uint64_t grown = 0;          ///< candidates that were grown over edits
-  std::uint64_t bounded = 0;        ///< exact repeats that were held against the score bound
+  std::uint64_t bounded = 0;        ///< exact repeats whose extension was bounded
+  BoundWork repeat_bound;           ///< the work of that
 };
 
 class CSearchController {
@@ -158,7 +159,6 @@ class CSearchController {
   [[nodiscard]] const CLookAhead& look_ahead() const { return look_ahead_; }
   [[nodiscard]] const CEditMemo& edit_memo() const { return edit_memo_; }
   [[nodiscard]] const CGrowthPaths& growth_paths() const { return growth_paths_; }
-  [[nodiscard]] const CScoreBound& score_bound() const { return score_bound_; }
   /// The filter of the last scan. Null before the first one.
   [[nodiscard]] const CSeedFilter* last_seed_filter() const { return seed_filter_.get(); }
 
@@ -196,8 +196,8 @@ class CSearchController {
 
   /// Grows an exact candidate to both sides and tests it.
   [[nodiscard]] bool grow_exact_and_test(Csat& sat);
-  /// False only if the repeat cannot grow over edits into one of the minimum score.
-  [[nodiscard]] bool may_grow(const Csat& sat);
+  /// Returns false only if no extension of the repeat over edits reaches the minimum score.
+  [[nodiscard]] bool may_extend_over_edits(const Csat& sat);
   /// Grows a candidate over edits, to the left up to `left_limit`, and tests it. The edits of an
   /// accepted one are sorted, and stand in the one block in which all edits are gathered.
   [[nodiscard]] bool grow_and_test(Csat& sat, const char* left_limit);
@@ -231,7 +231,6 @@ class CSearchController {
   /// Forgets the edits and ways of growth under other settings.
   void forget_growth();
 
-  CScoreBound score_bound_;
   CLookAhead look_ahead_;
   CEditStore edit_store_;        ///< of the repeats in the lists
   fastvector<Edit> edit_block_;  ///< lent to the candidate that is being grown

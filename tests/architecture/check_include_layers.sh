@@ -29,6 +29,7 @@ readonly third_party_headers='
 tclap/  driver/command_line.cpp
 hwy/    search/filter/batch_bound.cpp
 hwy/    search/filter/chain_sieve.cpp
+hwy/    search/filter/dp_cell.h
 hwy/    search/filter/group_bound.cpp
 hwy/    search/filter/lag_sieve.cpp
 hwy/    search/filter/single_bound.cpp

@@ -182,12 +182,13 @@ class CJudgedRecord {
 
   [[nodiscard]] bool may_reach(const Repeat& repeat) {
     const char* const text = record_.sequence.data();
-    const GrowthRules rules{text, text + length(), scoring_rules_of_settings()};
-    return score_bound_.may_reach(
+    BoundWork work;
+    return may_repeat_reach(
+        {text, text + length(), scoring_rules_of_settings()},
         {text + repeat.start, text + repeat.end, text + repeat.unit_begin, text + repeat.unit_end,
          repeat.unit_pos_right - repeat.unit_begin, repeat.unit_pos_left - repeat.unit_begin,
          repeat.score},
-        rules, reference::min_score(ThresholdSet::kUser, reference::unit_length(repeat)));
+        reference::min_score(ThresholdSet::kUser, reference::unit_length(repeat)), work);
   }
 
   [[nodiscard]] std::string describe(const std::string& how, const Repeat& repeat) const {
@@ -200,7 +201,6 @@ class CJudgedRecord {
   std::string bases_;
   CSequence_Mol record_;
   std::optional<CSearchController> controller_;  ///< makes the tables of thresholds
-  CScoreBound score_bound_;
 };
 
 /// Random bases and arrays, three unit lengths.

@@ -76,11 +76,12 @@ void check_reach(const Growth& growth, std::int64_t min_score) {
   const bool must_be_refuted =
       both.best < min_score && testing::is_in_reach_of_bound(growth, right, both);
   on_every_processor(growth.text, [&](const char* bases, const char* target) {
-    CScoreBound bound;
-    const bool answer = bound.may_reach(
+    BoundWork work;
+    const bool answer = may_repeat_reach(
+        {bases, bases + growth.text.size(), growth.scoring},
         {bases + growth.start, bases + growth.end, bases + growth.unit_begin,
          bases + growth.unit_end, growth.right_phase, growth.left_phase, growth.score},
-        {bases, bases + growth.text.size(), growth.scoring}, min_score);
+        min_score, work);
     const bool is_right = answer ? !must_be_refuted : both.best < min_score;
     expect(is_right, [&] {
       return std::string(target) + ": the score bound answers " + (answer ? "yes" : "no") + " to " +
@@ -94,11 +95,11 @@ void check_reaches(const Batch& batch, std::uint32_t asked, std::int64_t min_sco
   const BatchReach reaches = testing::reach_of(batch, asked);
   const bool is_exact = min_score > 0 && testing::is_in_reach_of_bound(batch, asked, reaches);
   on_every_processor(batch.text, [&](const char* bases, const char* target) {
-    CBatchBound bound;
-    const std::uint32_t answer =
-        bound.may_reach(bases + batch.first, batch.unit_length, asked,
-                        {bases, bases + batch.text.size(), batch.scoring}, min_score);
-    bool is_right = (answer & ~asked) == 0;
+    BoundWorkspace workspace;
+    const std::uint64_t answer =
+        batch_bound({bases, bases + batch.text.size(), batch.scoring},
+                    {bases + batch.first, batch.unit_length, asked, min_score}, workspace);
+    bool is_right = (answer & ~std::uint64_t{asked}) == 0;
     for (std::int64_t k = 0; k < testing::kSeeds; ++k) {
       const auto& reach = reaches[static_cast<std::size_t>(k)];
       if ((asked & testing::seed_bit(k)) == 0 || !reach) continue;
@@ -250,7 +251,7 @@ void check_group_bound(CFuzzInput& input) {
   constexpr std::size_t kMostGroupBases = 400;
   constexpr std::size_t kGroupMargin = 700;
   const ScoringRules rules{take_penalty(input, 2), take_penalty(input, 2), input.take_flag()};
-  const std::int64_t unit_length = CGroupBound::kShortestUnit + input.take_between(0, 100);
+  const std::int64_t unit_length = kMinGroupUnit + input.take_between(0, 100);
   const std::int64_t min_score = input.take_between(1, 250);
   const std::int64_t place = input.take_byte();
   const std::uint64_t mask = std::uint64_t{input.take_word()} << 32U | input.take_word();
@@ -260,14 +261,16 @@ void check_group_bound(CFuzzInput& input) {
   const std::int64_t first = static_cast<std::int64_t>(kGroupMargin) - 100 + place;
   bool is_refuted = false;
   on_every_processor(text, [&](const char* bases, const char* /*target*/) {
-    CGroupBound bound;
-    is_refuted = !bound.may_reach(bases + first, unit_length, mask,
-                                  {bases, bases + text.size(), rules}, min_score) ||
-                 is_refuted;
+    BoundWorkspace workspace;
+    const std::uint64_t undecided =
+        group_bound({bases, bases + text.size(), rules},
+                    {bases + first, unit_length, mask, min_score}, workspace);
+    expect(undecided == 0 || undecided == mask, [&] { return "a group is split: " + text; });
+    is_refuted = is_refuted || undecided == 0;
   });
   if (!is_refuted) return;
   // Some of them, as above.
-  for (std::int64_t k = place % 8; k < CGroupBound::kSeeds; k += 8) {
+  for (std::int64_t k = place % 8; k < kGroupSeeds; k += 8) {
     if ((mask >> k & 1) == 0) continue;
     expect_refutable("the group bound", text, first + k, unit_length, rules, min_score);
   }

@@ -54,8 +54,8 @@ class CQuestions {
         engine_(engine),
         tallies_(tallies),
         seeds_(extend_all_seeds(attack, unit_length)),
-        rules_{attack.text.data(), attack.text.data() + attack.text.size(),
-               scoring_rules_of_settings()} {}
+        text_{attack.text.data(), attack.text.data() + attack.text.size(),
+              scoring_text_of_settings()} {}
 
   std::string ask() {
     ask_search_over_edits();
@@ -123,7 +123,7 @@ class CQuestions {
       const CThresholdTable lengths(kNoMinimum, unit_length_);
       CSeedFilter filter(
           attack_.text.data(), text_length(),
-          {SeedUse::kExtendOverEdits, rules_.scoring, {scores, lengths, scores}, draw_last_unit()});
+          {SeedUse::kExtendOverEdits, text_.scoring, {scores, lengths, scores}, draw_last_unit()});
       const CBitSet& left = filter.seeds(unit_length_);
       const std::uint64_t open_share = draw_chance(engine_, 50) ? 0 : draw_between(engine_, 1, 3);
       const auto open_from = [&](std::uint64_t p) {
@@ -159,7 +159,7 @@ class CQuestions {
                                     unit_length_);
       CSeedFilter filter(
           attack_.text.data(), text_length(),
-          {SeedUse::kExtendExactly, rules_.scoring, {scores, lengths, scores}, signed_length_});
+          {SeedUse::kExtendExactly, text_.scoring, {scores, lengths, scores}, signed_length_});
       const CBitSet& left = filter.seeds(unit_length_);
       for (const ExtendedSeed& seed : seeds_) {
         // N's that count for the length are given by exact extension alone.
@@ -174,7 +174,7 @@ class CQuestions {
       const CThresholdTable lengths(kNoMinimum, unit_length_);
       CSeedFilter filter(attack_.text.data(), text_length(),
                          {SeedUse::kExtendExactlyFirst,
-                          rules_.scoring,
+                          text_.scoring,
                           {scores, lengths, user_scores},
                           signed_length_});
       const CBitSet& left = filter.seeds(unit_length_);
@@ -188,7 +188,7 @@ class CQuestions {
 
   void ask_chains() {
     for_each_score(&ExtendedSeed::edited, [&](std::int64_t score) {
-      const ChainRule rule = ChainRule::for_unit(signed_length_, score, rules_.scoring);
+      const ChainRule rule = ChainRule::for_unit(signed_length_, score, text_.scoring);
       if (rule.edits == 0) return;
       const CBasePlanes planes(attack_.text.data(), text_length());
       CBitSet left(text_length() - unit_length_);
@@ -201,7 +201,7 @@ class CQuestions {
   }
 
   void ask_lags() {
-    if (signed_length_ > kMaxLagUnit || rules_.scoring.min_penalty() < kMinLagPenalty) {
+    if (signed_length_ > kMaxLagUnit || text_.scoring.min_penalty() < kMinLagPenalty) {
       return;
     }
     for_each_score(&ExtendedSeed::edited, [&](std::int64_t score) {
@@ -211,7 +211,7 @@ class CQuestions {
                                              text_length() - 1 - unit_length_,
                                              std::uint64_t{draw_between(engine_, 0, spread)}});
       LagRule rule{signed_length_ - static_cast<std::int64_t>(shorter),
-                   std::vector<std::int64_t>(shorter + 1 + longer, 1), rules_.scoring};
+                   std::vector<std::int64_t>(shorter + 1 + longer, 1), text_.scoring};
       for (std::int64_t& minimum : rule.min_scores) {
         minimum = static_cast<std::int64_t>(draw_between(engine_, 1, 300));
       }
@@ -241,11 +241,12 @@ class CQuestions {
   }
 
   void ask_group(const ExtendedSeed& seed) {
-    if (signed_length_ < CGroupBound::kShortestUnit || seed.edited.score <= 0) return;
+    if (signed_length_ < kMinGroupUnit || seed.edited.score <= 0) return;
     const std::uint64_t k = std::min<std::uint64_t>(seed.start, draw_between(engine_, 0, 63));
-    const std::uint64_t asked = draw_neighbours(seed, k, CGroupBound::kSeeds);
-    const bool may_reach = group_bound_.may_reach(attack_.text.data() + seed.start - k,
-                                                  signed_length_, asked, rules_, seed.edited.score);
+    const std::uint64_t asked = draw_neighbours(seed, k, kGroupSeeds);
+    const char* const first = attack_.text.data() + seed.start - k;
+    const bool may_reach =
+        group_bound(text_, {first, signed_length_, asked, seed.edited.score}, workspace_) != 0;
     judge(AttackedFilter::kGroups, seed, seed.edited.score, seed.edited.score, !may_reach);
     // The same seeds, asked for a point more than any of them reaches.
     std::int64_t best = 0;
@@ -253,17 +254,18 @@ class CQuestions {
       if ((asked >> i & 1) == 0) continue;
       best = std::max(best, seed_at(seed.start - k + i)->edited.score);
     }
-    const bool may_beat = group_bound_.may_reach(attack_.text.data() + seed.start - k,
-                                                 signed_length_, asked, rules_, best + 1);
+    const bool may_beat =
+        group_bound(text_, {first, signed_length_, asked, best + 1}, workspace_) != 0;
     judge(AttackedFilter::kGroups, seed, seed.edited.score, best + 1, !may_beat);
   }
 
   void ask_batch(const ExtendedSeed& seed) {
     if (seed.edited.score <= 0) return;
     const std::uint64_t k = std::min<std::uint64_t>(seed.start, draw_between(engine_, 0, 31));
-    const auto asked = static_cast<std::uint32_t>(draw_neighbours(seed, k, CBatchBound::kSeeds));
-    const std::uint32_t left = batch_bound_.may_reach(
-        attack_.text.data() + seed.start - k, signed_length_, asked, rules_, seed.edited.score);
+    const auto asked = static_cast<std::uint32_t>(draw_neighbours(seed, k, kBatchSeeds));
+    const SeedQuestion question{attack_.text.data() + seed.start - k, signed_length_, asked,
+                                seed.edited.score};
+    const std::uint64_t left = batch_bound(text_, question, workspace_);
     for (std::uint64_t i = 0; i < 32; ++i) {
       if ((asked >> i & 1) == 0) continue;
       const ExtendedSeed& one = *seed_at(seed.start - k + i);
@@ -274,13 +276,11 @@ class CQuestions {
 
   void ask_single(const ExtendedSeed& seed) {
     const char* const base = attack_.text.data() + seed.start;
-    const GrowingRepeat repeat{base, base + unit_length_, base, base + unit_length_,
-                               0,    signed_length_ - 1,  0};
     for (const std::int64_t more : {0, 1}) {
       const std::int64_t threshold = seed.edited.score + more;
       if (threshold <= 0) continue;
       judge(AttackedFilter::kSingleSeeds, seed, seed.edited.score, threshold,
-            !score_bound_.may_reach(repeat, rules_, threshold));
+            single_bound(text_, {base, signed_length_, 1, threshold}, workspace_) == 0);
     }
   }
 
@@ -291,18 +291,18 @@ class CQuestions {
     CSearchController::extend_exact_forward(run, text + text_length());
     CSearchController::extend_exact_backward(run, text - 1);
     run.remove_Ns_at_ends();
-    const GrowingRepeat repeat{run.start,
-                               run.end,
-                               run.unit_begin,
-                               run.unit_end,
-                               run.unit_pos_right - run.unit_begin,
-                               run.unit_pos_left - run.unit_begin,
-                               run.score};
+    const ExtendableRepeat repeat{run.start,
+                                  run.end,
+                                  run.unit_begin,
+                                  run.unit_end,
+                                  run.unit_pos_right - run.unit_begin,
+                                  run.unit_pos_left - run.unit_begin,
+                                  run.score};
     for (const std::int64_t more : {0, 1}) {
       const std::int64_t threshold = seed.edited_from_run.score + more;
       if (threshold <= 0) continue;
       judge(AttackedFilter::kExactRepeats, seed, seed.edited_from_run.score, threshold,
-            !score_bound_.may_reach(repeat, rules_, threshold));
+            !may_repeat_reach(text_, repeat, threshold, workspace_.work));
     }
   }
 
@@ -312,10 +312,8 @@ class CQuestions {
   RandomEngine& engine_;
   QuestionTallies& tallies_;
   std::vector<ExtendedSeed> seeds_;
-  GrowthRules rules_;
-  CGroupBound group_bound_;
-  CBatchBound batch_bound_;
-  CScoreBound score_bound_;
+  ScoredText text_;
+  BoundWorkspace workspace_;
   std::string fault_;
 };
 

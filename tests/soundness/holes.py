@@ -34,8 +34,8 @@ HOLES = {
         (LAG_GRID, "return std::max<std::int64_t>(weights_.reward * unit_length - most_lost, 0);",
          "return std::max<std::int64_t>(weights_.reward * unit_length - most_lost + 2, 0);")],
     "lag bound: no path persists by its N's": [
-        (LAG_BOUND, "value = hn::SaturatedAdd(value, hn::And(is_free, reward));",
-         "value = hn::SaturatedAdd(value, hn::And(is_match, reward));")],
+        (LAG_BOUND, "free_letters{letters.is_free, letters.is_free};",
+         "free_letters{letters.is_match, letters.is_free};")],
     "lag bound: each segment begins without its predecessor": [
         (LAG_BOUND, "CLagRows& left = grid.leftward_rows();",
          "CLagRows& left = grid.leftward_rows();\n  left.clear();")],
@@ -45,7 +45,8 @@ HOLES = {
         (BATCH, "hn::IfThenZeroElse(is_answered, best));",
          "hn::IfThenZeroElse(is_answered, hn::Load(d, values)));")],
     "batch bound: neutral N's cost a mismatch": [
-        (BATCH, "is_free = hn::Or(equal, is_N);", "is_free = hn::AndNot(is_N, equal);")],
+        (BATCH, "compare_letters<kMayHaveNs>(d, base, equal, neutral_letter), weights_);",
+         "compare_letters<false>(d, base, equal, neutral_letter), weights_);")],
     "batch bound: one lane less in each row": [
         (BATCH, "std::max(last.high + 1, before.high)};", "std::max(last.high, before.high)};")],
     "score bound: paths may leave at the edge of the rows": [
@@ -53,19 +54,19 @@ HOLES = {
     "score bound: the left side begins without the score of the right": [
         (SCORE, "table.start_value = *right;", "")],
     "score bound: a budget of 256 rows": [
-        (SCORE, "kMostRows = 8192;", "kMostRows = 256;"),
+        (SCORE, "row < kMaxSingleRows;", "row < 256;"),
         (SCORE, "if (!is_alive || !highest) return highest;\n  }\n  return std::nullopt;",
          "if (!is_alive || !highest) return highest;\n  }\n  return rows.highest_value(target);")],
     "score bound: the phase on the left is one off": [
         (SCORE, "table.skipped = unit_length - 1 - repeat.left_phase;",
          "table.skipped = (unit_length - repeat.left_phase) % unit_length;")],
     "group bound: fewer offsets wrap": [
-        (GROUP, "offset < kSeeds - 1;", "offset < kSeeds / 2;")],
+        (GROUP, "offset < kGroupSeeds - 1;", "offset < kGroupSeeds / 2;")],
     "group bound: what has no room is taken for dead": [
-        (GROUP, "if (!has_room_for(range, row)) return kOpenGroup;",
+        (GROUP, "if (!has_room_for(range, row)) return kUndecidedGroup;",
          "if (!has_room_for(range, row)) return hn::GetLane(hn::MaxOfLanes(d, best_));")],
     "group bound: the left side is entered in the order of the right": [
-        (GROUP, "table.entering = reversed;", "")],
+        (GROUP, "left.entering = reversed(asked);", "left.entering = asked;")],
     "group bound: one lane less in each row": [
         (GROUP, "std::min(last_.low - odd, before_.low),", "std::min(last_.low, before_.low),")],
     "chain states: one match more to be let through": [

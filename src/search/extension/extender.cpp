@@ -5,6 +5,7 @@
 #include <cassert>
 #include <cstddef>
 
+#include "search/filter/single_bound.h"
 #include "search/score.h"
 #include "search/search_controller.h"
 #include "settings/settings.h"
@@ -63,13 +64,13 @@ void CSearchController::pack_edits(Csat& sat) {
   sat.missense.swap(edit_block_);
 }
 
-bool CSearchController::may_grow(const Csat& sat) {
+bool CSearchController::may_extend_over_edits(const Csat& sat) {
   ++work_.bounded;
-  const GrowthRules rules{text_begin(), text_end(), scoring_rules_of_settings()};
-  return score_bound_.may_reach(
+  return may_repeat_reach(
+      {text_begin(), text_end(), scoring_rules_of_settings()},
       {sat.start, sat.end, sat.unit_begin, sat.unit_end, sat.unit_pos_right - sat.unit_begin,
        sat.unit_pos_left - sat.unit_begin, sat.score},
-      rules, (*minScores)[static_cast<std::uint64_t>(sat.unit_length())]);
+      (*minScores)[static_cast<std::uint64_t>(sat.unit_length())], work_.repeat_bound);
 }
 
 }  // namespace quorix

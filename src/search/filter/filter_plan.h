@@ -9,6 +9,7 @@
 /// serve. It is a matter of speed alone: each sieve and each bound is sound wherever it may be
 /// called. docs/algorithm.md, section 11, has the table for the default settings.
 
+#include <cstddef>
 #include <cstdint>
 
 #include "search/filter/scoring_rules.h"
@@ -36,13 +37,41 @@ inline constexpr std::int64_t kMaxLagUnitsAtOnce = 512;
 /// What the seeds of several unit lengths may take, unless the text is large.
 inline constexpr std::int64_t kLagSeedBytes = 40'000'000;
 
-// Bounds.
+// Bound of groups.
+inline constexpr int kGroupSeeds = 64;
 inline constexpr int kMinGroupSeeds = 8;  ///< fewer are as fast in batches
+/// For shorter units the wraps blur too much: no more than half of the characters may.
 inline constexpr std::int64_t kMinGroupUnit = 128;
-inline constexpr std::int64_t kMaxGroupTarget = 60'000;  ///< unit length and minimum score
-inline constexpr int kMinBatchSeeds = 3;                 ///< fewer are as fast one by one
-inline constexpr std::int64_t kMaxBatchUnit = 30'000;
+static_assert(kMinGroupUnit >= kGroupSeeds - 1, "two seeds may be one wrap apart, not two");
+/// States of a row, whatever the width of a vector.
+inline constexpr std::ptrdiff_t kMaxGroupLanes = 512;
+/// Unit length and minimum score: values have 16 bits, and the target is looked for in every 16th
+/// row alone.
+inline constexpr std::int64_t kMaxGroupTarget = 60'000;
+/// Copies of a unit that are followed, to either side; what lives longer is for the other bounds.
+inline constexpr std::int64_t kMaxGroupCopies = 3;
+
+// Bound of batches.
+inline constexpr int kBatchSeeds = 32;
+inline constexpr int kMinBatchSeeds = 3;  ///< fewer are as fast one by one
+/// Rows after which a batch is given up: what lives that long is worth an extension.
+inline constexpr std::ptrdiff_t kMaxBatchRows = 8192;
+/// The same for short units, which an extension follows along an array faster than a bound finds
+/// where it ends: those whose extension paths are cached, see `CEditMemo::kLongestUnit`.
+inline constexpr std::ptrdiff_t kMaxShortUnitRows = 1024;
+inline constexpr std::ptrdiff_t kMaxShortUnit = 28;
+/// Bases less characters, or the other way round, of the states that are followed.
+inline constexpr std::ptrdiff_t kMaxBatchDifference = 400;
+inline constexpr std::int64_t kMaxBatchUnit = 30'000;  ///< values have 16 bits
+
+// Bound of single seeds.
+/// Rows after which a table is given up: what lives that long is worth an extension.
+inline constexpr std::ptrdiff_t kMaxSingleRows = 8192;
+/// States of a row. Paths that need more are let through.
+inline constexpr std::ptrdiff_t kMaxSingleLanes = 256;
 inline constexpr std::int64_t kMaxSingleUnit = 4096;
+/// Score above the floor on entry: values have 16 bits.
+inline constexpr std::int64_t kMaxSingleStartValue = 60'000;
 
 /// What a search does with a seed.
 enum class SeedUse {

@@ -8,15 +8,18 @@
 #include <bit>
 #include <cassert>
 
+#include "search/filter/batch_bound.h"
 #include "search/filter/chain_sieve.h"
+#include "search/filter/group_bound.h"
 #include "search/filter/lag_sieve.h"
+#include "search/filter/single_bound.h"
 
 namespace quorix {
 
 namespace {
 
 // Neighbours are the bits of a word.
-static_assert(CGroupBound::kSeeds == CBitSet::kWordBits && CBatchBound::kSeeds == 32);
+static_assert(kGroupSeeds == CBitSet::kWordBits && kBatchSeeds == 32);
 
 }  // namespace
 
@@ -24,10 +27,10 @@ CSeedFilter::CSeedFilter(const char* text, std::uint64_t length, const CFilterPl
     : text_(text),
       plan_(plan),
       planes_(text, length),
-      growth_rules_{text, text + length, plan.scoring()},
+      scored_text_{text, text + length, plan.scoring()},
       lags_(planes_, plan.scoring().is_N_neutral) {
   // Without N's the bounds need not look for them.
-  growth_rules_.scoring.is_N_neutral = plan.scoring().is_N_neutral && planes_.has_Ns();
+  scored_text_.scoring.is_N_neutral = plan.scoring().is_N_neutral && planes_.has_Ns();
 }
 
 void CSeedFilter::find_run_seeds_of_unit() {
@@ -81,10 +84,7 @@ const CBitSet& CSeedFilter::seeds(std::uint64_t unit_length) {
 bool CSeedFilter::is_group_rejected(std::uint64_t p, std::uint64_t asked) {
   if (undecided_group_.cover(p)) return false;
   ++work_.groups;
-  if (!group_bound_.may_reach(text_ + p, unit_.unit_length, asked, growth_rules_,
-                              unit_.min_score)) {
-    return true;
-  }
+  if (group_bound(scored_text_, question(p, asked), for_groups_) == 0) return true;
   undecided_group_ = {p, asked, asked};
   return false;
 }
@@ -93,23 +93,17 @@ CSeedFilter::Verdicts CSeedFilter::bound_neighbours(std::uint64_t p, std::uint64
   const auto serves = [](std::uint64_t seeds, int min_seeds) {
     return min_seeds != 0 && std::popcount(seeds) >= min_seeds;
   };
-  const char* const base = text_ + p;
   if (serves(asked, unit_.bounds.min_group_seeds) && is_group_rejected(p, asked)) {
     return {p, asked, 0};
   }
   const auto batch = static_cast<std::uint32_t>(asked);
   if (serves(batch, unit_.bounds.min_batch_seeds)) {
     ++work_.batches;
-    return {p, batch,
-            batch_bound_.may_reach(base, unit_.unit_length, batch, growth_rules_, unit_.min_score)};
+    return {p, batch, batch_bound(scored_text_, question(p, batch), for_batches_)};
   }
   if (serves(1, unit_.bounds.min_single_seeds)) {
     ++work_.singles;
-    const char* const unit_end = base + unit_.unit_length;
-    const bool may_reach =
-        score_bound_.may_reach({base, unit_end, base, unit_end, 0, unit_.unit_length - 1, 0},
-                               growth_rules_, unit_.min_score);
-    return {p, 1, may_reach ? std::uint64_t{1} : 0};
+    return {p, 1, single_bound(scored_text_, question(p, 1), for_singles_)};
   }
   return {p, asked, asked};
 }

@@ -25,11 +25,9 @@
 
 #include "search/bits/base_planes.h"
 #include "search/bits/bit_set.h"
-#include "search/filter/batch_bound.h"
+#include "search/filter/bound.h"
 #include "search/filter/filter_plan.h"
-#include "search/filter/group_bound.h"
 #include "search/filter/run_sieve.h"
-#include "search/filter/single_bound.h"
 
 namespace quorix {
 
@@ -74,9 +72,9 @@ class CSeedFilter {
   [[nodiscard]] SeedFilterWork work() const {
     SeedFilterWork all = work_;
     all.lags_made = lags_.made_count();
-    all.group_bound = group_bound_.work();
-    all.batch_bound = batch_bound_.work();
-    all.score_bound = score_bound_.work();
+    all.group_bound = for_groups_.work;
+    all.batch_bound = for_batches_.work;
+    all.score_bound = for_singles_.work;
     return all;
   }
 
@@ -104,6 +102,9 @@ class CSeedFilter {
   void find_run_seeds_of_unit();
   /// The seeds of the unit length, with those of the ones after it that the plan adds.
   const CBitSet& lag_seeds();
+  [[nodiscard]] SeedQuestion question(std::uint64_t p, std::uint64_t asked) const {
+    return {text_ + p, unit_.unit_length, asked, unit_.min_score};
+  }
   /// The verdict of the first bound that serves for `asked` seeds, bit k for base p + k.
   [[nodiscard]] Verdicts bound_neighbours(std::uint64_t p, std::uint64_t asked);
   /// True if all of those seeds are rejected as one group. False, without asking, where the last
@@ -114,16 +115,16 @@ class CSeedFilter {
   CFilterPlan plan_;
   UnitPlan unit_;  ///< of the last `seeds`
   CBasePlanes planes_;
-  GrowthRules growth_rules_;
+  ScoredText scored_text_;
   CNeighbourLags lags_;
   CBitSet seeds_;
   const CBitSet* last_seeds_ = nullptr;  ///< `seeds_`, or one of `lag_seeds_`
   std::int64_t first_lag_unit_ = 0;      ///< unit length of the first of `lag_seeds_`
   std::vector<CBitSet> lag_seeds_;
 
-  CScoreBound score_bound_;
-  CBatchBound batch_bound_;
-  CGroupBound group_bound_;
+  BoundWorkspace for_singles_;
+  BoundWorkspace for_batches_;
+  BoundWorkspace for_groups_;
   Verdicts verdicts_;
   Verdicts undecided_group_;  ///< the last one
   SeedFilterWork work_;       ///< without that of the bounds

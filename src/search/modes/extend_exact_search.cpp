@@ -28,7 +28,7 @@ void CSearchController::search_exact_and_extend_to_imperfect_repeats() {
   while (!seeds.empty()) {
     ahead.step();
     const auto seed = seeds.begin();
-    if (may_grow(**seed) && grow_and_test(**seed, before_text())) {
+    if (may_extend_over_edits(**seed) && grow_and_test(**seed, before_text())) {
       pack_edits(**seed);
       accepted.splice(accepted.end(), seeds, seed);
     } else {

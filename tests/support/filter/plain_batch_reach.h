@@ -15,7 +15,7 @@
 
 namespace quorix::testing {
 
-inline constexpr std::int64_t kSeeds = CBatchBound::kSeeds;
+inline constexpr std::int64_t kSeeds = kBatchSeeds;
 /// The difference of bases and characters that the tables have room for, less some.
 inline constexpr std::int64_t kSureDifference = 155;
 

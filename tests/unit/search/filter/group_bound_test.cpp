@@ -21,7 +21,7 @@
 namespace quorix::testing {
 namespace {
 
-constexpr std::int64_t kSeeds = CGroupBound::kSeeds;
+constexpr std::int64_t kSeeds = kGroupSeeds;
 
 std::int64_t draw_number(RandomEngine& engine, std::size_t first, std::size_t last) {
   return static_cast<std::int64_t>(draw_between(engine, first, last));
@@ -44,11 +44,19 @@ struct Group {
   }
 };
 
-bool may_reach(const Group& group, std::int64_t min_score) {
+std::uint64_t undecided(const Group& group, std::int64_t min_score, BoundWorkspace& workspace) {
   const CBases bases(group.text);
-  CGroupBound bound;
-  return bound.may_reach(bases.at(static_cast<std::size_t>(group.first)), group.unit_length,
-                         group.asked, {bases.begin(), bases.end(), group.scoring}, min_score);
+  return group_bound(
+      {bases.begin(), bases.end(), group.scoring},
+      {bases.at(static_cast<std::size_t>(group.first)), group.unit_length, group.asked, min_score},
+      workspace);
+}
+
+bool may_reach(const Group& group, std::int64_t min_score) {
+  BoundWorkspace workspace;
+  const std::uint64_t left = undecided(group, min_score, workspace);
+  EXPECT_TRUE(left == 0 || left == group.asked);
+  return left != 0;
 }
 
 /// The highest score that a chain of one of the seeds comes to.
@@ -74,7 +82,7 @@ std::size_t draw_margin(RandomEngine& engine) {
 /// A few seeds on the edge of an array of a shorter unit with edits, and in it.
 Group draw_group(RandomEngine& engine) {
   Group group{};
-  group.unit_length = draw_number(engine, CGroupBound::kShortestUnit, 200);
+  group.unit_length = draw_number(engine, kMinGroupUnit, 200);
   group.scoring.mismatch_penalty = draw_number(engine, 4, 8);
   group.scoring.indel_penalty =
       draw_chance(engine, 60) ? group.scoring.mismatch_penalty : draw_number(engine, 4, 8);
@@ -149,7 +157,7 @@ TEST(GroupBound, is_the_highest_value_of_its_tables) {
     const PlainGroup plain{group.text, group.first, group.unit_length, group.asked, group.scoring};
     // Wide vectors look some letters ahead.
     const std::optional<std::int64_t> highest =
-        plain_group_score(plain, 3 * group.unit_length + CGroupBound::kShortestUnit - 70);
+        plain_group_score(plain, 3 * group.unit_length + kMinGroupUnit - 70);
     if (!highest || *highest < 1) continue;
     ++compared;
     for_each_vector_target([&](const char* target) {
@@ -172,11 +180,9 @@ TEST(GroupBound, fills_few_cells) {
     std::uint64_t cells = 0;
     for (int round = 0; round < 60; ++round) {
       const Group group = draw_group(engine);
-      const CBases bases(group.text);
-      CGroupBound bound;
-      (void)bound.may_reach(bases.at(static_cast<std::size_t>(group.first)), group.unit_length,
-                            group.asked, {bases.begin(), bases.end(), group.scoring}, 90);
-      cells += bound.work().cells;
+      BoundWorkspace workspace;
+      (void)undecided(group, 90, workspace);
+      cells += workspace.work.cells;
     }
     const auto expected = cells_by_target.find(target);
     if (expected != cells_by_target.end()) {

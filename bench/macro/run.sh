@@ -46,7 +46,7 @@ while [ $# -gt 0 ]; do
     --rows) pattern=$2 && shift 2 ;;
     --runs) runs=$2 && shift 2 ;;
     --limit) limit=$2 && shift 2 ;;
-    --output) output=$(readlink -f -- "$2") && shift 2 ;;
+    --output) output=$(readlink -m -- "$2") && shift 2 ;;
     --base) base=$(readlink -f -- "$2") && shift 2 ;;
     *)
       if [ -n "$folder" ] || [ ! -d "$1" ]; then

@@ -28,14 +28,14 @@ pair() {
     base_times+=$base_seconds$'\n'
     program_times+=$program_seconds$'\n'
   done
-  if ! cmp -s "$scratch/report" "$scratch/base_report"; then
+  # The head of a report names its file.
+  if ! cmp -s <(sed -n '/^>/,$p' "$scratch/report") <(sed -n '/^>/,$p' "$scratch/base_report"); then
     verdict='OUTPUTS DIFFER'
     fail "$name: $verdict"
   fi
   row "$name" "$(told_input "$copies" "$2" "${words[@]}")" "$(median_of "$base_times")" \
     "$(median_of "$program_times")" "$(median_of "$ratios")" \
-    "$(sort --numeric-sort <<<"${ratios%$'\n'}" | sed -n '1p')" \
-    "$(sort --numeric-sort <<<"${ratios%$'\n'}" | sed -n '$p')" "$verdict"
+    "$(extreme_of "$ratios" 1)" "$(extreme_of "$ratios" '$')" "$verdict"
 }
 
 # measure_in_turn ORDER: runs both programs on `searched`, the base first if the order is 0.
@@ -57,6 +57,11 @@ measure_in_turn() {
 median_of() {
   sort --numeric-sort <<<"${1%$'\n'}" |
     awk '{ s[NR] = $1 } END { printf "%.3f", (s[int((NR + 1) / 2)] + s[int(NR / 2) + 1]) / 2 }'
+}
+
+# extreme_of LINES 1|$: the lowest or the highest of them, with three digits after the point.
+extreme_of() {
+  printf '%.3f' "$(sort --numeric-sort <<<"${1%$'\n'}" | sed -n "$2p")"
 }
 
 beside_another_build() {

@@ -29,10 +29,7 @@
 set -euo pipefail
 export LC_ALL=C # decimal points
 
-usage() {
-  sed -n -e 's/^#   bench/usage: bench/p' bench/macro/load.sh >&2
-  exit 2
-}
+source "$(dirname -- "$(readlink -f -- "${BASH_SOURCE[0]}")")/../../scripts/usage.sh"
 
 is_usable=true
 output='' pattern='' folder='' runs=1 limit=1500
@@ -51,7 +48,7 @@ while [ $# -gt 0 ]; do
   esac
 done
 cd -- "$(dirname -- "$(readlink -f -- "${BASH_SOURCE[0]}")")/../.."
-if [ "$is_usable" = false ] || ! [[ $limit =~ ^[1-9][0-9]*$ ]]; then usage; fi
+if [ "$is_usable" = false ] || ! [[ $limit =~ ^[1-9][0-9]*$ ]]; then refuse_arguments; fi
 output=${output:-$PWD/build-bench/load.md}
 readonly folder pattern runs limit output
 

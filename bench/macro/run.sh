@@ -27,10 +27,7 @@
 set -euo pipefail
 export LC_ALL=C # decimal points
 
-usage() {
-  sed -n -e 's/^#   bench/usage: bench/p' bench/macro/run.sh >&2
-  exit 2
-}
+source "$(dirname -- "$(readlink -f -- "${BASH_SOURCE[0]}")")/../../scripts/usage.sh"
 
 is_number() { [[ $1 =~ ^[1-9][0-9]*$ ]]; }
 
@@ -59,7 +56,7 @@ while [ $# -gt 0 ]; do
 done
 cd -- "$(dirname -- "$(readlink -f -- "${BASH_SOURCE[0]}")")/../.."
 if [ "$is_usable" = false ] || ! is_number "$runs" || ! is_number "$limit"; then
-  usage
+  refuse_arguments
 fi
 output=${output:-$PWD/build-bench/macro.md}
 readonly folder pattern base runs limit output

@@ -32,10 +32,7 @@ readonly sets='
 100000 -s 100000
 '
 
-usage() {
-  sed -n -e 's/^#   bench/usage: bench/p' bench/shapes/run.sh >&2
-  exit 2
-}
+source "$(dirname -- "$(readlink -f -- "${BASH_SOURCE[0]}")")/../../scripts/usage.sh"
 
 is_number() { [[ $1 =~ ^[1-9][0-9]*$ ]]; }
 
@@ -58,7 +55,7 @@ while [ $# -gt 0 ]; do
 done
 cd -- "$(dirname -- "$(readlink -f -- "${BASH_SOURCE[0]}")")/../.."
 if [ "$is_usable" = false ] || ! is_number "$runs" || ! is_number "$most_seconds"; then
-  usage
+  refuse_arguments
 fi
 output=${output:-$PWD/build-bench/shapes.md}
 # Wall time, for measuring.sh: on a machine that does much else a run gets little of the processor.

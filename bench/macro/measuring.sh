@@ -120,9 +120,9 @@ measure() {
   [ "$outcome" != over ] || seconds=$limit
 }
 
-# measure_program FILE OPTION...: measures the program on as many copies of the file as the minimum
-# time needs. Sets `copies` and `searched`, the name of the file of copies, too.
-measure_program() {
+# choose_copies FILE OPTION...: searches growing numbers of copies of the file until a run takes the
+# minimum time. Sets `copies` and `searched`, the name of the file of copies.
+choose_copies() {
   local file=$1
   shift
   rm -f -- "$scratch"/copies_*
@@ -136,6 +136,12 @@ measure_program() {
     fi
     copies=$(awk "BEGIN { print int($copies * 1.2 * $min_seconds / $seconds) + 1 }")
   done
+}
+
+# measure_program FILE OPTION...: as `measure`, on the copies that `choose_copies` chooses.
+measure_program() {
+  choose_copies "$@"
+  shift
   if [ "$outcome" = 0 ] && [ "$runs" -gt 1 ]; then
     measure "$runs" "$quorix" "$@" -- "$searched" "$scratch/report"
   fi

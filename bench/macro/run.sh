@@ -47,7 +47,7 @@ while [ $# -gt 0 ]; do
     --runs) runs=$2 && shift 2 ;;
     --limit) limit=$2 && shift 2 ;;
     --output) output=$(readlink -m -- "$2") && shift 2 ;;
-    --base) base=$(readlink -f -- "$2") && shift 2 ;;
+    --base) base=$(readlink -m -- "$2") && shift 2 ;;
     *)
       if [ -n "$folder" ] || [ ! -d "$1" ]; then
         is_usable=false
@@ -58,6 +58,7 @@ while [ $# -gt 0 ]; do
   esac
 done
 cd -- "$(dirname -- "$(readlink -f -- "${BASH_SOURCE[0]}")")/../.."
+if [ -n "$base" ] && [ ! -x "$base" ]; then is_usable=false; fi
 if [ "$is_usable" = false ] || ! is_number "$runs" || ! is_number "$limit"; then
   usage
 fi

@@ -1,8 +1,8 @@
 #pragma once
 
 /// @file
-/// The one place where the program looks at the wall clock. It is a library of its own, so that
-/// a test can link a clock that it sets.
+/// The only place that reads the wall clock. It is a library of its own, so that a test can link a
+/// clock that it sets.
 
 #include <ctime>
 

@@ -1,3 +1,7 @@
+// All texts of the terminal in one place, to the byte: users grep for them. Texts from outside
+// (names of files and sequences) never become a format; what looks like a format in a piece is
+// doubled by the caller and undone by `write_pieces`.
+
 #include "console/console_texts.h"
 
 #include <cstddef>
@@ -12,9 +16,9 @@ namespace {
 
 constexpr std::size_t kWrittenBlockSize = 4096;
 
-/// The pieces joined, with "%%" made "%". One write for all but the longest texts, since standard
-/// error is unbuffered. It takes no memory: that there is none left has to be told as well, and
-/// behind the mark of success nothing may fail any more.
+/// Writes the pieces joined, with "%%" made "%": in one write for all but the longest texts, since
+/// standard error is unbuffered. It allocates nothing: it must be able to say that memory has run
+/// out, and nothing may fail after the mark of success.
 void write_pieces(std::FILE* stream, std::string_view first, std::string_view second,
                   std::string_view third, std::string_view fourth) {
   char block[kWrittenBlockSize];

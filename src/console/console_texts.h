@@ -6,7 +6,7 @@
 /// that the caller passes.
 ///
 /// A line prefix is written at the start of every line of a block: empty on standard error, "# "
-/// in the report, where the lines are comments. Write errors are not looked at here: the driver
+/// in the report, where the lines are comments. Write errors are not checked here: the driver
 /// asks its streams.
 
 #include <cstdint>
@@ -45,8 +45,8 @@ void report_status(std::uint64_t sequence_number, const char* sequence_name,
 void print_progress_head();
 
 /// Writes the closing text for an abnormal end to standard error and flushes it. Codes below -1
-/// are named, -1 ends what was said with an empty line, a positive code tells of a stop by the
-/// user, and 0 writes nothing.
+/// are named, -1 ends the message with an empty line, a positive code reports a stop by the user,
+/// and 0 writes nothing.
 void good_bye_on_error(int code);
 
 /// Writes the mark of a finished report to `report`, then the closing text to standard error.

@@ -1,9 +1,9 @@
 #pragma once
 
 /// @file
-/// How a run can end. `main` returns these codes; the shell sees their low 8 bits, which stand
-/// behind each one. The command-line library gives the status of help and version, 0, and of a
-/// malformed command line, 1.
+/// The ways in which a run can end. `main` returns these codes; the shell sees their low 8 bits,
+/// the number in each comment. The command-line library sets the status of help and version, 0, and
+/// of a malformed command line, 1.
 
 namespace quorix {
 

@@ -1,3 +1,6 @@
+// Both times are process-wide words of one thread. The first line is due one second after the
+// process was loaded, at the earliest.
+
 #include "console/run_clock.h"
 
 #include "console/clock.h"

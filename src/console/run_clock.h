@@ -2,7 +2,7 @@
 
 /// @file
 /// The pacing of progress lines: at most one every 59 seconds from inside a search, besides the
-/// one that the driver writes as it starts a sequence.
+/// one that the driver writes when it starts a sequence.
 
 #include <ctime>
 

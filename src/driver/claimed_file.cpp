@@ -1,3 +1,8 @@
+// A claim is open() without truncation followed by flock(). The order matters: the lock needs a
+// descriptor, and content may go only after the lock is held, so truncation is a call of its own
+// (`empty_file`) that the owner makes last. The lock belongs to the open file description; the
+// descriptor is close-on-exec and never duplicated, so closing it releases the lock.
+
 #include "driver/claimed_file.h"
 
 #include <fcntl.h>
@@ -13,7 +18,7 @@ namespace {
 
 constexpr mode_t kEveryoneAsTheUmaskAllows = 0666;
 
-/// Makes a call of the system until no signal breaks it off.
+/// Repeats a system call until no signal interrupts it.
 template <class SystemCall>
 int uninterrupted(SystemCall call) {
   int result = 0;
@@ -28,8 +33,8 @@ bool is_regular(int descriptor) {
   return ::fstat(descriptor, &status) == 0 && S_ISREG(status.st_mode);
 }
 
-/// Locks the file. True if another process has done so before. Where the file system has no locks
-/// the run goes on without one.
+/// Locks the file. True if another process holds the lock. On a file system without locks the run
+/// continues without one.
 bool is_locked_by_another(int descriptor) {
   const int result = uninterrupted([=] { return ::flock(descriptor, LOCK_EX | LOCK_NB); });
   return result != 0 && errno == EWOULDBLOCK;

@@ -3,10 +3,10 @@
 /// @file
 /// The file of an output before anything in it is touched: open, and locked against other runs.
 ///
-/// Two runs at once that write one file would leave a mixture of both, and both would end well. So
-/// a run takes the advisory lock of the file and keeps it as long as the file is open. The lock is
-/// the system's, which drops it at the latest when the process ends, and it asks nothing of
-/// programs that do not look for it. Only regular files are locked.
+/// Two runs that write one file at the same time would leave a mixture of both, and both would
+/// report success. So a run takes the advisory lock of the file and keeps it as long as the file is
+/// open. The system drops the lock at the latest when the process ends, and programs that do not
+/// ask for it are not affected. Only regular files are locked.
 
 #include <string>
 
@@ -28,11 +28,11 @@ struct ClaimedFile {
   int descriptor = -1;  ///< the caller's to close with `kHeld`, else -1
 };
 
-/// Opens `filename` for writing and locks it; what it holds stays. Never waits for a lock, but for
-/// the reader of a pipe. Interrupted calls are tried again.
+/// Opens `filename` for writing and locks it; its content stays. Never waits for a lock, but waits
+/// for the reader of a pipe. Interrupted calls are repeated.
 [[nodiscard]] ClaimedFile claim_file(const std::string& filename, Missing missing);
 
-/// Takes all content out of an open file. True also where there is none to take, as in a pipe.
+/// Truncates an open file to length 0. True also for a pipe or device, which has no length.
 [[nodiscard]] bool empty_file(int descriptor);
 
 }  // namespace quorix

@@ -1,3 +1,9 @@
+// One struct declares all options, one function stores them into the settings, and then the
+// settings are checked as a whole. The library is used through this file alone. Three of its habits
+// are overruled: it takes unknown options as file names, it ends the process itself, and it would
+// let a negative sequence number fail (numbers of sequences are read as signed and stored bit for
+// bit).
+
 #include "driver/command_line.h"
 
 #include <tclap/CmdLine.h>
@@ -16,8 +22,8 @@ namespace quorix {
 
 namespace {
 
-/// The file names. The library's own list would take an option that it does not know, and even a
-/// lone '-', as one more file name; this one has the library refuse it.
+/// The file names. The library's own list would take an unknown option, and even a lone '-', as one
+/// more file name; this one makes the library refuse it.
 class CFileNamesArg : public TCLAP::UnlabeledMultiArg<std::string> {
  public:
   using TCLAP::UnlabeledMultiArg<std::string>::UnlabeledMultiArg;
@@ -273,8 +279,8 @@ bool store_mode_codes(const Options& options) {
                          "An option value of ", kUnknownUnitMode);
 }
 
-/// Has the library parse, and say what it has to; whether that could be written is looked at before
-/// the process ends, so the library is not to end it.
+/// Lets the library parse and write its own texts. The library must not end the process: whether
+/// its texts could be written is checked before that.
 void parse_or_end(TCLAP::CmdLine& command_line, int argc, const char* const* argv) {
   command_line.setExceptionHandling(false);
   try {
@@ -288,8 +294,8 @@ void parse_or_end(TCLAP::CmdLine& command_line, int argc, const char* const* arg
   }
 }
 
-/// Parses the arguments into the settings. Throws TCLAP::ArgException where the options
-/// themselves are at odds.
+/// Parses the arguments into the settings. Throws: TCLAP::ArgException if the options themselves
+/// contradict each other.
 int parse_into_settings(int argc, const char* const* argv) {
   Options options;
   parse_or_end(options.command_line, argc, argv);

@@ -5,18 +5,18 @@
 
 namespace quorix {
 
-/// Thrown when the command-line library has said all that there is to say: the process is to end.
+/// Thrown after the command-line library has written its own text: the process is to end.
 struct CommandLineEnd {
-  int status;  ///< 0 behind help and version, 1 behind what is wrong with a malformed command line
+  int status;  ///< 0 after help and version, 1 after the message about a malformed command line
 };
 
 /// Gives every setting its default, reads the arguments over them and checks the result.
 ///
 /// One file name is the input, a second one the report; with three or more neither is taken, so
 /// that the input cannot be opened. Returns `kSuccess`, or `kInvalidSetting` or `kUnknownMode`
-/// after a message on standard error. Throws: CommandLineEnd for help and version, behind their
-/// text on standard output, whose writes are not looked at, and for a malformed command line,
-/// behind a message on standard error.
+/// after a message on standard error. Throws: CommandLineEnd for help and version, after their
+/// text on standard output, whose writes are not checked, and for a malformed command line, after
+/// a message on standard error.
 ///
 /// REQUIRES: argc >= 1 and argv[0] is the name that the program was called by.
 [[nodiscard]] int read_and_init_parameters(int argc, const char* const* argv);

@@ -1,3 +1,6 @@
+// fopencookie() keeps the buffer of the C library and replaces only its write(). The cookie is the
+// address of the descriptor, which the owner of the stream keeps in place.
+
 #include "driver/descriptor_stream.h"
 
 #include <unistd.h>
@@ -9,7 +12,7 @@ namespace quorix {
 
 namespace {
 
-/// Writes all bytes. Gives fewer where a write fails, which the stream takes for its failure.
+/// Writes all bytes. Returns a smaller count after a failure, which the stream reports as its own.
 ssize_t write_all(void* cookie, const char* bytes, std::size_t size) {
   const int descriptor = *static_cast<const int*>(cookie);
   std::size_t written = 0;

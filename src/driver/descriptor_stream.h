@@ -1,18 +1,18 @@
 #pragma once
 
 /// @file
-/// A stream of the C library over a descriptor, whose writes are not lost when a signal breaks one
-/// off. The library's own streams take that for a failure and drop what they had gathered. This
-/// program handles no signals, but some file systems break calls off of themselves.
+/// A stream of the C library over a descriptor that loses nothing when a write is interrupted. The
+/// library's own streams treat an interrupted write as a failure and drop their buffer. This
+/// program handles no signals, but some file systems interrupt calls of their own accord.
 
 #include <cstdio>
 
 namespace quorix {
 
-/// Opens a stream for writing to `*descriptor`, which has to stay where it is as long as the stream
-/// is open. Broken-off and short writes are carried on; any other failure is one of the stream,
-/// with its `errno`. Lines leave at once where the descriptor is a terminal. Closing the stream
-/// leaves the descriptor open. Gives null when there is no memory for it.
+/// Opens a stream for writing to `*descriptor`, a variable that must outlive the stream.
+/// Interrupted and short writes are continued; any other failure becomes a failure of the stream,
+/// with its `errno`. The stream is line-buffered on a terminal. Closing it leaves the descriptor
+/// open. Returns null if there is no memory for it.
 [[nodiscard]] std::FILE* open_descriptor_stream(int* descriptor);
 
 }  // namespace quorix

@@ -1,3 +1,7 @@
+// A file that exists is known by device and inode, which no link can hide. An output that does not
+// exist yet has neither. Its key is the absolute name that creating it would produce: links are
+// followed by hand up to the missing file, and its folder, which must exist, is made canonical.
+
 #include "driver/file_identity.h"
 
 #include <sys/stat.h>
@@ -9,7 +13,7 @@ namespace quorix {
 
 namespace {
 
-constexpr int kMostLinks = 40;
+constexpr int kMaxLinks = 40;  // as many as the system follows
 
 std::string key_of(const struct stat& status) {
   if (!S_ISREG(status.st_mode)) return {};
@@ -20,7 +24,7 @@ std::string key_of(const struct stat& status) {
 /// exist yet creates that file.
 std::string resolved_name(std::filesystem::path name) {
   std::error_code error;
-  for (int followed = 0; followed < kMostLinks && std::filesystem::is_symlink(name, error);
+  for (int followed = 0; followed < kMaxLinks && std::filesystem::is_symlink(name, error);
        ++followed) {
     const std::filesystem::path target = std::filesystem::read_symlink(name, error);
     if (error) return {};

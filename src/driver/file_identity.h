@@ -1,14 +1,15 @@
 #pragma once
 
 /// @file
-/// Are two names one file? An output that is the input, or the other output, would destroy it.
+/// Do two names denote one file? An output that is the input, or the other output, would destroy
+/// it.
 
 #include <string>
 
 namespace quorix {
 
-/// What tells a regular file from others: device and inode, through all links. A file that does
-/// not exist yet is known by the name that its links lead to. Files of other kinds (terminals,
+/// The identity of a regular file: device and inode, through all links. A file that does not exist
+/// yet is known by the name that its links lead to. Files of other kinds (terminals,
 /// pipes, /dev/null) have no identity: writing to them destroys nothing.
 class CFileIdentity {
  public:
@@ -18,7 +19,7 @@ class CFileIdentity {
   /// The file behind an open descriptor.
   [[nodiscard]] static CFileIdentity of_descriptor(int descriptor);
 
-  /// True if both are known to be one regular file.
+  /// True if both are known and denote one regular file.
   [[nodiscard]] bool is_same_file(const CFileIdentity& other) const {
     return !key_.empty() && key_ == other.key_;
   }

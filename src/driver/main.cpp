@@ -1,3 +1,5 @@
+// The only place where memory that runs out is caught: nothing below allocates to say so.
+
 #include <cstdio>
 #include <new>
 

@@ -1,7 +1,7 @@
 #pragma once
 
 /// @file
-/// What a file holds that an output is about to replace.
+/// The content of a file that an output is about to replace.
 
 #include <string>
 

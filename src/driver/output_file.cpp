@@ -1,3 +1,8 @@
+// Every failure is kept with the `errno` of the first one, which names the cause; later failures
+// are mostly consequences. A file is owned: stream and descriptor are closed here. Standard output
+// is not: it is flushed, and a copy of its descriptor is closed, since close() is where network
+// file systems report that a write did not reach the disk.
+
 #include "driver/output_file.h"
 
 #include <unistd.h>
@@ -26,7 +31,7 @@ Claim COutputFile::claim_name(const std::string& filename, Missing missing) {
 
 bool COutputFile::begin() {
   if (claim_ != Claim::kHeld) return false;
-  // The stream comes first: if there is no memory for it, what the file holds is not lost.
+  // The stream comes first: if there is no memory for it, the content of the file is not lost.
   stream_ = open_descriptor_stream(&descriptor_);
   if (stream_ == nullptr) return false;
   if (empty_file(descriptor_)) return true;
@@ -85,7 +90,7 @@ bool COutputFile::close() {
   if (is_standard_output()) return close_standard_output();
   bool is_written = flush();
   if (std::fclose(std::exchange(stream_, nullptr)) != 0) is_written = fail();
-  // Not made again when it is broken off: the descriptor is gone by then.
+  // An interrupted close() is not repeated: the descriptor is released by then.
   if (::close(std::exchange(descriptor_, -1)) != 0) is_written = fail();
   return is_written;
 }

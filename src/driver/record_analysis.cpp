@@ -1,3 +1,6 @@
+// The one place where a mode is chosen. A controller lives for one record, whose bases it points
+// to.
+
 #include "driver/record_analysis.h"
 
 #include <algorithm>
@@ -11,7 +14,7 @@ namespace quorix {
 
 namespace {
 
-/// Runs the search of the mode. Gives the list that it fills.
+/// Runs the search of the mode. Returns the list that it fills.
 CsatContainer& search(CSearchController& controller, std::FILE* report) {
   switch (global_search_mode) {
     case kSearchExact:

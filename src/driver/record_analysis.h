@@ -1,7 +1,7 @@
 #pragma once
 
 /// @file
-/// What is done with one sequence: searched, reported and, on request, masked.
+/// One sequence from its bases to its report block: searched, reported and, on request, masked.
 
 #include <cstdint>
 #include <cstdio>

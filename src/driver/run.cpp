@@ -1,3 +1,7 @@
+// The story of a run. Each step either succeeds or returns its exit code after its message; memory
+// that runs out is an exception for `main`. Write errors are looked at in three places: after the
+// heads, after each record, and before and after the mark of success.
+
 #include "driver/run.h"
 
 #include <cstdint>
@@ -39,7 +43,7 @@ bool is_in_sequence_range(std::uint64_t number) {
          (global_sequence_to == kLastSequence || number <= global_sequence_to);
 }
 
-/// Where the device has failed, a line more tells why.
+/// If the device has failed, one more line says why.
 int end_on_read_error(CFile& input) {
   general_PrintMessage(
       stderr, "\n\n",
@@ -54,7 +58,7 @@ int end_on_read_error(CFile& input) {
   return kInputReadError;
 }
 
-/// Searches, reports and masks one record. Gives `kSuccess`, or the code of a failed write.
+/// Searches, reports and masks one record. Returns `kSuccess`, or the code of a failed write.
 int process_record(std::uint64_t number, CSequence_Mol& record, RunFiles& files) {
   COutputFile::expect_writes();
   analyse_record(number, record, files.report.stream(), global_mask_repeats);
@@ -69,7 +73,7 @@ int process_record(std::uint64_t number, CSequence_Mol& record, RunFiles& files)
   return files.masked.flush() ? kSuccess : end_on_write_error(files.masked);
 }
 
-/// Reads all records, also those behind the range: an error in one of them ends the run as well.
+/// Reads all records, also those after the range: an error in one of them ends the run as well.
 int process_records(RunFiles& files, CSequence_Mol& record) {
   std::uint64_t number = 0;
   while (!files.input.has_ended_cleanly()) {
@@ -82,7 +86,7 @@ int process_records(RunFiles& files, CSequence_Mol& record) {
   return kSuccess;
 }
 
-/// Closes everything. The mark of success is written only while nothing is known to have failed.
+/// Closes everything. The mark of success is written only if nothing is known to have failed.
 int finish(RunFiles& files) {
   COutputFile::expect_writes();
   if (files.masked.stream() != nullptr && !files.masked.close()) {
@@ -94,8 +98,8 @@ int finish(RunFiles& files) {
   return files.report.close() ? kSuccess : end_on_write_error(files.report);
 }
 
-/// After the command-line library's own texts. Help and version are what was asked for, so the run
-/// has failed if they cannot be written.
+/// Ends the run after the command-line library's own texts. Help and version are what was asked
+/// for, so the run fails if they cannot be written.
 int end_after_library_text(int status) {
   if (status != kSuccess) return status;
   COutputFile output;

@@ -1,3 +1,11 @@
+// The order of the steps is the point: everything that may refuse the run comes before the first
+// byte of an old file is lost.
+//
+//   open the input -> compare identities -> open and lock outputs that exist, then create missing
+//   ones -> look at their old content -> empty the report
+//
+// The masked copy is emptied even later, when the heads are written (`open_masked_copy`).
+
 #include "driver/run_files.h"
 
 #include <sys/stat.h>
@@ -27,7 +35,7 @@ void say_about_file(const char* before, const std::string& filename, const char*
 }
 
 /// Refuses outputs that would overwrite the input or each other, or that messages would overwrite.
-/// Nothing has been truncated yet.
+/// REQUIRES: no file has been truncated yet.
 int check_files_differ() {
   const std::string& report_name = global_output_filename;
   const CFileIdentity input = CFileIdentity::of_name(global_input_filename);
@@ -70,14 +78,14 @@ int claim_report(COutputFile& report, Missing missing) {
   return kSuccess;
 }
 
-/// False for pipes and devices: they have no lock, and opening one may wait for a reader, who may
-/// want to see the head of the report before.
+/// False for pipes and devices: they have no lock, and opening one may wait for a reader that wants
+/// to see the head of the report first.
 bool is_regular_or_missing(const std::string& filename) {
   struct stat status {};
   return ::stat(filename.c_str(), &status) != 0 || S_ISREG(status.st_mode);
 }
 
-/// A copy that cannot be opened is told of when a record is written to it, one in use at once.
+/// A copy in use is refused at once; one that cannot be opened, when a record is written to it.
 int claim_masked_copy(COutputFile& masked, Missing missing) {
   const std::string name = masked_filename();
   if (!is_regular_or_missing(name)) return kSuccess;
@@ -85,8 +93,8 @@ int claim_masked_copy(COutputFile& masked, Missing missing) {
   return refuse_output_file(name, kIsInUse, kOutputNotOpened);
 }
 
-/// Opens and locks the outputs while they still hold what they held. Those that exist come first,
-/// so that a refusal leaves no new empty file.
+/// Opens and locks the outputs without changing them. Files that exist come first, so that a
+/// refusal leaves no new empty file.
 int claim_outputs(RunFiles& files) {
   for (const Missing missing : {Missing::kLeave, Missing::kCreate}) {
     if (!global_output_filename.empty()) {
@@ -110,7 +118,7 @@ int open_input_and_report(RunFiles& files) {
   if (files.input.has_format_error()) {
     say_about_file("Sorry! The input file ", global_input_filename,
                    "could not be opened. I guess it does not exist.\n");
-    // More than two names leave the input without one, which nobody would guess from the text.
+    // With more than two names none is taken, which nobody would guess from the text above.
     if (global_input_filename.empty()) general_PrintMessage(stderr, kHowManyNames);
     good_bye_on_error(kInputNotOpened);
     return kInputNotOpened;

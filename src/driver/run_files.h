@@ -19,21 +19,20 @@ struct RunFiles {
 /// Name of the masked copy.
 [[nodiscard]] std::string masked_filename();
 
-/// Opens the input named by the settings, then makes sure that no two files are one, that no other
-/// run is writing to an output and that the report replaces no sequences, then opens the report.
-/// The masked copy is locked as well, but keeps its content. Until all of that is done no file
-/// loses anything. Gives `kSuccess`, or the code of the failure after its message.
+/// Opens the input named by the settings, then checks that no two files are the same, that no other
+/// run writes to an output and that the report replaces no sequences, then opens the report. The
+/// masked copy is locked as well, but keeps its content. No file loses anything until all checks
+/// have passed. Returns `kSuccess`, or the code of the failure after its message.
 [[nodiscard]] int open_input_and_report(RunFiles& files);
 
-/// Opens the masked copy and takes out what it held. A failure shows when a record is to be written
-/// to it.
+/// Opens the masked copy and empties it. A failure is reported when a record is written to it.
 void open_masked_copy(RunFiles& files);
 
-/// Says that an output file could not be opened, and `why` in a line more unless that is empty.
-/// Gives `code` after the closing text.
+/// Says that an output file could not be opened, with `why` on a line of its own unless it is
+/// empty. Returns `code` after the closing text.
 [[nodiscard]] int refuse_output_file(const std::string& filename, const std::string& why, int code);
 
-/// Says that writing to `file` failed, and why. Gives the code of it after the closing text.
+/// Says that writing to `file` failed, and why. Returns its exit code after the closing text.
 [[nodiscard]] int end_on_write_error(const COutputFile& file);
 
 }  // namespace quorix

@@ -1,3 +1,6 @@
+// The checks stop at the first setting that is refused, in a fixed order: scripts know the
+// messages.
+
 #include "driver/settings_check.h"
 
 #include <algorithm>

@@ -24,10 +24,10 @@ void search_mononucleotides(const SearchContext& context, const SeedDemand& dema
   const char* const text = context.text.begin;
   CSpareRecord spare(sat_alloc);
   context.scan.for_each_base(demand, [&](std::uint64_t p) {
-    Csat& candidate = spare.seed(text + p, text + p + 1);
-    if (!context.extender.extend_exactly_and_test(candidate, context.thresholds)) return p + 1;
+    Csat& repeat = spare.seed(text + p, text + p + 1);
+    if (!context.extender.extend_exactly_and_test(repeat, context.thresholds)) return p + 1;
     spare.keep_in(found);
-    return static_cast<std::uint64_t>(candidate.end - text);
+    return static_cast<std::uint64_t>(repeat.end - text);
   });
 }
 
@@ -35,10 +35,10 @@ void search_unit_length(const SearchContext& context, std::uint64_t unit_length,
                         CAnchorSeq& coverage, const SeedDemand& demand, std::list<Csat*>& found) {
   CSpareRecord spare(sat_alloc);
   context.scan.for_each_seed(unit_length, coverage, demand, [&](const char* p) {
-    Csat& candidate = spare.seed(p, p + unit_length);
-    if (!context.extender.extend_exactly_and_test(candidate, context.thresholds)) return;
-    if (unit_length != 1 && passes(candidate, context.user_thresholds)) {
-      coverage.close_repeat(candidate);
+    Csat& repeat = spare.seed(p, p + unit_length);
+    if (!context.extender.extend_exactly_and_test(repeat, context.thresholds)) return;
+    if (unit_length != 1 && passes(repeat, context.user_thresholds)) {
+      coverage.close_repeat(repeat);
     }
     spare.keep_in(found);
   });

@@ -17,13 +17,13 @@ namespace {
 /// Extends the seed in `spare`. An accepted repeat closes its bases and moves to `accepted`.
 void extend_and_keep(const SearchContext& context, CSpareRecord& spare, CAnchorSeq& anchors,
                      std::list<Csat*>& accepted) {
-  Csat& candidate = spare.record();
-  if (!context.extender.extend_over_edits_and_test(candidate, context.text.before(),
+  Csat& repeat = spare.record();
+  if (!context.extender.extend_over_edits_and_test(repeat, context.text.before(),
                                                    context.thresholds)) {
     return;
   }
-  anchors.close_repeat(candidate);
-  context.extender.pack_edits(candidate);
+  anchors.close_repeat(repeat);
+  context.extender.pack_edits(repeat);
   spare.keep_in(accepted);
 }
 

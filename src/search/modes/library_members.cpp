@@ -24,9 +24,9 @@ bool find_first_hit(const SearchContext& context, const char* position, const ch
   const auto bases_left = static_cast<std::uint64_t>(context.text.end - position);
   for (std::uint64_t unit_length = first_unit_length(context);
        unit_length <= context.units.last && unit_length < bases_left; ++unit_length) {
-    Csat& candidate = spare.seed(position, position + unit_length);
-    if (valid_starting_pattern(candidate) &&
-        context.extender.extend_over_edits_and_test(candidate, left_limit, context.thresholds)) {
+    Csat& repeat = spare.seed(position, position + unit_length);
+    if (valid_starting_pattern(repeat) &&
+        context.extender.extend_over_edits_and_test(repeat, left_limit, context.thresholds)) {
       return true;
     }
   }
@@ -44,14 +44,14 @@ void search_exact_repeats_in_one_pass(const SearchContext& context, std::list<Cs
     for (std::uint64_t unit_length = first_unit_length(context);
          unit_length <= last_unit_length && p + unit_length < text.end; ++unit_length) {
       if (p + unit_length < next_starts[unit_length]) continue;
-      Csat& candidate = spare.seed(p, p + unit_length);
-      if (!valid_starting_pattern(candidate) ||
-          !context.extender.extend_exactly_and_test(candidate, context.thresholds)) {
+      Csat& repeat = spare.seed(p, p + unit_length);
+      if (!valid_starting_pattern(repeat) ||
+          !context.extender.extend_exactly_and_test(repeat, context.thresholds)) {
         continue;
       }
       for (std::uint64_t multiple = unit_length; multiple <= last_unit_length;
            multiple += unit_length) {
-        next_starts[multiple] = std::max(next_starts[multiple], candidate.end + 1);
+        next_starts[multiple] = std::max(next_starts[multiple], repeat.end + 1);
       }
       spare.keep_in(found);
     }

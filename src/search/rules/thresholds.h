@@ -13,7 +13,7 @@ namespace quorix {
 /// A minimum of the form max(constant, ceil(offset + factor * unit length)).
 ///
 /// The sum is formed in extended precision from the single-precision factor as it is, so 0.1 at
-/// unit length 10 is a little more than 1 and gives 2. It saturates at the 32-bit limits.
+/// unit length 10 is a little more than 1 and becomes 2. It saturates at the 32-bit limits.
 struct ThresholdRule {
   std::int32_t constant;
   std::int32_t offset;

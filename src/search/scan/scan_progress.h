@@ -28,7 +28,7 @@ class CScanProgress {
   void pass(std::uint64_t position) {
     for (; next_ <= position; next_ += kInterval) {
       if (!check_report_status()) {
-        // At one moment the clock gives one answer.
+        // No time passes within a call, so no later base is due either.
         next_ = (position / kInterval + 1) * kInterval;
         return;
       }

@@ -3,6 +3,7 @@
 
 #include <benchmark/benchmark.h>
 
+#include <algorithm>
 #include <bit>
 #include <cstddef>
 #include <cstdint>
@@ -70,14 +71,14 @@ BENCHMARK(find_run_seeds_of_unit)
 void find_lag_seeds_of_units(benchmark::State& state) {
   constexpr std::size_t kLagBases = 200'000;
   const std::string bases = random_bases(kLagBases, 2);
-  LagBoundRules rules{static_cast<std::uint64_t>(state.range(0)), {}, kPenalty, kPenalty, true};
+  LagRule rules{state.range(0), {}, {kPenalty, kPenalty, true}};
   for (std::int64_t unit = state.range(0); unit <= state.range(1); ++unit) {
     rules.min_scores.push_back(unit);
   }
   for ([[maybe_unused]] auto _ : state) {
     std::vector<CBitSet> seeds;
     for (std::size_t i = 0; i < rules.min_scores.size(); ++i) {
-      seeds.emplace_back(bases.size() - rules.first_unit_length - i);
+      seeds.emplace_back(bases.size() - static_cast<std::size_t>(rules.first_unit_length) - i);
     }
     find_lag_seeds(bases.data(), bases.size(), rules, seeds);
     benchmark::DoNotOptimize(seeds.data());
@@ -97,19 +98,16 @@ void bound_hopeless_score(benchmark::State& state) {
   constexpr std::size_t kSeedCount = 64;
   const auto unit_length = static_cast<std::size_t>(state.range(0));
   const std::string bases = random_bases(2 * kMargin + kSeedCount + unit_length, 3);
-  const GrowthRules rules{bases.data(), bases.data() + bases.size(), kPenalty, kPenalty, true};
-  CScoreBound bound;
+  const ScoredText text{bases.data(), bases.data() + bases.size(), {kPenalty, kPenalty, true}};
+  BoundWorkspace workspace;
   std::size_t round = 0;
-  std::int64_t refuted = 0;
+  std::int64_t rejected = 0;
   for ([[maybe_unused]] auto _ : state) {
     const char* const unit = bases.data() + kMargin + round++ % kSeedCount;
-    const char* const unit_end = unit + unit_length;
-    const bool may_reach =
-        bound.may_reach({unit, unit_end, unit, unit_end, 0, state.range(0) - 1, 0}, rules,
-                        state.range(0) < kPenalty ? kPenalty : state.range(0));
-    refuted += may_reach ? 0 : 1;
+    const std::int64_t min_score = std::max(state.range(0), kPenalty);
+    rejected += single_bound(text, {unit, state.range(0), 1, min_score}, workspace) == 0 ? 1 : 0;
   }
-  if (refuted == 0) state.SkipWithError("most seeds should be refuted");
+  if (rejected == 0) state.SkipWithError("most seeds should be rejected");
   state.SetItemsProcessed(state.iterations());
 }
 BENCHMARK(bound_hopeless_score)->Arg(6)->Arg(20)->Arg(100)->Arg(300);
@@ -119,22 +117,22 @@ BENCHMARK(bound_hopeless_score)->Arg(6)->Arg(20)->Arg(100)->Arg(300);
 void bound_hopeless_batch(benchmark::State& state) {
   constexpr std::size_t kMargin = 20'000;
   constexpr std::size_t kBatchCount = 16;
-  constexpr auto kSeeds = static_cast<std::size_t>(CBatchBound::kSeeds);
+  constexpr auto kSeeds = static_cast<std::size_t>(kBatchSeeds);
   const std::int64_t unit_length = state.range(0);
   const std::string bases =
       random_bases(2 * kMargin + kBatchCount * kSeeds + static_cast<std::size_t>(unit_length), 3);
-  const GrowthRules rules{bases.data(), bases.data() + bases.size(), kPenalty, kPenalty, true};
-  CBatchBound bound;
+  const ScoredText text{bases.data(), bases.data() + bases.size(), {kPenalty, kPenalty, true}};
+  BoundWorkspace workspace;
   std::size_t round = 0;
-  std::int64_t refuted = 0;
+  std::int64_t rejected = 0;
   for ([[maybe_unused]] auto _ : state) {
     const char* const first = bases.data() + kMargin + round++ % kBatchCount * kSeeds;
-    const std::uint32_t let_through =
-        bound.may_reach(first, unit_length, ~std::uint32_t{0}, rules, unit_length);
-    refuted += CBatchBound::kSeeds - std::popcount(let_through);
+    const std::uint64_t undecided =
+        batch_bound(text, {first, unit_length, ~std::uint32_t{0}, unit_length}, workspace);
+    rejected += kBatchSeeds - std::popcount(undecided);
   }
-  if (refuted == 0) state.SkipWithError("most seeds should be refuted");
-  state.SetItemsProcessed(state.iterations() * CBatchBound::kSeeds);
+  if (rejected == 0) state.SkipWithError("most seeds should be rejected");
+  state.SetItemsProcessed(state.iterations() * kBatchSeeds);
 }
 BENCHMARK(bound_hopeless_batch)->Arg(10)->Arg(100);
 

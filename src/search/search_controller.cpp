@@ -83,7 +83,7 @@ SearchContext CSearchController::search_context() {
 }
 
 void CSearchController::exact_search_2() {
-  search_exact_repeats(search_context(), SeedUse::kGrowExactly, exact_sat_list.sat_list);
+  search_exact_repeats(search_context(), SeedUse::kExtendExactly, exact_sat_list.sat_list);
 }
 
 void CSearchController::exact_search() {

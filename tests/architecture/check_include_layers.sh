@@ -15,9 +15,9 @@ readonly layers='
 driver            search report console sequence settings
 search            search/modes search/scan search/extension search/rules report sequence settings
 search/modes      search/scan search/extension search/filter search/rules report console sequence settings
-search/scan       search/extension search/filter report console
+search/scan       search/extension search/filter search/bits report console
 search/extension  search/filter search/rules search/bits report settings
-search/filter     search/rules search/bits settings
+search/filter     search/rules search/bits
 search/rules      settings
 search/bits
 report            sequence settings
@@ -34,6 +34,7 @@ readonly third_party_headers='
 tclap/  driver/command_line.cpp
 hwy/    search/filter/batch_bound.cpp
 hwy/    search/filter/chain_sieve.cpp
+hwy/    search/filter/dp_cell.h
 hwy/    search/filter/group_bound.cpp
 hwy/    search/filter/lag_sieve.cpp
 hwy/    search/filter/single_bound.cpp

@@ -103,10 +103,10 @@ class CJudgedRecord {
     const SeedThresholds intern{*CSearchController::minScores_intern,
                                 *CSearchController::minLengths_intern,
                                 *CSearchController::minScores_user};
-    const CBitSet exact = seeds_for(unit_length, SeedUse::kGrowExactly, user);
-    CSeedFilter edit_filter(record_.sequence.data(), bases_.size(), SeedUse::kGrowOverEdits, user);
+    const CBitSet exact = seeds_for(unit_length, SeedUse::kExtendExactly, user);
+    CSeedFilter edit_filter = filter_for(SeedUse::kExtendOverEdits, user);
     const CBitSet& edited = edit_filter.seeds(unit_length);
-    const CBitSet extended = seeds_for(unit_length, SeedUse::kGrowExactlyFirst, intern);
+    const CBitSet extended = seeds_for(unit_length, SeedUse::kExtendExactlyFirst, intern);
     const bool is_told_by_lags = static_cast<std::int64_t>(unit_length) >=
                                  -std::max(global_mismatch_score, global_indel_score);
 
@@ -129,8 +129,9 @@ class CJudgedRecord {
         return describe(is_bounded ? "the score bound" : "growth over edits", grown);
       }
       // As a scan asks: only for seeds that the other filters let through, in ascending order.
-      if (edited.test(at) &&
-          !edit_filter.may_grow(at, unit_length, [](std::uint64_t) { return true; })) {
+      if (edited.test(at) && !edit_filter.has_verdict(at))
+        edit_filter.decide(at, ~std::uint64_t{0});
+      if (edited.test(at) && !edit_filter.is_undecided(at)) {
         ++tally.refuted_by_batches;
         if (is_accepted) return describe("growth over edits, asked for with its neighbours", grown);
       }
@@ -155,10 +156,14 @@ class CJudgedRecord {
  private:
   [[nodiscard]] std::int64_t length() const { return static_cast<std::int64_t>(bases_.size()); }
 
+  [[nodiscard]] CSeedFilter filter_for(SeedUse use, const SeedThresholds& thresholds) const {
+    return {record_.sequence.data(), bases_.size(),
+            CFilterPlan(use, scoring_rules_of_settings(), thresholds, global_max_unit_length)};
+  }
+
   [[nodiscard]] CBitSet seeds_for(std::uint64_t unit_length, SeedUse use,
                                   const SeedThresholds& thresholds) const {
-    CSeedFilter filter(record_.sequence.data(), bases_.size(), use, thresholds);
-    return filter.seeds(unit_length);
+    return filter_for(use, thresholds).seeds(unit_length);
   }
 
   [[nodiscard]] Repeat grown_exactly(Repeat repeat) const {
@@ -177,13 +182,13 @@ class CJudgedRecord {
 
   [[nodiscard]] bool may_reach(const Repeat& repeat) {
     const char* const text = record_.sequence.data();
-    const GrowthRules rules{text, text + length(), -std::int64_t{global_mismatch_score},
-                            -std::int64_t{global_indel_score}, is_N_neutral()};
-    return score_bound_.may_reach(
+    BoundWork work;
+    return may_repeat_reach(
+        {text, text + length(), scoring_rules_of_settings()},
         {text + repeat.start, text + repeat.end, text + repeat.unit_begin, text + repeat.unit_end,
          repeat.unit_pos_right - repeat.unit_begin, repeat.unit_pos_left - repeat.unit_begin,
          repeat.score},
-        rules, reference::min_score(ThresholdSet::kUser, reference::unit_length(repeat)));
+        reference::min_score(ThresholdSet::kUser, reference::unit_length(repeat)), work);
   }
 
   [[nodiscard]] std::string describe(const std::string& how, const Repeat& repeat) const {
@@ -196,7 +201,6 @@ class CJudgedRecord {
   std::string bases_;
   CSequence_Mol record_;
   std::optional<CSearchController> controller_;  ///< makes the tables of thresholds
-  CScoreBound score_bound_;
 };
 
 /// Random bases and arrays, three unit lengths.

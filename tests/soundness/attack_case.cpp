@@ -4,6 +4,7 @@
 #include <cstddef>
 
 #include "search/filter/lag_grid.h"
+#include "search/rules/score.h"
 #include "settings/settings.h"
 #include "soundness/floor_path.h"
 #include "support/filter/vector_targets.h"
@@ -94,22 +95,17 @@ void sprinkle_Ns(RandomEngine& engine, std::string& text, std::size_t first, std
 
 /// A base whose seeds are the last ones before a border of two segments of the lag bound.
 std::size_t seeds_at_border(std::size_t unit_length) {
-  const LagBoundRules rules{unit_length,
-                            {1},
-                            -std::int64_t{global_mismatch_score},
-                            -std::int64_t{global_indel_score},
-                            false};
+  const LagRule rule{static_cast<std::int64_t>(unit_length), {1}, scoring_rules_of_settings()};
   const std::string text(100'000, 'A');
-  const CLagGrid grid(text.data(), text.size(), rules);
+  const CLagGrid grid(text.data(), text.size(), rule);
   return (static_cast<std::size_t>(grid.rows_per_segment()) - unit_length) / 2;
 }
 
 /// Bases before the array: none, some, or so many that such a border lies in it or near its ends.
 std::size_t draw_lead(RandomEngine& engine, std::size_t unit_length, std::size_t array_length) {
   if (draw_chance(engine, 25)) return 0;
-  const bool has_segments =
-      unit_length >= 5 && unit_length <= 200 &&
-      can_lag_bound_refute(-std::int64_t{global_mismatch_score}, -std::int64_t{global_indel_score});
+  const bool has_segments = unit_length >= 5 && unit_length <= 200 &&
+                            scoring_rules_of_settings().min_penalty() >= kMinLagPenalty;
   if (!has_segments || !draw_chance(engine, 8)) {
     return draw_between(engine, 1, 150);
   }

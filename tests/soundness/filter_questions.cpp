@@ -26,7 +26,6 @@ namespace quorix::testing {
 
 namespace {
 
-constexpr std::uint64_t kMaxLagUnit = 750;
 constexpr ThresholdRule kNoMinimum{0, 0, 0.0F};
 /// What an exact repeat has to reach before it is extended.
 constexpr ThresholdRule kSeedMinimum{4, 0, 1.0F};
@@ -55,9 +54,8 @@ class CQuestions {
         engine_(engine),
         tallies_(tallies),
         seeds_(extend_all_seeds(attack, unit_length)),
-        rules_{attack.text.data(), attack.text.data() + attack.text.size(),
-               -std::int64_t{global_mismatch_score}, -std::int64_t{global_indel_score},
-               is_N_neutral()} {}
+        text_{attack.text.data(), attack.text.data() + attack.text.size(),
+              scoring_text_of_settings()} {}
 
   std::string ask() {
     ask_search_over_edits();
@@ -123,28 +121,33 @@ class CQuestions {
     for_each_score(&ExtendedSeed::edited, [&](std::int64_t score) {
       const CThresholdTable scores(draw_rule(engine_, score, unit_length_), unit_length_);
       const CThresholdTable lengths(kNoMinimum, unit_length_);
-      draw_longest_unit();
-      CSeedFilter filter(attack_.text.data(), text_length(), SeedUse::kGrowOverEdits,
-                         {scores, lengths, scores});
+      CSeedFilter filter(
+          attack_.text.data(), text_length(),
+          {SeedUse::kExtendOverEdits, text_.scoring, {scores, lengths, scores}, draw_last_unit()});
       const CBitSet& left = filter.seeds(unit_length_);
       const std::uint64_t open_share = draw_chance(engine_, 50) ? 0 : draw_between(engine_, 1, 3);
-      const auto is_open = [&](std::uint64_t p) {
-        return open_share == 0 || p % (open_share + 1) != 0;
+      const auto open_from = [&](std::uint64_t p) {
+        std::uint64_t open = 0;
+        for (std::uint64_t k = 0; k < 64; ++k) {
+          open |= std::uint64_t{open_share == 0 || (p + k) % (open_share + 1) != 0} << k;
+        }
+        return open;
       };
       for (const ExtendedSeed& seed : seeds_) {
-        const bool is_rejected =
-            !left.test(seed.start) || !filter.may_grow(seed.start, unit_length_, is_open);
+        const std::uint64_t p = seed.start;
+        if (left.test(p) && !filter.has_verdict(p)) filter.decide(p, open_from(p));
+        const bool is_rejected = !left.test(p) || !filter.is_undecided(p);
         judge(AttackedFilter::kSearchOverEdits, seed, seed.edited.score, score, is_rejected);
       }
     });
   }
 
-  /// Up to which unit length the lag bound of a search looks at once.
-  void draw_longest_unit() {
+  /// The last unit length of a search, up to which the sieve of lags goes at once.
+  std::int64_t draw_last_unit() {
     const std::size_t more = draw_chance(engine_, 60)   ? 0
                              : draw_chance(engine_, 75) ? draw_between(engine_, 1, 4)
                                                         : draw_between(engine_, 5, 70);
-    global_max_unit_length = static_cast<std::uint32_t>(unit_length_ + more);
+    return signed_length_ + static_cast<std::int64_t>(more);
   }
 
   void ask_searches_of_exact_repeats() {
@@ -154,8 +157,9 @@ class CQuestions {
                                         ? kNoMinimum
                                         : draw_rule(engine_, score + signed_length_, unit_length_),
                                     unit_length_);
-      CSeedFilter filter(attack_.text.data(), text_length(), SeedUse::kGrowExactly,
-                         {scores, lengths, scores});
+      CSeedFilter filter(
+          attack_.text.data(), text_length(),
+          {SeedUse::kExtendExactly, text_.scoring, {scores, lengths, scores}, signed_length_});
       const CBitSet& left = filter.seeds(unit_length_);
       for (const ExtendedSeed& seed : seeds_) {
         // N's that count for the length are given by exact extension alone.
@@ -168,8 +172,11 @@ class CQuestions {
       const CThresholdTable user_scores(draw_rule(engine_, score, unit_length_), unit_length_);
       const CThresholdTable scores(kSeedMinimum, unit_length_);
       const CThresholdTable lengths(kNoMinimum, unit_length_);
-      CSeedFilter filter(attack_.text.data(), text_length(), SeedUse::kGrowExactlyFirst,
-                         {scores, lengths, user_scores});
+      CSeedFilter filter(attack_.text.data(), text_length(),
+                         {SeedUse::kExtendExactlyFirst,
+                          text_.scoring,
+                          {scores, lengths, user_scores},
+                          signed_length_});
       const CBitSet& left = filter.seeds(unit_length_);
       for (const ExtendedSeed& seed : seeds_) {
         if (seed.exact.score < scores[unit_length_]) continue;
@@ -181,9 +188,8 @@ class CQuestions {
 
   void ask_chains() {
     for_each_score(&ExtendedSeed::edited, [&](std::int64_t score) {
-      const ChainRule rule{signed_length_, score, rules_.mismatch_penalty, rules_.indel_penalty,
-                           rules_.is_N_neutral};
-      if (rule.edits_to_follow() == 0) return;
+      const ChainRule rule = ChainRule::for_unit(signed_length_, score, text_.scoring);
+      if (rule.edits == 0) return;
       const CBasePlanes planes(attack_.text.data(), text_length());
       CBitSet left(text_length() - unit_length_);
       left.set_range(0, left.size());
@@ -195,28 +201,26 @@ class CQuestions {
   }
 
   void ask_lags() {
-    if (unit_length_ > kMaxLagUnit ||
-        !can_lag_bound_refute(rules_.mismatch_penalty, rules_.indel_penalty)) {
+    if (signed_length_ > kMaxLagUnit || text_.scoring.min_penalty() < kMinLagPenalty) {
       return;
     }
     for_each_score(&ExtendedSeed::edited, [&](std::int64_t score) {
       const std::size_t spread = draw_chance(engine_, 50) ? 0 : draw_chance(engine_, 80) ? 3 : 40;
       const std::uint64_t shorter = std::min(unit_length_ - 1, draw_between(engine_, 0, spread));
-      const std::uint64_t longer =
-          std::min({kMaxLagUnit - unit_length_, text_length() - 1 - unit_length_,
-                    std::uint64_t{draw_between(engine_, 0, spread)}});
-      LagBoundRules rules{unit_length_ - shorter,
-                          std::vector<std::int64_t>(shorter + 1 + longer, 1),
-                          rules_.mismatch_penalty, rules_.indel_penalty, rules_.is_N_neutral};
-      for (std::int64_t& minimum : rules.min_scores) {
+      const std::uint64_t longer = std::min({static_cast<std::uint64_t>(kMaxLagUnit) - unit_length_,
+                                             text_length() - 1 - unit_length_,
+                                             std::uint64_t{draw_between(engine_, 0, spread)}});
+      LagRule rule{signed_length_ - static_cast<std::int64_t>(shorter),
+                   std::vector<std::int64_t>(shorter + 1 + longer, 1), text_.scoring};
+      for (std::int64_t& minimum : rule.min_scores) {
         minimum = static_cast<std::int64_t>(draw_between(engine_, 1, 300));
       }
-      rules.min_scores[shorter] = score;
+      rule.min_scores[shorter] = score;
       std::vector<CBitSet> left;
-      for (std::uint64_t u = rules.first_unit_length; u <= rules.last_unit_length(); ++u) {
-        left.emplace_back(text_length() - u);
+      for (std::int64_t u = rule.first_unit_length; u <= rule.last_unit_length(); ++u) {
+        left.emplace_back(text_length() - static_cast<std::uint64_t>(u));
       }
-      find_lag_seeds(attack_.text.data(), text_length(), rules, left);
+      find_lag_seeds(attack_.text.data(), text_length(), rule, left);
       for (const ExtendedSeed& seed : seeds_) {
         judge(AttackedFilter::kLags, seed, seed.edited.score, score,
               !left[shorter].test(seed.start));
@@ -237,11 +241,12 @@ class CQuestions {
   }
 
   void ask_group(const ExtendedSeed& seed) {
-    if (signed_length_ < CGroupBound::kShortestUnit || seed.edited.score <= 0) return;
+    if (signed_length_ < kMinGroupUnit || seed.edited.score <= 0) return;
     const std::uint64_t k = std::min<std::uint64_t>(seed.start, draw_between(engine_, 0, 63));
-    const std::uint64_t asked = draw_neighbours(seed, k, CGroupBound::kSeeds);
-    const bool may_reach = group_bound_.may_reach(attack_.text.data() + seed.start - k,
-                                                  signed_length_, asked, rules_, seed.edited.score);
+    const std::uint64_t asked = draw_neighbours(seed, k, kGroupSeeds);
+    const char* const first = attack_.text.data() + seed.start - k;
+    const bool may_reach =
+        group_bound(text_, {first, signed_length_, asked, seed.edited.score}, workspace_) != 0;
     judge(AttackedFilter::kGroups, seed, seed.edited.score, seed.edited.score, !may_reach);
     // The same seeds, asked for a point more than any of them reaches.
     std::int64_t best = 0;
@@ -249,17 +254,18 @@ class CQuestions {
       if ((asked >> i & 1) == 0) continue;
       best = std::max(best, seed_at(seed.start - k + i)->edited.score);
     }
-    const bool may_beat = group_bound_.may_reach(attack_.text.data() + seed.start - k,
-                                                 signed_length_, asked, rules_, best + 1);
+    const bool may_beat =
+        group_bound(text_, {first, signed_length_, asked, best + 1}, workspace_) != 0;
     judge(AttackedFilter::kGroups, seed, seed.edited.score, best + 1, !may_beat);
   }
 
   void ask_batch(const ExtendedSeed& seed) {
     if (seed.edited.score <= 0) return;
     const std::uint64_t k = std::min<std::uint64_t>(seed.start, draw_between(engine_, 0, 31));
-    const auto asked = static_cast<std::uint32_t>(draw_neighbours(seed, k, CBatchBound::kSeeds));
-    const std::uint32_t left = batch_bound_.may_reach(
-        attack_.text.data() + seed.start - k, signed_length_, asked, rules_, seed.edited.score);
+    const auto asked = static_cast<std::uint32_t>(draw_neighbours(seed, k, kBatchSeeds));
+    const SeedQuestion question{attack_.text.data() + seed.start - k, signed_length_, asked,
+                                seed.edited.score};
+    const std::uint64_t left = batch_bound(text_, question, workspace_);
     for (std::uint64_t i = 0; i < 32; ++i) {
       if ((asked >> i & 1) == 0) continue;
       const ExtendedSeed& one = *seed_at(seed.start - k + i);
@@ -270,13 +276,11 @@ class CQuestions {
 
   void ask_single(const ExtendedSeed& seed) {
     const char* const base = attack_.text.data() + seed.start;
-    const GrowingRepeat repeat{base, base + unit_length_, base, base + unit_length_,
-                               0,    signed_length_ - 1,  0};
     for (const std::int64_t more : {0, 1}) {
       const std::int64_t threshold = seed.edited.score + more;
       if (threshold <= 0) continue;
       judge(AttackedFilter::kSingleSeeds, seed, seed.edited.score, threshold,
-            !score_bound_.may_reach(repeat, rules_, threshold));
+            single_bound(text_, {base, signed_length_, 1, threshold}, workspace_) == 0);
     }
   }
 
@@ -287,18 +291,18 @@ class CQuestions {
     CSearchController::extend_exact_forward(run, text + text_length());
     CSearchController::extend_exact_backward(run, text - 1);
     run.remove_Ns_at_ends();
-    const GrowingRepeat repeat{run.start,
-                               run.end,
-                               run.unit_begin,
-                               run.unit_end,
-                               run.unit_pos_right - run.unit_begin,
-                               run.unit_pos_left - run.unit_begin,
-                               run.score};
+    const ExtendableRepeat repeat{run.start,
+                                  run.end,
+                                  run.unit_begin,
+                                  run.unit_end,
+                                  run.unit_pos_right - run.unit_begin,
+                                  run.unit_pos_left - run.unit_begin,
+                                  run.score};
     for (const std::int64_t more : {0, 1}) {
       const std::int64_t threshold = seed.edited_from_run.score + more;
       if (threshold <= 0) continue;
       judge(AttackedFilter::kExactRepeats, seed, seed.edited_from_run.score, threshold,
-            !score_bound_.may_reach(repeat, rules_, threshold));
+            !may_repeat_reach(text_, repeat, threshold, workspace_.work));
     }
   }
 
@@ -308,10 +312,8 @@ class CQuestions {
   RandomEngine& engine_;
   QuestionTallies& tallies_;
   std::vector<ExtendedSeed> seeds_;
-  GrowthRules rules_;
-  CGroupBound group_bound_;
-  CBatchBound batch_bound_;
-  CScoreBound score_bound_;
+  ScoredText text_;
+  BoundWorkspace workspace_;
   std::string fault_;
 };
 

@@ -13,15 +13,16 @@ CHAIN_STATES = "filter/chain_states.cpp"
 CHAIN = "filter/chain_sieve.cpp"
 RUNS = "filter/run_sieve.cpp"
 FILTER = "filter/seed_filter.cpp"
+PLAN = "filter/filter_plan.cpp"
 
 HOLES = {
     "lag grid: an even lowest lag is rounded up": [
         (LAG_GRID, "first_lag_ = (lowest_lag - 1) | 1;",
          "first_lag_ = lowest_lag | 1;\n  if (first_lag_ > first) first_lag_ -= 2;")],
     "lag grid: room for one indel fewer": [
-        (LAG_GRID, "return (kHighestGain + 2 * unit_length - 1) / rules_.indel_penalty;",
+        (LAG_GRID, "return (kHighestGain + 2 * unit_length - 1) / rule_.scoring.indel_penalty;",
          "return std::max<std::int64_t>(\n"
-         "      (kHighestGain + 2 * unit_length - 1) / rules_.indel_penalty - 1, 0);")],
+         "      (kHighestGain + 2 * unit_length - 1) / rule_.scoring.indel_penalty - 1, 0);")],
     "lag grid: half of the rows ahead": [
         (LAG_GRID, "rows_ahead_ = 2 * last + drift + 2;", "rows_ahead_ = last + drift + 2;")],
     "lag grid: the cap of the gain is a quarter of what it has to be": [
@@ -33,8 +34,8 @@ HOLES = {
         (LAG_GRID, "return std::max<std::int64_t>(weights_.reward * unit_length - most_lost, 0);",
          "return std::max<std::int64_t>(weights_.reward * unit_length - most_lost + 2, 0);")],
     "lag bound: no path persists by its N's": [
-        (LAG_BOUND, "value = hn::SaturatedAdd(value, hn::And(is_free, reward));",
-         "value = hn::SaturatedAdd(value, hn::And(is_match, reward));")],
+        (LAG_BOUND, "free_letters{letters.is_free, letters.is_free};",
+         "free_letters{letters.is_match, letters.is_free};")],
     "lag bound: each segment begins without its predecessor": [
         (LAG_BOUND, "CLagRows& left = grid.leftward_rows();",
          "CLagRows& left = grid.leftward_rows();\n  left.clear();")],
@@ -44,7 +45,8 @@ HOLES = {
         (BATCH, "hn::IfThenZeroElse(is_answered, best));",
          "hn::IfThenZeroElse(is_answered, hn::Load(d, values)));")],
     "batch bound: neutral N's cost a mismatch": [
-        (BATCH, "is_free = hn::Or(equal, is_N);", "is_free = hn::AndNot(is_N, equal);")],
+        (BATCH, "compare_letters<kMayHaveNs>(d, base, equal, neutral_letter), weights_);",
+         "compare_letters<false>(d, base, equal, neutral_letter), weights_);")],
     "batch bound: one lane less in each row": [
         (BATCH, "std::max(last.high + 1, before.high)};", "std::max(last.high, before.high)};")],
     "score bound: paths may leave at the edge of the rows": [
@@ -52,31 +54,31 @@ HOLES = {
     "score bound: the left side begins without the score of the right": [
         (SCORE, "table.start_value = *right;", "")],
     "score bound: a budget of 256 rows": [
-        (SCORE, "kMostRows = 8192;", "kMostRows = 256;"),
+        (SCORE, "row < kMaxSingleRows;", "row < 256;"),
         (SCORE, "if (!is_alive || !highest) return highest;\n  }\n  return std::nullopt;",
          "if (!is_alive || !highest) return highest;\n  }\n  return rows.highest_value(target);")],
     "score bound: the phase on the left is one off": [
         (SCORE, "table.skipped = unit_length - 1 - repeat.left_phase;",
          "table.skipped = (unit_length - repeat.left_phase) % unit_length;")],
     "group bound: fewer offsets wrap": [
-        (GROUP, "offset < kSeeds - 1;", "offset < kSeeds / 2;")],
+        (GROUP, "offset < kGroupSeeds - 1;", "offset < kGroupSeeds / 2;")],
     "group bound: what has no room is taken for dead": [
-        (GROUP, "if (!has_room_for(range, row)) return kOpenGroup;",
+        (GROUP, "if (!has_room_for(range, row)) return kUndecidedGroup;",
          "if (!has_room_for(range, row)) return hn::GetLane(hn::MaxOfLanes(d, best_));")],
     "group bound: the left side is entered in the order of the right": [
-        (GROUP, "table.entering = reversed;", "")],
+        (GROUP, "left.entering = reversed(asked);", "left.entering = asked;")],
     "group bound: one lane less in each row": [
         (GROUP, "std::min(last_.low - odd, before_.low),", "std::min(last_.low, before_.low),")],
     "chain states: one match more to be let through": [
-        (CHAIN_STATES, "(edits + 1 - all) * least_penalty;",
-         "(edits + 1 - all) * least_penalty + 1;")],
+        (CHAIN_STATES, "(edits + 1 - all) * min_penalty;",
+         "(edits + 1 - all) * min_penalty + 1;")],
     "chain states: the floor is one point higher": [
-        (CHAIN_STATES, "state.least_matches = state.cost - unit_length + 1;",
-         "state.least_matches = state.cost - unit_length + 2;")],
+        (CHAIN_STATES, "state.min_matches = state.cost - unit_length + 1;",
+         "state.min_matches = state.cost - unit_length + 2;")],
     "chain bound: few deletions are followed": [
         (CHAIN, "if (state.before_deletion >= 0) {", "if (state.before_deletion >= 4) {")],
     "chain bound: the left side begins without the score of the right": [
-        (CHAIN, "if (kIsRightward || missing > most_bases_) return",
+        (CHAIN, "if (kIsRightward || missing > max_bases_) return",
          "if (kIsRightward || missing > 0) return")],
     "runs: no insertion on the left": [
         (RUNS, "         lags.longer().ones_down_from(first - 1) >= at_longer_lag ||\n", "")],
@@ -86,12 +88,12 @@ HOLES = {
     "runs: the sieve looks half as far": [
         (RUNS, "half_(static_cast<std::uint64_t>((rule.chained_runs + 1) / 2)),",
          "half_(static_cast<std::uint64_t>((rule.chained_runs + 1) / 4)),")],
-    "seed filter: the first edit needs one match more": [
-        (FILTER, "least_penalty - signed_length + 1;", "least_penalty - signed_length + 2;")],
-    "seed filter: the second edit needs one match more": [
-        (FILTER, "chained_runs = edited_run + least_penalty;",
-         "chained_runs = edited_run + least_penalty + 1;")],
+    "filter plan: the first edit needs one match more": [
+        (PLAN, "scoring_.min_penalty() - unit_length + 1;",
+         "scoring_.min_penalty() - unit_length + 2;")],
+    "filter plan: the second edit needs one match more": [
+        (PLAN, "chained_runs = edited_run + scoring_.min_penalty();",
+         "chained_runs = edited_run + scoring_.min_penalty() + 1;")],
     "seed filter: a verdict of a group counts for seeds that were not asked about": [
-        (FILTER, "told_ = {unit_length, p, neighbours, 0};",
-         "told_ = {unit_length, p, ~std::uint64_t{0}, 0};")],
+        (FILTER, "return {p, asked, 0};", "return {p, ~std::uint64_t{0}, 0};")],
 }

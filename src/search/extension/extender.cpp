@@ -7,15 +7,14 @@
 
 #include "search/extension/exact_extension.h"
 #include "search/extension/imperfect_extension.h"
+#include "search/filter/single_bound.h"
 #include "search/rules/score.h"
-#include "settings/settings.h"
 
 namespace quorix {
 
 bool passes(const Csat& sat, const Thresholds& thresholds) {
-  const auto unit_length = static_cast<std::uint64_t>(sat.unit_length());
-  return sat.score >= (*thresholds.min_scores)[unit_length] &&
-         sat.normalized_length() >= (*thresholds.min_lengths)[unit_length];
+  return sat.score >= (*thresholds.min_scores)[sat.unit_length()] &&
+         sat.normalized_length() >= (*thresholds.min_lengths)[sat.unit_length()];
 }
 
 bool CExtender::extend_exactly_and_test(Csat& sat, const Thresholds& thresholds) {
@@ -54,13 +53,11 @@ void CExtender::pack_edits(Csat& sat) {
 
 bool CExtender::is_rejected(const Csat& repeat, const Thresholds& thresholds) {
   ++work_.bounded;
-  const GrowthRules rules{text_.begin, text_.end, -std::int64_t{global_mismatch_score},
-                          -std::int64_t{global_indel_score}, is_N_neutral()};
-  return !score_bound_.may_reach(
-      {repeat.start, repeat.end, repeat.unit_begin, repeat.unit_end,
-       repeat.unit_pos_right - repeat.unit_begin, repeat.unit_pos_left - repeat.unit_begin,
-       repeat.score},
-      rules, (*thresholds.min_scores)[static_cast<std::uint64_t>(repeat.unit_length())]);
+  return !may_repeat_reach({text_.begin, text_.end, scoring_rules_of_settings()},
+                           {repeat.start, repeat.end, repeat.unit_begin, repeat.unit_end,
+                            repeat.unit_pos_right - repeat.unit_begin,
+                            repeat.unit_pos_left - repeat.unit_begin, repeat.score},
+                           (*thresholds.min_scores)[repeat.unit_length()], work_.repeat_bound);
 }
 
 void CExtender::extend_imperfect_forward(Csat& sat, const char* limit) {

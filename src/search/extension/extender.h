@@ -4,7 +4,7 @@
 /// Extension of seeds in one text, to both sides, and the test of what becomes of them.
 ///
 /// An extender owns whatever lasts from one extension to the next: the look-ahead, the caches of
-/// edits and paths, the bound for exact repeats, the block in which edits are gathered, and the
+/// edits and paths, the block in which edits are gathered, and the
 /// store of the edits of accepted repeats. It knows neither where seeds come from nor where
 /// accepted repeats go.
 
@@ -18,7 +18,7 @@
 #include "search/extension/growth_paths.h"
 #include "search/extension/look_ahead.h"
 #include "search/extension/searched_text.h"
-#include "search/filter/single_bound.h"
+#include "search/filter/bound_work.h"
 #include "search/rules/thresholds.h"
 
 namespace quorix {
@@ -31,6 +31,7 @@ struct ExtenderWork {
   std::uint64_t extended_exactly = 0;     ///< seeds extended over perfect copies
   std::uint64_t extended_over_edits = 0;  ///< seeds and exact repeats extended over edits
   std::uint64_t bounded = 0;              ///< exact repeats tested by the bound
+  BoundWork repeat_bound;                 ///< the work of that
 };
 
 class CExtender {
@@ -69,7 +70,6 @@ class CExtender {
   [[nodiscard]] const CLookAhead& look_ahead() const { return look_ahead_; }
   [[nodiscard]] const CEditMemo& edit_memo() const { return edit_memo_; }
   [[nodiscard]] const CGrowthPaths& growth_paths() const { return growth_paths_; }
-  [[nodiscard]] const CScoreBound& score_bound() const { return score_bound_; }
   [[nodiscard]] const ExtenderWork& work() const { return work_; }
   /// Bytes that the edits of the accepted repeats take.
   [[nodiscard]] std::size_t edit_bytes() const { return edit_store_.byte_count(); }
@@ -79,7 +79,6 @@ class CExtender {
   [[nodiscard]] bool is_of_own_text(const Csat& sat) const;
 
   SearchedText text_;
-  CScoreBound score_bound_;
   CLookAhead look_ahead_;
   CEditStore edit_store_;        ///< of accepted repeats
   fastvector<Edit> edit_block_;  ///< lent to the seed that is being extended

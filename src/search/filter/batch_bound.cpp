@@ -1,3 +1,34 @@
+// A lane is a seed, and a cell is a vector: all tables are filled at once, over the cells in which
+// any of the seeds may be alive.
+//
+//     lanes                 seed 0   seed 1   ...   seed 31       16 or 32 of 8 or 16 bits each
+//     cell (row, difference)  v        v               v         one load, one store
+//
+//     row r - 2          low  .   .   .   .   .   .  high        every other difference: its parity
+//     row r - 1        low  .   .   .   .   .   .   .   high     is that of the row
+//     row r          low  .   .   .   .   .   .   .   .   high
+//
+// A row has no fixed width but a range of differences, bases less characters, that grows and
+// shrinks with the cells that are alive. Invariants:
+//
+// - A cell that is alive follows one at the same difference two rows before, or one beside it in
+//   the last row. So the cells from one beside the range of the last row, and from that of the row
+//   before, are all that can be alive.
+// - Rows share their memory with the third row after them, so beyond the range that was filled a
+//   row has old values. The next two rows read at most two differences beyond it, and there it is
+//   cleared. For the lower end (the upper one mirrors it) let f(r) be the lowest difference filled
+//   in row r, and a(r) >= f(r) that of its lowest cell that is alive, beyond all others if there is
+//   none: f(r) = min(a(r-1) - 1, a(r-2)), so f(r) <= a(r-1) - 1 for every r. Row r reads row r-1
+//   from f(r) - 1 = min(a(r-1) - 2, a(r-2) - 1) on, which is f(r-1) - 2 or more. It reads row r-2
+//   from f(r) on; there a(r-2) >= f(r-2), and a(r-1) - 1 >= f(r-1) - 1 = min(a(r-2) - 2,
+//   a(r-3) - 1), which is f(r-2) - 2 or more. How far a(r) lies above f(r) does not matter, so the
+//   range may shrink by any amount and grow again.
+// - Values saturate at or above the target alone.
+//
+// Tables that are given up, at the ends of the text or for their size, are undecided for the seeds
+// that still have a state in the last two rows; the others have their highest value already. Every
+// 16 rows the states of seeds that met the target are dropped: their answer is known.
+
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "search/filter/batch_bound.cpp"
 #include <hwy/foreach_target.h>  // compiles the rest of this file once for each kind of processor
@@ -6,38 +37,25 @@
 #include <cassert>
 #include <cstddef>
 #include <cstdint>
-#include <limits>
 
 #include <hwy/highway.h>
 
 #include "search/filter/batch_bound.h"
+#include "search/filter/dp_cell.h"
 
 #ifndef QUORIX_BATCH_BOUND_SHARED
 #define QUORIX_BATCH_BOUND_SHARED
 
 namespace quorix {
 
-/// Seeds at 32 neighbouring bases.
+/// A question about `kBatchSeeds` seeds.
 struct SeedBatch {
+  const ScoredText& text;
   const char* first;  ///< base of the first seed
   std::ptrdiff_t unit_length;
-  std::uint32_t asked;  ///< the seeds that matter
-  const char* text_begin;
-  const char* text_end;
-  std::int64_t mismatch_penalty;
-  std::int64_t indel_penalty;
-  bool is_N_neutral;
+  std::uint32_t asked;
   std::int64_t target_value;  ///< score above the floor that answers the question
 };
-
-/// Rows after which a batch is given up: what lives that long is to be grown.
-inline constexpr std::ptrdiff_t kMostBatchRows = 8192;
-/// The same for short units, which grow along an array faster than it can be told where they end:
-/// those whose ways of growth are kept, see `CEditMemo::kLongestUnit`.
-inline constexpr std::ptrdiff_t kMostShortUnitRows = 1024;
-inline constexpr std::ptrdiff_t kLongestShortUnit = 28;
-/// Bases less characters, or the other way round, of the states that are followed.
-inline constexpr std::ptrdiff_t kMostDifference = 400;
 
 }  // namespace quorix
 
@@ -49,24 +67,14 @@ namespace {
 
 #if HWY_TARGET == HWY_SCALAR
 
-/// Without vector instructions nothing is refuted.
-std::uint32_t sift_batch(const SeedBatch& batch, BoundWork& /*work*/) {
+/// Without vector instructions nothing is rejected.
+std::uint32_t undecided_seeds(const SeedBatch& batch, BoundWork& /*work*/) {
   return batch.asked;
 }
 
 #else
 
 namespace hn = hwy::HWY_NAMESPACE;
-
-template <class D>
-hn::Vec<D> load_bases(D d, const char* bases) {
-  const auto* const bytes = static_cast<const std::uint8_t*>(static_cast<const void*>(bases));
-  if constexpr (sizeof(hn::TFromD<D>) == 1) {
-    return hn::LoadU(d, bytes);
-  } else {
-    return hn::PromoteTo(d, hn::LoadU(hn::Rebind<std::uint8_t, D>(), bytes));
-  }
-}
 
 /// The tables of as many seeds as a vector has lanes, in one direction.
 template <class Value, bool kMayHaveNs>
@@ -78,25 +86,21 @@ class CBatchTables {
   CBatchTables(const SeedBatch& batch, BoundWork& work)
       : batch_(batch),
         work_(work),
-        mismatch_(penalty(batch.mismatch_penalty)),
-        indel_(penalty(batch.indel_penalty)),
-        target_(hn::Set(Tag(), static_cast<Value>(std::min(batch.target_value, kMax)))) {}
+        weights_(score_weights(Tag(), batch.text.scoring.mismatch_penalty,
+                               batch.text.scoring.indel_penalty)),
+        target_(hn::Set(Tag(), capped<Value>(batch.target_value))) {}
 
-  [[nodiscard]] static Value capped(std::int64_t value) {
-    return static_cast<Value>(std::min(value, kMax));
-  }
-
-  /// Follows the seeds from `first` on, whose values at the start are `values`, 0 for those that do
-  /// not matter. Gives the highest values; those that met the target have it, and so have all that
-  /// were alive when the tables had to be given up.
+  /// Follows the seeds from `first` on, whose values on entry are `values`, 0 for those that nobody
+  /// asked about. Returns the highest values; those that met the target have it, and so have all
+  /// that were alive when the tables had to be given up.
   template <bool kIsRightward>
   Vector highest_values(const char* first, Vector values) {
     const auto lanes = static_cast<std::ptrdiff_t>(hn::Lanes(Tag()));
 
     // Bases that every seed may read.
     const std::ptrdiff_t bases_ahead =
-        kIsRightward ? batch_.text_end - (first + batch_.unit_length) - (lanes - 1)
-                     : first - batch_.text_begin;
+        kIsRightward ? batch_.text.end - (first + batch_.unit_length) - (lanes - 1)
+                     : first - batch_.text.begin;
     std::ptrdiff_t row = 1;
     std::ptrdiff_t filled_width = 0;  // of all rows
     const auto count_work = [&](std::ptrdiff_t rows) {
@@ -107,9 +111,9 @@ class CBatchTables {
     Vector best = values;
     store(0, 0, values);
     clear_around(0, 0, 0);
-    clear_around(-1, 1, -1);  // the row before the first has no living state
-    const std::ptrdiff_t most_rows =
-        batch_.unit_length <= kLongestShortUnit ? kMostShortUnitRows : kMostBatchRows;
+    clear_around(-1, 1, -1);  // nothing is alive in the row before the first
+    const std::ptrdiff_t max_rows =
+        batch_.unit_length <= kMaxShortUnit ? kMaxShortUnitRows : kMaxBatchRows;
     Range last{0, 0};
     Range before{1, -1};
     [[maybe_unused]] Range last_filled{0, 0};
@@ -117,9 +121,9 @@ class CBatchTables {
     for (;; ++row) {
       const Range computed{std::min(last.low - 1, before.low),
                            std::max(last.high + 1, before.high)};
-      const std::ptrdiff_t most_bases = (row + computed.high + 1) / 2;
-      if (row == most_rows || most_bases > bases_ahead || computed.high > kMostDifference ||
-          computed.low < -kMostDifference) {
+      const std::ptrdiff_t bases_needed = (row + computed.high + 1) / 2;
+      if (row == max_rows || bases_needed > bases_ahead || computed.high > kMaxBatchDifference ||
+          computed.low < -kMaxBatchDifference) {
         count_work(row - 1);
         return give_up(best, row, last, before);
       }
@@ -132,7 +136,7 @@ class CBatchTables {
       filled_width += filled.high - filled.low;
 
       before = last;
-      last = living_range(row, filled.low, filled.high);
+      last = alive_range(row, filled.low, filled.high);
       if (last.is_empty() && before.is_empty()) break;
       if (row % 16 == 0 && !drop_answered(best, row, last, before)) break;
     }
@@ -141,7 +145,6 @@ class CBatchTables {
   }
 
  private:
-  static constexpr std::int64_t kMax = std::numeric_limits<Value>::max();
   static constexpr std::ptrdiff_t kCell = 32 / sizeof(Value);  ///< values in a cell
 
   /// Differences of a row, both ends included.
@@ -151,14 +154,13 @@ class CBatchTables {
     [[nodiscard]] bool is_empty() const { return low > high; }
   };
 
-  /// Computes the states of `row` within `computed`, gives the differences of the first and the
-  /// last one, and raises `best` to the highest values.
+  /// Computes the states of `row` within `computed` and raises `best` to the highest values.
+  /// Returns the differences of the first and the last state.
   template <bool kIsRightward>
   HWY_INLINE Range fill_row(const char* first, std::ptrdiff_t row, const Range& computed,
                             Vector& best) {
     const Tag d;
-    const Vector one = hn::Set(d, 1);
-    const Vector letter_N = hn::Set(d, static_cast<Value>('N'));
+    const Vector neutral_letter = hn::Set(d, static_cast<Value>('N'));
     const std::ptrdiff_t unit_length = batch_.unit_length;
     // Differences have the parity of the row. Neither count of a computed cell is negative.
     std::ptrdiff_t difference = computed.low + ((computed.low ^ row) & 1);
@@ -174,22 +176,13 @@ class CBatchTables {
       const char* const base_at = kIsRightward ? first + unit_length + bases - 1 : first - bases;
       const char* const character_at =
           kIsRightward ? first + character : first + unit_length - 1 - character;
-      const Vector base = load_bases(d, base_at);
-      const Vector equal = hn::VecFromMask(d, hn::Eq(base, load_bases(d, character_at)));
-      Vector is_free = equal;
-      Vector is_match = equal;
-      if constexpr (kMayHaveNs) {
-        const Vector is_N = hn::VecFromMask(d, hn::Eq(base, letter_N));
-        is_free = hn::Or(equal, is_N);
-        is_match = hn::AndNot(is_N, equal);
-      }
-      const Vector diagonal = hn::Load(d, diagonals + difference * kCell);
-      Vector value = hn::SaturatedSub(diagonal, hn::AndNot(is_free, mismatch_));
-      // A match adds 1 to living states alone.
-      value = hn::SaturatedAdd(value, hn::And(is_match, hn::Min(diagonal, one)));
-      const Vector beside = hn::Max(hn::Load(d, neighbours + (difference - 1) * kCell),
-                                    hn::Load(d, neighbours + (difference + 1) * kCell));
-      value = hn::Max(value, hn::SaturatedSub(beside, indel_));
+      const Vector base = load_letters(d, base_at);
+      const Vector equal = hn::VecFromMask(d, hn::Eq(base, load_letters(d, character_at)));
+      const Vector neighbour = hn::Max(hn::Load(d, neighbours + (difference - 1) * kCell),
+                                       hn::Load(d, neighbours + (difference + 1) * kCell));
+      const Vector value =
+          living_cell(hn::Load(d, diagonals + difference * kCell), neighbour,
+                      compare_letters<kMayHaveNs>(d, base, equal, neutral_letter), weights_);
       best = hn::Max(best, value);
       hn::Store(value, d, values_here + difference * kCell);
       ++bases;
@@ -198,12 +191,10 @@ class CBatchTables {
     return {first_difference, difference - 2};
   }
 
-  static Vector penalty(std::int64_t points) { return hn::Set(Tag(), capped(points)); }
-
   [[nodiscard]] Value* cell(std::ptrdiff_t row, std::ptrdiff_t difference) {
     // Two rows of a parity do not meet in the same cells as those of the other.
     const std::ptrdiff_t slot = (row + 3) % 3;
-    return cells_[slot][difference + kMostDifference + 3];
+    return cells_[slot][difference + kMaxBatchDifference + 3];
   }
   Vector load(std::ptrdiff_t row, std::ptrdiff_t difference) {
     return hn::Load(Tag(), cell(row, difference));
@@ -218,23 +209,23 @@ class CBatchTables {
     return computed.low - reach >= filled.low - 2 && computed.high + reach <= filled.high + 2;
   }
 
-  /// The next two rows read no farther than this beyond the cells of a row, see batch_bound.h.
+  /// The next two rows read no farther than this beyond the cells of a row, see above.
   void clear_around(std::ptrdiff_t row, std::ptrdiff_t low, std::ptrdiff_t high) {
     store(row, low - 2, hn::Zero(Tag()));
     store(row, high + 2, hn::Zero(Tag()));
   }
 
-  [[nodiscard]] Range living_range(std::ptrdiff_t row, std::ptrdiff_t low, std::ptrdiff_t high) {
+  [[nodiscard]] Range alive_range(std::ptrdiff_t row, std::ptrdiff_t low, std::ptrdiff_t high) {
     const auto is_dead = [&](std::ptrdiff_t difference) {
       return hn::AllTrue(Tag(), hn::Eq(load(row, difference), hn::Zero(Tag())));
     };
     while (low <= high && is_dead(low)) low += 2;
     while (low <= high && is_dead(high)) high -= 2;
-    if (low > high) return {kMostDifference + 2, -kMostDifference - 2};
+    if (low > high) return {kMaxBatchDifference + 2, -kMaxBatchDifference - 2};
     return {low, high};
   }
 
-  /// Lets the states of seeds that met the target die. False if none is left.
+  /// Lets the states of seeds that met the target die. Returns false if none is left.
   bool drop_answered(Vector best, std::ptrdiff_t row, const Range& last, const Range& before) {
     const Tag d;
     const auto is_answered = hn::Eq(hn::Max(best, target_), best);
@@ -242,9 +233,9 @@ class CBatchTables {
     Vector any = hn::Zero(d);
     const auto drop = [&](std::ptrdiff_t dropped_row, const Range& range) {
       for (std::ptrdiff_t i = range.low; i <= range.high; i += 2) {
-        const Vector kept = hn::IfThenZeroElse(is_answered, load(dropped_row, i));
-        store(dropped_row, i, kept);
-        any = hn::Or(any, kept);
+        const Vector left = hn::IfThenZeroElse(is_answered, load(dropped_row, i));
+        store(dropped_row, i, left);
+        any = hn::Or(any, left);
       }
     };
     drop(row, last);
@@ -252,7 +243,7 @@ class CBatchTables {
     return !hn::AllTrue(d, hn::Eq(any, hn::Zero(d)));
   }
 
-  /// `best`, with the target for all seeds with a living state in the two rows before `row`.
+  /// Returns `best`, with the target for all seeds that are alive in the two rows before `row`.
   Vector give_up(Vector best, std::ptrdiff_t row, const Range& last, const Range& before) {
     const Tag d;
     Vector any = hn::Zero(d);
@@ -265,27 +256,26 @@ class CBatchTables {
 
   const SeedBatch& batch_;
   BoundWork& work_;
-  Vector mismatch_;
-  Vector indel_;
+  CellWeights<Vector> weights_;
   Vector target_;
-  HWY_ALIGN Value cells_[3][2 * kMostDifference + 7][32 / sizeof(Value)];
+  HWY_ALIGN Value cells_[3][2 * kMaxBatchDifference + 7][32 / sizeof(Value)];
 };
 
 template <class Value, bool kMayHaveNs>
-std::uint32_t sift_batch_of(const SeedBatch& batch, BoundWork& work) {
+std::uint32_t undecided_seeds_of(const SeedBatch& batch, BoundWork& work) {
   using Tables = CBatchTables<Value, kMayHaveNs>;
   const typename Tables::Tag d;
   const auto lanes = static_cast<int>(hn::Lanes(d));
-  const Value target = Tables::capped(batch.target_value);
+  const auto target = capped<Value>(batch.target_value);
   Tables tables(batch, work);
-  std::uint32_t let_through = 0;
-  for (int k = 0; k < 32; k += lanes) {
+  std::uint32_t undecided = 0;
+  for (int k = 0; k < kBatchSeeds; k += lanes) {
     const auto asked = static_cast<std::uint32_t>(
         batch.asked >> k & (lanes == 32 ? ~std::uint32_t{0} : (std::uint32_t{1} << lanes) - 1));
     if (asked == 0) continue;
     HWY_ALIGN Value values[32];
     for (int i = 0; i < lanes; ++i) {
-      values[i] = (asked >> i & 1) != 0 ? Tables::capped(batch.unit_length) : Value{0};
+      values[i] = (asked >> i & 1) != 0 ? capped<Value>(batch.unit_length) : Value{0};
     }
     auto best = tables.template highest_values<true>(batch.first + k, hn::Load(d, values));
     // What met the target need not be followed to the left.
@@ -295,20 +285,20 @@ std::uint32_t sift_batch_of(const SeedBatch& batch, BoundWork& work) {
     best = hn::Max(best, left);
     hn::Store(best, d, values);
     for (int i = 0; i < lanes; ++i) {
-      // The values of seeds that do not matter stay 0, below any target.
-      if (values[i] >= target) let_through |= std::uint32_t{1} << (k + i);
+      // The values of seeds that nobody asked about stay 0, below any target.
+      if (values[i] >= target) undecided |= std::uint32_t{1} << (k + i);
     }
   }
-  return let_through;
+  return undecided;
 }
 
-std::uint32_t sift_batch(const SeedBatch& batch, BoundWork& work) {
+std::uint32_t undecided_seeds(const SeedBatch& batch, BoundWork& work) {
   if (batch.target_value < 256) {
-    return batch.is_N_neutral ? sift_batch_of<std::uint8_t, true>(batch, work)
-                              : sift_batch_of<std::uint8_t, false>(batch, work);
+    return batch.text.scoring.is_N_neutral ? undecided_seeds_of<std::uint8_t, true>(batch, work)
+                                           : undecided_seeds_of<std::uint8_t, false>(batch, work);
   }
-  return batch.is_N_neutral ? sift_batch_of<std::uint16_t, true>(batch, work)
-                            : sift_batch_of<std::uint16_t, false>(batch, work);
+  return batch.text.scoring.is_N_neutral ? undecided_seeds_of<std::uint16_t, true>(batch, work)
+                                         : undecided_seeds_of<std::uint16_t, false>(batch, work);
 }
 
 #endif
@@ -323,32 +313,24 @@ namespace quorix {
 
 namespace {
 
-HWY_EXPORT(sift_batch);
-
-/// Values are 16 bits wide at the most.
-constexpr std::int64_t kMostUnitLength = 30'000;
+HWY_EXPORT(undecided_seeds);
 
 }  // namespace
 
-CBatchBound::CBatchBound() {
-  // To ask the processor costs more than a short record's search.
-  if (!hwy::GetChosenTarget().IsInitialized()) {
-    hwy::GetChosenTarget().Update(hwy::SupportedTargets());
+std::uint64_t batch_bound(const ScoredText& text, const SeedQuestion& question,
+                          BoundWorkspace& workspace) {
+  assert(question.unit_length >= 1 && question.first >= text.begin);
+  constexpr std::uint64_t kBatchBits = (std::uint64_t{1} << kBatchSeeds) - 1;
+  // All lanes are read, whatever is asked about.
+  const bool is_readable = text.end - question.first >= question.unit_length + kBatchSeeds;
+  if (question.min_score <= 0 || question.unit_length > kMaxBatchUnit || !is_readable) {
+    return question.asked;
   }
-  sift_batch_ = HWY_DISPATCH_TABLE(sift_batch)[hwy::GetChosenTarget().GetIndex()];
-}
-
-std::uint32_t CBatchBound::may_reach(const char* first, std::int64_t unit_length,
-                                     std::uint32_t asked, const GrowthRules& rules,
-                                     std::int64_t min_score) {
-  assert(unit_length >= 1 && first >= rules.text_begin);
-  // All lanes are read, whatever is asked for.
-  const bool is_readable = rules.text_end - first >= unit_length + kSeeds;
-  if (min_score <= 0 || unit_length > kMostUnitLength || !is_readable) return asked;
-  return sift_batch_(
-      {first, unit_length, asked, rules.text_begin, rules.text_end, rules.mismatch_penalty,
-       rules.indel_penalty, rules.is_N_neutral, min_score + unit_length},
-      work_);
+  const SeedBatch batch{text, question.first, question.unit_length,
+                        static_cast<std::uint32_t>(question.asked & kBatchBits),
+                        question.min_score + question.unit_length};
+  return (question.asked & ~kBatchBits) |
+         HWY_DYNAMIC_DISPATCH(undecided_seeds)(batch, workspace.work);
 }
 
 }  // namespace quorix

@@ -21,16 +21,16 @@ namespace hn = hwy::HWY_NAMESPACE;
 template <bool kHasNs>
 class CChainBlock {
  public:
-  using Tag = hn::CappedTag<std::uint64_t, kMostChainWords>;
+  using Tag = hn::CappedTag<std::uint64_t, kMaxChainWords>;
   using Vector = hn::Vec<Tag>;
 
   // Large tables, written before they are read.
   // NOLINTNEXTLINE(cppcoreguidelines-pro-type-member-init)
   explicit CChainBlock(const ChainStates& states)
-      : states_(states), unit_length_(states.unit_length), most_bases_(states.most_bases) {
+      : states_(states), unit_length_(states.unit_length), max_bases_(states.max_bases) {
     // Where chains never stop, no seed ever stands.
     for (std::size_t s = 0; s < states.followed_count; ++s) {
-      for (std::ptrdiff_t bases = 0; bases <= most_bases_; ++bases) {
+      for (std::ptrdiff_t bases = 0; bases <= max_bases_; ++bases) {
         hn::Store(hn::Zero(Tag()), Tag(), stops_[s][bases]);
       }
     }
@@ -39,7 +39,7 @@ class CChainBlock {
   /// The bits of the seeds that may live, of those at the bases of `window`.
   Vector sift(const ChainWindow& window) {
     shift_planes(window);
-    for (std::ptrdiff_t score = 0; score <= most_bases_; ++score) {
+    for (std::ptrdiff_t score = 0; score <= max_bases_; ++score) {
       hn::Store(hn::Zero(Tag()), Tag(), at_least_[score]);
     }
     const Vector let_through = follow<true>();
@@ -48,7 +48,7 @@ class CChainBlock {
   }
 
  private:
-  using Words = std::uint64_t[kMostChainWords];
+  using Words = std::uint64_t[kMaxChainWords];
 
   /// Makes plane o tell of the bases o behind those of the seeds.
   void shift_planes(const ChainWindow& window) {
@@ -60,8 +60,8 @@ class CChainBlock {
       const Vector upper = hn::ShiftLeftSame(hn::LoadU(d, from + 1), 63 - part);
       return hn::Or(hn::ShiftRightSame(hn::LoadU(d, from), part), hn::ShiftLeft<1>(upper));
     };
-    for (std::ptrdiff_t offset = -most_bases_; offset < unit_length_ + most_bases_; ++offset) {
-      const std::ptrdiff_t i = offset + kMostChainBases;
+    for (std::ptrdiff_t offset = -max_bases_; offset < unit_length_ + max_bases_; ++offset) {
+      const std::ptrdiff_t i = offset + kMaxChainBases;
       hn::Store(shift(window.low, offset), d, low_[i]);
       hn::Store(shift(window.high, offset), d, high_[i]);
       if constexpr (kHasNs) hn::Store(shift(window.is_N, offset), d, is_N_[i]);
@@ -72,9 +72,9 @@ class CChainBlock {
   template <bool kIsRightward>
   [[nodiscard]] Vector equal_bases(std::ptrdiff_t bases, std::ptrdiff_t character) const {
     const Tag d;
-    const std::ptrdiff_t at = kMostChainBases + (kIsRightward ? unit_length_ + bases : -1 - bases);
+    const std::ptrdiff_t at = kMaxChainBases + (kIsRightward ? unit_length_ + bases : -1 - bases);
     const std::ptrdiff_t unit_at =
-        kMostChainBases + (kIsRightward ? character : unit_length_ - 1 - character);
+        kMaxChainBases + (kIsRightward ? character : unit_length_ - 1 - character);
     const Vector differs = hn::Or(hn::Xor(hn::Load(d, low_[at]), hn::Load(d, low_[unit_at])),
                                   hn::Xor(hn::Load(d, high_[at]), hn::Load(d, high_[unit_at])));
     if constexpr (kHasNs) {
@@ -87,12 +87,12 @@ class CChainBlock {
 
   template <bool kIsRightward>
   void compare_bases() {
-    for (std::ptrdiff_t drift = -states_.most_edits; drift <= states_.most_edits; ++drift) {
+    for (std::ptrdiff_t drift = -states_.max_edits; drift <= states_.max_edits; ++drift) {
       std::ptrdiff_t bases = std::max<std::ptrdiff_t>(drift, 0);
       std::ptrdiff_t character = (bases - drift) % unit_length_;
-      for (; bases < most_bases_; ++bases) {
+      for (; bases < max_bases_; ++bases) {
         hn::Store(equal_bases<kIsRightward>(bases, character), Tag(),
-                  equal_[drift + kMostChainEdits][bases]);
+                  equal_[drift + kMaxChainEdits][bases]);
         if (++character == unit_length_) character = 0;
       }
     }
@@ -102,7 +102,7 @@ class CChainBlock {
   template <bool kIsRightward>
   [[nodiscard]] Vector of_score(Vector bits, std::ptrdiff_t missing) const {
     if (missing <= 0) return bits;
-    if (kIsRightward || missing > most_bases_) return hn::Zero(Tag());
+    if (kIsRightward || missing > max_bases_) return hn::Zero(Tag());
     return hn::And(bits, hn::Load(Tag(), at_least_[missing]));
   }
 
@@ -130,13 +130,13 @@ class CChainBlock {
     Vector let_through = hn::Zero(d);
     for (std::size_t s = 0; s < states_.count; ++s) {
       const ChainState& state = states_.states[s];
-      const auto& equal = equal_[state.drift + kMostChainEdits];
+      const auto& equal = equal_[state.drift + kMaxChainEdits];
       Vector here = s == 0 ? hn::Not(hn::Zero(d)) : hn::Zero(d);
-      std::ptrdiff_t bases = state.fewest_bases;
+      std::ptrdiff_t bases = state.min_bases;
       for (; bases < state.end_bases; ++bases) {
-        const std::ptrdiff_t matches = bases - state.fewest_bases;
+        const std::ptrdiff_t matches = bases - state.min_bases;
         const Vector arrived = arrivals(state, bases);
-        here = hn::Or(here, of_score<kIsRightward>(arrived, state.least_matches - matches));
+        here = hn::Or(here, of_score<kIsRightward>(arrived, state.min_matches - matches));
         const std::ptrdiff_t score = matches - state.cost;
         if constexpr (kIsRightward) {
           if (score > 0) {
@@ -150,9 +150,9 @@ class CChainBlock {
         if (state.is_followed) hn::Store(hn::AndNot(is_equal, here), d, stops_[s][bases]);
         here = hn::And(here, is_equal);
       }
-      here = hn::Or(
-          here, of_score<kIsRightward>(arrivals(state, bases),
-                                       state.least_matches - state.end_bases + state.fewest_bases));
+      here = hn::Or(here,
+                    of_score<kIsRightward>(arrivals(state, bases),
+                                           state.min_matches - state.end_bases + state.min_bases));
       let_through = hn::Or(let_through, here);
     }
     return let_through;
@@ -160,13 +160,13 @@ class CChainBlock {
 
   const ChainStates& states_;
   std::ptrdiff_t unit_length_;
-  std::ptrdiff_t most_bases_;
-  HWY_ALIGN Words low_[3 * kMostChainBases];
-  HWY_ALIGN Words high_[3 * kMostChainBases];
-  HWY_ALIGN Words is_N_[3 * kMostChainBases];
-  HWY_ALIGN Words equal_[2 * kMostChainEdits + 1][kMostChainBases];
-  HWY_ALIGN Words stops_[kMostFollowedStates][kMostChainBases + 1];
-  HWY_ALIGN Words at_least_[kMostChainBases + 1];  ///< seeds whose rightward score is at least that
+  std::ptrdiff_t max_bases_;
+  HWY_ALIGN Words low_[3 * kMaxChainBases];
+  HWY_ALIGN Words high_[3 * kMaxChainBases];
+  HWY_ALIGN Words is_N_[3 * kMaxChainBases];
+  HWY_ALIGN Words equal_[2 * kMaxChainEdits + 1][kMaxChainBases];
+  HWY_ALIGN Words stops_[kMaxFollowedStates][kMaxChainBases + 1];
+  HWY_ALIGN Words at_least_[kMaxChainBases + 1];  ///< seeds whose rightward score is at least that
 };
 
 /// Copies the words from `first` - 1 on; those outside the text are 0.
@@ -189,7 +189,7 @@ void sift_words(const ChainPlanes& planes, const ChainStates& states, std::uint6
   CChainBlock<false> block(states);
   CChainBlock<true> block_with_Ns(states);
   ChainWindow window{};
-  HWY_ALIGN std::uint64_t let_through[kMostChainWords];
+  HWY_ALIGN std::uint64_t let_through[kMaxChainWords];
   for (std::size_t w = 0; w < seed_words; w += lanes) {
     const std::size_t count = std::min(lanes, seed_words - w);
     if (!has_any(seeds + w, count)) continue;
@@ -220,7 +220,7 @@ HWY_EXPORT(sift_words);
 }  // namespace
 
 void sift_by_chains(const CBasePlanes& planes, const ChainRule& rule, CBitSet& seeds) {
-  const ChainStates states(rule, rule.edits_to_follow());
+  const ChainStates states(rule);
   const std::vector<std::uint64_t>& is_N = planes.bits_of_Ns().words();
   const ChainPlanes words{planes.low_bits().words().data(), planes.high_bits().words().data(),
                           planes.has_Ns() ? is_N.data() : nullptr, is_N.size()};

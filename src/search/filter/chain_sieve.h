@@ -37,25 +37,13 @@
 
 #include "search/bits/base_planes.h"
 #include "search/bits/bit_set.h"
+#include "search/filter/filter_plan.h"
 
 namespace quorix {
 
-/// The seeds of one unit length, and the rules of scoring.
-struct ChainRule {
-  std::int64_t unit_length;       ///< 1 to 32
-  std::int64_t min_score;         ///< 1 or more
-  std::int64_t mismatch_penalty;  ///< 2 or more
-  std::int64_t indel_penalty;     ///< 2 or more
-  bool is_N_neutral;
-
-  /// How many edits have to be followed so that few seeds of random DNA live on; 0 if more than
-  /// can be.
-  [[nodiscard]] int edits_to_follow() const;
-};
-
 /// Clears in `seeds` the bit of each base p at which no unit of the rule's length can seed a repeat
 /// of the minimum score over edits. Bit p stays set at most if it was. What is told of a unit with
-/// an N means nothing. REQUIRES: rule.edits_to_follow() > 0, one bit for each p with a base behind
+/// an N means nothing. REQUIRES: rule.edits > 0, one bit for each p with a base behind
 /// the unit.
 void sift_by_chains(const CBasePlanes& planes, const ChainRule& rule, CBitSet& seeds);
 

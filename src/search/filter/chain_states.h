@@ -11,27 +11,25 @@
 
 namespace quorix {
 
-/// Chains of more edits have too many states.
-inline constexpr std::ptrdiff_t kMostChainEdits = 4;
 /// Bases of a chain: whatever is longer is let through.
-inline constexpr std::ptrdiff_t kMostChainBases = 40;
-inline constexpr std::ptrdiff_t kMostChainUnit = 32;
+inline constexpr std::ptrdiff_t kMaxChainBases = 40;
 /// Counts of up to four edits, and of up to three.
-inline constexpr std::size_t kMostChainStates = 35;
-inline constexpr std::size_t kMostFollowedStates = 20;
+inline constexpr std::size_t kMaxChainStates = 35;
+inline constexpr std::size_t kMaxFollowedStates = 20;
+static_assert(kMaxChainEdits == 4);
 /// 64-bit words of neighbouring seeds in the widest vector.
-inline constexpr std::size_t kMostChainWords = 8;
+inline constexpr std::size_t kMaxChainWords = 8;
 
 /// Chains with the same counts of mismatches, insertions and deletions. After b bases they have
-/// made b - fewest_bases matches.
+/// made b - min_bases matches.
 struct ChainState {
   std::ptrdiff_t drift;                ///< insertions less deletions
   std::ptrdiff_t cost;                 ///< of the edits, in points
-  std::ptrdiff_t fewest_bases;         ///< mismatches and insertions
-  std::ptrdiff_t least_matches;        ///< that a chain needs to come here, with score 0 on entry
+  std::ptrdiff_t min_bases;            ///< mismatches and insertions
+  std::ptrdiff_t min_matches;          ///< that a chain needs to come here, with score 0 on entry
   std::ptrdiff_t matches_let_through;  ///< with so many, and score 0 on entry, it is let through
-  /// A chain of so many bases is let through: `fewest_bases` + `matches_let_through`, between
-  /// `fewest_bases` and `kMostChainBases`. A state that an edit leads to has no smaller one, and no
+  /// A chain of so many bases is let through: `min_bases` + `matches_let_through`, between
+  /// `min_bases` and `kMaxChainBases`. A state that an edit leads to has no smaller one, and no
   /// smaller `matches_let_through`.
   std::ptrdiff_t end_bases;
   bool is_followed;  ///< another edit leads to a state
@@ -43,16 +41,16 @@ struct ChainState {
 
 /// The states for one rule, by ascending number of edits; that without edits is the first.
 struct ChainStates {
-  /// REQUIRES: 1 <= most_edits <= kMostChainEdits, unit_length <= kMostChainUnit.
-  ChainStates(const ChainRule& rule, std::ptrdiff_t most_edits);
+  /// REQUIRES: 1 <= rule.edits <= kMaxChainEdits, rule.unit_length <= kMaxChainUnit.
+  explicit ChainStates(const ChainRule& rule);
 
   std::ptrdiff_t unit_length;
-  std::ptrdiff_t most_edits;
-  std::ptrdiff_t most_bases = 0;  ///< of a chain that is not let through
+  std::ptrdiff_t max_edits;
+  std::ptrdiff_t max_bases = 0;  ///< of a chain that is not let through
   bool is_N_neutral;
   std::size_t count = 0;
   std::size_t followed_count = 0;
-  std::array<ChainState, kMostChainStates> states;
+  std::array<ChainState, kMaxChainStates> states;
 };
 
 /// The planes of a text.
@@ -66,7 +64,7 @@ struct ChainPlanes {
 /// The bases that the chains of a vector of seeds may read: the words of the planes from the one
 /// before the first seed on.
 struct ChainWindow {
-  static constexpr std::size_t kWords = kMostChainWords + 4;
+  static constexpr std::size_t kWords = kMaxChainWords + 4;
   std::uint64_t low[kWords];
   std::uint64_t high[kWords];
   std::uint64_t is_N[kWords];

@@ -1,3 +1,27 @@
+// One table for all seeds of a group and a direction. A lane is a difference of bases and
+// characters as in search/filter/single_bound.h, but a row has as many lanes as its states need, in
+// memory, around a middle of difference 0:
+//
+//     lane                    m - 2   m - 1     m     m + 1   m + 2      (m: the middle)
+//     row 2: difference        -4      -2       0       2       4
+//     row 3:                   -3      -1       1       3       5
+//
+//     seed                      0       1       2      ...      63
+//     enters row                0       2       4      ...     126      at lane m
+//
+// Invariants:
+//
+// - All cells beside those written are 0, since each row clears what the third row before it wrote
+//   elsewhere. Whole vectors are written; a dead state in a spare lane stays dead, whatever letters
+//   it is compared with.
+// - The lanes that can be alive are those that the last two rows lead to, and that of a seed that
+//   enters. Row 2 r + 1 leads to lanes k and k + 1 of row 2 r + 2, row 2 r to k - 1 and k.
+// - Values do not saturate: the target is `kMaxGroupTarget` at most, is looked for in every 16th
+//   row, and a value rises by one in two rows.
+//
+// Giving up leaves all seeds undecided: at the target, where the lanes or the letters end. The
+// table is at its end when no state is alive and no seed is still to enter.
+
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "search/filter/group_bound.cpp"
 #include <hwy/foreach_target.h>  // compiles the rest of this file once for each kind of processor
@@ -7,10 +31,11 @@
 #include <cassert>
 #include <cstddef>
 #include <cstdint>
-#include <limits>
+#include <vector>
 
 #include <hwy/highway.h>
 
+#include "search/filter/dp_cell.h"
 #include "search/filter/group_bound.h"
 
 #ifndef QUORIX_GROUP_BOUND_SHARED
@@ -18,7 +43,7 @@
 
 namespace quorix {
 
-/// Growth of a group in one direction.
+/// The extensions of a group in one direction.
 struct GroupTable {
   const std::uint8_t* bases;  ///< in the order in which they are read
   /// The characters with which bases are compared, the last one first, for seeds whose units have
@@ -27,21 +52,17 @@ struct GroupTable {
   const std::uint8_t* other_characters;
   std::ptrdiff_t letter_count;  ///< bases, and characters
   std::uint64_t entering;       ///< bit k: a seed enters after k bases and characters
-  std::int64_t mismatch_penalty;
-  std::int64_t indel_penalty;
-  bool is_N_neutral;
+  ScoringRules scoring;
   std::int64_t start_value;   ///< the score above the floor
   std::int64_t target_value;  ///< what answers the question when it is met
 };
 
 /// The value of a table that met the target, or that had to be given up.
-inline constexpr std::int64_t kOpenGroup = -1;
+inline constexpr std::int64_t kUndecidedGroup = -1;
 /// Letters on both sides of those that states may use, for lanes without one.
 inline constexpr std::ptrdiff_t kSpareLetters = 128;
-/// States of a row, whatever the width of a vector.
-inline constexpr std::ptrdiff_t kMostGroupLanes = 512;
 /// Lanes of the widest vector.
-inline constexpr std::ptrdiff_t kWidestGroupVector = 32;
+inline constexpr std::ptrdiff_t kMaxGroupVector = 32;
 
 }  // namespace quorix
 
@@ -53,9 +74,9 @@ namespace {
 
 #if HWY_TARGET == HWY_SCALAR
 
-/// Without vector instructions nothing is refuted.
+/// Without vector instructions nothing is rejected.
 std::int64_t fill_group_table(const GroupTable& /*table*/, BoundWork& /*work*/) {
-  return kOpenGroup;
+  return kUndecidedGroup;
 }
 
 #else
@@ -66,51 +87,43 @@ namespace hn = hwy::HWY_NAMESPACE;
 /// kMiddle) more than their characters, lane j of an odd row those with one more.
 class CGroupRows {
  public:
-  using Tag = hn::CappedTag<std::uint16_t, kWidestGroupVector>;
+  using Value = std::uint16_t;
+  using Tag = hn::CappedTag<Value, kMaxGroupVector>;
   using Vector = hn::Vec<Tag>;
-  static constexpr std::ptrdiff_t kMiddle = kMostGroupLanes / 2;
+  static constexpr std::ptrdiff_t kMiddle = kMaxGroupLanes / 2;
 
   CGroupRows(const GroupTable& table, BoundWork& work)
       : table_(table),
         work_(work),
-        mismatch_(points(table.mismatch_penalty)),
-        indel_(points(table.indel_penalty)),
+        weights_(score_weights(Tag(), table.scoring.mismatch_penalty, table.scoring.indel_penalty)),
+        neutral_letter_(hn::Set(Tag(), table.scoring.is_N_neutral ? Value{'N'} : kNoNeutralLetter)),
         best_(hn::Zero(Tag())) {}
 
-  /// The highest value of a state, or `kOpenGroup`.
+  /// The highest value of a state, or `kUndecidedGroup`.
   std::int64_t highest_value() {
     const Tag d;
-    const Vector target = points(table_.target_value);
+    const Vector target = hn::Set(d, capped<Value>(table_.target_value));
     const std::ptrdiff_t last_entry = 63 - std::countl_zero(table_.entering);
     for (std::ptrdiff_t row = 0;; ++row) {
       const bool is_entered =
           row % 2 == 0 && row / 2 <= last_entry && (table_.entering >> (row / 2) & 1) != 0;
       const Range range = lanes_to_fill(row, is_entered);
       if (range.is_empty() && row / 2 > last_entry) return hn::GetLane(hn::MaxOfLanes(d, best_));
-      if (!has_room_for(range, row)) return kOpenGroup;
+      if (!has_room_for(range, row)) return kUndecidedGroup;
       fill_row(row, range, is_entered);
       ++work_.rows;
       work_.cells += static_cast<std::uint64_t>(written_[row % 3].high + 1 - range.low);
-      if (row % 16 == 0 && !hn::AllTrue(d, hn::Lt(best_, target))) return kOpenGroup;
+      if (row % 16 == 0 && !hn::AllTrue(d, hn::Lt(best_, target))) return kUndecidedGroup;
     }
   }
 
  private:
   /// Lanes, both ends included.
   struct Range {
-    std::ptrdiff_t low = kMostGroupLanes;
+    std::ptrdiff_t low = kMaxGroupLanes;
     std::ptrdiff_t high = -1;
     [[nodiscard]] bool is_empty() const { return low > high; }
   };
-
-  static Vector points(std::int64_t points) {
-    constexpr std::int64_t kMost = std::numeric_limits<std::uint16_t>::max();
-    return hn::Set(Tag(), static_cast<std::uint16_t>(std::min(points, kMost)));
-  }
-
-  static Vector load_letters(const std::uint8_t* letters) {
-    return hn::PromoteTo(Tag(), hn::LoadU(hn::Rebind<std::uint8_t, Tag>(), letters));
-  }
 
   /// The lanes that the last two rows may lead to, and that of a seed that enters.
   [[nodiscard]] Range lanes_to_fill(std::ptrdiff_t row, bool is_entered) const {
@@ -124,10 +137,10 @@ class CGroupRows {
   [[nodiscard]] bool has_room_for(const Range& range, std::ptrdiff_t row) const {
     if (range.is_empty()) return true;
     // After its last state a vector has dead ones, for which there are spare lanes and letters.
-    const std::ptrdiff_t most_letters =
+    const std::ptrdiff_t letters_needed =
         (row + 1) / 2 + std::max(range.high - kMiddle, kMiddle - range.low) + 1;
-    return range.low >= 2 && range.high + 2 < kMostGroupLanes &&
-           most_letters <= table_.letter_count;
+    return range.low >= 2 && range.high + 2 < kMaxGroupLanes &&
+           letters_needed <= table_.letter_count;
   }
 
   /// Clears what the row that stood here three rows ago had beside the lanes [low, end).
@@ -147,10 +160,6 @@ class CGroupRows {
     const std::uint16_t* const diagonals = values_[(row + 1) % 3];  // two rows before
     const std::uint16_t* const neighbours = values_[(row + 2) % 3];
     const std::ptrdiff_t odd = row % 2;
-    const Vector one = hn::Set(d, 1);
-    const Vector letter_N = hn::Set(d, std::uint16_t{'N'});
-    const Vector neutral = hn::Set(d, static_cast<std::uint16_t>(table_.is_N_neutral ? 0xFFFF : 0));
-
     // Whole vectors are written, none for an empty range.
     const std::ptrdiff_t end =
         range.is_empty() ? range.low : range.low + (range.high - range.low + lanes) / lanes * lanes;
@@ -163,19 +172,16 @@ class CGroupRows {
     const std::ptrdiff_t first_character = table_.letter_count - (row - odd) / 2 - kMiddle;
     Range alive;
     for (std::ptrdiff_t lane = range.low; lane <= range.high; lane += lanes) {
-      const Vector base = load_letters(bases + lane);
+      const Vector base = load_letters(d, bases + lane);
       const std::ptrdiff_t at = first_character + lane;
       const Vector equal =
-          hn::VecFromMask(d, hn::Or(hn::Eq(base, load_letters(table_.characters + at)),
-                                    hn::Eq(base, load_letters(table_.other_characters + at))));
-      const Vector is_N = hn::And(neutral, hn::VecFromMask(d, hn::Eq(base, letter_N)));
-      const Vector diagonal = hn::LoadU(d, diagonals + lane);
-      Vector value = hn::SaturatedSub(diagonal, hn::AndNot(hn::Or(equal, is_N), mismatch_));
-      // A match adds 1 to living states alone.
-      value = hn::SaturatedAdd(value, hn::And(hn::AndNot(is_N, equal), hn::Min(diagonal, one)));
-      const Vector beside =
+          hn::VecFromMask(d, hn::Or(hn::Eq(base, load_letters(d, table_.characters + at)),
+                                    hn::Eq(base, load_letters(d, table_.other_characters + at))));
+      const Vector neighbour =
           hn::Max(hn::LoadU(d, neighbours + lane + odd), hn::LoadU(d, neighbours + lane + odd - 1));
-      value = hn::Max(value, hn::SaturatedSub(beside, indel_));
+      const Vector value =
+          living_cell(hn::LoadU(d, diagonals + lane), neighbour,
+                      compare_letters<true>(d, base, equal, neutral_letter_), weights_);
       hn::StoreU(value, d, here + lane);
       best_ = hn::Max(best_, value);
       const auto is_alive = hn::Ne(value, hn::Zero(d));
@@ -184,9 +190,10 @@ class CGroupRows {
       alive.high = lane + lanes - 1;
     }
     if (is_entered) {
-      here[kMiddle] = std::max(here[kMiddle], static_cast<std::uint16_t>(table_.start_value));
+      const auto start = static_cast<Value>(table_.start_value);
+      here[kMiddle] = std::max(here[kMiddle], start);
       alive = {std::min(alive.low, kMiddle), std::max(alive.high, kMiddle)};
-      best_ = hn::Max(best_, points(table_.start_value));
+      best_ = hn::Max(best_, hn::Set(d, start));
     }
     before_ = last_;
     last_ = alive;
@@ -194,13 +201,13 @@ class CGroupRows {
 
   const GroupTable& table_;
   BoundWork& work_;
-  Vector mismatch_;
-  Vector indel_;
+  CellWeights<Vector> weights_;
+  Vector neutral_letter_;
   Vector best_;
   Range last_;
   Range before_;
   Range written_[3];
-  std::uint16_t values_[3][kMostGroupLanes + 2 * kWidestGroupVector] = {};
+  std::uint16_t values_[3][kMaxGroupLanes + 2 * kMaxGroupVector] = {};
 };
 
 std::int64_t fill_group_table(const GroupTable& table, BoundWork& work) {
@@ -222,39 +229,32 @@ namespace {
 
 HWY_EXPORT(fill_group_table);
 
-/// What stands for the letters before and behind the text: they match none, nor each other.
+/// What stands for the letters outside the text: they match none, nor each other.
 constexpr std::uint8_t kOutsideBase = 1;
 constexpr std::uint8_t kOutsideCharacter = 2;
 
-/// Letters to follow chains through; what lives longer is to be looked at more closely.
+/// Letters to follow paths through.
 std::ptrdiff_t letters_to_follow(std::int64_t unit_length) {
-  return 3 * unit_length + CGroupBound::kShortestUnit;
+  return kMaxGroupCopies * unit_length + kMinGroupUnit;
 }
 
-}  // namespace
-
-CGroupBound::CGroupBound() {
-  // To ask the processor costs more than a short record's search.
-  if (!hwy::GetChosenTarget().IsInitialized()) {
-    hwy::GetChosenTarget().Update(hwy::SupportedTargets());
-  }
-  fill_group_table_ = HWY_DISPATCH_TABLE(fill_group_table)[hwy::GetChosenTarget().GetIndex()];
-}
-
-void CGroupBound::load_letters(const char* first, std::int64_t unit_length, bool is_rightward,
-                               const GrowthRules& rules) {
+/// Reads bases and characters of the extensions in one direction into `letters`. Returns them as a
+/// table, with nothing else in it.
+GroupTable read_letters(const ScoredText& text, const SeedQuestion& question, bool is_rightward,
+                        std::vector<std::uint8_t>& letters) {
+  const std::ptrdiff_t unit_length = question.unit_length;
   const std::ptrdiff_t count = letters_to_follow(unit_length);
-  const std::ptrdiff_t text_length = rules.text_end - rules.text_begin;
-  const std::ptrdiff_t first_seed = first - rules.text_begin;
-  const std::ptrdiff_t last_seed = first_seed + kSeeds - 1;
-  letters_.assign(static_cast<std::size_t>(3 * (count + 2 * kSpareLetters)), 0);
-  std::uint8_t* const bases = letters_.data() + kSpareLetters;
-  std::uint8_t* const characters = bases + count + 2 * kSpareLetters;
-  std::uint8_t* const others = characters + count + 2 * kSpareLetters;
+  const std::ptrdiff_t text_length = text.end - text.begin;
+  const std::ptrdiff_t first_seed = question.first - text.begin;
+  const std::ptrdiff_t last_seed = first_seed + kGroupSeeds - 1;
+  const std::ptrdiff_t stride = count + 2 * kSpareLetters;
+  letters.assign(static_cast<std::size_t>(3 * stride), 0);
+  std::uint8_t* const bases = letters.data() + kSpareLetters;
+  std::uint8_t* const characters = bases + stride;
+  std::uint8_t* const others = characters + stride;
   const auto letter_at = [&](std::ptrdiff_t position, std::uint8_t outside) {
-    return position >= 0 && position < text_length
-               ? static_cast<std::uint8_t>(rules.text_begin[position])
-               : outside;
+    return position >= 0 && position < text_length ? static_cast<std::uint8_t>(text.begin[position])
+                                                   : outside;
   };
   // A character counted from the first seed to enter, in the direction.
   const auto character_at = [&](std::ptrdiff_t offset) {
@@ -268,37 +268,46 @@ void CGroupBound::load_letters(const char* first, std::int64_t unit_length, bool
   std::ptrdiff_t offset = 0;  // into the unit of the first seed to enter
   for (std::ptrdiff_t i = 0; i < count; ++i) {
     characters[count - 1 - i] = character_at(offset);
-    // The seed that enters last, after `kSeeds` - 1 characters, wraps that much later.
-    const bool is_wrapping = i >= unit_length && offset < kSeeds - 1;
+    // The seed that enters last, after `kGroupSeeds` - 1 characters, wraps that much later.
+    const bool is_wrapping = i >= unit_length && offset < kGroupSeeds - 1;
     others[count - 1 - i] = character_at(is_wrapping ? offset + unit_length : offset);
     if (++offset == unit_length) offset = 0;
   }
+  return {bases, characters, others, count, 0, text.scoring, 0, 0};
 }
 
-bool CGroupBound::may_reach(const char* first, std::int64_t unit_length, std::uint64_t asked,
-                            const GrowthRules& rules, std::int64_t min_score) {
-  constexpr std::int64_t kMostTarget = 60'000;
-  assert(unit_length >= kShortestUnit);
-  if (asked == 0) return false;
-  assert(first + std::countr_zero(asked) >= rules.text_begin);
-  assert(rules.text_end - first >= 63 - std::countl_zero(asked) + unit_length);
-  if (min_score <= 0 || unit_length + min_score > kMostTarget) return true;
-  load_letters(first, unit_length, true, rules);
-  std::uint64_t reversed = 0;
-  for (int k = 0; k < kSeeds; ++k) reversed |= (asked >> k & 1) << (kSeeds - 1 - k);
+/// The bits of `seeds` in the order in which the seeds enter to the left.
+std::uint64_t reversed(std::uint64_t seeds) {
+  std::uint64_t found = 0;
+  for (int k = 0; k < kGroupSeeds; ++k) found |= (seeds >> k & 1) << (kGroupSeeds - 1 - k);
+  return found;
+}
 
-  const std::ptrdiff_t count = letters_to_follow(unit_length);
-  const std::uint8_t* const bases = letters_.data() + kSpareLetters;
-  const std::ptrdiff_t stride = count + 2 * kSpareLetters;
-  GroupTable table{bases,       bases + stride,         bases + 2 * stride,  count,
-                   asked,       rules.mismatch_penalty, rules.indel_penalty, rules.is_N_neutral,
-                   unit_length, min_score + unit_length};
-  table.start_value = fill_group_table_(table, work_);
-  if (table.start_value == kOpenGroup || table.start_value >= table.target_value) return true;
-  load_letters(first, unit_length, false, rules);
-  table.entering = reversed;
-  const std::int64_t highest = fill_group_table_(table, work_);
-  return highest == kOpenGroup || highest >= table.target_value;
+}  // namespace
+
+std::uint64_t group_bound(const ScoredText& text, const SeedQuestion& question,
+                          BoundWorkspace& workspace) {
+  const std::uint64_t asked = question.asked;
+  assert(question.unit_length >= kMinGroupUnit);
+  if (asked == 0) return 0;
+  assert(question.first + std::countr_zero(asked) >= text.begin);
+  assert(text.end - question.first >= 63 - std::countl_zero(asked) + question.unit_length);
+  const std::int64_t target = question.unit_length + question.min_score;
+  if (question.min_score <= 0 || target > kMaxGroupTarget) return asked;
+
+  GroupTable right = read_letters(text, question, true, workspace.letters);
+  right.entering = asked;
+  right.start_value = question.unit_length;
+  right.target_value = target;
+  const std::int64_t right_value = HWY_DYNAMIC_DISPATCH(fill_group_table)(right, workspace.work);
+  if (right_value == kUndecidedGroup || right_value >= target) return asked;
+
+  GroupTable left = read_letters(text, question, false, workspace.letters);
+  left.entering = reversed(asked);
+  left.start_value = right_value;
+  left.target_value = target;
+  const std::int64_t left_value = HWY_DYNAMIC_DISPATCH(fill_group_table)(left, workspace.work);
+  return left_value == kUndecidedGroup || left_value >= target ? asked : 0;
 }
 
 }  // namespace quorix

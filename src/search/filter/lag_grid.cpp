@@ -25,11 +25,11 @@ std::int64_t divided_up(std::int64_t dividend, std::int64_t divisor) {
 
 }  // namespace
 
-CLagGrid::CLagGrid(const char* text, std::uint64_t length, const LagBoundRules& rules)
-    : text_(text), length_(static_cast<std::int64_t>(length)), rules_(rules) {
+CLagGrid::CLagGrid(const char* text, std::uint64_t length, const LagRule& rule)
+    : text_(text), length_(static_cast<std::int64_t>(length)), rule_(rule) {
   choose_weights();
-  const auto first = static_cast<std::int64_t>(rules.first_unit_length);
-  const auto last = static_cast<std::int64_t>(rules.last_unit_length());
+  const auto first = rule.first_unit_length;
+  const auto last = rule.last_unit_length();
   const std::int64_t drift = most_indels(last);
   // Within a copy a character lies before its base, so no lag is below 1. An even one is rounded
   // down: a lag without a lane would be read as one that no path lives through.
@@ -53,15 +53,17 @@ CLagGrid::CLagGrid(const char* text, std::uint64_t length, const LagBoundRules& 
 }
 
 void CLagGrid::choose_weights() {
-  const std::int64_t least = std::min(rules_.mismatch_penalty, rules_.indel_penalty);
-  weights_.mismatch = as_byte(rules_.mismatch_penalty);
-  weights_.indel = as_byte(rules_.indel_penalty);
+  const std::int64_t least = rule_.scoring.min_penalty();
+  weights_.mismatch = as_byte(rule_.scoring.mismatch_penalty);
+  weights_.indel = as_byte(rule_.scoring.indel_penalty);
+  assert(least >= kMinLagPenalty);
   // The cost has to be below the penalties, and so high that noise collects nothing.
-  const std::int64_t reward = least > kLeastPenalty ? 1 : 2;
-  const std::int64_t cost = least > kLeastPenalty ? 2 : 3;
+  const std::int64_t reward = least > kMinLagPenalty ? 1 : 2;
+  const std::int64_t cost = least > kMinLagPenalty ? 2 : 3;
   weights_.reward = as_byte(reward);
   weights_.cost = as_byte(cost);
-  weights_.is_half_enough = 2 * (reward + cost) <= least + 1 && 2 * cost <= rules_.indel_penalty;
+  weights_.is_half_enough =
+      2 * (reward + cost) <= least + 1 && 2 * cost <= rule_.scoring.indel_penalty;
   // All of the score on entry is enough, an edit costs less here than in points, and matches pay
   // for the edits that they allow for.
   assert(reward + cost <= least + 1 && cost <= least && reward * least >= cost);
@@ -70,24 +72,24 @@ void CLagGrid::choose_weights() {
 /// Insertions or deletions on a path through one copy that begins with at most `kHighestGain`: they
 /// cost at most that score, a match for each character, and what lies above minus the unit length.
 std::int64_t CLagGrid::most_indels(std::int64_t unit_length) const {
-  return (kHighestGain + 2 * unit_length - 1) / rules_.indel_penalty;
+  return (kHighestGain + 2 * unit_length - 1) / rule_.scoring.indel_penalty;
 }
 
 /// The persistence of a path that begins with score 0 and lives on behind the first copy.
 std::int64_t CLagGrid::least_persistence(std::int64_t unit_length) const {
-  const std::int64_t least = std::min(rules_.mismatch_penalty, rules_.indel_penalty);
+  const std::int64_t least = rule_.scoring.min_penalty();
   const std::int64_t budget = 2 * unit_length - 1;
   // A mismatch or deletion costs a character and its reward, too.
   const std::int64_t most_lost = std::max((weights_.reward + weights_.cost) * budget / (least + 1),
-                                          weights_.cost * budget / rules_.indel_penalty);
+                                          weights_.cost * budget / rule_.scoring.indel_penalty);
   return std::max<std::int64_t>(weights_.reward * unit_length - most_lost, 0);
 }
 
 void CLagGrid::fill_lanes() {
   lane_values_.assign(10 * lane_count_, 0);
-  const std::int64_t least = std::min(rules_.mismatch_penalty, rules_.indel_penalty);
-  const auto first = static_cast<std::int64_t>(rules_.first_unit_length);
-  const auto last = static_cast<std::int64_t>(rules_.last_unit_length());
+  const std::int64_t least = rule_.scoring.min_penalty();
+  const auto first = rule_.first_unit_length;
+  const auto last = rule_.last_unit_length();
   // A path that lives has never collected less than minus this, with score 0 on entry.
   const auto deepest_fall = [&](std::int64_t unit_length) {
     return divided_up(weights_.cost * unit_length, least) + 1;
@@ -110,7 +112,7 @@ void CLagGrid::fill_lanes() {
       const bool is_searched = lag >= first && lag <= last;
       limits.is_searched[k] = is_searched ? 255 : 0;
       limits.least_gain[k] =
-          is_searched ? as_byte(rules_.min_scores[static_cast<std::size_t>(lag - first)]) : 255;
+          is_searched ? as_byte(rule_.min_scores[static_cast<std::size_t>(lag - first)]) : 255;
       // Where a byte ends below that cap, less has to do: the path may fall from there, too.
       limits.least_persistence[k] =
           is_searched ? as_byte(std::min(least_persistence(lag), 255 - deepest_fall(lag))) : 255;
@@ -141,7 +143,8 @@ void CLagGrid::load_bases(std::int64_t first_row, std::int64_t row_end) {
   const auto has_N = [](const std::vector<std::uint8_t>& bases) {
     return std::find(bases.begin(), bases.end(), static_cast<std::uint8_t>('N')) != bases.end();
   };
-  may_have_neutral_Ns_ = rules_.is_N_neutral && (has_N(higher_bases_) || has_N(lower_bases_));
+  may_have_neutral_Ns_ =
+      rule_.scoring.is_N_neutral && (has_N(higher_bases_) || has_N(lower_bases_));
 }
 
 void CLagGrid::set_seeds(std::int64_t t, std::size_t first_lane, const std::uint8_t* lane_bits,
@@ -151,7 +154,7 @@ void CLagGrid::set_seeds(std::int64_t t, std::size_t first_lane, const std::uint
       const std::size_t k = first_lane + lane + static_cast<std::size_t>(std::countr_zero(bits));
       const std::int64_t unit_length = first_lag_ + parity_of(t) + 2 * static_cast<std::int64_t>(k);
       const std::int64_t start = (t - unit_length) / 2;
-      CBitSet& found = seeds[static_cast<std::size_t>(unit_length) - rules_.first_unit_length];
+      CBitSet& found = seeds[static_cast<std::size_t>(unit_length - rule_.first_unit_length)];
       if (t >= unit_length && static_cast<std::uint64_t>(start) < found.size()) {
         found.set(static_cast<std::uint64_t>(start));
       }

@@ -85,18 +85,15 @@ class CLagRows {
 
 class CLagGrid {
  public:
-  /// Below this penalty no weights tell a path that persists from noise. `choose_weights` relies on
-  /// it.
-  static constexpr std::int64_t kLeastPenalty = 5;
   /// Rows are whole vectors of this many lanes.
   static constexpr std::size_t kLaneGrain = 32;
   /// A higher gain to the right is not bounded farther: such a seed is let through. So it bounds
   /// the score on entry of the other side, and with it `most_indels`. Any value would be sound.
   static constexpr std::uint8_t kHighestGain = 31;
 
-  /// The text and the rules must outlive this. REQUIRES: `can_lag_bound_refute`.
+  /// The text and the rule must outlive this.
   /// Throws: std::bad_alloc.
-  CLagGrid(const char* text, std::uint64_t length, const LagBoundRules& rules);
+  CLagGrid(const char* text, std::uint64_t length, const LagRule& rule);
 
   [[nodiscard]] std::int64_t row_count() const { return 2 * length_; }
   [[nodiscard]] std::int64_t rows_per_segment() const { return rows_per_segment_; }
@@ -167,7 +164,7 @@ class CLagGrid {
 
   const char* text_;
   std::int64_t length_;
-  const LagBoundRules& rules_;
+  const LagRule& rule_;
   LagWeights weights_{};
   std::int64_t first_lag_ = 1;  ///< odd, at most the lowest lag that a path may use
   std::size_t lane_count_ = 0;

@@ -8,6 +8,7 @@
 
 #include <hwy/highway.h>
 
+#include "search/filter/dp_cell.h"
 #include "search/filter/lag_grid.h"
 
 HWY_BEFORE_NAMESPACE();
@@ -37,12 +38,11 @@ void fill_row(const CLagGrid& grid, CLagRows& rows, std::int64_t t) {
   const hn::CappedTag<std::uint8_t, CLagGrid::kLaneGrain> d;
   using Vector = hn::Vec<decltype(d)>;
   const LagWeights& weights = grid.weights();
-  const Vector one = hn::Set(d, 1);
-  const Vector mismatch = hn::Set(d, weights.mismatch);
-  const Vector indel = hn::Set(d, weights.indel);
-  const Vector reward = hn::Set(d, weights.reward);
-  const Vector loss = hn::Set(d, weights.cost);
-  const Vector letter_N = hn::Set(d, static_cast<std::uint8_t>('N'));
+  const Vector cost = hn::Set(d, weights.cost);
+  const CellWeights<Vector> points{hn::Set(d, 1), hn::Set(d, weights.mismatch),
+                                   hn::Set(d, weights.indel)};
+  const CellWeights<Vector> persistence_weights{hn::Set(d, weights.reward), cost, cost};
+  const Vector neutral_letter = hn::Set(d, static_cast<std::uint8_t>('N'));
 
   const std::int64_t parity = CLagGrid::parity_of(t);
   const LagLanes& lanes = grid.lanes(parity);
@@ -61,24 +61,18 @@ void fill_row(const CLagGrid& grid, CLagRows& rows, std::int64_t t) {
     const Vector high = hn::LoadU(d, higher + i);
     const Vector low = hn::LoadU(d, lower + i);
     const Vector equal = hn::VecFromMask(d, hn::Eq(high, low));
-    Vector is_free = equal;
-    Vector is_match = equal;
-    if constexpr (kMayHaveNs) {
-      const Vector is_N = hn::VecFromMask(d, hn::Eq(kIsRightward ? high : low, letter_N));
-      is_free = hn::Or(equal, is_N);
-      is_match = hn::AndNot(is_N, equal);
-    }
-    Vector value = hn::SaturatedSub(hn::LoadU(d, before_gain + i), hn::AndNot(is_free, mismatch));
-    value = hn::SaturatedAdd(value, hn::And(is_match, one));
-    Vector edited = hn::Max(hn::LoadU(d, last_gain + i), hn::LoadU(d, last_gain + i + beside));
-    value = hn::Max(value, hn::SaturatedSub(edited, indel));
+    const ComparedLetters<Vector> letters =
+        compare_letters<kMayHaveNs>(d, kIsRightward ? high : low, equal, neutral_letter);
+    Vector neighbour = hn::Max(hn::LoadU(d, last_gain + i), hn::LoadU(d, last_gain + i + beside));
+    Vector value = beginning_cell(hn::LoadU(d, before_gain + i), neighbour, letters, points);
     hn::StoreU(hn::Min(value, hn::LoadU(d, lanes.gain_cap + i)), d, gain + i);
 
-    value = hn::SaturatedSub(hn::LoadU(d, before_persistence + i), hn::AndNot(is_free, loss));
-    value = hn::SaturatedAdd(value, hn::And(is_free, reward));
-    edited =
+    neighbour =
         hn::Max(hn::LoadU(d, last_persistence + i), hn::LoadU(d, last_persistence + i + beside));
-    value = hn::Max(value, hn::SaturatedSub(edited, loss));
+    // A neutral base is rewarded like a match here.
+    const ComparedLetters<Vector> free_letters{letters.is_free, letters.is_free};
+    value = beginning_cell(hn::LoadU(d, before_persistence + i), neighbour, free_letters,
+                           persistence_weights);
     hn::StoreU(hn::Min(value, hn::LoadU(d, lanes.persistence_cap + i)), d, persistence + i);
   }
 }
@@ -174,13 +168,9 @@ HWY_EXPORT(sift_segment);
 
 }  // namespace
 
-bool can_lag_bound_refute(std::int64_t mismatch_penalty, std::int64_t indel_penalty) {
-  return std::min(mismatch_penalty, indel_penalty) >= CLagGrid::kLeastPenalty;
-}
-
-BoundWork find_lag_seeds(const char* text, std::uint64_t length, const LagBoundRules& rules,
+BoundWork find_lag_seeds(const char* text, std::uint64_t length, const LagRule& rule,
                          std::vector<CBitSet>& seeds) {
-  CLagGrid grid(text, length, rules);
+  CLagGrid grid(text, length, rule);
   BoundWork work;
   for (std::int64_t first_row = 0; first_row < grid.row_count();
        first_row += grid.rows_per_segment()) {

@@ -63,31 +63,27 @@
 
 #include "search/bits/bit_set.h"
 #include "search/filter/bound_work.h"
+#include "search/filter/filter_plan.h"
 
 namespace quorix {
 
-/// The unit lengths that are searched together, and the rules of scoring.
-struct LagBoundRules {
-  std::uint64_t first_unit_length;       ///< 1 or more
-  std::vector<std::int64_t> min_scores;  ///< of the first unit length and those behind it
-  std::int64_t mismatch_penalty;         ///< 2 or more
-  std::int64_t indel_penalty;            ///< 2 or more
-  bool is_N_neutral;
+/// The unit lengths that are searched together.
+struct LagRule {
+  std::int64_t first_unit_length;        ///< 1 or more
+  std::vector<std::int64_t> min_scores;  ///< of the first unit length and those after it
+  ScoringRules scoring;                  ///< penalties of `kMinLagPenalty` or more
 
-  [[nodiscard]] std::uint64_t last_unit_length() const {
-    return first_unit_length + min_scores.size() - 1;
+  [[nodiscard]] std::int64_t last_unit_length() const {
+    return first_unit_length + static_cast<std::int64_t>(min_scores.size()) - 1;
   }
 };
-
-/// False if penalties are so mild that a path may persist through anything.
-[[nodiscard]] bool can_lag_bound_refute(std::int64_t mismatch_penalty, std::int64_t indel_penalty);
 
 /// Sets in `seeds[i]` the bit of each base p of [text, text + length), 0-based, at which a unit of
 /// length `first_unit_length + i` may seed a repeat of the minimum score. Bits of units with an N
 /// mean nothing. `seeds[i]` has to have a bit for each p with a base after the unit; a minimum
-/// score of 0 or less sets them all. REQUIRES: `can_lag_bound_refute`, last unit length < length.
+/// score of 0 or less sets them all. REQUIRES: last unit length < length.
 /// Returns the work done, with one table for each direction and segment. Throws: std::bad_alloc.
-BoundWork find_lag_seeds(const char* text, std::uint64_t length, const LagBoundRules& rules,
+BoundWork find_lag_seeds(const char* text, std::uint64_t length, const LagRule& rule,
                          std::vector<CBitSet>& seeds);
 
 }  // namespace quorix

@@ -57,30 +57,21 @@ RunWork for_each_run(const CBitSet& bits, std::uint64_t least, Candidates candid
 /// by itself. Of two runs that make up `chained_runs` together one has half of them, or as much as
 /// the unit allows for; where no run of that length is near, none has to be looked at.
 ///
-/// A run of `half_` bases or more has `told_` at its beginning. A shorter one lacks `half_` or
-/// more, so the run one edit off that is asked for has `told_`, which is no more than `half_` and
+/// A run of `half_` bases or more has `near_` at its beginning. A shorter one lacks `half_` or
+/// more, so the run one edit off that is asked for has `near_`, which is no more than `half_` and
 /// than L - 1. On the right it begins up to `half_` bases after the beginning of the short one; on
-/// the left its last `told_` bases begin `told_` or `told_` + 1 bases before it. These are two or
-/// three neighbouring words, so `half_` and `told_` + 1 are less than 64.
-class CChainSieve {
+/// the left its last `near_` bases begin `near_` or `near_` + 1 bases before it. These are two or
+/// three neighbouring words, so `half_` and `near_` + 1 are less than 64.
+class CNearRuns {
  public:
-  /// Runs of fewer bases are everywhere.
-  static constexpr std::int64_t kLeastTold = 3;
-
-  CChainSieve(const CNeighbourLags& lags, const RunRule& rule)
+  CNearRuns(const CNeighbourLags& lags, const RunRule& rule)
       : lags_(lags),
         unit_length_(static_cast<std::uint64_t>(rule.unit_length)),
         half_(static_cast<std::uint64_t>((rule.chained_runs + 1) / 2)),
-        told_(static_cast<std::uint64_t>(told_run(rule))),
+        near_(static_cast<std::uint64_t>(rule.near_run())),
         here_(long_runs(0)),
         behind_(long_runs(1)) {
-    assert(1 <= told_ && told_ <= half_ && half_ < kWordBits - 1 && told_ < unit_length_);
-  }
-
-  /// Only runs shorter than those that are told of are worth the trouble.
-  [[nodiscard]] static bool serves(const RunRule& rule) {
-    return rule.least_run < kLeastTold && rule.least_run < rule.sure_run &&
-           told_run(rule) >= kLeastTold && rule.chained_runs < std::int64_t{kWordBits / 2};
+    assert(1 <= near_ && near_ <= half_ && half_ < kWordBits - 1 && near_ < unit_length_);
   }
 
   /// For each word in turn.
@@ -97,21 +88,19 @@ class CChainSieve {
     }
     // A run to the left ends one or two bases before; one to the right begins up to a base behind
     // the end of a short run.
-    std::uint64_t near = here_;
-    for (std::uint64_t i = 1; i <= half_; ++i) near |= here_ >> i | behind_ << (kWordBits - i);
-    for (std::uint64_t i = 1; i <= told_ + 1; ++i) near |= here_ << i | before_ >> (kWordBits - i);
-    return near;
+    std::uint64_t candidates = here_;
+    for (std::uint64_t i = 1; i <= half_; ++i)
+      candidates |= here_ >> i | behind_ << (kWordBits - i);
+    for (std::uint64_t i = 1; i <= near_ + 1; ++i)
+      candidates |= here_ << i | before_ >> (kWordBits - i);
+    return candidates;
   }
 
  private:
-  [[nodiscard]] static std::int64_t told_run(const RunRule& rule) {
-    return std::min({(rule.chained_runs + 1) / 2, rule.unit_length - 1, rule.sure_run});
-  }
-
   /// Where a run at one of the lags has as many bases behind it as are told of.
   [[nodiscard]] std::uint64_t long_runs(std::size_t w) const {
     const auto starts = [&](const CBitSet& matches) {
-      return w + 1 < matches.words().size() ? run_starts(matches.words(), w, told_) : 0;
+      return w + 1 < matches.words().size() ? run_starts(matches.words(), w, near_) : 0;
     };
     return starts(lags_.shorter()) | starts(lags_.at()) | starts(lags_.longer());
   }
@@ -119,7 +108,7 @@ class CChainSieve {
   const CNeighbourLags& lags_;
   std::uint64_t unit_length_;
   std::uint64_t half_;
-  std::uint64_t told_;
+  std::uint64_t near_;
   std::uint64_t before_ = 0;
   std::uint64_t here_;
   std::uint64_t behind_;
@@ -168,7 +157,7 @@ void CNeighbourLags::move_to(std::uint64_t lag, bool needs_neighbours) {
 
 RunWork find_run_seeds(const CNeighbourLags& lags, const RunRule& rule, CBitSet& seeds) {
   const auto unit_length = static_cast<std::uint64_t>(rule.unit_length);
-  const auto least_run = static_cast<std::uint64_t>(rule.least_run);
+  const auto min_run = static_cast<std::uint64_t>(rule.min_run);
   assert(seeds.size() + unit_length == lags.at().size());
   const auto set_seeds = [&](std::uint64_t first, std::uint64_t last) {
     const bool is_let_through =
@@ -179,11 +168,11 @@ RunWork find_run_seeds(const CNeighbourLags& lags, const RunRule& rule, CBitSet&
     // At the end of the text there is no base behind the last unit.
     seeds.set_range(first - unit_length, std::min(last - unit_length + 1, seeds.size()));
   };
-  if (CChainSieve::serves(rule)) {
-    return for_each_run(lags.at(), least_run, CChainSieve(lags, rule), set_seeds);
+  if (rule.near_run() > 0) {
+    return for_each_run(lags.at(), min_run, CNearRuns(lags, rule), set_seeds);
   }
   return for_each_run(
-      lags.at(), least_run, [](std::size_t) { return ~std::uint64_t{0}; }, set_seeds);
+      lags.at(), min_run, [](std::size_t) { return ~std::uint64_t{0}; }, set_seeds);
 }
 
 }  // namespace quorix

@@ -34,17 +34,9 @@
 
 #include "search/bits/base_planes.h"
 #include "search/bits/bit_set.h"
+#include "search/filter/filter_plan.h"
 
 namespace quorix {
-
-/// What a run must be like for the seeds at it to be let through. Lengths are in matching bases.
-struct RunRule {
-  std::int64_t unit_length;
-  std::int64_t least_run;  ///< at a shorter run there are none; at least 1
-  std::int64_t sure_run;   ///< at a run of this length all are; at a run of least_run, if smaller
-  /// In between, the run and one of those one edit off have to make up this many together.
-  std::int64_t chained_runs;
-};
 
 /// Where bases match at lags L - 1, L and L + 1, for growing unit lengths L: each set is made once.
 class CNeighbourLags {
@@ -85,7 +77,7 @@ struct RunWork {
 
 /// Sets in `seeds` the bit of each base p whose seed `rule` lets through. `lags` stands at the
 /// unit length, with its neighbours if some runs are neither sure nor too short.
-/// REQUIRES: rule.least_run >= 1, seeds.size() is the length of the text less the unit length.
+/// REQUIRES: rule.min_run >= 1, seeds.size() is the length of the text less the unit length.
 /// Returns the work done.
 RunWork find_run_seeds(const CNeighbourLags& lags, const RunRule& rule, CBitSet& seeds);
 

@@ -21,7 +21,7 @@ void extend_exact_repeats(const SearchContext& context, const Thresholds& exact_
   std::fflush(stderr);
   SearchContext exact_search = context;
   exact_search.thresholds = exact_thresholds;
-  search_exact_repeats(exact_search, SeedUse::kGrowExactlyFirst, exact);
+  search_exact_repeats(exact_search, SeedUse::kExtendExactlyFirst, exact);
 
   general_PrintMessage(stderr, "  Extend exact to imperfect repeats.\n");
   std::fflush(stderr);

@@ -48,7 +48,7 @@ void search_imperfect_repeats(const SearchContext& context, std::list<Csat*>& ac
 void scan_for_imperfect_mononucleotides(const SearchContext& context, CAnchorSeq& anchors,
                                         std::list<Csat*>& accepted) {
   CSpareRecord spare(sat_alloc);
-  context.scan.for_each_base(context.demand_for(SeedUse::kGrowOverEdits), [&](std::uint64_t p) {
+  context.scan.for_each_base(context.plan_for(SeedUse::kExtendOverEdits), [&](std::uint64_t p) {
     const char* const base = context.text.begin + p;
     if (anchors.may_seed(base, 1)) {
       spare.seed(base, base + 1);
@@ -61,7 +61,7 @@ void scan_for_imperfect_mononucleotides(const SearchContext& context, CAnchorSeq
 void scan_for_imperfect_repeats(const SearchContext& context, std::uint64_t unit_length,
                                 CAnchorSeq& anchors, std::list<Csat*>& accepted) {
   CSpareRecord spare(sat_alloc);
-  context.scan.for_each_seed(unit_length, anchors, context.demand_for(SeedUse::kGrowOverEdits),
+  context.scan.for_each_seed(unit_length, anchors, context.plan_for(SeedUse::kExtendOverEdits),
                              [&](const char* p) {
                                spare.seed(p, p + unit_length);
                                extend_and_keep(context, spare, anchors, accepted);

@@ -3,8 +3,12 @@
 /// @file
 /// What every search mode works with.
 
+#include <cstdint>
+
 #include "search/extension/extender.h"
 #include "search/extension/searched_text.h"
+#include "search/filter/filter_plan.h"
+#include "search/rules/score.h"
 #include "search/rules/thresholds.h"
 #include "search/rules/unit_range.h"
 #include "search/scan/seed_scan.h"
@@ -20,9 +24,13 @@ struct SearchContext {
   CExtender& extender;
   CSeedScan& scan;
 
-  /// Seeds for `use` under these thresholds.
-  [[nodiscard]] SeedDemand demand_for(SeedUse use) const {
-    return {use, {*thresholds.min_scores, *thresholds.min_lengths, *user_thresholds.min_scores}};
+  /// The plan of the filter of seeds for `use`, under these thresholds and the rules of the
+  /// settings.
+  [[nodiscard]] CFilterPlan plan_for(SeedUse use) const {
+    return {use,
+            scoring_rules_of_settings(),
+            {*thresholds.min_scores, *thresholds.min_lengths, *user_thresholds.min_scores},
+            static_cast<std::int64_t>(units.last)};
   }
 };
 

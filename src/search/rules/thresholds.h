@@ -6,8 +6,6 @@
 #include <cstdint>
 #include <vector>
 
-#include "settings/settings.h"
-
 namespace quorix {
 
 /// A minimum of the form max(constant, ceil(offset + factor * unit length)).
@@ -31,8 +29,10 @@ class CThresholdTable {
   /// Throws: std::bad_alloc.
   CThresholdTable(const ThresholdRule& rule, std::uint64_t max_unit_length);
 
-  [[nodiscard]] std::int32_t operator[](std::uint64_t unit_length) const {
-    return unit_length < stored_.size() ? stored_[unit_length] : rule_.minimum_for(unit_length);
+  /// The minimum for one unit length in bp, 0 or more.
+  [[nodiscard]] std::int32_t operator[](std::int64_t unit_length) const {
+    const auto index = static_cast<std::uint64_t>(unit_length);
+    return index < stored_.size() ? stored_[index] : rule_.minimum_for(index);
   }
 
  private:

@@ -36,14 +36,18 @@ class CAnchorSeq {
   void close_repeat(const Csat& repeat);
 
   /// True if a unit of `unit_length` at `position` may seed a repeat: its first base is open and
-  /// so is its last or the one behind it, or the base before it and its last one are open.
+  /// so is its last or the one after it, or the base before it and its last one are open.
   [[nodiscard]] bool may_seed(const char* position, std::uint64_t unit_length) const {
     const char* const first = marks + (position - seq_start);
-    const char* const behind = first + unit_length;
-    const bool is_last_open = behind[-1] == kOpenMark;
-    if (*first == kOpenMark && (is_last_open || *behind == kOpenMark)) return true;
+    const char* const after = first + unit_length;
+    const bool is_last_open = after[-1] == kOpenMark;
+    if (*first == kOpenMark && (is_last_open || *after == kOpenMark)) return true;
     return first[-1] == kOpenMark && is_last_open;
   }
+
+  /// The same for 64 units at a time: bit k of the unit at `position` + k. Bits of units that reach
+  /// beyond the sequence are clear.
+  [[nodiscard]] std::uint64_t may_seed_from(const char* position, std::uint64_t unit_length) const;
 
   /// First base of the sequence, and how many there are.
   const char* seq_start;

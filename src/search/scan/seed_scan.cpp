@@ -2,11 +2,10 @@
 
 namespace quorix {
 
-CSeedFilter& CSeedScan::filter_for(const SeedDemand& demand) {
-  if (filter_ == nullptr || !filter_->is_for(demand.use, demand.thresholds)) {
+CSeedFilter& CSeedScan::filter_by(const CFilterPlan& plan) {
+  if (filter_ == nullptr || !(filter_->plan() == plan)) {
     filter_.reset();
-    filter_ =
-        std::make_unique<CSeedFilter>(text_.begin, text_.length(), demand.use, demand.thresholds);
+    filter_ = std::make_unique<CSeedFilter>(text_.begin, text_.length(), plan);
   }
   return *filter_;
 }

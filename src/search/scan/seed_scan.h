@@ -11,17 +11,12 @@
 
 #include "search/extension/exact_extension.h"
 #include "search/extension/searched_text.h"
+#include "search/filter/filter_plan.h"
 #include "search/filter/seed_filter.h"
 #include "search/scan/anchor_seq.h"
 #include "search/scan/scan_progress.h"
 
 namespace quorix {
-
-/// What seeds are wanted for, and what the repeats that they extend into must reach.
-struct SeedDemand {
-  SeedUse use;
-  SeedThresholds thresholds;
-};
 
 class CSeedScan {
  public:
@@ -29,18 +24,19 @@ class CSeedScan {
   CSeedScan(const SearchedText& text, const SequenceLabel& sequence)
       : text_(text), sequence_(sequence) {}
 
-  /// Calls `visit` with the first base of each unit of `unit_length` bp that the filter for
-  /// `demand` and `anchors` let seed a repeat and that `valid_starting_pattern` accepts. At least
-  /// one base follows the unit. `visit` may close bases to the seeds to come. Units of no base, or
-  /// of as many as the text has, seed nothing. Throws: std::bad_alloc.
+  /// Calls `visit` with the first base of each unit of `unit_length` bp that the filter by `plan`
+  /// leaves undecided, that `anchors` let seed a repeat and that `valid_starting_pattern` accepts.
+  /// At least one base follows the unit. `visit` may close bases to the seeds to come. Units of no
+  /// base, or of as many as the text has, seed nothing. Throws: std::bad_alloc.
   template <class Visit>
-  void for_each_seed(std::uint64_t unit_length, const CAnchorSeq& anchors, const SeedDemand& demand,
+  void for_each_seed(std::uint64_t unit_length, const CAnchorSeq& anchors, const CFilterPlan& plan,
                      const Visit& visit);
 
-  /// Calls `visit` with the 0-based offset of each base that the filter for `demand` lets seed a
-  /// run of itself, and goes on at the offset that `visit` returns. Throws: std::bad_alloc.
+  /// Calls `visit` with the 0-based offset of each base that may seed a run of itself, as far as
+  /// the sieve of `plan` can say, and goes on at the offset that `visit` returns. Throws:
+  /// std::bad_alloc.
   template <class Visit>
-  void for_each_base(const SeedDemand& demand, const Visit& visit);
+  void for_each_base(const CFilterPlan& plan, const Visit& visit);
 
   /// Seeds that the sieves left and that do not reach into N's, since the scan was made.
   [[nodiscard]] std::uint64_t seed_count() const { return seed_count_; }
@@ -48,8 +44,8 @@ class CSeedScan {
   [[nodiscard]] const CSeedFilter* last_filter() const { return filter_.get(); }
 
  private:
-  /// The filter for `demand`: that of the last scan if it serves. Throws: std::bad_alloc.
-  CSeedFilter& filter_for(const SeedDemand& demand);
+  /// The filter by `plan`: that of the last scan if it serves. Throws: std::bad_alloc.
+  CSeedFilter& filter_by(const CFilterPlan& plan);
 
   SearchedText text_;
   SequenceLabel sequence_;
@@ -59,13 +55,16 @@ class CSeedScan {
 
 template <class Visit>
 void CSeedScan::for_each_seed(std::uint64_t unit_length, const CAnchorSeq& anchors,
-                              const SeedDemand& demand, const Visit& visit) {
+                              const CFilterPlan& plan, const Visit& visit) {
   if (unit_length == 0 || unit_length >= text_.length()) return;
-  CSeedFilter& filter = filter_for(demand);
+  CSeedFilter& filter = filter_by(plan);
   const CBitSet& seeds = filter.seeds(unit_length);
   const CBitSet& all_Ns = filter.bits_of_Ns();
-  const auto is_open = [&](std::uint64_t p) {
-    return anchors.may_seed(text_.begin + p, unit_length);
+  const auto is_undecided = [&](std::uint64_t p) {
+    if (!filter.has_verdict(p)) {
+      filter.decide(p, anchors.may_seed_from(text_.begin + p, unit_length));
+    }
+    return filter.is_undecided(p);
   };
   CScanProgress progress(sequence_, unit_length);
   std::uint64_t seed_count = 0;
@@ -79,8 +78,9 @@ void CSeedScan::for_each_seed(std::uint64_t unit_length, const CAnchorSeq& ancho
     progress.pass(p);
     ++seed_count;
     const char* const base = text_.begin + p;
-    if (is_open(p) && valid_starting_pattern(base, base + unit_length, text_.begin + next_N) &&
-        (demand.use != SeedUse::kGrowOverEdits || filter.may_grow(p, unit_length, is_open))) {
+    if (anchors.may_seed(base, unit_length) &&
+        valid_starting_pattern(base, base + unit_length, text_.begin + next_N) &&
+        (plan.use() != SeedUse::kExtendOverEdits || is_undecided(p))) {
       visit(base);
     }
     ++p;
@@ -90,9 +90,9 @@ void CSeedScan::for_each_seed(std::uint64_t unit_length, const CAnchorSeq& ancho
 }
 
 template <class Visit>
-void CSeedScan::for_each_base(const SeedDemand& demand, const Visit& visit) {
+void CSeedScan::for_each_base(const CFilterPlan& plan, const Visit& visit) {
   if (text_.length() < 2) return;
-  CSeedFilter& filter = filter_for(demand);
+  CSeedFilter& filter = filter_by(plan);
   const CBitSet& seeds = filter.seeds(1);
   const CBitSet& all_Ns = filter.bits_of_Ns();
   CScanProgress progress(sequence_, 1);

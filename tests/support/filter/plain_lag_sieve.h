@@ -56,12 +56,12 @@ class CPlainTables {
 /// see lag_grid_test.cpp for them.
 class CPlainLagBound {
  public:
-  CPlainLagBound(const std::string& text, const LagBoundRules& rules)
+  CPlainLagBound(const std::string& text, const LagRule& rules)
       : text_(text),
         rules_(rules),
         grid_(text.data(), text.size(), rules),
-        first_unit_(static_cast<std::int64_t>(rules.first_unit_length)),
-        last_unit_(static_cast<std::int64_t>(rules.last_unit_length())),
+        first_unit_(rules.first_unit_length),
+        last_unit_(rules.last_unit_length()),
         lag_count_(2 * static_cast<std::int64_t>(grid_.lane_count())) {
     const std::int64_t parity = 1 - first_unit_ % 2;
     std::int64_t lane = 0;
@@ -119,13 +119,13 @@ class CPlainLagBound {
     const LagWeights& weights = grid_.weights();
     const char higher = letter(high, kBehind);
     const char lower = letter(high - lag, kBefore);
-    const bool is_N = rules_.is_N_neutral && (is_rightward ? higher : lower) == 'N';
+    const bool is_N = rules_.scoring.is_N_neutral && (is_rightward ? higher : lower) == 'N';
     const bool is_match = !is_N && higher == lower;
 
     std::int64_t gain = is_N       ? same_gain
                         : is_match ? same_gain + 1
-                                   : same_gain - rules_.mismatch_penalty;
-    gain = std::max<std::int64_t>({gain, edited_gain - rules_.indel_penalty, 0});
+                                   : same_gain - rules_.scoring.mismatch_penalty;
+    gain = std::max<std::int64_t>({gain, edited_gain - rules_.scoring.indel_penalty, 0});
     std::int64_t persistence =
         same_persistence + (is_N || is_match ? std::int64_t{weights.reward} : -weights.cost);
     persistence = std::max<std::int64_t>({persistence, edited_persistence - weights.cost, 0});
@@ -181,7 +181,7 @@ class CPlainLagBound {
   }
 
   const std::string& text_;
-  const LagBoundRules& rules_;
+  const LagRule& rules_;
   CLagGrid grid_;
   std::int64_t first_unit_;
   std::int64_t last_unit_;

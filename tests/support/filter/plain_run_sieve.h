@@ -54,7 +54,7 @@ inline bool is_run_seed(const CPlainText& text, const CBasePlanes& planes, const
   const std::int64_t first = boundary - text.count(boundary - 1, lag, -1);
   const std::int64_t last = boundary + text.count(boundary, lag, 1);
   const std::int64_t run = last - first;
-  if (run < rule.least_run) return false;
+  if (run < rule.min_run) return false;
   if (run >= rule.sure_run || run >= rule.chained_runs) return true;
   if (text.is_N_wild() && planes.has_N_near(static_cast<std::uint64_t>(first - lag),
                                             static_cast<std::uint64_t>(last))) {

@@ -22,13 +22,13 @@ std::int64_t draw_number(RandomEngine& engine, std::size_t first, std::size_t la
   return static_cast<std::int64_t>(draw_between(engine, first, last));
 }
 
-std::uint32_t may_reach(const Batch& batch, std::uint32_t asked, std::int64_t min_score) {
+std::uint32_t undecided(const Batch& batch, std::uint32_t asked, std::int64_t min_score) {
   const CBases bases(batch.text);
-  CBatchBound bound;
-  return bound.may_reach(
-      bases.at(static_cast<std::size_t>(batch.first)), batch.unit_length, asked,
-      {bases.begin(), bases.end(), batch.mismatch_penalty, batch.indel_penalty, batch.is_N_neutral},
-      min_score);
+  BoundWorkspace workspace;
+  return static_cast<std::uint32_t>(batch_bound(
+      {bases.begin(), bases.end(), batch.scoring},
+      {bases.at(static_cast<std::size_t>(batch.first)), batch.unit_length, asked, min_score},
+      workspace));
 }
 
 struct Tally {
@@ -44,13 +44,13 @@ void expect_bound_of(const Batch& batch, const BatchReach& reaches, std::uint32_
                      std::int64_t min_score, Tally& tally) {
   const bool is_exact = min_score > 0 && is_in_reach_of_bound(batch, asked, reaches);
   for_each_vector_target([&](const char* target) {
-    const std::uint32_t answer = may_reach(batch, asked, min_score);
+    const std::uint32_t answer = undecided(batch, asked, min_score);
     const auto describe = [&](std::int64_t k) {
       return std::string(target) + " seed " + std::to_string(batch.first) + "+" +
              std::to_string(k) + " unit length " + std::to_string(batch.unit_length) + " of " +
              batch.text + " needed " + std::to_string(min_score) + " penalties " +
-             std::to_string(batch.mismatch_penalty) + "," + std::to_string(batch.indel_penalty) +
-             " asked " + std::to_string(asked);
+             std::to_string(batch.scoring.mismatch_penalty) + "," +
+             std::to_string(batch.scoring.indel_penalty) + " asked " + std::to_string(asked);
     };
     ASSERT_EQ(answer & ~asked, 0U) << describe(0);
     for (std::int64_t k = 0; k < kSeeds; ++k) {
@@ -129,10 +129,10 @@ Batch draw_batch(RandomEngine& engine, std::size_t unit_length, std::size_t befo
   batch.text += draw_letters(engine, behind, "ACGT");
   const std::int64_t missing = batch.first + batch.unit_length + kSeeds - batch.text_length();
   if (missing > 0) batch.text += draw_letters(engine, static_cast<std::size_t>(missing), "ACGT");
-  batch.mismatch_penalty = draw_number(engine, 2, 9);
-  batch.indel_penalty =
-      draw_chance(engine, 30) ? batch.mismatch_penalty : draw_number(engine, 2, 9);
-  batch.is_N_neutral = draw_chance(engine, 50);
+  batch.scoring.mismatch_penalty = draw_number(engine, 2, 9);
+  batch.scoring.indel_penalty =
+      draw_chance(engine, 30) ? batch.scoring.mismatch_penalty : draw_number(engine, 2, 9);
+  batch.scoring.is_N_neutral = draw_chance(engine, 50);
   return batch;
 }
 
@@ -183,18 +183,18 @@ Batch lone_units(std::int64_t unit_length, std::size_t margin) {
                std::string(margin, 'A');
   batch.first = static_cast<std::int64_t>(margin);
   batch.unit_length = unit_length;
-  batch.mismatch_penalty = batch.indel_penalty = 6;
+  batch.scoring.mismatch_penalty = batch.scoring.indel_penalty = 6;
   return batch;
 }
 
 TEST(BatchBound, lets_all_through_that_cannot_be_read_whole) {
   Batch batch = lone_units(5, 500);
   const std::uint32_t asked = 0xF0F0F0F1U;
-  EXPECT_EQ(may_reach(batch, asked, 100), 0U);
+  EXPECT_EQ(undecided(batch, asked, 100), 0U);
   batch.first = batch.text_length() - 5 - kSeeds;
-  EXPECT_EQ(may_reach(batch, asked, 100), asked);
+  EXPECT_EQ(undecided(batch, asked, 100), asked);
   for (; batch.first + 5 < batch.text_length(); ++batch.first) {
-    EXPECT_EQ(may_reach(batch, asked & batch.units_without_Ns(), 100),
+    EXPECT_EQ(undecided(batch, asked & batch.units_without_Ns(), 100),
               asked & batch.units_without_Ns());
   }
 }
@@ -210,7 +210,7 @@ TEST(BatchBound, needs_few_bases_around_its_seeds) {
       lone.text.resize(lone.text.size() - kEnough + behind);
       lone.text.erase(0, kEnough - before);
       lone.first -= static_cast<std::int64_t>(kEnough - before);
-      return may_reach(lone, 1, 100) != 0;
+      return undecided(lone, 1, 100) != 0;
     };
     while (behind < kEnough && lets_through()) ++behind;
     const std::size_t needed_behind = behind;
@@ -231,11 +231,11 @@ BoundWork work_along_an_array(std::size_t unit_length) {
   batch.text = repeated(draw_letters(engine, unit_length, "ACGT"), 20'000 / unit_length);
   batch.first = 10'000;
   const CBases bases(batch.text);
-  CBatchBound bound;
-  EXPECT_EQ(bound.may_reach(bases.at(10'000), batch.unit_length, 1,
-                            {bases.begin(), bases.end(), 1000, 1000, false}, 9'000),
+  BoundWorkspace workspace;
+  EXPECT_EQ(batch_bound({bases.begin(), bases.end(), {1000, 1000, false}},
+                        {bases.at(10'000), batch.unit_length, 1, 9'000}, workspace),
             1U);
-  return bound.work();
+  return workspace.work;
 }
 
 TEST(BatchBound, follows_short_units_less_far_than_others) {
@@ -248,40 +248,51 @@ TEST(BatchBound, follows_short_units_less_far_than_others) {
 TEST(BatchBound, fits_units_of_up_to_30000_bases) {
   for (const std::size_t unit_length : {30'000U, 30'001U}) {
     const std::string text(unit_length + 40, 'A');
-    CBatchBound bound;
-    EXPECT_EQ(bound.may_reach(text.data(), static_cast<std::int64_t>(unit_length), 1,
-                              {text.data(), text.data() + text.size(), 6, 6, false}, 9),
+    BoundWorkspace workspace;
+    EXPECT_EQ(batch_bound({text.data(), text.data() + text.size(), {6, 6, false}},
+                          {text.data(), static_cast<std::int64_t>(unit_length), 1, 9}, workspace),
               1U);
-    EXPECT_EQ(bound.work().tables, unit_length == 30'000 ? 2U : 0U);
+    EXPECT_EQ(workspace.work.tables, unit_length == 30'000 ? 2U : 0U);
   }
 }
 
 TEST(BatchBound, lets_all_through_that_are_there_already) {
   const Batch batch = lone_units(40, 1500);
-  EXPECT_EQ(may_reach(batch, 0x1234U, 0), 0x1234U);
-  EXPECT_EQ(may_reach(batch, 0x1234U, -7), 0x1234U);
+  EXPECT_EQ(undecided(batch, 0x1234U, 0), 0x1234U);
+  EXPECT_EQ(undecided(batch, 0x1234U, -7), 0x1234U);
   // To the right of seed k lie 32 - k more bases of the array, to its left k.
-  EXPECT_EQ(may_reach(batch, 0x1234U, 32), 0x1234U);
-  EXPECT_EQ(may_reach(batch, 0x1234U, 33), 0U);
+  EXPECT_EQ(undecided(batch, 0x1234U, 32), 0x1234U);
+  EXPECT_EQ(undecided(batch, 0x1234U, 33), 0U);
+}
+
+TEST(BatchBound, leaves_seeds_beyond_its_batch_undecided) {
+  const Batch batch = lone_units(40, 1500);
+  const CBases bases(batch.text);
+  BoundWorkspace workspace;
+  const std::uint64_t asked = 0xF000'0001'8000'0001U;
+  EXPECT_EQ(
+      batch_bound({bases.begin(), bases.end(), batch.scoring},
+                  {bases.at(static_cast<std::size_t>(batch.first)), 40, asked, 33}, workspace),
+      0xF000'0001'0000'0000U);
 }
 
 TEST(BatchBound, answers_for_no_seed_without_a_question) {
-  EXPECT_EQ(may_reach(lone_units(5, 500), 0, 5), 0U);
+  EXPECT_EQ(undecided(lone_units(5, 500), 0, 5), 0U);
 }
 
 // Some compilers build for processors with vectors alone.
 #if (HWY_TARGETS & HWY_SCALAR) != 0
 TEST(BatchBound, lets_all_through_without_vectors) {
-  with_no_vectors([] { EXPECT_EQ(may_reach(lone_units(40, 1500), 0xFFU, 33), 0xFFU); });
-  EXPECT_EQ(may_reach(lone_units(40, 1500), 0xFFU, 33), 0U);
+  with_no_vectors([] { EXPECT_EQ(undecided(lone_units(40, 1500), 0xFFU, 33), 0xFFU); });
+  EXPECT_EQ(undecided(lone_units(40, 1500), 0xFFU, 33), 0U);
 }
 #endif
 
 TEST(BatchBound, takes_penalties_of_any_height) {
   Batch batch = lone_units(8, 500);
-  batch.mismatch_penalty = batch.indel_penalty = 2147483648;
-  EXPECT_EQ(may_reach(batch, 0xFFFFFFFFU, 32), 0xFFFFFFFFU);
-  EXPECT_EQ(may_reach(batch, 0xFFFFFFFFU, 33), 0U);
+  batch.scoring.mismatch_penalty = batch.scoring.indel_penalty = 2147483648;
+  EXPECT_EQ(undecided(batch, 0xFFFFFFFFU, 32), 0xFFFFFFFFU);
+  EXPECT_EQ(undecided(batch, 0xFFFFFFFFU, 33), 0U);
 }
 
 }  // namespace

@@ -51,21 +51,21 @@ class CPlainChains {
     const std::int64_t phase = characters % rule_.unit_length;
     const std::int64_t end = seed_ + rule_.unit_length;
     const char read = base(is_rightward ? end + state.bases : seed_ - 1 - state.bases);
-    if (read == 'N') return rule_.is_N_neutral;
+    if (read == 'N') return rule_.scoring.is_N_neutral;
     return read == base(is_rightward ? seed_ + phase : end - 1 - phase);
   }
 
   [[nodiscard]] std::int64_t score(const PlainState& state) const {
     return entry_score_ + state.bases - state.mismatches - state.insertions -
-           state.mismatches * rule_.mismatch_penalty -
-           (state.insertions + state.deletions) * rule_.indel_penalty;
+           state.mismatches * rule_.scoring.mismatch_penalty -
+           (state.insertions + state.deletions) * rule_.scoring.indel_penalty;
   }
 
   [[nodiscard]] bool is_let_through(const PlainState& state) const {
-    const std::int64_t least_penalty = std::min(rule_.mismatch_penalty, rule_.indel_penalty);
-    const std::int64_t beyond = (rule_.edits_to_follow() + 1 - state.edits()) * least_penalty;
+    const std::int64_t min_penalty = rule_.scoring.min_penalty();
+    const std::int64_t beyond = (rule_.edits + 1 - state.edits()) * min_penalty;
     return score(state) >= rule_.min_score || score(state) - beyond > -rule_.unit_length ||
-           state.bases == kMostChainBases;
+           state.bases == kMaxChainBases;
   }
 
   /// True if a chain is let through; else the best score becomes that on entry.
@@ -76,7 +76,7 @@ class CPlainChains {
     while (!pending.empty()) {
       const PlainState state = pending.back();
       pending.pop_back();
-      if (state.edits() > rule_.edits_to_follow() || !met.insert(state).second) continue;
+      if (state.edits() > rule_.edits || !met.insert(state).second) continue;
       if (state.edits() > 0 && score(state) <= -rule_.unit_length) {
         // It may not come here by an edit, and only by an edit did it lose anything.
         continue;
@@ -135,8 +135,9 @@ void expect_seeds(const std::string& text, const ChainRule& rule, Tally& tally) 
       if (text.find('N', p) < p + unit_length) continue;
       ASSERT_EQ(seeds.test(p), expected[p])
           << target << " seed " << p << " unit length " << unit_length << " minimum "
-          << rule.min_score << " penalties " << rule.mismatch_penalty << "," << rule.indel_penalty
-          << " neutral " << rule.is_N_neutral << " in " << text;
+          << rule.min_score << " penalties " << rule.scoring.mismatch_penalty << ","
+          << rule.scoring.indel_penalty << " neutral " << rule.scoring.is_N_neutral << " in "
+          << text;
       ++(expected[p] ? tally.let_through : tally.refuted);
     }
   };
@@ -148,13 +149,14 @@ ChainRule draw_rule(RandomEngine& engine) {
     return static_cast<std::int64_t>(draw_between(engine, first, last));
   };
   while (true) {
-    ChainRule rule{number(1, 32), number(1, 30), number(2, 14), number(2, 14),
-                   draw_chance(engine, 50)};
+    ScoringRules scoring{number(2, 14), number(2, 14), draw_chance(engine, 50)};
+    std::int64_t unit_length = number(1, 32);
     if (draw_chance(engine, 50)) {
-      rule.mismatch_penalty = rule.indel_penalty = 6;
-      rule.unit_length = number(1, 22);
+      scoring.mismatch_penalty = scoring.indel_penalty = 6;
+      unit_length = number(1, 22);
     }
-    if (rule.edits_to_follow() > 0) return rule;
+    const ChainRule rule = ChainRule::for_unit(unit_length, number(1, 30), scoring);
+    if (rule.edits > 0) return rule;
   }
 }
 
@@ -217,7 +219,7 @@ TEST(ChainBound, says_the_same_without_vectors) {
 
 TEST(ChainBound, leaves_seeds_out_that_were_left_out_before) {
   RandomEngine engine(34);
-  const ChainRule rule{9, 12, 6, 6, true};
+  const ChainRule rule = ChainRule::for_unit(9, 12, {6, 6, true});
   const std::string text = draw_text(engine, 9, 3000) + "ACGTTGCAA" + "ACGTTGCAA" + "ACGTTGCAA";
   const CBitSet expected = sifted(text, rule, all_seeds(text, rule));
   CBitSet some(expected.size());
@@ -235,22 +237,22 @@ TEST(ChainBound, follows_chains_no_farther_than_the_longest_state) {
   RandomEngine engine(36);
   for (int round = 0; round < 300; ++round) {
     const ChainRule rule = draw_rule(engine);
-    const ChainStates states(rule, rule.edits_to_follow());
-    std::ptrdiff_t most_bases = 0;
+    const ChainStates states(rule);
+    std::ptrdiff_t max_bases = 0;
     std::size_t followed = 0;
     for (std::size_t s = 0; s < states.count; ++s) {
-      most_bases = std::max(most_bases, states.states[s].end_bases);
+      max_bases = std::max(max_bases, states.states[s].end_bases);
       followed += states.states[s].is_followed ? 1 : 0;
     }
-    EXPECT_EQ(states.most_bases, most_bases);
+    EXPECT_EQ(states.max_bases, max_bases);
     EXPECT_EQ(states.followed_count, followed);
-    EXPECT_LE(most_bases, kMostChainBases);
+    EXPECT_LE(max_bases, kMaxChainBases);
   }
 }
 
 TEST(ChainBound, follows_the_fewer_edits_the_shorter_the_unit) {
   const auto edits = [](std::int64_t unit_length, std::int64_t mismatch, std::int64_t indel) {
-    return ChainRule{unit_length, 12, mismatch, indel, true}.edits_to_follow();
+    return ChainRule::for_unit(unit_length, 12, {mismatch, indel, true}).edits;
   };
   EXPECT_EQ(edits(1, 6, 6), 2);
   EXPECT_EQ(edits(10, 6, 6), 2);
@@ -267,12 +269,12 @@ TEST(ChainBound, follows_the_fewer_edits_the_shorter_the_unit) {
 }
 
 TEST(ChainBound, follows_nothing_where_every_seed_has_the_minimum_score) {
-  EXPECT_EQ((ChainRule{9, 0, 6, 6, true}.edits_to_follow()), 0);
-  EXPECT_EQ((ChainRule{9, 1, 6, 6, true}.edits_to_follow()), 2);
+  EXPECT_EQ((ChainRule::for_unit(9, 0, {6, 6, true}).edits), 0);
+  EXPECT_EQ((ChainRule::for_unit(9, 1, {6, 6, true}).edits), 2);
 }
 
 TEST(ChainBound, takes_penalties_and_scores_of_any_height) {
-  const ChainRule rule{4, 2147483647, 2147483648, 2147483648, true};
+  const ChainRule rule = ChainRule::for_unit(4, 2147483647, {2147483648, 2147483648, true});
   const std::string unit = "ACGT";
   std::string text = "GGGG";
   for (int i = 0; i < 9; ++i) text += unit;

@@ -23,8 +23,8 @@ struct Penalties {
 constexpr Penalties kPenalties[] = {{5, 5}, {5, 6}, {6, 5},  {6, 6},  {7, 7},
                                     {9, 6}, {6, 9}, {30, 7}, {7, 30}, {2147483648, 2147483648}};
 
-LagBoundRules rules_for(std::uint64_t unit_length, const Penalties& penalties) {
-  return {unit_length, {20}, penalties.mismatch, penalties.indel, true};
+LagRule rules_for(std::int64_t unit_length, const Penalties& penalties) {
+  return {unit_length, {20}, {penalties.mismatch, penalties.indel, true}};
 }
 
 /// The lane of the only unit length.
@@ -68,7 +68,7 @@ TEST(LagGrid, demands_no_more_than_a_living_path_has) {
   for (const Penalties& penalties : kPenalties) {
     for (const std::int64_t unit_length :
          {1, 2, 3, 5, 6, 7, 8, 13, 20, 50, 100, 255, 256, 257, 300, 540, 600, 1000}) {
-      const LagBoundRules rules = rules_for(static_cast<std::uint64_t>(unit_length), penalties);
+      const LagRule rules = rules_for(static_cast<std::uint64_t>(unit_length), penalties);
       const std::string text(static_cast<std::size_t>(unit_length) + 1, 'A');
       const CLagGrid grid(text.data(), text.size(), rules);
       const LagLanes& lanes = grid.lanes(1 - unit_length % 2);
@@ -111,7 +111,7 @@ TEST(LagGrid, has_a_lane_for_each_lag_that_a_path_can_pay_for) {
     for (std::int64_t first = 1; first <= 200; ++first) {
       for (const std::int64_t indel : {5, 6, 19, 20, 21, 32, 55, 64, 77, 80, 99, 100}) {
         const std::int64_t last = first + unit_count - 1;
-        LagBoundRules rules = rules_for(static_cast<std::uint64_t>(first), {20, indel});
+        LagRule rules = rules_for(static_cast<std::uint64_t>(first), {20, indel});
         rules.min_scores.assign(static_cast<std::size_t>(unit_count), 20);
         const CLagGrid grid(text.data(), text.size(), rules);
         // With a gain of up to `kHighestGain` on entry and a match for each character of the copy,
@@ -130,7 +130,7 @@ TEST(LagGrid, has_a_lane_for_each_lag_that_a_path_can_pay_for) {
 
 TEST(LagGrid, costs_less_than_the_penalties) {
   for (const Penalties& penalties : kPenalties) {
-    const LagBoundRules rules = rules_for(10, penalties);
+    const LagRule rules = rules_for(10, penalties);
     const std::string text(11, 'A');
     const CLagGrid grid(text.data(), text.size(), rules);
     const LagWeights& weights = grid.weights();
@@ -172,7 +172,7 @@ TEST(LagGrid, lays_the_bases_out_by_rows_and_lanes) {
   for (const std::uint64_t unit : std::vector<std::uint64_t>{1, 2, 9, 50, 101}) {
     const std::string text = draw_letters(engine, unit + 150, "ACGT");
     const CBases bases(text);
-    const LagBoundRules rules = rules_for(unit, {6, 7});
+    const LagRule rules = rules_for(unit, {6, 7});
     CLagGrid grid(bases.begin(), text.size(), rules);
     const auto lane = static_cast<std::int64_t>(
         searched_lane(grid.lanes(1 - static_cast<std::int64_t>(unit) % 2)));
@@ -193,11 +193,11 @@ TEST(LagGrid, lays_the_bases_out_by_rows_and_lanes) {
 
 /// The longest unit whose paths may come to `lag`: with a gain of up to `kHighestGain` on entry and
 /// all that a copy adds, a path pays for so many indels and is still alive.
-std::int64_t longest_unit_at(std::int64_t lag, const LagBoundRules& rules) {
+std::int64_t longest_unit_at(std::int64_t lag, const LagRule& rules) {
   const auto first = static_cast<std::int64_t>(rules.first_unit_length);
   std::int64_t longest = first;
   for (std::int64_t u = first; u <= static_cast<std::int64_t>(rules.last_unit_length()); ++u) {
-    const std::int64_t indels = (CLagGrid::kHighestGain + 2 * u - 1) / rules.indel_penalty;
+    const std::int64_t indels = (CLagGrid::kHighestGain + 2 * u - 1) / rules.scoring.indel_penalty;
     if (u - indels <= lag) longest = u;
   }
   return longest;
@@ -206,7 +206,7 @@ std::int64_t longest_unit_at(std::int64_t lag, const LagBoundRules& rules) {
 TEST(LagGrid, caps_gains_at_the_longest_unit_that_comes_to_a_lag) {
   const std::string text(500, 'A');
   for (const Penalties& penalties : kPenalties) {
-    LagBoundRules rules = rules_for(61, penalties);
+    LagRule rules = rules_for(61, penalties);
     rules.min_scores.assign(90, 20);
     const CLagGrid grid(text.data(), text.size(), rules);
     // Odd lags have parity 0, so its first lane that is searched is that of 61.
@@ -229,13 +229,13 @@ TEST(LagGrid, has_room_for_the_rows_of_a_short_text_and_no_more) {
 }
 
 TEST(LagGrid, notices_neutral_Ns) {
-  LagBoundRules rules = rules_for(3, {6, 6});
+  LagRule rules = rules_for(3, {6, 6});
   std::string text(40, 'A');
   text[20] = 'N';
   CLagGrid grid(text.data(), text.size(), rules);
   grid.load_bases(0, grid.row_count());
   EXPECT_TRUE(grid.may_have_neutral_Ns());
-  rules.is_N_neutral = false;
+  rules.scoring.is_N_neutral = false;
   grid.load_bases(0, grid.row_count());
   EXPECT_FALSE(grid.may_have_neutral_Ns());
 }

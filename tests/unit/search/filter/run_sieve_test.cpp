@@ -26,13 +26,13 @@ void expect_seeds_of(const std::string& bases, bool is_N_wild, const RunRule& ru
                      CNeighbourLags& lags, Tally& tally) {
   const CPlainText text(bases, is_N_wild);
   const auto lag = static_cast<std::uint64_t>(rule.unit_length);
-  lags.move_to(lag, rule.least_run < rule.sure_run);
+  lags.move_to(lag, rule.min_run < rule.sure_run);
   CBitSet seeds(bases.size() - lag);
   find_run_seeds(lags, rule, seeds);
   for (std::uint64_t p = 0; p < seeds.size(); ++p) {
     const bool expected = is_run_seed(text, lags.planes(), rule, static_cast<std::int64_t>(p));
     ASSERT_EQ(seeds.test(p), expected)
-        << bases << " unit " << lag << " base " << p << " rule " << rule.least_run << ","
+        << bases << " unit " << lag << " base " << p << " rule " << rule.min_run << ","
         << rule.sure_run << "," << rule.chained_runs << (is_N_wild ? " wild" : "");
     ++(expected ? tally.let_through : tally.refuted);
   }

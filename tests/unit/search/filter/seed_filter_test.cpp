@@ -11,6 +11,7 @@
 #include <string>
 #include <vector>
 
+#include "search/rules/score.h"
 #include "support/filter/vector_targets.h"
 #include "unit/search/hard_text.h"
 #include "unit/search/searched_sequence.h"
@@ -36,20 +37,21 @@ class SeedFilter : public CSearchSettings {
     return counts;
   }
 
-  /// Those of them that may grow, too, if their neighbours are likely to be asked for.
-  static std::vector<std::uint64_t> growing_counts(const std::vector<std::uint64_t>& lengths) {
+  /// Those of them that the bounds leave undecided, if their neighbours are likely to be asked for.
+  static std::vector<std::uint64_t> undecided_counts(const std::vector<std::uint64_t>& lengths) {
     CSearchedSequence sequence(text());
-    CSeedFilter filter = filter_of(sequence, SeedUse::kGrowOverEdits);
+    CSeedFilter filter = filter_of(sequence, SeedUse::kExtendOverEdits);
     std::vector<std::uint64_t> counts;
     for (const std::uint64_t unit_length : lengths) {
       const CBitSet seeds = filter.seeds(unit_length);
-      std::uint64_t growing = 0;
+      std::uint64_t undecided = 0;
       for (std::uint64_t p = seeds.find_set(0); p < seeds.size(); p = seeds.find_set(p + 1)) {
         const std::uint64_t next_N = filter.bits_of_Ns().find_set(p);
         if (next_N < p + unit_length) continue;
-        if (filter.may_grow(p, unit_length, [](std::uint64_t) { return true; })) ++growing;
+        if (!filter.has_verdict(p)) filter.decide(p, ~std::uint64_t{0});
+        if (filter.is_undecided(p)) ++undecided;
       }
-      counts.push_back(growing);
+      counts.push_back(undecided);
     }
     return counts;
   }
@@ -60,9 +62,11 @@ class SeedFilter : public CSearchSettings {
   }
 
   static CSeedFilter filter_of(CSearchedSequence& sequence, SeedUse use) {
-    return {sequence.at(0), text().size(), use,
-            SeedThresholds{*CSearchController::minScores_user, *CSearchController::minLengths_user,
-                           *CSearchController::minScores_user}};
+    const SeedThresholds thresholds{*CSearchController::minScores_user,
+                                    *CSearchController::minLengths_user,
+                                    *CSearchController::minScores_user};
+    return {sequence.at(0), text().size(),
+            CFilterPlan(use, scoring_rules_of_settings(), thresholds, global_max_unit_length)};
   }
 
   static std::uint64_t count(const CBitSet& seeds) {
@@ -82,14 +86,14 @@ void expect_one_of(const Counts& counts, const Counts& narrow, const Counts& wid
 
 TEST_F(SeedFilter, lets_few_seeds_through) {
   for_each_vector_target([](const char* target) {
-    EXPECT_EQ(seed_counts(SeedUse::kGrowOverEdits, kLengths),
+    EXPECT_EQ(seed_counts(SeedUse::kExtendOverEdits, kLengths),
               (Counts{907,  969,  1012, 1534, 2093, 834, 920, 913, 907,  1519,
                       1415, 1478, 1256, 1440, 1836, 0,   631, 624, 5052, 5003}))
         << target;
-    EXPECT_EQ(growing_counts(kLengths), (Counts{706, 633, 578, 520, 508, 597, 705, 633, 515, 417,
-                                                430, 433, 288, 60,  0,   0,   3,   4,   0,   0}))
+    EXPECT_EQ(undecided_counts(kLengths), (Counts{706, 633, 578, 520, 508, 597, 705, 633, 515, 417,
+                                                  430, 433, 288, 60,  0,   0,   3,   4,   0,   0}))
         << target;
-    EXPECT_EQ(seed_counts(SeedUse::kGrowExactly, kLengths),
+    EXPECT_EQ(seed_counts(SeedUse::kExtendExactly, kLengths),
               (Counts{907, 903, 916, 817, 777, 719, 854, 630, 387, 285,
                       227, 226, 189, 0,   0,   0,   0,   0,   0,   0}))
         << target;
@@ -100,12 +104,12 @@ TEST_F(SeedFilter, lets_few_seeds_through_with_other_penalties) {
   set_penalties(-4, -7);
   require_score(9);
   for_each_vector_target([](const char* target) {
-    EXPECT_EQ(seed_counts(SeedUse::kGrowOverEdits, kLengths),
+    EXPECT_EQ(seed_counts(SeedUse::kExtendOverEdits, kLengths),
               (Counts{1098, 1244, 1681, 679,  711,  843,  1026, 1080, 5786, 5781,
                       5780, 5779, 5763, 5713, 5603, 5403, 5054, 5053, 5052, 5003}))
         << target;
     expect_one_of(
-        growing_counts(kLengths),
+        undecided_counts(kLengths),
         {670, 625, 583, 531, 574, 595, 755, 686, 640, 551, 527, 523, 365, 185, 32, 6, 64, 0, 0, 0},
         {670, 625, 583, 531, 574, 595, 755, 686, 672, 567, 543, 539, 387, 203, 32, 6, 64, 0, 0, 0});
   });
@@ -115,31 +119,20 @@ TEST_F(SeedFilter, lets_few_seeds_through_with_high_penalties) {
   set_penalties(-14, -12);
   require_score(20);
   for_each_vector_target([](const char* target) {
-    EXPECT_EQ(seed_counts(SeedUse::kGrowOverEdits, kLengths),
+    EXPECT_EQ(seed_counts(SeedUse::kExtendOverEdits, kLengths),
               (Counts{725, 746, 761,  778,  749, 880, 1124, 2049, 550,  711,
                       775, 855, 1108, 1086, 340, 0,   0,    0,    5052, 5003}))
         << target;
-    EXPECT_EQ(growing_counts(kLengths), (Counts{619, 570, 535, 469, 438, 406, 468, 400, 308, 290,
-                                                291, 334, 256, 42,  0,   0,   0,   0,   0,   0}))
+    EXPECT_EQ(undecided_counts(kLengths), (Counts{619, 570, 535, 469, 438, 406, 468, 400, 308, 290,
+                                                  291, 334, 256, 42,  0,   0,   0,   0,   0,   0}))
         << target;
   });
-}
-
-TEST_F(SeedFilter, finds_seeds_of_as_many_unit_lengths_at_once_as_find_room) {
-  EXPECT_EQ(CSeedFilter::lag_units_at_once(2), 512U);
-  EXPECT_EQ(CSeedFilter::lag_units_at_once(625'000), 512U);
-  EXPECT_EQ(CSeedFilter::lag_units_at_once(625'001), 511U);
-  EXPECT_EQ(CSeedFilter::lag_units_at_once(26'666'666), 12U);
-  EXPECT_EQ(CSeedFilter::lag_units_at_once(26'666'667), 11U);
-  EXPECT_EQ(CSeedFilter::lag_units_at_once(64'000'000), 5U);
-  EXPECT_EQ(CSeedFilter::lag_units_at_once(64'000'001), 4U);
-  EXPECT_EQ(CSeedFilter::lag_units_at_once(4'000'000'000), 4U);
 }
 
 TEST_F(SeedFilter, finds_seeds_by_their_lags_once_for_512_unit_lengths) {
   search_units_from_to(1, 800);
   CSearchedSequence sequence(text());
-  CSeedFilter filter = filter_of(sequence, SeedUse::kGrowOverEdits);
+  CSeedFilter filter = filter_of(sequence, SeedUse::kExtendOverEdits);
   const auto tables_with = [&](std::uint64_t unit_length) {
     (void)filter.seeds(unit_length);
     return filter.work().lags.tables;
@@ -154,28 +147,28 @@ TEST_F(SeedFilter, finds_seeds_by_their_lags_once_for_512_unit_lengths) {
   EXPECT_GT(tables_with(611), more_tables);
 }
 
-TEST_F(SeedFilter, remembers_what_it_told_of_a_seed) {
+TEST_F(SeedFilter, decides_for_open_neighbours_too) {
   search_units_of(200);
   CSearchedSequence sequence(hard_text());
-  CSeedFilter filter = filter_of(sequence, SeedUse::kGrowOverEdits);
+  CSeedFilter filter = filter_of(sequence, SeedUse::kExtendOverEdits);
   const CBitSet seeds = filter.seeds(200);
-  std::uint64_t asked = 0;
-  // With one neighbour it is told of by itself, with many together with them.
-  for (const bool is_open : {false, true}) {
+  std::uint64_t neighbours = 0;
+  for (const std::uint64_t open : {std::uint64_t{0}, ~std::uint64_t{0}, std::uint64_t{0xF0}}) {
     for (std::uint64_t p = seeds.find_set(0); p < seeds.size(); p = seeds.find_set(p + 70)) {
-      int questions = 0;
-      const auto answer = [&](std::uint64_t) {
-        ++questions;
-        return is_open;
-      };
-      const bool may_grow = filter.may_grow(p, 200, answer);
-      const int first_questions = questions;
-      EXPECT_EQ(filter.may_grow(p, 200, answer), may_grow);
-      EXPECT_EQ(questions, first_questions) << p;
-      if (questions > 0) ++asked;
+      ASSERT_FALSE(filter.has_verdict(p));
+      filter.decide(p, open);
+      ASSERT_TRUE(filter.has_verdict(p));
+      for (std::uint64_t k = 1; k < 64 && p + k < seeds.size(); ++k) {
+        if (!filter.has_verdict(p + k)) continue;
+        EXPECT_TRUE(seeds.test(p + k) && (open >> k & 1) != 0) << p << " + " << k;
+        ++neighbours;
+      }
     }
+    (void)filter.seeds(201);
+    EXPECT_FALSE(filter.has_verdict(seeds.find_set(0)));
+    (void)filter.seeds(200);
   }
-  EXPECT_GT(asked, 1U);
+  EXPECT_GT(neighbours, 100U);
 }
 
 }  // namespace

@@ -19,15 +19,20 @@
 namespace quorix::testing {
 namespace {
 
-bool may_reach(const Growth& growth, std::int64_t min_score) {
+/// Asks about `growth` as an exact repeat.
+bool may_reach(const Growth& growth, std::int64_t min_score, BoundWork& work) {
   const CBases bases(growth.text);
   const auto at = [&](std::int64_t offset) { return bases.at(static_cast<std::size_t>(offset)); };
-  CScoreBound bound;
-  return bound.may_reach({at(growth.start), at(growth.end), at(growth.unit_begin),
-                          at(growth.unit_end), growth.right_phase, growth.left_phase, growth.score},
-                         {bases.begin(), bases.end(), growth.mismatch_penalty, growth.indel_penalty,
-                          growth.is_N_neutral},
-                         min_score);
+  return may_repeat_reach(
+      {bases.begin(), bases.end(), growth.scoring},
+      {at(growth.start), at(growth.end), at(growth.unit_begin), at(growth.unit_end),
+       growth.right_phase, growth.left_phase, growth.score},
+      min_score, work);
+}
+
+bool may_reach(const Growth& growth, std::int64_t min_score) {
+  BoundWork work;
+  return may_reach(growth, min_score, work);
 }
 
 struct Tally {
@@ -52,8 +57,9 @@ void expect_bound_of(const Growth& growth, std::int64_t min_score, Tally& tally)
       return std::string(target) + " unit [" + std::to_string(growth.unit_begin) + "," +
              std::to_string(growth.unit_end) + ") of " + growth.text + " score " +
              std::to_string(growth.score) + " best " + std::to_string(both.best) + " needed " +
-             std::to_string(min_score) + " penalties " + std::to_string(growth.mismatch_penalty) +
-             "," + std::to_string(growth.indel_penalty);
+             std::to_string(min_score) + " penalties " +
+             std::to_string(growth.scoring.mismatch_penalty) + "," +
+             std::to_string(growth.scoring.indel_penalty);
     };
     ASSERT_TRUE(answer || both.best < min_score) << describe();
     ASSERT_FALSE(answer && must_be_refuted) << describe();
@@ -99,14 +105,14 @@ Growth draw_growth(RandomEngine& engine, std::size_t unit_length, std::size_t ma
     growth.right_phase = draw_number(engine, 0, unit_length - 1);
     growth.left_phase = draw_number(engine, 0, unit_length - 1);
   }
-  growth.mismatch_penalty = draw_number(engine, 2, 12);
-  growth.indel_penalty =
-      draw_chance(engine, 50) ? growth.mismatch_penalty : draw_number(engine, 2, 12);
-  growth.is_N_neutral = draw_chance(engine, 50);
+  growth.scoring.mismatch_penalty = draw_number(engine, 2, 12);
+  growth.scoring.indel_penalty =
+      draw_chance(engine, 50) ? growth.scoring.mismatch_penalty : draw_number(engine, 2, 12);
+  growth.scoring.is_N_neutral = draw_chance(engine, 50);
   return growth;
 }
 
-TEST(ScoreBound, is_the_best_of_all_paths) {
+TEST(SingleBound, is_the_best_of_all_paths) {
   RandomEngine engine(12);
   Tally tally;
   for (int round = 0; round < 700; ++round) {
@@ -125,13 +131,13 @@ TEST(ScoreBound, is_the_best_of_all_paths) {
   EXPECT_GT(tally.let_through, 1000);
 }
 
-TEST(ScoreBound, is_the_best_of_all_paths_of_long_units) {
+TEST(SingleBound, is_the_best_of_all_paths_of_long_units) {
   RandomEngine engine(13);
   Tally tally;
   for (int round = 0; round < 60; ++round) {
     Growth growth = draw_growth(engine, draw_between(engine, 100, 300), 1300);
-    growth.mismatch_penalty += 4;
-    growth.indel_penalty += 4;
+    growth.scoring.mismatch_penalty += 4;
+    growth.scoring.indel_penalty += 4;
     const std::int64_t right = follow_all_paths(growth, true, growth.score).best;
     const std::int64_t best = follow_all_paths(growth, false, right).best;
     for (const std::int64_t min_score :
@@ -144,7 +150,7 @@ TEST(ScoreBound, is_the_best_of_all_paths_of_long_units) {
   EXPECT_GT(tally.let_through, 50);
 }
 
-TEST(ScoreBound, refutes_nothing_wrongly_near_the_ends_of_the_text) {
+TEST(SingleBound, refutes_nothing_wrongly_near_the_ends_of_the_text) {
   RandomEngine engine(14);
   Tally tally;
   for (int round = 0; round < 1500; ++round) {
@@ -166,11 +172,11 @@ Growth lone_unit(std::size_t unit_length, std::size_t margin) {
   growth.unit_begin = growth.start = static_cast<std::int64_t>(margin);
   growth.unit_end = growth.end = growth.start + static_cast<std::int64_t>(unit_length);
   growth.left_phase = growth.unit_length() - 1;
-  growth.mismatch_penalty = growth.indel_penalty = 6;
+  growth.scoring.mismatch_penalty = growth.scoring.indel_penalty = 6;
   return growth;
 }
 
-TEST(ScoreBound, lets_through_what_is_there_already) {
+TEST(SingleBound, lets_through_what_is_there_already) {
   Growth growth = lone_unit(5, 500);
   EXPECT_FALSE(may_reach(growth, 1));
   EXPECT_TRUE(may_reach(growth, 0));
@@ -182,13 +188,13 @@ TEST(ScoreBound, lets_through_what_is_there_already) {
 
 // Some compilers build for processors with vectors alone.
 #if (HWY_TARGETS & HWY_SCALAR) != 0
-TEST(ScoreBound, lets_all_through_without_vectors) {
+TEST(SingleBound, lets_all_through_without_vectors) {
   with_no_vectors([] { EXPECT_TRUE(may_reach(lone_unit(5, 500), 5)); });
   EXPECT_FALSE(may_reach(lone_unit(5, 500), 5));
 }
 #endif
 
-TEST(ScoreBound, lets_through_what_is_too_large_for_the_table) {
+TEST(SingleBound, lets_through_what_is_too_large_for_the_table) {
   EXPECT_FALSE(may_reach(lone_unit(1000, 3000), std::numeric_limits<std::int32_t>::max()));
   EXPECT_TRUE(may_reach(lone_unit(4097, 20'000), 4097));
   Growth growth = lone_unit(1000, 3000);
@@ -198,28 +204,46 @@ TEST(ScoreBound, lets_through_what_is_too_large_for_the_table) {
 
 /// What it takes to bound `growth`.
 BoundWork work_of(const Growth& growth, std::int64_t min_score) {
-  const CBases bases(growth.text);
-  const auto at = [&](std::int64_t offset) { return bases.at(static_cast<std::size_t>(offset)); };
-  CScoreBound bound;
-  (void)bound.may_reach({at(growth.start), at(growth.end), at(growth.unit_begin),
-                         at(growth.unit_end), growth.right_phase, growth.left_phase, growth.score},
-                        {bases.begin(), bases.end(), growth.mismatch_penalty, growth.indel_penalty,
-                         growth.is_N_neutral},
-                        min_score);
-  return bound.work();
+  BoundWork work;
+  (void)may_reach(growth, min_score, work);
+  return work;
 }
 
 /// Cells of a row of the tables of a seed, 0 if there is no table.
 std::uint64_t lanes_for(std::int64_t unit_length, std::int64_t indel_penalty, std::int64_t score,
                         std::int64_t min_score) {
   Growth growth = lone_unit(static_cast<std::size_t>(unit_length), 3000);
-  growth.indel_penalty = indel_penalty;
+  growth.scoring.indel_penalty = indel_penalty;
   growth.score = score;
   const BoundWork work = work_of(growth, min_score);
   return work.rows == 0 ? 0 : work.cells / work.rows;
 }
 
-TEST(ScoreBound, has_as_many_lanes_as_paths_can_reach) {
+/// The seeds of a long unit in its array and beside it, all asked about at once.
+TEST(SingleBound, bounds_each_seed_of_a_question_by_itself) {
+  RandomEngine engine(34);
+  const std::string text = draw_letters(engine, 700, "ACGT") +
+                           repeated(draw_letters(engine, 30, "ACGT"), 3) +
+                           draw_letters(engine, 700, "ACGT");
+  const CBases bases(text);
+  const std::int64_t first = 690;
+  const std::uint64_t asked = 0xF0F0'0F0F'F1F3'0055U;
+  std::uint64_t expected = 0;
+  for (std::int64_t k = 0; k < 64; ++k) {
+    const std::int64_t begin = first + k;
+    const Growth seed{text, begin, begin + 30, begin, begin + 30, 0, 29, 0, {6, 6, true}};
+    const bool is_asked = (asked >> k & 1) != 0;
+    if (is_asked && may_reach(seed, 40)) expected |= std::uint64_t{1} << k;
+  }
+  BoundWorkspace workspace;
+  EXPECT_EQ(single_bound({bases.begin(), bases.end(), {6, 6, true}},
+                         {bases.at(static_cast<std::size_t>(first)), 30, asked, 40}, workspace),
+            expected);
+  EXPECT_NE(expected, 0U);
+  EXPECT_NE(expected, asked);
+}
+
+TEST(SingleBound, has_as_many_lanes_as_paths_can_reach) {
   // The reach is (score + unit length) * 3 / (2 * penalty) + 3.
   EXPECT_EQ(lanes_for(8, 6, 0, 50), 16U);
   EXPECT_EQ(lanes_for(55, 6, 0, 50), 16U);
@@ -236,12 +260,12 @@ TEST(ScoreBound, has_as_many_lanes_as_paths_can_reach) {
   EXPECT_EQ(lanes_for(1000, 6, 16, 50), 0U);
 }
 
-TEST(ScoreBound, has_narrow_values_where_they_have_room) {
+TEST(SingleBound, has_narrow_values_where_they_have_room) {
   EXPECT_EQ(lanes_for(50, 6, 0, 205), 16U);
   EXPECT_EQ(lanes_for(50, 6, 0, 206), 32U);
 }
 
-TEST(ScoreBound, takes_values_of_up_to_60000) {
+TEST(SingleBound, takes_values_of_up_to_60000) {
   EXPECT_EQ(lanes_for(1000, 1000, 59'000, 59'001), 128U);
   EXPECT_EQ(lanes_for(1000, 1000, 59'001, 59'002), 0U);
   EXPECT_EQ(lanes_for(4096, 1000, 0, 9), 32U);
@@ -249,7 +273,7 @@ TEST(ScoreBound, takes_values_of_up_to_60000) {
 }
 
 // Its rows read more bases than the seed itself lives through; not more than they have to.
-TEST(ScoreBound, needs_few_bases_around_a_seed) {
+TEST(SingleBound, needs_few_bases_around_a_seed) {
   for_each_vector_target([](const char* target) {
     std::size_t margin = 0;
     while (margin < 200 && may_reach(lone_unit(40, margin), 5)) ++margin;
@@ -257,18 +281,18 @@ TEST(ScoreBound, needs_few_bases_around_a_seed) {
   });
 }
 
-TEST(ScoreBound, bounds_units_of_up_to_4096_bases) {
+TEST(SingleBound, bounds_units_of_up_to_4096_bases) {
   Growth growth = lone_unit(4096, 9000);
-  growth.mismatch_penalty = growth.indel_penalty = 1000;  // for a narrow table
+  growth.scoring.mismatch_penalty = growth.scoring.indel_penalty = 1000;  // for a narrow table
   EXPECT_FALSE(may_reach(growth, 500));
   growth = lone_unit(4097, 9000);
-  growth.mismatch_penalty = growth.indel_penalty = 1000;
+  growth.scoring.mismatch_penalty = growth.scoring.indel_penalty = 1000;
   EXPECT_TRUE(may_reach(growth, 500));
 }
 
-TEST(ScoreBound, takes_penalties_of_any_height) {
+TEST(SingleBound, takes_penalties_of_any_height) {
   Growth growth = lone_unit(8, 500);
-  growth.mismatch_penalty = growth.indel_penalty = 2147483648;
+  growth.scoring.mismatch_penalty = growth.scoring.indel_penalty = 2147483648;
   EXPECT_FALSE(may_reach(growth, 8));
   growth.text.replace(static_cast<std::size_t>(growth.end), 8, 8, 'C');
   EXPECT_TRUE(may_reach(growth, 8));
@@ -278,7 +302,7 @@ TEST(ScoreBound, takes_penalties_of_any_height) {
   EXPECT_FALSE(may_reach(growth, 10));
 }
 
-TEST(ScoreBound, lets_through_what_lives_longer_than_it_is_followed) {
+TEST(SingleBound, lets_through_what_lives_longer_than_it_is_followed) {
   RandomEngine engine(33);
   const std::string unit = draw_letters(engine, 50, "ACGT");
   const std::string noise = draw_letters(engine, 6000, "ACGT");
@@ -286,7 +310,7 @@ TEST(ScoreBound, lets_through_what_lives_longer_than_it_is_followed) {
   for (const bool is_rightward : {true, false}) {
     Growth growth = lone_unit(50, 6000);
     // No path can pay for so many indels that it leaves the table at its sides.
-    growth.mismatch_penalty = growth.indel_penalty = 1000;
+    growth.scoring.mismatch_penalty = growth.scoring.indel_penalty = 1000;
     growth.text = noise + (is_rightward ? unit + copies : copies + unit) + noise;
     growth.unit_begin = growth.start = is_rightward ? 6000 : 11'000;
     growth.unit_end = growth.end = growth.start + 50;

@@ -4,8 +4,11 @@
 
 #include <gtest/gtest.h>
 
+#include <cstddef>
+#include <cstdint>
 #include <string>
 
+#include "support/random_dna.h"
 #include "unit/search/searched_sequence.h"
 
 namespace quorix {
@@ -131,6 +134,29 @@ TEST(AnchorSeq, counts_the_guards_as_neighbours_of_the_first_and_the_last_base) 
   EXPECT_TRUE(anchors.may_seed(bases.at(0), 2));
   anchors.marks[3] = kClosedMark;
   EXPECT_TRUE(anchors.may_seed(bases.at(2), 2));
+}
+
+TEST(AnchorSeq, answers_for_64_units_as_for_each_of_them) {
+  testing::RandomEngine engine(21);
+  for (const std::size_t length : {1U, 2U, 9U, 63U, 64U, 65U, 70U, 128U, 200U}) {
+    const CBases bases(testing::draw_letters(engine, length, "ACGT"));
+    CAnchorSeq anchors(bases.begin(), length);
+    for (int round = 0; round < 20; ++round) {
+      for (char* mark = anchors.marks; mark != anchors.marks_end; ++mark) {
+        *mark = testing::draw_chance(engine, 50) ? kOpenMark : kClosedMark;
+      }
+      for (std::size_t unit_length = 1; unit_length <= length + 1; ++unit_length) {
+        for (std::size_t p = 0; p < length; ++p) {
+          std::uint64_t expected = 0;
+          for (std::size_t k = 0; k < 64 && p + k + unit_length <= length; ++k) {
+            expected |= std::uint64_t{anchors.may_seed(bases.at(p + k), unit_length)} << k;
+          }
+          ASSERT_EQ(anchors.may_seed_from(bases.at(p), unit_length), expected)
+              << length << " bases, unit " << unit_length << " at " << p;
+        }
+      }
+    }
+  }
 }
 
 }  // namespace

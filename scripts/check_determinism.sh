@@ -11,10 +11,8 @@
 # Ends with status 1 at the first build that differs.
 set -euo pipefail
 
-if [ $# -gt 1 ] || { [ $# -eq 1 ] && [ ! -d "$1" ]; }; then
-  echo 'usage: scripts/check_determinism.sh [FOLDER]' >&2
-  exit 2
-fi
+source "$(dirname -- "$(readlink -f -- "${BASH_SOURCE[0]}")")/usage.sh"
+if [ $# -gt 1 ] || { [ $# -eq 1 ] && [ ! -d "$1" ]; }; then refuse_arguments; fi
 more_inputs=''
 [ $# -eq 0 ] || more_inputs=$(readlink -f -- "$1")
 cd -- "$(dirname -- "$(readlink -f -- "${BASH_SOURCE[0]}")")/.."

@@ -8,10 +8,8 @@
 # is named, the reports that differ are kept, and the script fails at the end.
 set -euo pipefail
 
-if [ $# -ne 1 ] || [ ! -d "$1" ]; then
-  echo 'usage: scripts/compare_with_plain.sh FOLDER' >&2
-  exit 2
-fi
+source "$(dirname -- "$(readlink -f -- "${BASH_SOURCE[0]}")")/usage.sh"
+if [ $# -ne 1 ] || [ ! -d "$1" ]; then refuse_arguments; fi
 folder=$(readlink -f -- "$1")
 readonly folder
 cd -- "$(dirname -- "$(readlink -f -- "${BASH_SOURCE[0]}")")/.."

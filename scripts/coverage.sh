@@ -1,8 +1,14 @@
 #!/usr/bin/env bash
 # Runs all tests in a build that counts which lines and branches run, prints the tables of src/ and
-# fails below the shares that the project asks for. Branches to what catches an exception are not
-# counted: the compiler makes one of every call.
+# fails below the shares that the project asks for:
+#
+#   scripts/coverage.sh
+#
+# Branches to what catches an exception are not counted: the compiler makes one of every call.
 set -euo pipefail
+
+source "$(dirname -- "$(readlink -f -- "${BASH_SOURCE[0]}")")/usage.sh"
+[ $# -eq 0 ] || refuse_arguments
 
 readonly least_lines=98 least_branches=95 # percent
 

@@ -20,10 +20,7 @@
 set -euo pipefail
 export LC_ALL=C
 
-usage() {
-  printf 'usage: scripts/fuzz.sh SECONDS | --runs N | --minimise [HARNESS]...\n' >&2
-  exit 2
-}
+source "$(dirname -- "$(readlink -f -- "${BASH_SOURCE[0]}")")/usage.sh"
 
 readonly all_harnesses=(parse search kernel report args)
 
@@ -107,21 +104,21 @@ main() {
   case "${1-}" in
     --minimise) shift ;;
     --runs)
-      is_number "${2-}" || usage
+      is_number "${2-}" || refuse_arguments
       limit=-runs=$2
       shift 2
       ;;
     *)
-      is_number "${1-}" || usage
+      is_number "${1-}" || refuse_arguments
       limit=-max_total_time=$1
       shift
       ;;
   esac
-  is_number "${LONGEST_INPUT-1}" || usage
+  is_number "${LONGEST_INPUT-1}" || refuse_arguments
   harnesses=("$@")
   [ $# -gt 0 ] || harnesses=("${all_harnesses[@]}")
   for harness in "${harnesses[@]}"; do
-    [ -n "${most_bytes[$harness]-}" ] || usage
+    [ -n "${most_bytes[$harness]-}" ] || refuse_arguments
   done
 
   cd -- "$(dirname -- "$(readlink -f -- "${BASH_SOURCE[0]}")")/.."

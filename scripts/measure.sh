@@ -12,10 +12,8 @@ export LC_ALL=C # decimal points
 readonly run_count=3
 readonly small_file_bytes=60000
 
-if [ $# -ne 1 ] || [ ! -d "$1" ]; then
-  echo 'usage: scripts/measure.sh FOLDER' >&2
-  exit 2
-fi
+source "$(dirname -- "$(readlink -f -- "${BASH_SOURCE[0]}")")/usage.sh"
+if [ $# -ne 1 ] || [ ! -d "$1" ]; then refuse_arguments; fi
 folder=$(readlink -f -- "$1")
 readonly folder
 cd -- "$(dirname -- "$(readlink -f -- "${BASH_SOURCE[0]}")")/.."

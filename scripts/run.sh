@@ -1,7 +1,13 @@
 #!/usr/bin/env bash
-# Sets all up, builds the program and prints its reports of examples/*.fa on standard output. What
-# setup, build and search say on the way goes to standard error.
+# Sets all up, builds the program and prints its reports of examples/*.fa on standard output:
+#
+#   scripts/run.sh
+#
+# Messages of setup, build and search go to standard error.
 set -euo pipefail
+
+source "$(dirname -- "$(readlink -f -- "${BASH_SOURCE[0]}")")/usage.sh"
+[ $# -eq 0 ] || refuse_arguments
 
 cd -- "$(dirname -- "$(readlink -f -- "${BASH_SOURCE[0]}")")/.."
 

@@ -8,11 +8,14 @@
 # All that it says goes to standard error.
 set -euo pipefail
 
+source "$(dirname -- "$(readlink -f -- "${BASH_SOURCE[0]}")")/usage.sh"
+
 readonly run_packages=(g++ cmake make libtclap-dev libhwy-dev)
 readonly test_packages=("${run_packages[@]}"
   libgtest-dev librapidcheck-dev libbenchmark-dev clang clang-format clang-tidy cppcheck locales
+  ninja-build python3)
+readonly coverage_packages=("${run_packages[@]}" libgtest-dev librapidcheck-dev gcovr ninja-build
   python3)
-readonly coverage_packages=("${run_packages[@]}" libgtest-dev librapidcheck-dev gcovr python3)
 readonly measure_packages=("${run_packages[@]}" time)
 readonly bench_packages=("${run_packages[@]}" libbenchmark-dev)
 readonly mutate_packages=("${run_packages[@]}" libgtest-dev librapidcheck-dev ninja-build python3)
@@ -62,6 +65,7 @@ install() {
 
 main() {
   local packages=() missing=() package
+  [ $# -le 1 ] || refuse_arguments
   case "${1-}" in
     run) packages=("${run_packages[@]}") ;;
     test) packages=("${test_packages[@]}") ;;
@@ -70,10 +74,11 @@ main() {
     bench) packages=("${bench_packages[@]}") ;;
     fuzz) packages=("${fuzz_packages[@]}") ;;
     mutate) packages=("${mutate_packages[@]}") ;;
-    *)
-      say "usage: scripts/setup.sh run | test | coverage | measure | bench | fuzz | mutate"
-      exit 2
+    '')
+      print_usage
+      exit 0
       ;;
+    *) refuse_arguments ;;
   esac
   if ! command -v dpkg-query >/dev/null || ! command -v apt-get >/dev/null; then
     give_up "this is no Debian-like system: dpkg-query or apt-get is missing" "${packages[*]}"

@@ -1,11 +1,15 @@
 #!/usr/bin/env bash
-# Sets all up, then checks everything, from the cheap to the dear; the first failure ends it.
+# Sets all up, then checks everything; the first failure ends it.
 #
 #   scripts/test.sh            all of it, as continuous integration does
 #   scripts/test.sh --quick    format, build and tests with g++ alone, for daily work
 #
-# On success the summary of ctest is the last that it prints.
+# --quick leaves out the tests with the label `long`: faults, hostile input, determinism, load, the
+# attack on filters, and random comparisons with the plain engine. On success the summary of ctest is
+# the last that is printed. A compiler cache (ccache) is used where one is installed.
 set -euo pipefail
+
+source "$(dirname -- "$(readlink -f -- "${BASH_SOURCE[0]}")")/usage.sh"
 
 cd -- "$(dirname -- "$(readlink -f -- "${BASH_SOURCE[0]}")")/.."
 jobs=$(nproc)
@@ -30,12 +34,16 @@ check_format() {
 }
 
 configure() { # PRESET
+  local fresh=()
   stage "Configuring '$1'"
-  cmake --preset "$1"
+  # A folder of another generator cannot be brought up to date.
+  if [ "$1" != release ] && [ -f "build-$1/Makefile" ]; then fresh=(--fresh); fi
+  cmake --preset "$1" "${fresh[@]}"
+  [ ${#fresh[@]} -eq 0 ] || rm -- "build-$1/Makefile"
 }
 
 build() { # PRESET [WORD]...
-  stage "Building '$1'${3:+: $3}"
+  stage "Building '$1'${3:+: ${*:3}}"
   cmake --build --preset "$1" --parallel "$jobs" "${@:2}"
 }
 
@@ -45,10 +53,11 @@ run_tests() { # PRESET [WORD]...
 }
 
 # Warnings of system headers are counted even when they are hidden, so the output of a clean file
-# is dropped.
+# is dropped. A file that is compiled for each kind of processor is looked at for one of them: the
+# lines are the same for all.
 lint_file() { # FILE
   local output
-  output=$(clang-tidy -p build-dev --quiet "$1" 2>&1) || {
+  output=$(clang-tidy -p build-dev --quiet --extra-arg=-DHWY_COMPILE_ONLY_STATIC "$1" 2>&1) || {
     printf '%s\n' "$output"
     return 1
   }
@@ -58,7 +67,9 @@ export -f lint_file
 lint() {
   stage "Lint of src and bench (clang-tidy)"
   # shellcheck disable=SC2016  # the $1 is for the inner shell
-  find src bench -name '*.cpp' -print0 | sort --zero-terminated |
+  # The longest files first, so that none is left for the end.
+  find src bench -name '*.cpp' -printf '%s %p\0' | sort --zero-terminated --numeric-sort --reverse |
+    cut --zero-terminated --delimiter=' ' --fields=2- |
     xargs --null --max-args=1 --max-procs="$jobs" bash -c 'lint_file "$1"' lint_file
 
   stage "Lint of src (cppcheck)"
@@ -72,20 +83,23 @@ main() {
   case "${1-}" in
     '') ;;
     --quick) is_quick=true ;;
-    *)
-      printf 'usage: scripts/test.sh [--quick]\n' >&2
-      exit 2
-      ;;
+    *) refuse_arguments ;;
   esac
+  [ $# -le 1 ] || refuse_arguments
 
   trap 'say_where_it_ended $?' EXIT
   stage "Packages"
   scripts/setup.sh test
+  if command -v ccache >/dev/null; then
+    # The headers that are compiled once are as good as their text to it.
+    export CMAKE_CXX_COMPILER_LAUNCHER=${CMAKE_CXX_COMPILER_LAUNCHER-ccache}
+    export CCACHE_SLOPPINESS=${CCACHE_SLOPPINESS-pch_defines,time_macros}
+  fi
   check_format
   configure dev
   if [ "$is_quick" = true ]; then
-    build dev
-    run_tests dev
+    build dev --target quorix_quick_tests
+    run_tests dev --label-exclude long
     return
   fi
 
@@ -94,11 +108,10 @@ main() {
   build release
   stage "Hardening of the release program"
   tests/architecture/check_hardening.sh build/quorix
-  build dev --target all_verify_interface_header_sets
-  build dev
+  build dev --target all_verify_interface_header_sets all
   run_tests dev
   configure clang
-  build clang
+  build clang --target quorix_unit_tests
   run_tests clang --label-regex unit
   configure asan-ubsan
   build asan-ubsan

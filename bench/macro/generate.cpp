@@ -2,10 +2,10 @@
 //
 //   quorix_generate random BASES RECORDS SEED           records of random bases
 //   quorix_generate gap FLANK GAP SEED                  a run of N's between random flanks
-//   quorix_generate array UNIT COPIES PERCENT SEED      copies of a random unit, worn
+//   quorix_generate array UNIT COPIES PERCENT SEED      copies of a random unit, diverged
 //   quorix_generate microsatellites BASES SEED          arrays of short units in random DNA
 //   quorix_generate pure UNIT BASES                     perfect copies of the unit in letters
-//   quorix_generate slice FILE BASES                    the first so many bases without an N
+//   quorix_generate slice FILE BASES                    the first BASES bases in a row without an N
 //
 // The same arguments give the same bytes everywhere.
 
@@ -57,8 +57,8 @@ void write_array(const Words& words) {
   write_record("array", random.array(unit, unit.size() * number(words.at(1)), number(words.at(2))));
 }
 
-/// Arrays of 20 to 2000 bases, of units of 1 to 6 bases, up to 10 % worn, alternate with as much
-/// random DNA.
+/// Writes arrays of 20 to 2000 bases, of units of 1 to 6 bases, up to 10 % diverged. They alternate
+/// with as much random DNA.
 void write_microsatellites(const Words& words) {
   CRandomBases random(number(words.at(1)));
   const std::size_t length = number(words.at(0));
@@ -81,8 +81,8 @@ void write_pure(const Words& words) {
   write_record("pure " + unit, bases);
 }
 
-/// The letters stay as they are, soft-masked ones too; a stretch ends with its record, and at any
-/// letter that is no base.
+/// Writes the first stretch of so many bases in the file. Soft-masked letters stay as they are. A
+/// stretch ends with its record, and at any letter that is no base.
 void write_slice(const Words& words) {
   const std::size_t length = number(words.at(1));
   std::ifstream file(words.at(0), std::ios::binary);

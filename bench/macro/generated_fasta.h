@@ -1,9 +1,9 @@
 #pragma once
 
 /// @file
-/// What the generators of inputs share: bases from a seed, and FASTA on standard output. The same
-/// seed gives the same bytes everywhere: only what the standard pins of <random> is used, its
-/// engine, and not its distributions.
+/// Common parts of the input generators: bases from a seed, and FASTA on standard output. The same
+/// seed produces the same bytes everywhere: of <random> only the engine is used, which the standard
+/// defines exactly, and not the distributions.
 
 #include <cstddef>
 #include <cstdint>
@@ -20,18 +20,18 @@ class CRandomBases {
  public:
   explicit CRandomBases(std::uint64_t seed) : engine_(seed) {}
 
-  /// A whole number from `first` to `last`, both inclusive.
+  /// Returns a whole number from `first` to `last`, both inclusive.
   std::size_t between(std::size_t first, std::size_t last) {
     return first + static_cast<std::size_t>(engine_() % (last - first + 1));
   }
 
-  /// True in `percent` of all draws.
+  /// Returns true in `percent` of all draws.
   bool chance(std::size_t percent) { return between(1, 100) <= percent; }
 
   char base() { return kBases[between(0, 3)]; }
 
-  /// A base that is not `other`.
-  char base_but(char other) {
+  /// Returns a base other than `other`.
+  char base_other_than(char other) {
     const std::size_t index = kBases.find(other);
     return kBases[(index + between(1, 3)) % kBases.size()];
   }
@@ -42,22 +42,22 @@ class CRandomBases {
     return drawn;
   }
 
-  /// `length` bases of copies of `unit`, of which `percent` are hit by an edit: half of them
+  /// Returns `length` bases of copies of `unit`, diverged by `percent`: half of the edits are
   /// substitutions, a quarter each insertions and deletions.
   std::string array(const std::string& unit, std::size_t length, std::size_t percent) {
-    std::string grown;
-    for (std::size_t i = 0; grown.size() < length; ++i) {
+    std::string drawn;
+    for (std::size_t i = 0; drawn.size() < length; ++i) {
       const char unit_base = unit[i % unit.size()];
       if (!chance(percent)) {
-        grown += unit_base;
+        drawn += unit_base;
         continue;
       }
       const std::size_t kind = between(0, 3);
-      if (kind <= 1) grown += base_but(unit_base);
-      if (kind == 2) grown += {unit_base, base()};
+      if (kind <= 1) drawn += base_other_than(unit_base);
+      if (kind == 2) drawn += {unit_base, base()};
     }
-    grown.resize(length);
-    return grown;
+    drawn.resize(length);
+    return drawn;
   }
 
  private:

@@ -1,8 +1,8 @@
 # shellcheck shell=bash disable=SC2034,SC2154 # the variables are shared with the other files
-# How bench/macro/run.sh makes its inputs, measures a run, and tells it. Sourced, with the settings
-# of the run in `folder`, `pattern`, `runs`, `limit`, `output` and `scratch`.
+# Makes the inputs of the benchmarks, measures runs and formats their figures. Sourced, with the
+# settings of the run in `folder`, `pattern`, `runs`, `limit`, `output` and `scratch`.
 
-readonly least_seconds=0.2 most_plain_seconds=60
+readonly min_seconds=0.2 max_plain_seconds=60
 readonly programs=build-bench
 readonly quorix=$programs/quorix
 readonly quorix_plain=$programs/tests/reference/quorix_plain
@@ -10,7 +10,8 @@ readonly quorix_plain=$programs/tests/reference/quorix_plain
 failures=0
 pending_head=''
 
-# emit TEXT: prints lines of the tables, and keeps them. The head of a table waits for its first row.
+# emit TEXT: prints lines of a table and appends them to `output`. The head of a table waits for its
+# first row.
 emit() {
   printf '%s%s\n' "$pending_head" "$1" | tee --append "$output"
   pending_head=''
@@ -39,7 +40,7 @@ row() {
   emit "|$cells"
 }
 
-# Where and with what the figures were made.
+# begin_output: prints the machine, compiler, date and commit of the figures.
 begin_output() {
   local cpu memory compiler commit
   cpu=$(awk -F ': ' '/^model name/ { print $2; exit }' /proc/cpuinfo)
@@ -54,14 +55,14 @@ begin_output() {
 
 is_wanted() { [[ $1 =~ $pattern ]]; }
 
-# calculate EXPRESSION: what awk makes of it, with six digits behind the point.
+# calculate EXPRESSION: prints its value by awk, with six decimals.
 calculate() { awk "BEGIN { printf \"%.6f\", $1 }"; }
 
 # is_true EXPRESSION
 is_true() { awk "BEGIN { exit !($1) }"; }
 
-# make_input KIND WORD...: puts the name of the file into `made`; 1 if it needs a genome that is
-# missing. Kinds: 'genome NAME', 'slice NAME BASES' and those of quorix_generate.
+# make_input KIND WORD...: sets `made` to the name of the input; returns 1 if it needs a genome that
+# is missing. Kinds: 'genome NAME', 'slice NAME BASES' and those of quorix_generate.
 make_input() {
   local name="$*"
   made="$scratch/${name// /_}.fa"
@@ -82,13 +83,13 @@ make_input() {
   fi
 }
 
-# repeat_file FILE COPIES: puts the name of a file of so many copies into `made`.
+# repeat_file FILE COPIES: sets `made` to the name of a file with that many copies.
 repeat_file() {
   local copy
   made=$1
   [ "$2" -gt 1 ] || return 0
   made="$scratch/copies_$2.fa"
-  awk 1 "$1" >"$scratch/copy.fa" # with a line feed behind the last line too
+  awk 1 "$1" >"$scratch/copy.fa" # with a line feed after the last line too
   for ((copy = 0; copy < $2; ++copy)); do cat "$scratch/copy.fa"; done >"$made"
 }
 
@@ -97,8 +98,9 @@ count_bases() {
   read -r _ bases longest < <("$programs/bench/quorix_read_only" "$1")
 }
 
-# measure COUNT COMMAND [WORD]...: sets `seconds` to the median of so many runs and `peak` to the
-# largest peak in KiB. `outcome` becomes 0, the first status that is not, or 'over'.
+# measure COUNT COMMAND [WORD]...: runs the command COUNT times. Sets `seconds` to the median and
+# `peak` to the maximum of the peaks in KiB. `outcome` becomes 0, the first status other than 0, or
+# 'over'.
 measure() {
   local count=$1 run
   shift
@@ -114,12 +116,12 @@ measure() {
   seconds=$(sort --numeric-sort "$scratch/figures" |
     awk '{ s[NR] = $1 } END { print s[int((NR + 1) / 2)] }')
   peak=$(awk '$2 > peak { peak = $2 } END { print peak }' "$scratch/figures")
-  # A run that was ended is as long as the limit at least.
+  # A run that was ended took at least the limit.
   [ "$outcome" != over ] || seconds=$limit
 }
 
-# choose_copies FILE OPTION...: sets `copies` to as many as make a run take long enough, and
-# `searched` to the name of the file of them, which the program has searched once.
+# choose_copies FILE OPTION...: searches growing numbers of copies of the file until a run takes the
+# minimum time. Sets `copies` and `searched`, the name of the file of copies.
 choose_copies() {
   local file=$1
   shift
@@ -129,10 +131,10 @@ choose_copies() {
     repeat_file "$file" "$copies"
     searched=$made
     measure 1 "$quorix" "$@" -- "$searched" "$scratch/report"
-    if [ "$outcome" != 0 ] || is_true "$seconds >= $least_seconds"; then
+    if [ "$outcome" != 0 ] || is_true "$seconds >= $min_seconds"; then
       break
     fi
-    copies=$(awk "BEGIN { print int($copies * 1.2 * $least_seconds / $seconds) + 1 }")
+    copies=$(awk "BEGIN { print int($copies * 1.2 * $min_seconds / $seconds) + 1 }")
   done
 }
 
@@ -145,8 +147,8 @@ measure_program() {
   fi
 }
 
-# told_seconds SECONDS OUTCOME
-told_seconds() {
+# format_seconds SECONDS OUTCOME
+format_seconds() {
   case $2 in
     0) printf '%.3f' "$1" ;;
     over) printf 'over %s' "$1" ;;
@@ -154,8 +156,8 @@ told_seconds() {
   esac
 }
 
-# told_speed BASES SECONDS OUTCOME: in Mbp a second.
-told_speed() {
+# format_speed BASES SECONDS OUTCOME: in Mbp per second.
+format_speed() {
   if [ "$3" = 0 ]; then
     printf '%.3f' "$(calculate "$1 / $2 / 1e6")"
   else
@@ -163,13 +165,13 @@ told_speed() {
   fi
 }
 
-told_memory() { printf '%.1f' "$(calculate "$1 / 1024")"; }
+format_memory() { printf '%.1f' "$(calculate "$1 / 1024")"; }
 
-# told_memory_a_base KIB LONGEST
-told_memory_a_base() { printf '%.1f' "$(calculate "$2 == 0 ? 0 : $1 * 1024 / $2")"; }
+# format_memory_per_base KIB LONGEST
+format_memory_per_base() { printf '%.1f' "$(calculate "$2 == 0 ? 0 : $1 * 1024 / $2")"; }
 
-# told_input COPIES OPTIONS WORD...
-told_input() {
+# format_input COPIES OPTIONS WORD...
+format_input() {
   local copies=$1 options=$2 name
   shift 2
   name="${*#genome}"
@@ -177,14 +179,14 @@ told_input() {
   printf '%s, %s' "${name# }" "$options"
 }
 
-# is_same_report REPORT PLAIN_REPORT: neither the head of a report nor its last line are the plain
-# engine's business.
+# is_same_report REPORT PLAIN_REPORT: compares them without the head and the last line, which the
+# plain engine does not print.
 is_same_report() {
   cmp -s <(sed -n -e '/^>/,$p' "$1" | sed -e '${/^## Finished successfully\. ##$/d}') "$2"
 }
 
-# measure_plain FILE PLAIN_FILE OPTION...: the plain engine, on the file of copies where it can bear
-# them. PLAIN_FILE is empty unless it gets another one. Sets `plain_searched`.
+# measure_plain FILE PLAIN_FILE OPTION...: measures the plain engine on as many copies as its time
+# allows. PLAIN_FILE is empty unless it gets another input. Sets `plain_searched`.
 measure_plain() {
   local file=${2:-$1} plain_copies
   local other=$2
@@ -194,7 +196,7 @@ measure_plain() {
   if [ "$outcome" != 0 ] || [ -n "$other" ]; then
     return 0
   fi
-  plain_copies=$(awk "BEGIN { print int($most_plain_seconds / $seconds) }")
+  plain_copies=$(awk "BEGIN { print int($max_plain_seconds / $seconds) }")
   if [ "$plain_copies" -ge "$copies" ]; then
     plain_searched=$searched
     measure "$runs" "$quorix_plain" "$@" -- "$searched" "$scratch/plain"

@@ -1,6 +1,6 @@
 # shellcheck shell=bash disable=SC2034,SC2154 # the variables are shared with the other files
-# The rows of bench/macro/rows.sh with another build of the program in the place of the plain
-# engine: both run in turn on the same input, so that a change of the machine's speed hits both.
+# Runs the rows of bench/macro/rows.sh with another build of the program instead of the plain engine:
+# both run in turn on the same input, so that a change of the speed of the machine affects both.
 # Sourced after rows.sh, with the other program in `base`.
 
 compare() { pair "$1" "$3" "$4"; }
@@ -10,7 +10,7 @@ gap_of_Ns() {
   pair gap/20M '-M imperfect' 'gap 200000 20000000 1'
 }
 
-# pair NAME OPTIONS INPUT: a row with the median of the ratios of neighbouring runs.
+# pair NAME OPTIONS INPUT: prints a row with the median of the ratios of neighbouring runs.
 pair() {
   local name=$1 options words run ratios='' base_times='' program_times='' verdict=same
   local base_seconds program_seconds
@@ -33,7 +33,7 @@ pair() {
     verdict='OUTPUTS DIFFER'
     fail "$name: $verdict"
   fi
-  row "$name" "$(told_input "$copies" "$2" "${words[@]}")" "$(median_of "$base_times")" \
+  row "$name" "$(format_input "$copies" "$2" "${words[@]}")" "$(median_of "$base_times")" \
     "$(median_of "$program_times")" "$(median_of "$ratios")" \
     "$(extreme_of "$ratios" 1)" "$(extreme_of "$ratios" '$')" "$verdict"
 }
@@ -53,13 +53,13 @@ measure_in_turn() {
   done
 }
 
-# median_of LINES: three digits after the point.
+# median_of LINES: prints the median with three decimals.
 median_of() {
   sort --numeric-sort <<<"${1%$'\n'}" |
     awk '{ s[NR] = $1 } END { printf "%.3f", (s[int((NR + 1) / 2)] + s[int(NR / 2) + 1]) / 2 }'
 }
 
-# extreme_of LINES 1|$: the lowest or the highest of them, with three digits after the point.
+# extreme_of LINES 1|$: prints the minimum or the maximum, with three decimals.
 extreme_of() {
   printf '%.3f' "$(sort --numeric-sort <<<"${1%$'\n'}" | sed -n "$2p")"
 }

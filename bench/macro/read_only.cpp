@@ -1,4 +1,4 @@
-// quorix_read_only: what reading a FASTA file costs, and nothing else.
+// quorix_read_only: reads a FASTA file and does nothing else, to measure the cost of reading.
 //
 //   quorix_read_only FILE
 //

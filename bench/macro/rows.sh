@@ -1,9 +1,9 @@
 # shellcheck shell=bash disable=SC2034,SC2154 # the variables are shared with the other files
-# The rows of bench/macro/run.sh: what is searched, with which options, and what is asked of it.
-# Sourced behind measuring.sh, which tells what `seconds`, `peak`, `outcome` and `made` are.
+# The rows of bench/macro/run.sh: inputs, options and targets. Sourced after measuring.sh, which
+# explains `seconds`, `peak`, `outcome` and `made`.
 
-# compare NAME TARGET OPTIONS INPUT [PLAIN_INPUT]: a row of the program beside the plain engine. An
-# input is what `make_input` takes, in one word.
+# compare NAME TARGET OPTIONS INPUT [PLAIN_INPUT]: prints a row of the program beside the plain engine.
+# An input has the words of `make_input` in one argument.
 compare() {
   local name=$1 target=$2 options words=() file plain_file='' cells=() verdict ratio='-' sign=''
   local program_seconds program_outcome program_bases
@@ -23,14 +23,14 @@ compare() {
 
   measure_program "$file" "${options[@]}"
   count_bases "$searched"
-  cells=("$name" "$(told_input "$copies" "$3" "${words[@]}")" "$bases"
-    "$(told_seconds "$seconds" "$outcome")" "$(told_speed "$bases" "$seconds" "$outcome")"
-    "$(told_memory "$peak")" "$(told_memory_a_base "$peak" "$longest")")
+  cells=("$name" "$(format_input "$copies" "$3" "${words[@]}")" "$bases"
+    "$(format_seconds "$seconds" "$outcome")" "$(format_speed "$bases" "$seconds" "$outcome")"
+    "$(format_memory "$peak")" "$(format_memory_per_base "$peak" "$longest")")
   program_seconds=$seconds program_outcome=$outcome program_bases=$bases
 
   measure_plain "$file" "$plain_file" "${options[@]}"
   count_bases "$plain_searched"
-  cells+=("$(told_seconds "$seconds" "$outcome") ($bases)")
+  cells+=("$(format_seconds "$seconds" "$outcome") ($bases)")
   if [[ $program_outcome != [0o]* || $outcome != [0o]* ]]; then
     verdict='failed'
   elif [ "$program_outcome$outcome" != overover ]; then
@@ -57,7 +57,8 @@ compare() {
   row "${cells[@]}" "$ratio" "$target" "$verdict"
 }
 
-# judge SIGN RATIO TARGET: a ratio that is known from one side alone may leave it open.
+# judge SIGN RATIO TARGET: prints the verdict. A ratio of which only a bound is known may leave it
+# open.
 judge() {
   if is_true "$2 >= $3"; then
     if [[ $1 == below* ]]; then echo open; else echo pass; fi
@@ -66,13 +67,13 @@ judge() {
   fi
 }
 
-# run_alone NAME OPTIONS INPUT [BYTES_A_BASE]: a row of the program alone. Its memory may be so many
-# bytes for each base of the longest record, and 64 MB.
+# run_alone NAME OPTIONS INPUT [BYTES_A_BASE]: prints a row of the program alone. Its memory may be that
+# many bytes for each base of the longest record, and 64 MB.
 run_alone() {
   if is_wanted "$1"; then measure_alone "$@"; fi
 }
 
-# measure_alone NAME OPTIONS INPUT [BYTES_A_BASE]: that row, wanted or not.
+# measure_alone NAME OPTIONS INPUT [BYTES_A_BASE]: prints that row, wanted or not.
 measure_alone() {
   local name=$1 options words verdict=''
   read -r -a options <<<"$2"
@@ -88,10 +89,10 @@ measure_alone() {
     verdict=failed
     fail "$name: failed"
   fi
-  row "$name" "$(told_input 1 "$2" "${words[@]}")" "$bases" \
-    "$(told_seconds "$seconds" "$outcome")" \
+  row "$name" "$(format_input 1 "$2" "${words[@]}")" "$bases" \
+    "$(format_seconds "$seconds" "$outcome")" \
     "$(if [ "$outcome" = 0 ]; then calculate "$seconds * 1e6 / $bases"; else echo '-'; fi)" \
-    "$(told_memory "$peak")" "$(told_memory_a_base "$peak" "$longest")" \
+    "$(format_memory "$peak")" "$(format_memory_per_base "$peak" "$longest")" \
     "${4:+memory $4 bytes a base and 64 MB}" "$verdict"
 }
 
@@ -105,7 +106,7 @@ against_the_plain_engine() {
     compare "short/imperfect/$file" 12 '-M imperfect' "genome $file"
   done
 
-  # Long units cost the plain engine a second for a few hundred bases; slices are what it can bear.
+  # Long units cost the plain engine a second for a few hundred bases, so it gets slices.
   local -r human='slice human-chr22-1M.fa'
   compare long/20/human 40 '-U 20' "$human 100000"
   compare long/20/yeast-hardmasked 40 '-U 20' 'genome yeast-chrI-hardmasked.fa'
@@ -131,7 +132,7 @@ alone() {
   for size in 1 4 16 64; do
     run_alone "growth/random/${size}M" '-M imperfect' "random ${size}000000 1 1"
   done
-  # Telomere and minisatellites, which no plain engine comes to the end of.
+  # Telomere and minisatellites, which the plain engine cannot finish.
   run_alone long/500/human-2M '-U 500' 'slice human-chr2-2.3M-softmasked.fa 2000000'
   for percent in 2 10; do
     for size in 100 200 400 800 1600; do
@@ -151,7 +152,7 @@ alone() {
   run_alone memory/imperfect '-M imperfect' 'random 64000000 1 1' 3
 }
 
-# What a gap of 20 Mbp costs more than one of 200 bases.
+# gap_of_Ns: how much more a gap of 20 Mbp costs than one of 200 bases.
 gap_of_Ns() {
   local short_seconds short_outcome verdict=fail more='-'
   is_wanted 'gap/200 gap/20M gap/difference' || return 0
@@ -165,7 +166,7 @@ gap_of_Ns() {
   row gap/difference 'the one less the other' '' "$more" '' '' '' '0.060 s' "$verdict"
 }
 
-# What no program that reads the whole input can go below.
+# limits_of_the_machine: times that no program that reads the whole input can beat.
 limits_of_the_machine() {
   local copies=1
   begin_table 'Physical limits' row command bases seconds 'Mbp/s' 'peak MiB'
@@ -179,8 +180,8 @@ limits_of_the_machine() {
   while true; do
     repeat_file "$genome" "$copies"
     measure 1 "$programs/bench/quorix_read_only" "$made"
-    is_true "$seconds < $least_seconds" || break
-    copies=$(awk "BEGIN { print int($copies * 1.2 * $least_seconds / $seconds) + 1 }")
+    is_true "$seconds < $min_seconds" || break
+    copies=$(awk "BEGIN { print int($copies * 1.2 * $min_seconds / $seconds) + 1 }")
   done
   count_bases "$made"
   limit_row limits/cat "cat of yeast x $copies" cat -- "$made"
@@ -195,27 +196,27 @@ limit_row() {
   shift 2
   is_wanted "$name" || return 0
   measure "$runs" "$@"
-  row "$name" "$text" "$bases" "$(told_seconds "$seconds" "$outcome")" \
-    "$(told_speed "$bases" "$seconds" "$outcome")" "$(told_memory "$peak")"
+  row "$name" "$text" "$bases" "$(format_seconds "$seconds" "$outcome")" \
+    "$(format_speed "$bases" "$seconds" "$outcome")" "$(format_memory "$peak")"
 }
 
-# Another method of finding repeats, for its time: what it finds is not what we find.
+# another_method: the time of another method, which finds something else than we do.
 another_method() {
-  local longest_unit program_time
+  local max_unit_length program_time
   command -v tantan >/dev/null || return 0
   begin_table 'tantan, another method' row input bases seconds 'tantan seconds'
-  for longest_unit in 6 50 100 500; do
-    is_wanted "tantan/$longest_unit" || continue
+  for max_unit_length in 6 50 100 500; do
+    is_wanted "tantan/$max_unit_length" || continue
     if ! make_input slice human-chr22-1M.fa 100000; then
-      row "tantan/$longest_unit" 'skipped: no human-chr22-1M.fa' '' '' ''
+      row "tantan/$max_unit_length" 'skipped: no human-chr22-1M.fa' '' '' ''
       continue
     fi
-    measure_program "$made" -U "$longest_unit"
-    program_time=$(told_seconds "$seconds" "$outcome")
+    measure_program "$made" -U "$max_unit_length"
+    program_time=$(format_seconds "$seconds" "$outcome")
     count_bases "$searched"
-    measure "$runs" tantan -w "$longest_unit" -f 4 "$searched"
-    row "tantan/$longest_unit" \
-      "$(told_input "$copies" "-U $longest_unit" slice human-chr22-1M.fa 100000)" "$bases" \
-      "$program_time" "$(told_seconds "$seconds" "$outcome")"
+    measure "$runs" tantan -w "$max_unit_length" -f 4 "$searched"
+    row "tantan/$max_unit_length" \
+      "$(format_input "$copies" "-U $max_unit_length" slice human-chr22-1M.fa 100000)" "$bases" \
+      "$program_time" "$(format_seconds "$seconds" "$outcome")"
   done
 }

@@ -1,40 +1,37 @@
 #!/usr/bin/env bash
 # Measures whole runs of the release program, beside the plain engine and alone, and prints Markdown
-# tables of what they need:
+# tables of their time and memory:
 #
 #   bench/macro/run.sh [--rows PATTERN] [--runs N] [--limit SECONDS] [--output FILE] [--base PROGRAM] [FOLDER]
 #
 # FOLDER holds the genomes that some rows need, one unpacked FASTA file each; a row whose file is
-# missing is told as skipped. All other inputs are generated.
+# missing is marked as skipped. All other inputs are generated.
 #
-#   --rows PATTERN    only the rows whose name the extended regular expression finds
-#   --runs N          runs whose median is told, 3 if not given
-#   --limit SECONDS   a run that takes longer is ended and told as such, 120 if not given
-#   --output FILE     where the tables go besides standard output, build-bench/macro.md if not given
+#   --rows PATTERN    only the rows whose names match the extended regular expression
+#   --runs N          prints the median of N runs; the default is 3
+#   --limit SECONDS   a run that takes longer is ended, and its row says so; the default is 120
+#   --output FILE     also writes the tables to FILE; the default is build-bench/macro.md
 #   --base PROGRAM    another build of the program: the rows show the ratio of both, which run in
 #                     turn, and neither the plain engine nor another program is measured
 #
-# Seconds are wall time from start to end of the process with the report written to a file, memory
-# is the largest of the peaks. An input that the program is done with in less than 0.2 seconds is
-# searched in as many copies as it takes. The plain engine gets the same file if it needs at most
-# a minute for it, else as many copies as that allows, or a shorter slice, and is run once; times
-# are compared a base. On what both have searched, both must have written the same.
+# Seconds are wall time from start to end of the process, with the report written to a file; memory
+# is the maximum of the peaks. An input that takes the program less than 0.2 seconds is repeated until
+# it takes longer. The plain engine runs once: on the same file if that takes it at most a minute,
+# otherwise on fewer copies or a shorter slice; times are compared per base. On what both have
+# searched, both must have written the same.
 #
-# A generated input is named in the words that quorix_generate takes. A verdict is open where a run
-# over the limit hides it.
+# The name of a generated input is its arguments of quorix_generate. A verdict is open where a run over
+# the limit hides it.
 #
-# The status is 1 if outputs differ or a program fails; a missed target is told, and no error.
+# The status is 1 if outputs differ or a program fails. A missed target only shows in its row.
 set -euo pipefail
 export LC_ALL=C # decimal points
 
-usage() {
-  sed -n -e 's/^#   bench/usage: bench/p' bench/macro/run.sh >&2
-  exit 2
-}
+source "$(dirname -- "$(readlink -f -- "${BASH_SOURCE[0]}")")/../../scripts/usage.sh"
 
 is_number() { [[ $1 =~ ^[1-9][0-9]*$ ]]; }
 
-# Names are relative to the caller's folder: they are made absolute before we leave it.
+# Names are relative to the caller's folder, so they become absolute before the script leaves it.
 is_usable=true
 folder='' output='' pattern='' base='' runs=3 limit=120
 while [ $# -gt 0 ]; do
@@ -47,7 +44,7 @@ while [ $# -gt 0 ]; do
     --runs) runs=$2 && shift 2 ;;
     --limit) limit=$2 && shift 2 ;;
     --output) output=$(readlink -m -- "$2") && shift 2 ;;
-    --base) base=$(readlink -f -- "$2") && shift 2 ;;
+    --base) base=$(readlink -m -- "$2") && shift 2 ;;
     *)
       if [ -n "$folder" ] || [ ! -d "$1" ]; then
         is_usable=false
@@ -58,8 +55,9 @@ while [ $# -gt 0 ]; do
   esac
 done
 cd -- "$(dirname -- "$(readlink -f -- "${BASH_SOURCE[0]}")")/../.."
+if [ -n "$base" ] && [ ! -x "$base" ]; then is_usable=false; fi
 if [ "$is_usable" = false ] || ! is_number "$runs" || ! is_number "$limit"; then
-  usage
+  refuse_arguments
 fi
 output=${output:-$PWD/build-bench/macro.md}
 readonly folder pattern base runs limit output

@@ -1,11 +1,11 @@
-// quorix_stopwatch: what one run of a command needs.
+// quorix_stopwatch: measures one run of a command.
 //
 //   quorix_stopwatch LIMIT COMMAND [WORD]...
 //
-// Prints "seconds KiB status processor" on descriptor 3, apart from what the command prints: the
-// wall time from start to end of the process, its peak resident memory, its exit status, 128 and
-// more for a signal, and the seconds of the processor that it took. A command that has not ended
-// after LIMIT seconds is killed and has the status "over".
+// Prints "seconds KiB status processor" to descriptor 3, apart from the output of the command: the
+// wall time from start to end of the process, its peak resident memory, its exit status (128 and
+// more for a signal) and its processor seconds. A command that has not ended after LIMIT seconds is
+// killed and has the status "over".
 
 #include <sys/resource.h>
 #include <sys/time.h>
@@ -31,7 +31,7 @@ constexpr int kNotStarted = 127;
 
 using Clock = std::chrono::steady_clock;
 
-/// Waits until a child ends or `limit` is over. False if it is over.
+/// Waits until a child ends or `limit` is reached. Returns false if it is reached.
 bool wait_for_child(Clock::time_point limit, const sigset_t& child_signal) {
   while (true) {
     const auto left =
@@ -75,7 +75,7 @@ int main(int argc, char** argv) {
     return kUsage;
   }
 
-  // Blocked before the child is there, its signal can be waited for and is never missed.
+  // The signal is blocked before the child exists, so that waiting for it never misses it.
   sigset_t child_signal;
   sigset_t old_mask;
   sigemptyset(&child_signal);

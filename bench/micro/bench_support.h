@@ -1,7 +1,7 @@
 #pragma once
 
 /// @file
-/// What the micro benchmarks share: random bases, and settings as the program has them.
+/// Common parts of the micro benchmarks: random bases and default settings.
 
 #include <cstddef>
 #include <cstdint>
@@ -13,7 +13,7 @@
 
 namespace quorix::bench {
 
-/// `count` random bases, the same ones for the same seed.
+/// Returns `count` random bases, the same ones for the same seed.
 inline std::string random_bases(std::size_t count, std::uint64_t seed) {
   std::mt19937_64 engine(seed);
   std::string bases(count, ' ');
@@ -21,7 +21,7 @@ inline std::string random_bases(std::size_t count, std::uint64_t seed) {
   return bases;
 }
 
-/// Random DNA of `length` bases in which every second block of 30 bases is an array of a unit of 1
+/// Returns `length` random bases in which every second block of 30 bases is an array of a unit of 1
 /// to 6 bases.
 inline std::string repeat_rich_bases(std::size_t length, std::uint64_t seed) {
   constexpr std::size_t kBlock = 30;
@@ -35,10 +35,11 @@ inline std::string repeat_rich_bases(std::size_t length, std::uint64_t seed) {
   return bases;
 }
 
-/// Default settings for units of up to `longest_unit` bases, and the threshold tables that fit.
-inline void use_default_settings(std::uint32_t longest_unit = 6) {
+/// Sets the default settings for units of up to `max_unit_length` bases, and their threshold
+/// tables.
+inline void use_default_settings(std::uint32_t max_unit_length = 6) {
   init_param();
-  global_max_unit_length = longest_unit;
+  global_max_unit_length = max_unit_length;
   CSearchController::reset_minimum_arrays();
 }
 

@@ -1,4 +1,4 @@
-// Telling repeats: the line, the list of edits and the alignment; and edits that wait for it.
+// Reporting repeats: the line, the list of edits and the alignment; and packing their edits.
 
 #include <benchmark/benchmark.h>
 
@@ -21,8 +21,8 @@ struct FileCloser {
   void operator()(std::FILE* file) const { std::fclose(file); }
 };
 
-/// A repeat that is reported over and over, its text thrown away. Arguments: the length of the
-/// unit, copies, bases between two mismatches (0: none).
+/// Reports one repeat over and over to /dev/null. Arguments: the unit length, copies, bases between
+/// two mismatches (0: none).
 void report_repeat(benchmark::State& state) {
   use_default_settings();
   const std::unique_ptr<std::FILE, FileCloser> nowhere(std::fopen("/dev/null", "wb"));
@@ -49,7 +49,7 @@ void report_repeat(benchmark::State& state) {
 }
 BENCHMARK(report_repeat)->Args({2, 5, 0})->Args({6, 10, 20})->Args({171, 100, 20});
 
-/// Telling the exact repeats of a rich sequence of 100 kbp.
+/// Reports the exact repeats of a rich sequence of 100 kbp.
 void report_a_sequence(benchmark::State& state) {
   use_default_settings();
   const std::unique_ptr<std::FILE, FileCloser> nowhere(std::fopen("/dev/null", "wb"));
@@ -59,14 +59,14 @@ void report_a_sequence(benchmark::State& state) {
   CSearchController controller(1, record);
   controller.exact_search_2();
   const auto& repeats = controller.exact_sat_list.sat_list;
-  if (repeats.empty()) state.SkipWithError("there is nothing to tell");
+  if (repeats.empty()) state.SkipWithError("there is nothing to report");
   for ([[maybe_unused]] auto _ : state) controller.report_SATList(nowhere.get(), repeats);
   state.SetItemsProcessed(state.iterations() * static_cast<std::int64_t>(repeats.size()));
 }
 BENCHMARK(report_a_sequence)->Unit(benchmark::kMillisecond);
 
-/// Packs the edits of one repeat after the other, as they are in a long array: of each list a few
-/// edits are its own. Argument: edits of a list.
+/// Packs the edits of one repeat after the other, as in a long array: each list has only a few
+/// edits of its own. Argument: edits of a list.
 void pack_edits(benchmark::State& state) {
   const auto count = static_cast<std::size_t>(state.range(0));
   const std::string text = random_bases(8 * count, 3);

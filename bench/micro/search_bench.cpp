@@ -1,5 +1,5 @@
-// The parts of the searches: growing over perfect copies, looking ahead at an edit, whole scans of
-// one unit length, and the removal of overlapping repeats.
+// The parts of the searches: extension over perfect copies, the look-ahead at an edit site, whole
+// searches, and the removal of overlapping repeats.
 
 #include <benchmark/benchmark.h>
 
@@ -21,7 +21,7 @@
 namespace quorix::bench {
 namespace {
 
-/// Arguments: the length of the unit, copies.
+/// Arguments: the unit length, copies.
 void extend_exact_over_copies(benchmark::State& state) {
   use_default_settings();
   const std::string unit = random_bases(static_cast<std::size_t>(state.range(0)), 1);
@@ -38,9 +38,9 @@ void extend_exact_over_copies(benchmark::State& state) {
 }
 BENCHMARK(extend_exact_over_copies)->Args({1, 1000})->Args({6, 200})->Args({100, 10});
 
-/// Where the search spends its time on random DNA: one unit, and behind it nothing that fits.
-/// Argument: the length of the unit. The seeds differ from round to round, since what a look-ahead
-/// costs depends on the bases.
+/// The case on which the search spends its time in random DNA: a seed, and nothing after it that
+/// fits. Argument: the unit length. The seeds differ from round to round, since the cost of a
+/// look-ahead depends on the bases.
 template <class Direction>
 void look_ahead_at_an_edit(benchmark::State& state) {
   constexpr std::size_t kSeedCount = 64;
@@ -65,7 +65,7 @@ void look_ahead_at_an_edit(benchmark::State& state) {
 BENCHMARK_TEMPLATE(look_ahead_at_an_edit, Rightward)->Arg(5)->Arg(20)->Arg(100);
 BENCHMARK_TEMPLATE(look_ahead_at_an_edit, Leftward)->Arg(5)->Arg(20)->Arg(100);
 
-/// The whole imperfect search. Arguments: bases, longest unit.
+/// The whole imperfect search. Arguments: bases, maximum unit length.
 void search_random_bases(benchmark::State& state) {
   use_default_settings(static_cast<std::uint32_t>(state.range(1)));
   CSequence_Mol record;
@@ -80,8 +80,8 @@ void search_random_bases(benchmark::State& state) {
 }
 BENCHMARK(search_random_bases)->Args({100'000, 6})->Args({1000, 20})->Unit(benchmark::kMillisecond);
 
-/// A list in which every repeat overlaps its neighbours, so that some of them go. Argument:
-/// repeats.
+/// A list in which every repeat overlaps its neighbours, so that some of them are removed.
+/// Argument: repeats.
 void remove_overlapping_repeats(benchmark::State& state) {
   use_default_settings();
   constexpr std::size_t kStep = 8;
@@ -100,7 +100,7 @@ void remove_overlapping_repeats(benchmark::State& state) {
       sat->score = static_cast<std::int32_t>(i % 7);
       container.sat_list.push_back(sat);
     }
-    // A short move to the left makes it overlap by more than it has beside a unit.
+    // A short move to the left leaves it less than a unit of its own.
     for (auto it = container.sat_list.begin(); it != container.sat_list.end();) {
       if (++it == container.sat_list.end()) break;
       (*it)->start -= kUnitLength - 1;
@@ -111,7 +111,8 @@ void remove_overlapping_repeats(benchmark::State& state) {
     CSearchController::remove_hidden(container);
     left = container.sat_list.size();
   }
-  if (left == 0 || left == count) state.SkipWithError("some repeats should go, and some stay");
+  if (left == 0 || left == count)
+    state.SkipWithError("some repeats should be removed, and some stay");
   state.SetItemsProcessed(state.iterations() * state.range(0));
 }
 BENCHMARK(remove_overlapping_repeats)->Arg(1000)->Arg(100'000)->Unit(benchmark::kMicrosecond);

@@ -1,4 +1,4 @@
-// Reading records, without the operating system: the bytes come from memory.
+// Reading records from memory, without the operating system, and normalizing units.
 
 #include <benchmark/benchmark.h>
 
@@ -49,7 +49,7 @@ void read_records(benchmark::State& state) {
 }
 BENCHMARK(read_records)->Args({1'000'000, 50})->Args({1'000'000, 1'000'000})->Args({300, 60});
 
-/// Argument: the length of the unit.
+/// Argument: the unit length.
 void least_rotation(benchmark::State& state) {
   const std::string bases = random_bases(static_cast<std::size_t>(state.range(0)), 2);
   const CDnaString unit(bases);

@@ -1,28 +1,28 @@
 #!/usr/bin/env bash
-# Measures the release program on legal inputs that a finder of repeats may be slow at, beside random
-# DNA of the same length, and prints a Markdown table, the slowest of each set of options first:
+# Measures the release program on legal inputs on which a finder of repeats may be slow, and on random
+# DNA of the same length. Prints a Markdown table, the slowest of each set of options first:
 #
 #   bench/shapes/run.sh [--shapes PATTERN] [--sets PATTERN] [--runs N] [--limit SECONDS] [--output FILE]
 #
-#   --shapes PATTERN  only the shapes whose name the extended regular expression finds
-#   --sets PATTERN    only the sets of options that it finds
-#   --runs N          runs whose median is told, 1 if not given
-#   --limit SECONDS   how long a run may take, 20 if not given
-#   --output FILE     where the table goes besides standard output, build-bench/shapes.md if not given
+#   --shapes PATTERN  only the shapes whose names match the extended regular expression
+#   --sets PATTERN    only the sets of options that match
+#   --runs N          prints the median of N runs; the default is 1
+#   --limit SECONDS   how long a run may take; the default is 20
+#   --output FILE     also writes the table to FILE; the default is build-bench/shapes.md
 #
-# Seconds are those of the processor from start to end of the process, with the report written to a
-# file. A shape is searched at doubling lengths, up to that of the set of options or to where the
-# next could pass the limit; the last is told, and how many times it took what half of it took. Below
-# the table stands how many took three times as long or more. The shapes are those of
-# `quorix_shapes list`; `quorix_shapes make NAME BASES` prints one.
+# Seconds are processor time from start to end of the process, with the report written to a file. A
+# shape is searched at doubling lengths, up to the length of the set of options or to where the next
+# length could exceed the limit. A row has the last length, and how many times as long it took as half
+# of it. A line below each table counts the shapes that took three times as long or more.
+# `quorix_shapes list` names the shapes; `quorix_shapes make NAME BASES` prints one.
 #
-# The status is 1 if a run fails; a slow one is told, and no error.
+# The status is 1 if a run fails. Slowness is no failure.
 set -euo pipefail
 export LC_ALL=C # decimal points
 
 readonly killed=137
 
-# Bases at the most, and options. So many that random DNA takes some ten milliseconds.
+# Maximum bases, and options. At these lengths random DNA takes some ten milliseconds.
 readonly sets='
 1000000
 2000000 -M exact
@@ -32,15 +32,12 @@ readonly sets='
 100000 -s 100000
 '
 
-usage() {
-  sed -n -e 's/^#   bench/usage: bench/p' bench/shapes/run.sh >&2
-  exit 2
-}
+source "$(dirname -- "$(readlink -f -- "${BASH_SOURCE[0]}")")/../../scripts/usage.sh"
 
 is_number() { [[ $1 =~ ^[1-9][0-9]*$ ]]; }
 
 is_usable=true
-output='' shape_pattern='' set_pattern='' runs=1 most_seconds=20
+output='' shape_pattern='' set_pattern='' runs=1 max_seconds=20
 while [ $# -gt 0 ]; do
   if [ $# -eq 1 ]; then
     is_usable=false
@@ -50,20 +47,20 @@ while [ $# -gt 0 ]; do
     --shapes) shape_pattern=$2 ;;
     --sets) set_pattern=$2 ;;
     --runs) runs=$2 ;;
-    --limit) most_seconds=$2 ;;
+    --limit) max_seconds=$2 ;;
     --output) output=$(readlink -m -- "$2") ;;
     *) is_usable=false ;;
   esac
   shift 2
 done
 cd -- "$(dirname -- "$(readlink -f -- "${BASH_SOURCE[0]}")")/../.."
-if [ "$is_usable" = false ] || ! is_number "$runs" || ! is_number "$most_seconds"; then
-  usage
+if [ "$is_usable" = false ] || ! is_number "$runs" || ! is_number "$max_seconds"; then
+  refuse_arguments
 fi
 output=${output:-$PWD/build-bench/shapes.md}
-# Wall time, for measuring.sh: on a machine that does much else a run gets little of the processor.
-readonly limit=$((20 * most_seconds))
-readonly shape_pattern set_pattern runs most_seconds output
+# Wall time, for measuring.sh: on a busy machine a run gets little of the processor.
+readonly limit=$((20 * max_seconds))
+readonly shape_pattern set_pattern runs max_seconds output
 
 scripts/setup.sh bench
 cmake --preset bench >&2
@@ -79,30 +76,29 @@ trap 'rm -rf -- "$scratch"' EXIT
 
 declare -A random_seconds=() # by the number of bases
 
-# take FILE: searches the file. Sets `taken`, in seconds of the processor, and `outcome` as `measure`
-# does.
+# take FILE: searches the file. Sets `taken`, in processor seconds, and `outcome` as `measure` does.
 take() {
-  measure "$runs" prlimit --cpu="$most_seconds" "$quorix" "${options[@]}" -- "$1" "$scratch/report"
+  measure "$runs" prlimit --cpu="$max_seconds" "$quorix" "${options[@]}" -- "$1" "$scratch/report"
   [ "$outcome" != "$killed" ] || outcome=over
   taken=$(cut -d ' ' -f 4 "$scratch/figures" | sort --general-numeric-sort |
     awk '{ s[NR] = $1 } END { print s[int((NR + 1) / 2)] }')
 }
 
-# take_random LENGTH: the least of five runs, since a small figure is what others are divided by.
+# take_random LENGTH: the minimum of five runs, since other figures are divided by this small one.
 take_random() {
   local run taken
   if [ -n "${random_seconds[$1]-}" ]; then return 0; fi
   "$programs/bench/quorix_generate" random "$1" 1 1 >"$scratch/random.fa"
-  : >"$scratch/least"
+  : >"$scratch/random_runs"
   for ((run = 0; run < 5; ++run)); do
     take "$scratch/random.fa"
-    printf '%s\n' "$taken" >>"$scratch/least"
+    printf '%s\n' "$taken" >>"$scratch/random_runs"
   done
-  random_seconds[$1]=$(sort --general-numeric-sort "$scratch/least" | head -n 1)
+  random_seconds[$1]=$(sort --general-numeric-sort "$scratch/random_runs" | head -n 1)
 }
 
-# measure_shape SHAPE: a row of the set of `bases` and `options`, with its ratio before it. The
-# length is doubled up to `bases`, and no more once four times as long would be over the limit.
+# measure_shape SHAPE: prints a row of the set of `bases` and `options`, with its ratio before it. The
+# length doubles up to `bases`, or until four times the time would exceed the limit.
 measure_shape() {
   local halvings=8 length previous='' sign='' growth='-' ratio
   while true; do
@@ -113,7 +109,7 @@ measure_shape() {
       fail "$1, ${options[*]}: status $outcome"
     fi
     [ -z "$previous" ] || growth=$(printf '%.1f' "$(calculate "$taken / $previous")")
-    if [ "$outcome" != 0 ] || [ "$halvings" -eq 0 ] || is_true "4 * $taken > $most_seconds"; then
+    if [ "$outcome" != 0 ] || [ "$halvings" -eq 0 ] || is_true "4 * $taken > $max_seconds"; then
       break
     fi
     previous=$taken

@@ -1,4 +1,4 @@
-// quorix_shapes: legal FASTA that a finder of repeats may be slow at, on standard output.
+// quorix_shapes: prints legal FASTA on which a finder of repeats may be slow.
 //
 //   quorix_shapes list               the names of the shapes, one a line
 //   quorix_shapes make NAME BASES    one record of the shape
@@ -24,8 +24,8 @@ namespace {
 using quorix::bench::copies;
 using quorix::bench::CRandomBases;
 using quorix::bench::de_bruijn_word;
-using quorix::bench::grown_word;
 using quorix::bench::other_strand;
+using quorix::bench::substitution_word;
 
 constexpr std::uint64_t kSeed = 1;
 constexpr std::string_view kHexamer = "AACAGT";
@@ -34,39 +34,39 @@ std::string random_unit(std::size_t length) {
   return CRandomBases(kSeed).bases(length);
 }
 
-std::string worn(std::size_t length, std::string_view unit, std::size_t percent) {
+std::string diverged(std::size_t length, std::string_view unit, std::size_t percent) {
   return CRandomBases(kSeed).array(std::string(unit), length, percent);
 }
 
-/// Copies of a unit with `put_in` behind every `interval` bases.
+/// Returns copies of a unit with `inserted` after every `interval` bases.
 std::string interrupted(std::size_t length, std::string_view unit, std::size_t interval,
-                        std::string_view put_in) {
+                        std::string_view inserted) {
   const std::string array = copies(unit, length);
   std::string bases;
   for (std::size_t i = 0; bases.size() < length; i += interval) {
     bases += array.substr(i, interval);
-    bases += put_in;
+    bases += inserted;
   }
   bases.resize(length);
   return bases;
 }
 
-/// Copies of a unit in which the last of every `interval` bases is replaced.
+/// Replaces the last of every `interval` bases by `base`.
 std::string overwritten(std::string bases, std::size_t interval, char base) {
   for (std::size_t i = interval - 1; i < bases.size(); i += interval) bases[i] = base;
   return bases;
 }
 
-/// The same with a base drawn each time, never the one that is there.
+/// Does the same with a base drawn each time, never the one that is there.
 std::string overwritten_at_random(std::string bases, std::size_t interval) {
   CRandomBases random(kSeed);
   for (std::size_t i = interval - 1; i < bases.size(); i += interval) {
-    bases[i] = random.base_but(bases[i]);
+    bases[i] = random.base_other_than(bases[i]);
   }
   return bases;
 }
 
-/// Arrays of `array_length` bases of a new random unit each, without anything between them.
+/// Returns adjacent arrays of `array_length` bases, each of a new random unit.
 std::string array_after_array(std::size_t length, std::size_t unit_length,
                               std::size_t array_length) {
   CRandomBases random(kSeed);
@@ -76,7 +76,7 @@ std::string array_after_array(std::size_t length, std::size_t unit_length,
   return bases;
 }
 
-/// Each copy differs from the one before it in one base.
+/// Returns copies of which each differs from the one before it in one base.
 std::string drifting(std::size_t length, std::size_t unit_length) {
   CRandomBases random(kSeed);
   std::string unit = random.bases(unit_length);
@@ -84,13 +84,13 @@ std::string drifting(std::size_t length, std::size_t unit_length) {
   while (bases.size() < length) {
     bases += unit;
     char& base = unit[random.between(0, unit_length - 1)];
-    base = random.base_but(base);
+    base = random.base_other_than(base);
   }
   bases.resize(length);
   return bases;
 }
 
-/// Each copy is the one before it with its first base last, less that base: the phase creeps.
+/// Returns arrays of `copy_count` copies whose unit is rotated by one base from array to array.
 std::string creeping(std::size_t length, std::string_view unit, std::size_t copy_count) {
   std::string turned(unit);
   std::string bases;
@@ -102,28 +102,28 @@ std::string creeping(std::size_t length, std::string_view unit, std::size_t copy
   return bases;
 }
 
-/// A C, AA CC, AAA CCC, ... of up to `most` bases a run, over and over.
-std::string growing_runs(std::size_t length, std::size_t most) {
+/// Returns A C, AA CC, AAA CCC, ... with runs of up to `max_run` bases, over and over.
+std::string growing_runs(std::size_t length, std::size_t max_run) {
   std::string bases;
-  for (std::size_t run = 1; bases.size() < length; run = run % most + 1) {
+  for (std::size_t run = 1; bases.size() < length; run = run % max_run + 1) {
     bases += std::string(run, 'A') + std::string(run, 'C');
   }
   bases.resize(length);
   return bases;
 }
 
-/// AC AAC AAAC ...: each unit once, so that each is nearly a copy of the one before.
-std::string growing_units(std::size_t length, std::size_t most) {
+/// Returns AC AAC AAAC ...: each unit once, so that each is nearly a copy of the one before.
+std::string growing_units(std::size_t length, std::size_t max_run) {
   std::string bases;
-  for (std::size_t run = 1; bases.size() < length; run = run % most + 1) {
+  for (std::size_t run = 1; bases.size() < length; run = run % max_run + 1) {
     bases += std::string(run, 'A') + 'C';
   }
   bases.resize(length);
   return bases;
 }
 
-/// Arrays of arrays: a unit of five AC's and a T, five of which and a G are a unit again, and so
-/// on.
+/// Returns arrays of arrays: five AC's and a T are a unit, five of these and a G are a unit again,
+/// and so on.
 std::string nested(std::size_t length) {
   constexpr std::string_view kEnds = "TGCA";
   std::string unit = "AC";
@@ -133,7 +133,7 @@ std::string nested(std::size_t length) {
   return unit.substr(0, length);
 }
 
-/// Random bases of which the other strand follows, `arm` bases at a time.
+/// Returns random bases, each `arm` of them followed by their other strand.
 std::string hairpins(std::size_t length, std::size_t arm) {
   CRandomBases random(kSeed);
   std::string bases;
@@ -145,7 +145,7 @@ std::string hairpins(std::size_t length, std::size_t arm) {
   return bases;
 }
 
-/// Random bases read forwards and backwards, `arm` bases at a time.
+/// Returns random bases, each `arm` of them followed by the same bases backwards.
 std::string mirrors(std::size_t length, std::size_t arm) {
   CRandomBases random(kSeed);
   std::string bases;
@@ -157,7 +157,7 @@ std::string mirrors(std::size_t length, std::size_t arm) {
   return bases;
 }
 
-/// Bases of `letters` alone, each of its letters as likely as its place.
+/// Returns random bases of `letters`; a letter that occurs twice there is twice as likely.
 std::string random_of(std::size_t length, std::string_view letters) {
   CRandomBases random(kSeed);
   std::string bases(length, ' ');
@@ -178,7 +178,7 @@ struct Shape {
 };
 
 constexpr Shape kShapes[] = {
-    // Copies without a flaw.
+    // Perfect copies.
     {"all A", [](std::size_t n) { return copies("A", n); }},
     {"AC", [](std::size_t n) { return copies("AC", n); }},
     {"AT, its own other strand", [](std::size_t n) { return copies("AT", n); }},
@@ -193,13 +193,15 @@ constexpr Shape kShapes[] = {
      [](std::size_t n) { return copies(random_unit(n - 1), n); }},
     {"unit half the whole", [](std::size_t n) { return copies(random_unit(n / 2), n); }},
     // Words.
-    {"Fibonacci word", [](std::size_t n) { return grown_word(n, "AC", kFibonacci, 'A'); }},
-    {"tribonacci word", [](std::size_t n) { return grown_word(n, "ACG", kTribonacci, 'A'); }},
-    {"Thue-Morse word", [](std::size_t n) { return grown_word(n, "AC", kThueMorse, 'A'); }},
-    {"word without squares", [](std::size_t n) { return grown_word(n, "ACG", kSquareFree, 'A'); }},
+    {"Fibonacci word", [](std::size_t n) { return substitution_word(n, "AC", kFibonacci, 'A'); }},
+    {"tribonacci word",
+     [](std::size_t n) { return substitution_word(n, "ACG", kTribonacci, 'A'); }},
+    {"Thue-Morse word", [](std::size_t n) { return substitution_word(n, "AC", kThueMorse, 'A'); }},
+    {"word without squares",
+     [](std::size_t n) { return substitution_word(n, "ACG", kSquareFree, 'A'); }},
     {"period doubling word",
-     [](std::size_t n) { return grown_word(n, "AC", kPeriodDoubling, 'A'); }},
-    {"Cantor word", [](std::size_t n) { return grown_word(n, "AC", kCantor, 'A'); }},
+     [](std::size_t n) { return substitution_word(n, "AC", kPeriodDoubling, 'A'); }},
+    {"Cantor word", [](std::size_t n) { return substitution_word(n, "AC", kCantor, 'A'); }},
     {"Rudin-Shapiro word", quorix::bench::rudin_shapiro_word},
     {"de Bruijn word of AC, order 8", [](std::size_t n) { return de_bruijn_word(n, "AC", 8); }},
     {"de Bruijn word of AC, order 20", [](std::size_t n) { return de_bruijn_word(n, "AC", 20); }},
@@ -210,21 +212,21 @@ constexpr Shape kShapes[] = {
     {"counting word", quorix::bench::counting_word},
     {"chirp", [](std::size_t n) { return quorix::bench::chirp_word(n, 1000); }},
     {"slow chirp", [](std::size_t n) { return quorix::bench::chirp_word(n, 100'000); }},
-    // Copies with flaws.
-    {"all A, 2 % worn", [](std::size_t n) { return worn(n, "A", 2); }},
-    {"all A, 10 % worn", [](std::size_t n) { return worn(n, "A", 10); }},
-    {"all A, 30 % worn", [](std::size_t n) { return worn(n, "A", 30); }},
-    {"AC, 2 % worn", [](std::size_t n) { return worn(n, "AC", 2); }},
-    {"AC, 10 % worn", [](std::size_t n) { return worn(n, "AC", 10); }},
-    {"AC, 20 % worn", [](std::size_t n) { return worn(n, "AC", 20); }},
-    {"AC, 30 % worn", [](std::size_t n) { return worn(n, "AC", 30); }},
-    {"unit of 6, 5 % worn", [](std::size_t n) { return worn(n, kHexamer, 5); }},
-    {"unit of 6, 15 % worn", [](std::size_t n) { return worn(n, kHexamer, 15); }},
-    {"unit of 6, 25 % worn", [](std::size_t n) { return worn(n, kHexamer, 25); }},
-    {"unit of 20, 5 % worn", [](std::size_t n) { return worn(n, random_unit(20), 5); }},
-    {"unit of 20, 15 % worn", [](std::size_t n) { return worn(n, random_unit(20), 15); }},
-    {"unit of 50, 10 % worn", [](std::size_t n) { return worn(n, random_unit(50), 10); }},
-    {"unit of 50, 20 % worn", [](std::size_t n) { return worn(n, random_unit(50), 20); }},
+    // Copies with edits.
+    {"all A, 2 % diverged", [](std::size_t n) { return diverged(n, "A", 2); }},
+    {"all A, 10 % diverged", [](std::size_t n) { return diverged(n, "A", 10); }},
+    {"all A, 30 % diverged", [](std::size_t n) { return diverged(n, "A", 30); }},
+    {"AC, 2 % diverged", [](std::size_t n) { return diverged(n, "AC", 2); }},
+    {"AC, 10 % diverged", [](std::size_t n) { return diverged(n, "AC", 10); }},
+    {"AC, 20 % diverged", [](std::size_t n) { return diverged(n, "AC", 20); }},
+    {"AC, 30 % diverged", [](std::size_t n) { return diverged(n, "AC", 30); }},
+    {"unit of 6, 5 % diverged", [](std::size_t n) { return diverged(n, kHexamer, 5); }},
+    {"unit of 6, 15 % diverged", [](std::size_t n) { return diverged(n, kHexamer, 15); }},
+    {"unit of 6, 25 % diverged", [](std::size_t n) { return diverged(n, kHexamer, 25); }},
+    {"unit of 20, 5 % diverged", [](std::size_t n) { return diverged(n, random_unit(20), 5); }},
+    {"unit of 20, 15 % diverged", [](std::size_t n) { return diverged(n, random_unit(20), 15); }},
+    {"unit of 50, 10 % diverged", [](std::size_t n) { return diverged(n, random_unit(50), 10); }},
+    {"unit of 50, 20 % diverged", [](std::size_t n) { return diverged(n, random_unit(50), 20); }},
     {"drifting unit of 6", [](std::size_t n) { return drifting(n, 6); }},
     {"drifting unit of 20", [](std::size_t n) { return drifting(n, 20); }},
     {"all A, a C at every 7th", [](std::size_t n) { return overwritten(copies("A", n), 7, 'C'); }},
@@ -240,9 +242,9 @@ constexpr Shape kShapes[] = {
     {"AC, an A more at every 20th", [](std::size_t n) { return interrupted(n, "AC", 20, "A"); }},
     {"AC, phase shifted at every 41st", [](std::size_t n) { return copies(copies("AC", 41), n); }},
     {"unit of 6, creeping", [](std::size_t n) { return creeping(n, kHexamer, 3); }},
-    {"unit of 6, one base put in at every 25th",
+    {"unit of 6, one base inserted at every 25th",
      [](std::size_t n) { return interrupted(n, kHexamer, 25, "T"); }},
-    // Copies too few or too many.
+    // Too few or too many copies.
     {"arrays a base too short", [](std::size_t n) { return array_after_array(n, 6, 11); }},
     {"arrays just long enough", [](std::size_t n) { return array_after_array(n, 6, 12); }},
     {"pairs of 20 bases", [](std::size_t n) { return array_after_array(n, 20, 39); }},
@@ -257,14 +259,14 @@ constexpr Shape kShapes[] = {
     {"all N", [](std::size_t n) { return copies("N", n); }},
     {"all A, an N at every 2nd", [](std::size_t n) { return overwritten(copies("A", n), 2, 'N'); }},
     {"all A, an N at every 5th", [](std::size_t n) { return overwritten(copies("A", n), 5, 'N'); }},
-    {"all A behind runs of four N's", [](std::size_t n) { return copies("ANNNN", n); }},
-    {"all A behind runs of five N's", [](std::size_t n) { return copies("ANNNNN", n); }},
+    {"all A after runs of four N's", [](std::size_t n) { return copies("ANNNN", n); }},
+    {"all A after runs of five N's", [](std::size_t n) { return copies("ANNNNN", n); }},
     {"AC, an N at every 3rd", [](std::size_t n) { return overwritten(copies("AC", n), 3, 'N'); }},
     {"AC, an N at every 50th", [](std::size_t n) { return overwritten(copies("AC", n), 50, 'N'); }},
     {"unit of 6, N at its border", [](std::size_t n) { return copies("AACAGN", n); }},
-    {"unit of 6, N put in at its border",
+    {"unit of 6, N inserted at its border",
      [](std::size_t n) { return interrupted(n, kHexamer, 6, "N"); }},
-    {"unit of 6, five N's put in at 18 bases",
+    {"unit of 6, five N's inserted at 18 bases",
      [](std::size_t n) { return interrupted(n, kHexamer, 18, "NNNNN"); }},
     {"random, an N at every 2nd",
      [](std::size_t n) { return overwritten(random_of(n, "ACGT"), 2, 'N'); }},

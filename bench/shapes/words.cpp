@@ -10,9 +10,9 @@ namespace {
 
 constexpr std::string_view kLetters = "ACGT";
 
-/// The letter of a number, by turns of `turn` at most four.
-char letter_of(int number, int turn) {
-  return kLetters[static_cast<std::size_t>(number % turn)];
+/// Returns the letter of a number modulo `letter_count`, which is at most four.
+char letter_of(int number, int letter_count) {
+  return kLetters[static_cast<std::size_t>(number % letter_count)];
 }
 
 }  // namespace
@@ -23,16 +23,16 @@ std::string copies(std::string_view unit, std::size_t length) {
   return bases;
 }
 
-std::string grown_word(std::size_t length, std::string_view letters,
-                       const std::string_view (&rules)[4], char first) {
+std::string substitution_word(std::size_t length, std::string_view letters,
+                              const std::string_view (&rules)[4], char first) {
   std::string word(rules[letters.find(first)]);
-  // Letter by letter: what stands at i tells what comes at the end.
+  // The letter at i decides what is appended.
   for (std::size_t i = 1; word.size() < length; ++i) word += rules[letters.find(word[i])];
   word.resize(length);
   return word;
 }
 
-// The Lyndon words whose length divides the order, in their order, behind each other.
+// The Lyndon words whose length divides the order, in their order, one after the other.
 std::string de_bruijn_word(std::size_t length, std::string_view letters, std::size_t order) {
   const std::size_t letter_count = letters.size();
   std::string cycle;

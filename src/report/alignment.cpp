@@ -21,7 +21,7 @@ void append_beside_repeat(Alignment& alignment, const char* first, const char* l
   alignment.unit.append(count, ' ');
 }
 
-/// Appends a mark for each of `bases`, of which none is edited.
+/// Appends a mark for each of `bases`, none of which has an edit.
 void append_marks(std::string& marks, std::string_view bases) {
   const std::size_t start = marks.size();
   marks.append(bases.size(), '|');
@@ -30,7 +30,7 @@ void append_marks(std::string& marks, std::string_view bases) {
   }
 }
 
-/// Appends `count` characters of copies of `unit` in a row, from its character `offset` on,
+/// Appends `count` characters of consecutive copies of `unit`, starting at its character `offset`,
 /// 0-based.
 void append_copies(std::string& line, std::string_view unit, std::size_t offset,
                    std::size_t count) {
@@ -38,13 +38,13 @@ void append_copies(std::string& line, std::string_view unit, std::size_t offset,
   const std::size_t end = start + count;
   line += unit.substr(offset, count);
   line += unit.substr(0, std::min(offset, end - line.size()));
-  // What stands there is as good as the unit, and twice as long each time.
+  // What is appended so far repeats too, and doubles each time.
   while (line.size() < end) {
     line.append(line, start, std::min(line.size() - start, end - line.size()));
   }
 }
 
-/// Walks the bases, the unit and the sorted edits in step, from edit to edit.
+/// Steps through the bases, the unit and the sorted edits together, from edit to edit.
 void append_repeat(Alignment& alignment, const Csat& repeat) {
   const std::string_view unit(repeat.unit_begin, static_cast<std::size_t>(repeat.unit_length()));
   const fastvector<Edit> edits = repeat.edits();

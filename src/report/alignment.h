@@ -1,8 +1,8 @@
 #pragma once
 
 /// @file
-/// A repeat set against perfect copies of its unit, in three lines of equal length: the bases, a
-/// mark for each, and the unit.
+/// The alignment of a repeat with perfect copies of its unit, in three lines of equal length: the
+/// bases, a mark for each, and the unit.
 
 #include <cstdint>
 #include <string>
@@ -24,20 +24,21 @@ struct Flanks {
   const char* right_end;
 };
 
-/// The flanks of `flanking_length` bases on either side. REQUIRES: flanking_length >= 0.
+/// Returns the flanks of `flanking_length` bases on either side. REQUIRES: flanking_length >= 0.
 [[nodiscard]] Flanks flanks_of(const Csat& repeat, const SequenceText& text,
                                std::int64_t flanking_length);
 
-/// The lines of an alignment. A match is marked '|', an N that was walked over '*', an edit ' ';
-/// '-' stands for a missing base or a missing unit character.
+/// The lines of an alignment. The mark of a match is '|', of an N that counts as unknown '*', of an
+/// edit ' '; '-' stands for a missing base or unit character.
 struct Alignment {
   std::string bases;
   std::string marks;
   std::string unit;
 };
 
-/// Aligns a repeat with its unit. With a positive `flanking_length` the flanks stand on the base
-/// line, each parted from the repeat by a colon. REQUIRES: the edit list is sorted.
+/// Returns the alignment of a repeat with its unit. With a positive `flanking_length` the base line
+/// includes the flanks, each separated from the repeat by a colon. REQUIRES: the edit list is
+/// sorted.
 [[nodiscard]] Alignment align(const Csat& repeat, const SequenceText& text,
                               std::int64_t flanking_length);
 

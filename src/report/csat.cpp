@@ -8,10 +8,11 @@ namespace quorix {
 
 namespace {
 
-/// Exit status for a perfection mode that the command line cannot have let through.
+/// Exit status for a perfection mode that the command line refuses.
 constexpr int kUnknownPerfectionMode = 2;
 
-/// Deletion, insertion, mismatch: the order in which an alignment consumes them at one base.
+/// Returns the place of a kind in the order in which an alignment consumes edits at one base:
+/// deletion, insertion, mismatch.
 int rank_of(char kind) {
   switch (kind) {
     case 'D':
@@ -64,7 +65,7 @@ double Csat::percentagePerfection() const {
     default:
       std::exit(kUnknownPerfectionMode);
   }
-  // In this order: 23 of 40 is just below 57.5 and has to round to 57.
+  // The order of these operations matters: 23 of 40 is just below 57.5 and must round to 57.
   return static_cast<double>(matched) / static_cast<double>(counted) * 100.0;
 }
 

@@ -5,9 +5,9 @@
 
 namespace quorix {
 
-/// One edit of a repeat against perfect copies of its unit. Kinds: 'M', the base at `position` does
-/// not match its unit character; 'I', that base has no unit character; 'D', a unit character is
-/// missing just before that base.
+/// A difference between a repeat and perfect copies of its unit. Kinds: 'M', the base at `position`
+/// does not match its unit character; 'I', that base has no unit character; 'D', a unit character
+/// is missing just before that base.
 struct Edit {
   const char* position;
   char kind;

@@ -1,8 +1,8 @@
 #pragma once
 
 /// @file
-/// A growable array of plain elements in one plain memory block: the edit list of a repeat. It
-/// keeps its block when it is emptied, since records are used again and again.
+/// A growable array of plain elements in one memory block: the edit list of a repeat. It keeps its
+/// block when it is emptied, since records are reused.
 
 #include <algorithm>
 #include <cstddef>
@@ -14,10 +14,10 @@
 
 namespace quorix {
 
-/// Tells on standard output that an edit list cannot grow, and ends the process with status 0. The
-/// text and the status are what scripts know.
+/// Prints to standard output that an edit list cannot grow, and ends the process with status 0.
+/// Scripts rely on the text and the status.
 [[noreturn]] inline void end_on_failed_realloc() {
-  std::fflush(nullptr);  // a report on the way to standard output comes first
+  std::fflush(nullptr);  // what is left of a report on standard output comes first
   std::puts("Program aborded due to failed realloc!");
   std::exit(0);
 }
@@ -30,7 +30,7 @@ class fastvector {
   fastvector() = default;
   ~fastvector() { std::free(data_); }
 
-  /// A copy's block has exactly the source's size.
+  /// The block of the copy has exactly the size of the source.
   fastvector(const fastvector& other) { copy_from(other); }
 
   /// The block grows only if the source does not fit in it.
@@ -49,7 +49,7 @@ class fastvector {
   [[nodiscard]] const Element* end() const { return data_ + size_; }
   [[nodiscard]] const Element& operator[](std::size_t index) const { return data_[index]; }
 
-  /// Forgets all elements but the first `count` and keeps the block. REQUIRES: count <= size().
+  /// Drops all elements after the first `count` and keeps the block. REQUIRES: count <= size().
   void truncate(std::size_t count) { size_ = count; }
 
   /// Exchanges elements and blocks with `other`.
@@ -59,9 +59,9 @@ class fastvector {
     std::swap(capacity_, other.capacity_);
   }
 
-  /// Makes room for `count` elements in all: a smaller block becomes exactly that large. A block
-  /// that cannot grow ends the process, see `end_on_failed_realloc`.
-  /// Throws: std::bad_alloc when the first block cannot be had.
+  /// Makes room for `count` elements in all. A smaller block becomes exactly that large. If a block
+  /// cannot grow, the process ends, see `end_on_failed_realloc`.
+  /// Throws: std::bad_alloc if the first block cannot be allocated.
   void reserve(std::size_t count) {
     if (capacity_ >= count) return;
     constexpr std::size_t kMaxCount = static_cast<std::size_t>(-1) / sizeof(Element);
@@ -74,7 +74,7 @@ class fastvector {
     capacity_ = count;
   }
 
-  /// Appends one element. A full block doubles, an absent one becomes room for 4.
+  /// Appends one element. A full block doubles; the first block has room for 4.
   /// Throws and ends the process as `reserve` does.
   void push_back(const Element& element) {
     const Element copy = element;

@@ -1,12 +1,11 @@
-// A chunk is the position of its first edit, as it lies in memory, and a code for each edit: its
-// kind and its distance from the edit before it, of which the first one has none. Kind and distance
-// share one byte: the kind is in the two high bits, the distance in the six low ones. A distance
-// that does not fit has all six set, and what is left of it follows in bytes of seven bits, lowest
-// first, of which all but the last have the high bit set. Most distances fit: a repeat whose edits
-// are far apart has few of them.
+// A chunk holds the position of its first edit as a pointer, and a code for each edit: its kind and
+// its distance from the edit before it, 0 for the first. Kind and distance share one byte, the kind
+// in the two high bits and the distance in the six low ones. If the distance does not fit, all six
+// bits are set and the rest follows in bytes of seven bits, lowest first; all but the last have the
+// high bit set. Most distances fit, since a repeat whose edits are far apart has few of them.
 //
-// A chunk ends after an edit whose offset in the text has a hash of zeros, one in 128. Two lists
-// that differ only at some places thus have the same chunks everywhere else.
+// A chunk ends after each edit whose offset in the text hashes to zero, one in 128. Two lists that
+// differ only at some places thus share the chunks everywhere else.
 
 #include "report/packed_edits.h"
 
@@ -27,7 +26,7 @@ constexpr std::uint64_t kRestMask = (1U << kRestShift) - 1;
 
 constexpr std::uint64_t kMixer = 0x9E3779B97F4A7C15U;
 constexpr unsigned kHashShift = 57;
-/// A chunk has no more bytes than this and one edit, whatever its offsets are.
+/// A chunk ends at this size, whatever its offsets are; one edit may exceed it.
 constexpr std::size_t kMaxChunkBytes = 4096;
 constexpr std::size_t kMinTableSize = 64;
 
@@ -51,7 +50,7 @@ void append_code(std::string& bytes, char kind, std::uint64_t distance) {
   append_byte(bytes, rest);
 }
 
-/// Takes what follows the first byte of a distance that does not fit there.
+/// Reads the rest of a distance that does not fit into the first byte, and moves `from` after it.
 std::uint64_t take_rest(const char*& from) {
   std::uint64_t rest = 0;
   for (unsigned shift = 0;; shift += kRestShift) {
@@ -116,7 +115,7 @@ CPackedEdits CEditStore::pack(const fastvector<Edit>& edits, const char* text_be
   return packed;
 }
 
-/// The chunk of `bytes_`, be it there or not.
+/// Returns the stored chunk with the content of `bytes_`, and stores it first if it is new.
 const CPackedEdits::Chunk* CEditStore::shared_chunk() {
   make_room_in_table();
   const auto hash = static_cast<std::uint32_t>(std::hash<std::string_view>()(bytes_));
@@ -130,7 +129,7 @@ const CPackedEdits::Chunk* CEditStore::shared_chunk() {
   return place;
 }
 
-/// Where `bytes` stand in the table, or where they are to stand.
+/// Returns the place of `bytes` in the table, or the free place for them.
 const CPackedEdits::Chunk** CEditStore::place_of(std::string_view bytes, std::uint32_t hash) {
   const std::size_t mask = table_.size() - 1;
   std::size_t index = hash & mask;
@@ -141,7 +140,7 @@ const CPackedEdits::Chunk** CEditStore::place_of(std::string_view bytes, std::ui
   return &table_[index];
 }
 
-/// At least a quarter of the places is free.
+/// Doubles the table where less than a quarter of it would be free.
 void CEditStore::make_room_in_table() {
   if (4 * (chunk_count_ + 1) <= 3 * table_.size()) return;
   std::vector<const Chunk*> former(std::max(kMinTableSize, 2 * table_.size()));

@@ -3,12 +3,12 @@
 /// @file
 /// The edits of repeats that wait to be reported, packed and shared.
 ///
-/// In a long array thousands of repeats are accepted, and each has thousands of edits, nearly all
-/// of which it has in common with others: extensions from different seeds soon follow the same
-/// path. Until the overlap removal has chosen among the repeats, their edits are only kept. So a
-/// store keeps them in about one byte each, cut into chunks where the text says so and not the
-/// list: lists with the same edits over a stretch of the text are cut at the same places, and the
-/// store keeps a chunk once, however many lists have it.
+/// A long array can hold thousands of accepted repeats with thousands of edits each, nearly all of
+/// them shared with others: extensions from different seeds soon follow the same path. Until the
+/// overlap removal has chosen among the repeats, nobody reads these edits. So a store packs them
+/// into about one byte each and cuts the lists into chunks. The text, not the list, decides where
+/// to cut: lists with the same edits over a stretch of the text have the same chunks there, and the
+/// store keeps each chunk once.
 
 #include <cstddef>
 #include <cstdint>
@@ -22,7 +22,7 @@
 
 namespace quorix {
 
-/// The edits of one repeat, as a handle: they lie in a store, and the handle may be copied and used
+/// A handle to the edits of one repeat. They lie in a store; the handle may be copied, and is valid
 /// as long as that store lives.
 class CPackedEdits {
  public:
@@ -33,19 +33,19 @@ class CPackedEdits {
   [[nodiscard]] std::size_t edit_count() const { return empty() ? 0 : list_->edit_count; }
 
   /// Replaces the elements of `edits` by the packed ones, in the order in which they were packed.
-  /// The block of `edits` grows if need be, and fails as `fastvector::reserve` does.
+  /// The block of `edits` grows if needed, and fails as `fastvector::reserve` does.
   void unpack_to(fastvector<Edit>& edits) const;
 
  private:
   friend class CEditStore;
 
-  /// Edits in a row, without anything between them: `byte_count` bytes follow, see the .cpp file.
+  /// Consecutive edits. `byte_count` bytes follow the header, see the .cpp file.
   struct Chunk {
     std::uint32_t byte_count;
     std::uint32_t hash;
   };
 
-  /// A list; `chunk_count` pointers to its chunks follow.
+  /// A list. `chunk_count` pointers to its chunks follow.
   struct List {
     std::size_t edit_count;
     std::size_t chunk_count;
@@ -61,19 +61,19 @@ class CPackedEdits {
   const List* list_ = nullptr;
 };
 
-/// Where packed edits lie. Nothing is given back before the store is destroyed.
+/// The store of packed edits. It frees nothing before it is destroyed.
 class CEditStore {
  public:
   CEditStore() = default;
   CEditStore(const CEditStore&) = delete;
   CEditStore& operator=(const CEditStore&) = delete;
 
-  /// Packs `edits`, which stay as they are. Chunks are shared by lists that are packed with the
-  /// same `text_begin`. REQUIRES: the edits are in ascending order of positions in the text that
-  /// begins at `text_begin`; kinds are 'M', 'I' and 'D'. Throws: std::bad_alloc.
+  /// Packs `edits`, which stay as they are, and returns the handle. Lists packed with the same
+  /// `text_begin` share chunks. REQUIRES: the edits are in ascending order of their positions in
+  /// the text that begins at `text_begin`; kinds are 'M', 'I' and 'D'. Throws: std::bad_alloc.
   [[nodiscard]] CPackedEdits pack(const fastvector<Edit>& edits, const char* text_begin);
 
-  /// Bytes that lists, chunks and the table of chunks take.
+  /// Returns the bytes that lists, chunks and the table of chunks occupy.
   [[nodiscard]] std::size_t byte_count() const {
     return arena_bytes_ + table_.capacity() * sizeof(const Chunk*);
   }
@@ -89,11 +89,11 @@ class CEditStore {
 
   std::pmr::monotonic_buffer_resource arena_;
   std::size_t arena_bytes_ = 0;
-  std::vector<const Chunk*> table_;  ///< a power of two of them; null where there is none
+  std::vector<const Chunk*> table_;  ///< a power of two of places; null where free
   std::size_t chunk_count_ = 0;
   // Of the list that is being packed:
-  std::string bytes_;  ///< of its next chunk
-  std::vector<const Chunk*> chunks_;
+  std::string bytes_;                 ///< of its next chunk
+  std::vector<const Chunk*> chunks_;  ///< complete so far
 };
 
 }  // namespace quorix

@@ -1,7 +1,7 @@
 #pragma once
 
 /// @file
-/// The class names of repeats by unit length.
+/// The class names of repeats, by unit length.
 
 #include <array>
 #include <cstdint>
@@ -14,8 +14,8 @@ inline constexpr std::array<const char*, 7> REPEAT_NAMES = {
     "tetranucleotide", "pentanucleotide", "hexanucleotide",
 };
 
-/// The class name of a unit length in bp: the table's entry up to 6, beyond it "7-nucleotide" and
-/// so on in one static buffer that the next call overwrites.
+/// Returns the class name of a unit length in bp: the entry of the table up to 6, above that
+/// "7-nucleotide" and so on, in one static buffer that the next call overwrites.
 const char* get_repeat_name(std::int64_t unit_length);
 
 }  // namespace quorix

@@ -21,10 +21,10 @@ namespace quorix {
 
 namespace {
 
-/// Bytes in which the report of a repeat is put together; nearly every one fits.
+/// Bytes of the buffer for the report of a repeat; nearly every report fits.
 constexpr std::size_t kBlockSize = 4096;
 
-/// What an information line says in every format.
+/// The figures of an information line, whatever its format.
 struct RepeatFigures {
   long long unit_length;
   long long first_position;  ///< 1-based
@@ -40,9 +40,10 @@ RepeatFigures figures_of(const Csat& repeat, const SequenceText& text) {
           repeat.normalized_length(), repeat.percentagePerfection()};
 }
 
-/// Makes `unit` what is printed of it. True if it is a repetition of a shorter unit. The test of
-/// the unit as found overlooks prime lengths, the rotation test does not: both are the rule.
-bool bring_unit_into_form(CDnaString& unit) {
+/// Replaces `unit` by the form in which it is printed. Returns true if it repeats a shorter unit.
+/// The test of the unit as found ignores prime lengths, the rotation test does not; both are rules
+/// of the format.
+bool normalize_unit(CDnaString& unit) {
   if (global_report_unit_mode == kUnitAsFound) {
     const char* const letters = unit.c_str();
     return isReducibleUnit_global(letters, letters + unit.size());
@@ -69,12 +70,12 @@ void add_class_name(CStreamText& report, long long unit_length) {
 }
 
 /// Appends a number and the text after it.
-void add_figure(CStreamText& report, long long number, std::size_t width, std::string_view after) {
+void add_figure(CStreamText& report, long long number, std::size_t width, std::string_view suffix) {
   add_number(report, number, width);
-  report.add(after);
+  report.add(suffix);
 }
 
-/// The columns that the two formats of our own share.
+/// Appends the columns that both quorix formats share.
 void add_common_columns(CStreamText& report, const Csat& repeat, const RepeatFigures& figures) {
   add_class_name(report, figures.unit_length);
   report.add(' ');
@@ -120,7 +121,7 @@ void add_extended_format(CStreamText& report, const Csat& repeat, const RepeatFi
 
 void add_sputnik_format(CStreamText& report, const Csat& repeat, const RepeatFigures& figures,
                         std::string_view unit) {
-  // A repeat of N's alone has no perfection; no number of percent may be made of it.
+  // A repeat of N's alone has no perfection, and NaN must not become a number.
   const long long rounded_perfection =
       std::isfinite(figures.perfection) ? static_cast<long long>(figures.perfection + 0.5) : 0;
   report.add(get_repeat_name(figures.unit_length));
@@ -174,13 +175,13 @@ void Csat::report_sat(std::FILE* stream, CSequence_Mol& sequence) const {
   const SequenceText text{text_begin, text_begin + sequence.sequence.size()};
 
   CDnaString unit(std::string_view(unit_begin, static_cast<std::size_t>(unit_length())));
-  if (bring_unit_into_form(unit)) return;
+  if (normalize_unit(unit)) return;
 
   char block[kBlockSize];
   CStreamText report(stream, block);
   add_information(report, *this, text, unit.view());
   if (global_print_sat_mode == kFormatSputnik) {
-    // Whoever waits for the next line of this format gets it at once.
+    // A program that reads this format in a pipe gets each line at once.
     report.hand_over();
     std::fflush(stream);
   }

@@ -21,7 +21,7 @@ void add_column(CStreamText& text, std::string_view column, std::size_t width) {
 }
 
 void add_number(CStreamText& text, long long number, std::size_t width) {
-  char digits[std::numeric_limits<long long>::digits10 + 2];  // one digit more, and the sign
+  char digits[std::numeric_limits<long long>::digits10 + 2];  // one more digit, and the sign
   const std::to_chars_result end = std::to_chars(std::begin(digits), std::end(digits), number);
   add_column(text, {std::begin(digits), end.ptr}, width);
 }
@@ -30,7 +30,7 @@ void add_decimals(CStreamText& text, double number) {
   // The sign, all digits of the largest number, the point, the decimals and a NUL.
   char digits[std::numeric_limits<double>::max_exponent10 + kDecimals + 4];
   if (!std::isfinite(number)) {
-    // How a number that is none is spelled, and whether with a sign, is the C library's to say.
+    // The C library decides how NaN and infinity are spelled, and whether with a sign.
     std::snprintf(digits, sizeof digits, "%f", number);
     return add_column(text, digits, kDecimalsWidth);
   }

@@ -1,8 +1,8 @@
 #pragma once
 
 /// @file
-/// The columns of a report: texts and numbers, put to the right of a width. One that is wider takes
-/// the room that it needs.
+/// The columns of a report: texts and numbers, right-aligned in a width. A wider one is never cut
+/// off.
 
 #include <cstddef>
 #include <string_view>
@@ -11,14 +11,14 @@
 
 namespace quorix {
 
-/// Appends `column`, with blanks before it up to `width` characters, as printf's "%*s" does.
+/// Appends `column`, padded with blanks on the left to `width` characters, as printf's "%*s" does.
 void add_column(CStreamText& text, std::string_view column, std::size_t width);
 
 /// Appends a number in decimal, as printf's "%*lld" does.
 void add_number(CStreamText& text, long long number, std::size_t width = 0);
 
 /// Appends a number with three decimals in seven characters, as printf's "%7.3f" does: a number
-/// half-way between two decimals, as 0.0625 is, becomes the even one.
+/// half-way between two decimals, such as 0.0625, is rounded to the even one.
 void add_decimals(CStreamText& text, double number);
 
 }  // namespace quorix

@@ -15,7 +15,7 @@ Csat* Csat_garbagecollector::acquire(const char* unit_first, const char* unit_la
   } else {
     record = spare_records_.back();
     spare_records_.pop_back();
-    // The next one is soon asked for, and has not been looked at for long.
+    // The next one is needed soon, and has probably left the caches of the processor.
     if (!spare_records_.empty()) __builtin_prefetch(spare_records_.back(), 1);
   }
   record->init_from_unit(unit_first, unit_last);

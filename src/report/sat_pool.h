@@ -1,9 +1,9 @@
 #pragma once
 
 /// @file
-/// The pool of spare repeat records. A search makes and drops a record at nearly every base, so
-/// records are never freed during a run: they go back to the pool with their edit blocks, and the
-/// last one given back is the first one used again.
+/// The pool of spare repeat records. A search acquires and drops a record at nearly every base, so
+/// records are never freed during a run: they return to the pool with their edit blocks, and the
+/// last one released is the first one reused.
 
 #include <cstddef>
 #include <list>
@@ -19,21 +19,21 @@ class Csat_garbagecollector {
   Csat_garbagecollector(const Csat_garbagecollector&) = delete;
   Csat_garbagecollector& operator=(const Csat_garbagecollector&) = delete;
 
-  /// A record of one unit copy [unit_first, unit_last), the last spare one or else a new one. The
-  /// caller holds it until it puts it in a container or releases it. Throws: std::bad_alloc.
+  /// Returns a record of one copy [unit_first, unit_last): the last spare record, or a new one. The
+  /// caller owns it until it puts it into a container or releases it. Throws: std::bad_alloc.
   [[nodiscard]] Csat* acquire(const char* unit_first, const char* unit_last);
 
   /// Takes a record back, after all other spare ones. Throws: std::bad_alloc.
   void release(Csat* record);
 
-  /// Takes over the elements of `records` from `first` to `last`, in their order, after all other
-  /// spare ones.
+  /// Takes over the elements [first, last) of `records`, in their order, after all other spare
+  /// ones.
   void take(std::list<Csat*>& records, std::list<Csat*>::iterator first,
             std::list<Csat*>::iterator last) {
     spare_records_.splice(spare_records_.end(), records, first, last);
   }
 
-  /// The spare records, in the order in which they came.
+  /// Returns the spare records, in the order in which they were released.
   [[nodiscard]] const std::list<Csat*>& spare_records() const { return spare_records_; }
 
  private:

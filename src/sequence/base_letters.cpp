@@ -25,28 +25,28 @@ constexpr std::array<char, 256> make_base_table() {
 
 constexpr std::array<char, 256> kBaseOf = make_base_table();
 
-/// Letters that are looked at together.
+/// Letters that are tested together.
 constexpr std::size_t kGroupSize = 16;
 using LetterGroup = std::array<std::uint64_t, kGroupSize / sizeof(std::uint64_t)>;
 
-/// A word of eight times the same byte.
+/// Returns a word of eight times the same byte.
 constexpr std::uint64_t word_of(std::uint8_t byte) {
   return 0x0101010101010101U * byte;
 }
 
-/// The highest bit of every byte of `letters` that is not `letter` is set, those of the others are
-/// not. No byte can carry into the next.
+/// Returns a word in which a byte has its highest bit set exactly if that byte of `letters` is not
+/// `letter`. The other bits are undefined. No byte can carry into the next.
 constexpr std::uint64_t differences(std::uint64_t letters, char letter) {
   constexpr std::uint64_t kLowBits = word_of(0x7F);
   const std::uint64_t difference = letters ^ word_of(static_cast<std::uint8_t>(letter));
   return ((difference & kLowBits) + kLowBits) | difference;
 }
 
-/// Copies a group in upper case. True if it has the letters of the five bases only; else what is
-/// copied is of no use.
+/// Copies a group in upper case. Returns true if it has the letters of the five bases only;
+/// otherwise the copy is worthless.
 bool copy_common_group(const char* letters, char* bases) {
   constexpr std::uint64_t kHighestBits = word_of(0x80);
-  constexpr std::uint64_t kUpperCase = word_of(0xDF);  // a small letter has one bit more
+  constexpr std::uint64_t kUpperCase = word_of(0xDF);  // clears the bit of lower case
   LetterGroup group{};
   std::memcpy(group.data(), letters, kGroupSize);
   std::uint64_t others = 0;
@@ -59,7 +59,7 @@ bool copy_common_group(const char* letters, char* bases) {
   return (others & kHighestBits) == 0;
 }
 
-/// `copy_bases`, letter by letter.
+/// Does what `copy_bases` does, letter by letter.
 std::size_t copy_by_table(const char* letters, std::size_t count, char* bases) {
   for (std::size_t i = 0; i < count; ++i) {
     const char base = kBaseOf[static_cast<unsigned char>(letters[i])];
@@ -86,7 +86,7 @@ std::size_t copy_bases(const char* letters, std::size_t count, char* bases) {
   }
   if (done == count) return count;
   if (done == 0) return copy_by_table(letters, count, bases);
-  // The last group ends with the last letter: it begins inside the one before.
+  // The last group ends with the last letter, so it overlaps the one before.
   const std::size_t last = count - kGroupSize;
   if (copy_common_group(letters + last, bases + last)) return count;
   return last + copy_by_table(letters + last, kGroupSize, bases + last);

@@ -1,8 +1,8 @@
 #pragma once
 
 /// @file
-/// Where the bytes of an input come from. `CFile` reads through this interface, so that a test can
-/// hand out short reads and errors, and another kind of input needs no other reader.
+/// A source of input bytes. `CFile` reads through this interface, so that tests can supply short
+/// reads and errors, and a new kind of input needs no new reader.
 
 #include <cstddef>
 #include <string>
@@ -14,11 +14,11 @@ class CByteSource {
   enum class Outcome {
     kBytes,  ///< at least one byte was read
     kEnd,    ///< there are no more bytes
-    kError,  ///< the device failed, or bytes are lost; what was read before stands
+    kError,  ///< the device failed, or bytes are lost; earlier reads stay valid
   };
   struct ReadResult {
     Outcome outcome;
-    std::size_t byte_count;  ///< 1 to the room given with kBytes, else 0
+    std::size_t byte_count;  ///< 1 to `room` with kBytes, else 0
   };
 
   CByteSource() = default;
@@ -26,11 +26,12 @@ class CByteSource {
   CByteSource(const CByteSource&) = delete;
   CByteSource& operator=(const CByteSource&) = delete;
 
-  /// Reads up to `room` bytes to `destination`; fewer come when fewer are at hand.
+  /// Reads up to `room` bytes to `destination`; fewer if fewer are available.
   /// REQUIRES: room >= 1.
   [[nodiscard]] virtual ReadResult read(char* destination, std::size_t room) = 0;
 
-  /// Why the last read gave `kError`, in one line without its end. Empty where nothing is known.
+  /// Returns why the last read returned `kError`, in one line without a line end. Empty if the
+  /// reason is unknown.
   [[nodiscard]] virtual std::string failure_reason() const { return {}; }
 };
 

@@ -25,7 +25,7 @@ constexpr std::array<char, 256> kComplementOf = make_complement_table();
 
 struct LeastRotation {
   std::size_t start;  ///< where in the text the rotation begins, 0-based
-  bool is_periodic;   ///< another rotation is equal to it
+  bool is_periodic;   ///< another rotation equals it
 };
 
 LeastRotation find_least_rotation(std::string_view text) {
@@ -44,7 +44,7 @@ LeastRotation find_least_rotation(std::string_view text) {
       ++matched;
       continue;
     }
-    // The loser, and every start inside what it matched, is beaten by a rotation of the winner.
+    // A rotation of the winner beats the loser and every start inside the stretch that matched.
     (best_letter > rival_letter ? best : rival) += matched + 1;
     if (best == rival) ++rival;
     matched = 0;

@@ -3,9 +3,9 @@
 /// @file
 /// The growable character buffer that holds the bases of a record.
 ///
-/// It is one plain memory block that grows by doubling, so that reading a chromosome moves it a
-/// few times only, and that is kept from record to record. There is no terminating NUL unless
-/// `c_str` is asked for one.
+/// It is one plain memory block. It grows by doubling, so that reading a chromosome moves it only a
+/// few times, and is reused from record to record. It has no terminating NUL unless `c_str` is
+/// called.
 
 #include <cstddef>
 #include <cstdlib>
@@ -26,42 +26,42 @@ class faststring {
     return *this;
   }
 
-  /// The characters in use, null while nothing has been allocated. Valid until the block grows.
+  /// Returns the characters in use, null before the first allocation. Valid until the block grows.
   [[nodiscard]] char* data() { return data_; }
   [[nodiscard]] const char* data() const { return data_; }
-  /// Characters in use.
+  /// Returns the number of characters in use.
   [[nodiscard]] std::size_t size() const { return size_; }
-  /// Bytes allocated.
+  /// Returns the number of bytes allocated.
   [[nodiscard]] std::size_t capacity() const { return capacity_; }
 
-  /// Forgets the characters and keeps the block.
+  /// Drops the characters and keeps the block.
   void clear() { size_ = 0; }
 
-  /// Makes room for `count` characters and a terminator: a smaller block becomes exactly
-  /// `count` + 1 bytes. Throws: std::bad_alloc.
+  /// Makes room for `count` characters and a terminator. A smaller block becomes exactly
+  /// `count` + 1 bytes long. Throws: std::bad_alloc.
   void reserve(std::size_t count) {
     if (count == kMaxSize) throw std::bad_alloc();
     if (capacity_ < count + 1) reallocate(count + 1);
   }
 
-  /// Appends one character. A full block doubles, an absent one becomes 4 bytes.
+  /// Appends one character. A full block doubles; the first block has 4 bytes.
   /// Throws: std::bad_alloc.
   void push_back(char character) {
     if (size_ == capacity_) grow();
     data_[size_++] = character;
   }
 
-  /// Bytes of the block that are not in use.
+  /// Returns the number of bytes of the block that are not in use.
   [[nodiscard]] std::size_t spare_room() const { return capacity_ - size_; }
 
-  /// Where the next characters go: they can be written here and then appended by `commit`. Null
-  /// while nothing has been allocated.
+  /// Returns where the next characters go: write them there, then append them with `commit`. Null
+  /// before the first allocation.
   [[nodiscard]] char* spare_begin() { return data_ + size_; }
 
   /// Appends the `count` characters at `spare_begin`. REQUIRES: count <= spare_room().
   void commit(std::size_t count) { size_ += count; }
 
-  /// The characters with a NUL behind the last one. A full block grows by exactly one byte, and may
+  /// Returns the characters, followed by a NUL. A full block grows by exactly one byte and may
   /// move. Throws: std::bad_alloc.
   const char* c_str() {
     if (capacity_ == size_) reallocate(size_ + 1);

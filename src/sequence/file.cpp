@@ -40,7 +40,7 @@ std::size_t CFile::fill_buffer(std::size_t keep) {
   std::memmove(buffer_.data(), buffer_end_ - kept, kept);
   cursor_ = buffer_end_ = buffer_.data() + kept;
 
-  // An end or an error is final: a terminal or a flaky device could give more after it.
+  // An end or an error is final: a terminal or a flaky device could deliver more after it.
   if (source_ == nullptr || has_ended_cleanly() || has_read_error_) {
     state_ = static_cast<std::uint8_t>(has_read_error_ ? int{kEnd} : kFail | kEnd);
     return kept;
@@ -58,7 +58,7 @@ std::size_t CFile::fill_buffer(std::size_t keep) {
 
 int CFile::next_raw_character() {
   if (cursor_ == buffer_end_) {
-    // The character in front of the new ones stays, so that one step back is always possible.
+    // The character before the new ones stays, so that one step back is always possible.
     fill_buffer(1);
     if (is_at_end()) return 0;
   }
@@ -69,7 +69,7 @@ int CFile::getchar() {
   int character = next_raw_character();
   if (is_at_end()) return character;
   if (character == kCarriageReturn) {
-    cursor_[-1] = kLineFeed;  // what a step back over it has to see
+    cursor_[-1] = kLineFeed;  // for a step back over it
     if (next_raw_character() != kLineFeed && !is_at_end()) ungetchar();
     character = kLineFeed;
   }

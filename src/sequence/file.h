@@ -1,9 +1,9 @@
 #pragma once
 
 /// @file
-/// The input file, character by character: read in large blocks, every kind of line end folded to
-/// a line feed, lines counted, and always able to step back by one character. What is buffered can
-/// be seen and taken as a whole, for readers in a hurry.
+/// The input file, character by character. It is read in large blocks; every kind of line end
+/// becomes a line feed, lines are counted, and one step back is always possible. Fast readers can
+/// see and take the whole buffer.
 
 #include <cstddef>
 #include <cstdint>
@@ -19,8 +19,8 @@ namespace quorix {
 class CFile {
  public:
   /// Flags of `state()`. A reader of records sees three combinations: `kGood` (more follows),
-  /// `kFail | kEnd` (the input ended cleanly) and `kEnd` alone (the input is not what it should be,
-  /// or the device failed).
+  /// `kFail | kEnd` (the input ended cleanly) and `kEnd` alone (the input is no FASTA, or the
+  /// device failed).
   enum Flag : std::uint8_t {
     kFail = 1,  ///< a read of the file returned nothing
     kGood = 2,  ///< nothing has gone wrong
@@ -29,7 +29,7 @@ class CFile {
 
   CFile();
 
-  /// Opens a file, on line 1. When that fails the state is `kEnd`.
+  /// Opens a file, on line 1. On failure the state is `kEnd`.
   void open(const std::string& filename);
 
   /// Reads from `source` instead, on line 1; null counts as a failed opening.
@@ -38,47 +38,46 @@ class CFile {
   /// Closes the input; the state stays.
   void close();
 
-  /// The next character, 0 to 255. CR LF, a lone CR and a lone LF each give one line feed. At the
-  /// end it gives 0 and sets the end flag: ask the state, not the character.
+  /// Returns the next character, 0 to 255. CR LF, a lone CR and a lone LF each become one line
+  /// feed. At the end it returns 0 and sets the end flag: ask the state, not the character.
   int getchar();
 
-  /// Steps back over the character that `getchar` gave last.
+  /// Steps back over the character that `getchar` returned last.
   void ungetchar();
 
-  /// The bytes that are buffered and not yet taken, with line ends as they stand in the input;
-  /// nothing once the end flag is set. Never reads. Valid until the next call that takes a
-  /// character.
+  /// Returns the buffered bytes that are not taken yet, with line ends as in the input; nothing
+  /// once the end flag is set. Never reads. Valid until the next call that takes a character.
   [[nodiscard]] std::string_view unread() const {
     if (is_at_end()) return {};
     return {cursor_, static_cast<std::size_t>(buffer_end_ - cursor_)};
   }
 
-  /// Takes the first `count` of the bytes that `unread` gives, as so many calls of `getchar` would.
-  /// REQUIRES: there are so many and no CR or LF is among them.
+  /// Takes the first `count` bytes of `unread()`, as `count` calls of `getchar` would.
+  /// REQUIRES: there are that many, and no CR or LF is among them.
   void skip(std::size_t count) { cursor_ += count; }
 
-  /// Moves the last `keep` characters of the buffer (or as many as there are) to its front and
-  /// reads on behind them. Gives how many were kept. Nothing read sets `kFail | kEnd`; a failed
-  /// read leaves `kEnd` alone, now and at every later call.
+  /// Moves the last `keep` characters of the buffer (or all, if there are fewer) to its front and
+  /// reads more after them. Returns how many were kept. Reading nothing sets `kFail | kEnd`; a
+  /// failed read leaves `kEnd` alone, in this and every later call.
   std::size_t fill_buffer(std::size_t keep);
 
   [[nodiscard]] std::uint8_t state() const { return state_; }
   void set_state(std::uint8_t state) { state_ = state; }
   [[nodiscard]] bool is_at_end() const { return (state_ & kEnd) != 0; }
 
-  /// The input ended where a record may end.
+  /// Returns true if the input ended where a record may end.
   [[nodiscard]] bool has_ended_cleanly() const { return (state_ & kFail) != 0; }
 
-  /// The input is not FASTA at `line_number()`, or the device failed there.
+  /// Returns true if the input is not FASTA at `line_number()`, or the device failed there.
   [[nodiscard]] bool has_format_error() const { return state_ == kEnd; }
 
-  /// Why the device failed, in one line without its end. Empty when it did not, when the reason is
-  /// not known, and once the input is closed.
+  /// Returns why the device failed, in one line without a line end. Empty if it did not fail, if
+  /// the reason is unknown, and once the input is closed.
   [[nodiscard]] std::string read_failure_reason() const {
     return has_read_error_ && source_ != nullptr ? source_->failure_reason() : std::string();
   }
 
-  /// The line that the next character is on, from 1.
+  /// Returns the line of the next character, from 1.
   [[nodiscard]] std::uint64_t line_number() const { return line_number_; }
 
  private:

@@ -12,14 +12,14 @@ namespace quorix {
 
 namespace {
 
-/// Bytes that a regular file holds; 0 for everything else, where no number is promised.
+/// Returns the length of a regular file in bytes; 0 for everything else, which has no fixed length.
 off_t length_of(int descriptor) {
   struct stat status {};
   if (::fstat(descriptor, &status) != 0 || !S_ISREG(status.st_mode)) return 0;
   return status.st_size;
 }
 
-/// True for a file that is as long as ever but has nothing on a disk.
+/// Returns true for a file that still has its length but occupies no disk blocks.
 bool only_claims_length(int descriptor, off_t length) {
   struct stat status {};
   return ::fstat(descriptor, &status) == 0 && status.st_size >= length && status.st_blocks == 0;
@@ -51,7 +51,7 @@ class CPosixSource : public CByteSource {
 
   ReadResult end() {
     if (first_length_ == 0) return {Outcome::kEnd, 0};
-    // Asked of the system: /dev/stdin may be a descriptor that someone has read from before.
+    // The system knows: /dev/stdin may be a descriptor that somebody has read from before.
     const off_t position = ::lseek(descriptor_, 0, SEEK_CUR);
     if (position >= first_length_ || only_claims_length(descriptor_, first_length_)) {
       return {Outcome::kEnd, 0};
@@ -61,7 +61,7 @@ class CPosixSource : public CByteSource {
   }
 
   int descriptor_;
-  off_t first_length_;  ///< when it was opened; it may have grown since
+  off_t first_length_;  ///< when it was opened; it may be longer now
   std::string failure_reason_;
 };
 

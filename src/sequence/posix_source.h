@@ -10,13 +10,13 @@
 
 namespace quorix {
 
-/// Opens `filename` for reading. Gives null when it cannot be opened. A directory opens, and fails
-/// at its first read. Interrupted calls are tried again.
+/// Opens `filename` for reading and returns its source, or null if it cannot be opened. A directory
+/// opens, and fails at its first read. Interrupted calls are repeated.
 ///
-/// A regular file that ends before the length it had when it was opened is a failed read, so that
-/// a file that is cut meanwhile does not pass for a whole one. The one exception: a file that still
-/// has that length and takes no blocks of a disk. The kernel makes the contents of such files as
-/// they are read, and gives a page as the length of all of them.
+/// A read fails if a regular file ends before the length it had when it was opened: otherwise a
+/// file that is cut meanwhile would pass for a whole one. The one exception is a file that still
+/// has that length and occupies no disk blocks. The kernel creates the contents of such files as
+/// they are read, and reports a page as the length of each.
 [[nodiscard]] std::unique_ptr<CByteSource> open_posix_source(const std::string& filename);
 
 }  // namespace quorix

@@ -7,25 +7,25 @@ namespace quorix {
 
 namespace {
 
-std::array<PrimeFactorRow, kLongestTabledLength + 1> make_prime_factors() {
-  std::array<PrimeFactorRow, kLongestTabledLength + 1> rows{};
-  std::array<std::size_t, kLongestTabledLength + 1> factor_counts{};
-  for (std::size_t prime = 2; prime <= kLongestTabledLength; ++prime) {
+std::array<PrimeFactorRow, kMaxTabledLength + 1> make_prime_factors() {
+  std::array<PrimeFactorRow, kMaxTabledLength + 1> rows{};
+  std::array<std::size_t, kMaxTabledLength + 1> factor_counts{};
+  for (std::size_t prime = 2; prime <= kMaxTabledLength; ++prime) {
     if (factor_counts[prime] != 0) continue;  // a smaller prime divides it
-    for (std::size_t multiple = 2 * prime; multiple <= kLongestTabledLength; multiple += prime) {
+    for (std::size_t multiple = 2 * prime; multiple <= kMaxTabledLength; multiple += prime) {
       rows[multiple][factor_counts[multiple]++] = static_cast<std::int32_t>(prime);
     }
   }
   return rows;
 }
 
-/// True if the `length` characters at `begin` are equal blocks of `block_length`. Blocks are equal
-/// to their neighbours exactly if the text is equal to itself, shifted by one block.
+/// Returns true if the `length` characters at `begin` are equal blocks of `block_length`. All
+/// blocks are equal exactly if the text equals itself shifted by one block.
 bool has_period(const char* begin, std::size_t length, std::size_t block_length) {
   return std::memcmp(begin, begin + block_length, length - block_length) == 0;
 }
 
-/// The rule of the table, for lengths beyond it.
+/// Applies the rule of the table to lengths beyond it.
 bool is_reducible_by_division(const char* begin, std::size_t length) {
   std::size_t rest = length;
   for (std::size_t factor = 2; factor <= rest / factor; ++factor) {
@@ -38,11 +38,11 @@ bool is_reducible_by_division(const char* begin, std::size_t length) {
 
 }  // namespace
 
-const std::array<PrimeFactorRow, kLongestTabledLength + 1> primeFactors = make_prime_factors();
+const std::array<PrimeFactorRow, kMaxTabledLength + 1> primeFactors = make_prime_factors();
 
 bool isReducibleUnit_global(const char* begin, const char* end) {
   const auto length = static_cast<std::size_t>(end - begin);
-  if (length > kLongestTabledLength) return is_reducible_by_division(begin, length);
+  if (length > kMaxTabledLength) return is_reducible_by_division(begin, length);
   for (const std::int32_t prime : primeFactors[length]) {
     if (prime == 0) break;
     if (has_period(begin, length, length / static_cast<std::size_t>(prime))) return true;

@@ -15,12 +15,12 @@ constexpr std::size_t kReservedBases = 10'000'000;
 constexpr std::size_t kWrittenBlockSize = 65'536;
 constexpr int kDna = 0;
 
-/// Bytes in which the end of a line is looked for at a time. An odd character makes the reader look
-/// anew, which must not cost a walk over all that is buffered.
+/// Bytes that are searched for a line end at a time. After each unusual character the search starts
+/// again, so it must not scan the whole buffer.
 constexpr std::size_t kStretchLength = 512;
 
-/// The buffered bytes of the line, up to its line feed or CR LF; nothing where the buffer or the
-/// file ends. A lone CR may be among them.
+/// Returns the buffered bytes of the line up to its line feed or CR LF; nothing at the end of the
+/// buffer or the file. A lone CR may be among them.
 std::string_view stretch_of_line(const CFile& file) {
   const std::string_view buffered = file.unread().substr(0, kStretchLength);
   std::string_view stretch = buffered.substr(0, buffered.find('\n'));
@@ -32,7 +32,7 @@ bool is_white_space(int character) {
   return character == ' ' || (character >= '\t' && character <= '\r');
 }
 
-/// The first character that is neither white space nor part of a '#' line.
+/// Returns the first character that is neither white space nor part of a '#' line.
 int skip_to_header(CFile& file) {
   const auto skip_white_space = [&file] {
     int character = file.getchar();
@@ -48,7 +48,7 @@ int skip_to_header(CFile& file) {
   return character;
 }
 
-/// True if the record has one more line. The character that tells stays unread.
+/// Returns true if the record has another line. The character that decides stays unread.
 bool has_another_line(CFile& file) {
   const std::string_view buffered = file.unread();
   if (!buffered.empty() && buffered.front() != '\r') return buffered.front() != '>';
@@ -89,7 +89,7 @@ void CSequence_Mol::read_name(CFile& file) {
     if (file.is_at_end() || character == '\n') break;
     name += static_cast<char>(character);
   }
-  // A header that the end of the file cuts off still is a record.
+  // A header that the end of the file cuts off is still a record.
   if (file.is_at_end() && !name.empty()) {
     file.set_state(static_cast<std::uint8_t>(file.state() & ~CFile::kEnd));
   }
@@ -103,7 +103,7 @@ void CSequence_Mol::read_body(CFile& file) {
       std::fputs("Not implemented.\n", stdout);
       skip_line(file);
     }
-    // Looking on would turn a bad last byte into a clean end of the file.
+    // Looking for another line would turn a bad last byte into a clean end of the file.
     if (file.has_format_error()) return;
   }
 }
@@ -124,7 +124,7 @@ void CSequence_Mol::getLineOfDNA(CFile& file) {
 
 void CSequence_Mol::append_buffered_bases(CFile& file) {
   const std::string_view stretch = stretch_of_line(file);
-  // A full block is left to `push_back`, so that it grows only for a base that needs the room.
+  // `push_back` handles a full block, so that it grows only for a base that needs the room.
   const std::size_t count = std::min(stretch.size(), sequence.spare_room());
   const std::size_t copied = copy_bases(stretch.data(), count, sequence.spare_begin());
   sequence.commit(copied);

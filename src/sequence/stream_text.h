@@ -1,8 +1,8 @@
 #pragma once
 
 /// @file
-/// Text on its way to a stream, gathered in a block of memory: a stream takes a few large pieces at
-/// far less cost than many small ones.
+/// A buffer for text on its way to a stream: writing a few large pieces costs far less than writing
+/// many small ones.
 
 #include <cstddef>
 #include <cstdio>
@@ -13,8 +13,8 @@ namespace quorix {
 
 class CStreamText {
  public:
-  /// Gathers text for `stream` in `block`, which holds as long as this object does. Write errors
-  /// are the stream's to keep.
+  /// Collects text for `stream` in `block`, which must outlive this object. A write error stays in
+  /// the stream's error flag.
   CStreamText(std::FILE* stream, std::span<char> block) : stream_(stream), block_(block) {}
   ~CStreamText() { hand_over(); }
   CStreamText(const CStreamText&) = delete;
@@ -23,7 +23,7 @@ class CStreamText {
   /// Appends one character.
   void add(char character) { add(std::string_view(&character, 1)); }
 
-  /// Appends `text`. What does not fit into the block goes on to the stream at once.
+  /// Appends `text`. Text that does not fit into the block goes to the stream at once.
   void add(std::string_view text) {
     if (text.size() > block_.size() - size_) {
       hand_over();
@@ -36,12 +36,12 @@ class CStreamText {
     size_ += text.size();
   }
 
-  /// Appends `count` times the same character.
+  /// Appends the same character `count` times.
   void add(std::size_t count, char character) {
     for (; count > 0; --count) add(character);
   }
 
-  /// Hands over what is gathered, so that the stream has all text.
+  /// Writes the collected text to the stream.
   void hand_over() {
     if (size_ > 0) std::fwrite(block_.data(), 1, size_, stream_);
     size_ = 0;
@@ -50,7 +50,7 @@ class CStreamText {
  private:
   std::FILE* stream_;
   std::span<char> block_;
-  std::size_t size_ = 0;  ///< of the text in the block
+  std::size_t size_ = 0;  ///< characters of text in the block
 };
 
 }  // namespace quorix

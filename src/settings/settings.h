@@ -3,12 +3,12 @@
 /// @file
 /// The settings of a run.
 ///
-/// They are process-wide: `init_param` gives them their defaults, the command line
-/// (`driver/command_line.h`) overwrites and checks them once, and from then on every room
-/// only reads them. A test may set them directly before it builds what reads them.
+/// They are process-wide: `init_param` sets their defaults, the command line
+/// (`driver/command_line.h`) overwrites and checks them once, and after that every room only reads
+/// them. A test may set them directly before it builds what reads them.
 ///
-/// Lengths are in bp; sequences are numbered from 1 in file order, both ends of a range
-/// inclusive; a match always scores +1.
+/// Lengths are in bp. Sequences are numbered from 1 in file order, and both ends of a range are
+/// inclusive. A match always scores +1.
 
 #include <cstdint>
 #include <limits>
@@ -21,7 +21,7 @@ inline constexpr int kSearchExact = 0;
 inline constexpr int kSearchExtendExact = 1;
 inline constexpr int kSearchImperfect = 2;
 
-/// Values of `global_N_and_perfection_mode`: what an N is when a perfection is computed.
+/// Values of `global_N_and_perfection_mode`: how a perfection counts an N.
 inline constexpr int kNAsMismatch = 0;
 inline constexpr int kNAsNeutral = 1;
 inline constexpr int kNAsMatch = 2;
@@ -47,7 +47,7 @@ inline constexpr std::uint32_t kLastSequence = std::numeric_limits<std::uint32_t
 /// `global_maximum_scorereduction` with this value means "no limit".
 inline constexpr int kNoScoreReductionLimit = std::numeric_limits<int>::max();
 
-/// Up to this `global_maximum_recursion_depth` bounds the edits of the look-ahead.
+/// Values of `global_maximum_recursion_depth` up to this one limit the edits of the look-ahead.
 inline constexpr int kDeepestRecursion = 255;
 
 /// Path of the FASTA file that is searched.
@@ -58,34 +58,34 @@ extern std::string global_output_filename;
 extern std::uint32_t global_sequence_from;
 /// Last sequence that is searched, inclusive. Default `kLastSequence`.
 extern std::uint32_t global_sequence_to;
-/// Which search runs, see `kSearchExact` and its neighbours. Default imperfect.
+/// The search that runs, see `kSearchExact` and the next two. Default imperfect.
 extern int global_search_mode;
 /// Reserved: set to 0 and never read.
 extern int global_trim_mode;
 /// How N counts in a perfection, see `kNAsMismatch`. Default mismatch.
 extern int global_N_and_perfection_mode;
-/// The form in which units are printed, see `kUnitAsFound`. Default both strands.
+/// How units are printed, see `kUnitAsFound`. Default both strands.
 extern int global_report_unit_mode;
-/// What is printed of the repeat's bases, see `kPrintNoSequence`. Default alignment.
+/// How the bases of a repeat are printed, see `kPrintNoSequence`. Default alignment.
 extern int global_print_sat_seq_mode;
 /// The format of a repeat's line, see `kFormatQuorix`. Default extended.
 extern int global_print_sat_mode;
 /// Bases printed to the left and right of a printed repeat, 0 or more. Default 0.
 extern int global_flanking;
-/// Minimum perfection in percent; the command line admits 0 alone. Default 0.
+/// Minimum perfection in percent; the command line accepts only 0. Default 0.
 extern float global_perfection_minimum;
-/// Edits that the look-ahead may try in a row, 1 or more. Above `kDeepestRecursion` there is no
-/// limit, since the level is an 8-bit count that is compared for equality. Default 5.
+/// Edits on a path of the look-ahead, 1 or more. Above `kDeepestRecursion` there is no limit, since
+/// the level is an 8-bit count that is compared for equality. Default 5.
 extern int global_maximum_recursion_depth;
-/// How far the score may fall below the best one. Default `kNoScoreReductionLimit`.
+/// How far the score may fall below the best score so far. Default `kNoScoreReductionLimit`.
 extern int global_maximum_scorereduction;
-/// Smallest unit length searched; 0 is allowed and finds nothing of itself. Default 1.
+/// Minimum unit length searched; 0 is allowed, and length 0 finds nothing. Default 1.
 extern std::uint32_t global_min_unit_length;
-/// Largest unit length searched, inclusive, not below the smallest. Default 6.
+/// Maximum unit length searched, inclusive, not below the minimum. Default 6.
 extern std::uint32_t global_max_unit_length;
 /// True: N is a mismatch; false: N is neutral, with score 0. Default false.
 extern bool global_treat_Ns_as_missense;
-/// Successive N's that a repeat may hold, 0 or more. Default 4.
+/// Consecutive N's that a repeat may hold, 0 or more. Default 4.
 extern int global_Ns_allowed_in_a_row;
 /// Constant term of the minimum score. Default 6.
 extern int global_min_score;
@@ -113,8 +113,8 @@ extern bool global_mask_repeats;
 /// Reserved status word of the run: never read or written.
 extern int run_status;
 
-/// Gives every setting its default. The two file names are left alone: they are empty from
-/// the start and belong to the command line.
+/// Sets every setting to its default, except the two file names, which are empty from the start and
+/// belong to the command line.
 void init_param();
 
 }  // namespace quorix

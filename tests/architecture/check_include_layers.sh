@@ -101,7 +101,7 @@ check_system() {
   report "$1" "$2" "<$3> may not be included here"
 }
 
-# check_circles INCLUDES: no file may include itself, directly or transitively.
+# check_circles INCLUDES: no file may include itself, not even transitively.
 check_circles() {
   local circle
   # Of a pair of equal names tsort makes nothing, so these are seen to first.

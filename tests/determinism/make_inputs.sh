@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Writes the inputs that builds are compared on into a folder: worn arrays of units of 1 to 60 bases
+# Writes the inputs that builds are compared on into a folder: diverged arrays of units of 1 to 60 bases
 # between random bases and N's, in records of several lengths, as several kinds of text.
 #
 #   make_inputs.sh FOLDER

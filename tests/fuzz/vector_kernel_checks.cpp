@@ -25,11 +25,11 @@ namespace {
 
 using testing::Batch;
 using testing::BatchReach;
-using testing::Growth;
+using testing::PlainRepeat;
 
-constexpr std::size_t kMostBases = 120;
+constexpr std::size_t kMaxBases = 120;
 // The twin follows all paths of 32 seeds.
-constexpr std::size_t kMostBatchTextBases = 70;
+constexpr std::size_t kMaxBatchTextBases = 70;
 
 std::int64_t take_penalty(CFuzzInput& input, std::int64_t least) {
   const std::int64_t penalty = input.take_between(least, least + 15);
@@ -47,7 +47,7 @@ std::string noise(std::size_t length) {
   return bases;
 }
 
-/// The bases of the input, with noise around them at times. Gives where they begin.
+/// The bases of the input, with noise around them at times. Returns where they begin.
 std::size_t take_surrounded_bases(CFuzzInput& input, std::size_t most, std::size_t margin,
                                   std::string& text) {
   const bool is_surrounded = input.take_flag();
@@ -68,25 +68,25 @@ std::string described(const std::string& text, std::int64_t first, std::int64_t 
          "," + std::to_string(rules.indel_penalty) + (rules.is_N_neutral ? " neutral N's" : "");
 }
 
-void check_reach(const Growth& growth, std::int64_t min_score) {
-  const testing::Outcome right = testing::follow_all_paths(growth, true, growth.score);
+void check_reach(const PlainRepeat& repeat, std::int64_t min_score) {
+  const testing::Outcome right = testing::follow_all_paths(repeat, true, repeat.score);
   if (!right.is_complete) return;
-  const testing::Outcome both = testing::follow_all_paths(growth, false, right.best);
+  const testing::Outcome both = testing::follow_all_paths(repeat, false, right.best);
   if (!both.is_complete) return;
-  const bool must_be_refuted =
-      both.best < min_score && testing::is_in_reach_of_bound(growth, right, both);
-  on_every_processor(growth.text, [&](const char* bases, const char* target) {
+  const bool must_be_rejected =
+      both.best < min_score && testing::is_in_reach_of_bound(repeat, right, both);
+  on_every_processor(repeat.text, [&](const char* bases, const char* target) {
     BoundWork work;
     const bool answer = may_repeat_reach(
-        {bases, bases + growth.text.size(), growth.scoring},
-        {bases + growth.start, bases + growth.end, bases + growth.unit_begin,
-         bases + growth.unit_end, growth.right_phase, growth.left_phase, growth.score},
+        {bases, bases + repeat.text.size(), repeat.scoring},
+        {bases + repeat.start, bases + repeat.end, bases + repeat.unit_begin,
+         bases + repeat.unit_end, repeat.right_phase, repeat.left_phase, repeat.score},
         min_score, work);
-    const bool is_right = answer ? !must_be_refuted : both.best < min_score;
+    const bool is_right = answer ? !must_be_rejected : both.best < min_score;
     expect(is_right, [&] {
       return std::string(target) + ": the score bound answers " + (answer ? "yes" : "no") + " to " +
              std::to_string(min_score) + ", best is " + std::to_string(both.best) +
-             described(growth.text, growth.unit_begin, growth.unit_length(), growth.scoring);
+             described(repeat.text, repeat.unit_begin, repeat.unit_length(), repeat.scoring);
     });
   });
 }
@@ -115,24 +115,25 @@ void check_reaches(const Batch& batch, std::uint32_t asked, std::int64_t min_sco
   });
 }
 
-/// Growth of the seed at `p` reaches no more than this; nothing is told of units with N's, nor of
-/// paths that are too long to follow.
+/// Returns the highest score that an extension of the seed at `p` can reach; nothing for units with
+/// N's and for paths that are too long to follow.
 std::optional<std::int64_t> best_of_seed(const std::string& text, std::int64_t p,
                                          std::int64_t unit_length, const ScoringRules& rules) {
   const std::int64_t end = p + unit_length;
   if (text.find('N', static_cast<std::size_t>(p)) < static_cast<std::size_t>(end)) return {};
-  const Growth growth{text, p, end, p, end, 0, unit_length - 1, 0, rules};
-  const testing::Outcome right = testing::follow_all_paths(growth, true, 0);
-  const testing::Outcome both = testing::follow_all_paths(growth, false, right.best);
+  const PlainRepeat repeat{text, p, end, p, end, 0, unit_length - 1, 0, rules};
+  const testing::Outcome right = testing::follow_all_paths(repeat, true, 0);
+  const testing::Outcome both = testing::follow_all_paths(repeat, false, right.best);
   if (!right.is_complete || !both.is_complete) return {};
   return both.best;
 }
 
-void expect_refutable(const char* kernel, const std::string& text, std::int64_t p,
-                      std::int64_t unit_length, const ScoringRules& rules, std::int64_t min_score) {
+void expect_rejectable(const char* kernel, const std::string& text, std::int64_t p,
+                       std::int64_t unit_length, const ScoringRules& rules,
+                       std::int64_t min_score) {
   const std::optional<std::int64_t> best = best_of_seed(text, p, unit_length, rules);
   expect(!best || *best < min_score, [&] {
-    return std::string(kernel) + " refutes a seed that reaches " + std::to_string(*best) + " of " +
+    return std::string(kernel) + " rejects a seed that reaches " + std::to_string(*best) + " of " +
            std::to_string(min_score) + described(text, p, unit_length, rules);
   });
 }
@@ -140,15 +141,15 @@ void expect_refutable(const char* kernel, const std::string& text, std::int64_t 
 }  // namespace
 
 void check_lag_bound(CFuzzInput& input) {
-  constexpr std::int64_t kMostScores = 400;
+  constexpr std::int64_t kMaxScores = 400;
   LagRule rules{input.take_between(1, 40),
                 {},
                 {take_penalty(input, 5), take_penalty(input, 5), input.take_flag()}};
   for (std::int64_t count = input.take_between(1, 8); count > 0; --count) {
     const std::int64_t score = input.take_byte();
-    rules.min_scores.push_back(score == 255 ? kMostScores : score);
+    rules.min_scores.push_back(score == 255 ? kMaxScores : score);
   }
-  const std::string text = input.take_bases(kMostBases);
+  const std::string text = input.take_bases(kMaxBases);
   if (static_cast<std::int64_t>(text.size()) <= rules.last_unit_length()) return;
   const std::vector<std::vector<bool>> expected = testing::CPlainLagBound(text, rules).seeds();
   on_every_processor(text, [&](const char* bases, const char* target) {
@@ -168,10 +169,10 @@ void check_lag_bound(CFuzzInput& input) {
 }
 
 void check_score_bound(CFuzzInput& input) {
-  Growth growth{};
-  growth.scoring.mismatch_penalty = take_penalty(input, 2);
-  growth.scoring.indel_penalty = take_penalty(input, 2);
-  growth.scoring.is_N_neutral = input.take_flag();
+  PlainRepeat repeat{};
+  repeat.scoring.mismatch_penalty = take_penalty(input, 2);
+  repeat.scoring.indel_penalty = take_penalty(input, 2);
+  repeat.scoring.is_N_neutral = input.take_flag();
   const std::int64_t unit_length = input.take_between(1, 60);
   const std::int64_t place = input.take_byte();
   const std::int64_t score = input.take_between(0, 30);
@@ -181,23 +182,23 @@ void check_score_bound(CFuzzInput& input) {
   const std::int64_t left_phase = input.take_byte();
   const std::int64_t min_score = input.take_byte() == 255 ? 100'000 : input.take_byte();
   const auto margin =
-      static_cast<std::int64_t>(take_surrounded_bases(input, kMostBases, 500, growth.text));
+      static_cast<std::int64_t>(take_surrounded_bases(input, kMaxBases, 500, repeat.text));
 
-  const auto room = static_cast<std::int64_t>(growth.text.size()) - 2 * margin - unit_length;
+  const auto room = static_cast<std::int64_t>(repeat.text.size()) - 2 * margin - unit_length;
   if (room < 0) return;
-  growth.unit_begin = margin + place % (room + 1);
-  growth.unit_end = growth.unit_begin + unit_length;
-  const std::size_t N_at = growth.text.find('N', static_cast<std::size_t>(growth.unit_begin));
-  if (N_at < static_cast<std::size_t>(growth.unit_end)) return;
-  // A repeat that has not grown yet has no score, and all of its phases are those of the unit.
+  repeat.unit_begin = margin + place % (room + 1);
+  repeat.unit_end = repeat.unit_begin + unit_length;
+  const std::size_t N_at = repeat.text.find('N', static_cast<std::size_t>(repeat.unit_begin));
+  if (N_at < static_cast<std::size_t>(repeat.unit_end)) return;
+  // A repeat that was not extended yet has no score, and all of its phases are those of the unit.
   const bool is_fresh = score == 0;
-  growth.score = score;
-  growth.start = std::max<std::int64_t>(growth.unit_begin - (is_fresh ? 0 : left), 0);
-  growth.end = std::min<std::int64_t>(growth.unit_end + (is_fresh ? 0 : right),
-                                      static_cast<std::int64_t>(growth.text.size()));
-  growth.right_phase = is_fresh ? 0 : right_phase % unit_length;
-  growth.left_phase = is_fresh ? unit_length - 1 : left_phase % unit_length;
-  check_reach(growth, min_score);
+  repeat.score = score;
+  repeat.start = std::max<std::int64_t>(repeat.unit_begin - (is_fresh ? 0 : left), 0);
+  repeat.end = std::min<std::int64_t>(repeat.unit_end + (is_fresh ? 0 : right),
+                                      static_cast<std::int64_t>(repeat.text.size()));
+  repeat.right_phase = is_fresh ? 0 : right_phase % unit_length;
+  repeat.left_phase = is_fresh ? unit_length - 1 : left_phase % unit_length;
+  check_reach(repeat, min_score);
 }
 
 void check_batch_bound(CFuzzInput& input) {
@@ -210,7 +211,7 @@ void check_batch_bound(CFuzzInput& input) {
   const std::uint32_t mask = input.take_word();
   const std::int64_t min_score = input.take_byte() == 255 ? 300 : input.take_byte();
   const auto margin =
-      static_cast<std::int64_t>(take_surrounded_bases(input, kMostBatchTextBases, 300, batch.text));
+      static_cast<std::int64_t>(take_surrounded_bases(input, kMaxBatchTextBases, 300, batch.text));
 
   const std::int64_t room = batch.text_length() - 2 * margin - batch.unit_length;
   if (room < 0) return;
@@ -220,35 +221,35 @@ void check_batch_bound(CFuzzInput& input) {
 }
 
 void check_chain_bound(CFuzzInput& input) {
-  constexpr std::size_t kMostChainTextBases = 80;
+  constexpr std::size_t kMaxChainTextBases = 80;
   const ScoringRules rules{take_penalty(input, 2), take_penalty(input, 2), input.take_flag()};
   const std::int64_t unit_length = input.take_between(1, 32);
   const std::int64_t min_score = input.take_between(1, 60);
   const ChainRule rule = ChainRule::for_unit(unit_length, min_score, rules);
   const std::size_t first = input.take_byte() % 4;
-  const std::string text = input.take_bases(kMostChainTextBases);
+  const std::string text = input.take_bases(kMaxChainTextBases);
   if (text.size() <= static_cast<std::size_t>(unit_length) || rule.edits == 0) return;
   const std::size_t seed_count = text.size() - static_cast<std::size_t>(unit_length);
-  std::vector<bool> is_refuted(seed_count);
+  std::vector<bool> is_rejected(seed_count);
   on_every_processor(text, [&](const char* bases, const char* target) {
     CBitSet seeds(seed_count);
     seeds.set_range(0, seed_count);
     sift_by_chains(CBasePlanes(bases, text.size()), rule, seeds);
-    for (std::size_t p = 0; p < seed_count; ++p) is_refuted[p] = is_refuted[p] || !seeds.test(p);
+    for (std::size_t p = 0; p < seed_count; ++p) is_rejected[p] = is_rejected[p] || !seeds.test(p);
     for (std::size_t p = seed_count; p < seeds.words().size() * CBitSet::kWordBits; ++p) {
       expect(!seeds.test(p), [&] { return std::string(target) + ": chains set a bit: " + text; });
     }
   });
   // Some of them: the twin follows every path of each.
   for (std::size_t p = first; p < seed_count; p += 4) {
-    if (!is_refuted[p]) continue;
-    expect_refutable("the chain bound", text, static_cast<std::int64_t>(p), unit_length, rules,
-                     min_score);
+    if (!is_rejected[p]) continue;
+    expect_rejectable("the chain bound", text, static_cast<std::int64_t>(p), unit_length, rules,
+                      min_score);
   }
 }
 
 void check_group_bound(CFuzzInput& input) {
-  constexpr std::size_t kMostGroupBases = 400;
+  constexpr std::size_t kMaxGroupBases = 400;
   constexpr std::size_t kGroupMargin = 700;
   const ScoringRules rules{take_penalty(input, 2), take_penalty(input, 2), input.take_flag()};
   const std::int64_t unit_length = kMinGroupUnit + input.take_between(0, 100);
@@ -256,23 +257,23 @@ void check_group_bound(CFuzzInput& input) {
   const std::int64_t place = input.take_byte();
   const std::uint64_t mask = std::uint64_t{input.take_word()} << 32U | input.take_word();
   static const std::string around = noise(2 * kGroupMargin);
-  const std::string text = around.substr(0, kGroupMargin) + input.take_bases(kMostGroupBases) +
+  const std::string text = around.substr(0, kGroupMargin) + input.take_bases(kMaxGroupBases) +
                            around.substr(kGroupMargin);
   const std::int64_t first = static_cast<std::int64_t>(kGroupMargin) - 100 + place;
-  bool is_refuted = false;
+  bool is_rejected = false;
   on_every_processor(text, [&](const char* bases, const char* /*target*/) {
     BoundWorkspace workspace;
     const std::uint64_t undecided =
         group_bound({bases, bases + text.size(), rules},
                     {bases + first, unit_length, mask, min_score}, workspace);
     expect(undecided == 0 || undecided == mask, [&] { return "a group is split: " + text; });
-    is_refuted = is_refuted || undecided == 0;
+    is_rejected = is_rejected || undecided == 0;
   });
-  if (!is_refuted) return;
+  if (!is_rejected) return;
   // Some of them, as above.
   for (std::int64_t k = place % 8; k < kGroupSeeds; k += 8) {
     if ((mask >> k & 1) == 0) continue;
-    expect_refutable("the group bound", text, first + k, unit_length, rules, min_score);
+    expect_rejectable("the group bound", text, first + k, unit_length, rules, min_score);
   }
 }
 

@@ -54,7 +54,7 @@ ExpectedRepeat expectation(const PlantedRepeat& repeat) {
 }
 
 /// What lies between the edits of a repeat.
-std::vector<PlantedRepeat> unworn_parts(const PlantedRepeat& repeat) {
+std::vector<PlantedRepeat> exact_parts(const PlantedRepeat& repeat) {
   std::vector<PlantedRepeat> parts;
   std::size_t begin = 0;
   const auto add_part = [&](std::size_t end) {
@@ -80,7 +80,7 @@ std::vector<ExpectedRepeat> expected_repeats(const std::vector<PlantedRepeat>& p
       expected.push_back(expectation(repeat));
       continue;
     }
-    for (const PlantedRepeat& part : unworn_parts(repeat)) expected.push_back(expectation(part));
+    for (const PlantedRepeat& part : exact_parts(repeat)) expected.push_back(expectation(part));
   }
   return expected;
 }

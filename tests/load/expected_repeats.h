@@ -19,7 +19,8 @@ struct ExpectedRepeat {
   std::string bases;
 };
 
-/// By position. Where only exact repeats are searched, a worn one is told as its unworn parts.
+/// By position. Where only exact repeats are searched, a diverged one is
+/// expected as its exact parts.
 [[nodiscard]] std::vector<ExpectedRepeat> expected_repeats(
     const std::vector<PlantedRepeat>& planted, bool is_exact_search);
 

@@ -42,7 +42,7 @@ void append_copies(std::string& bases, const std::string& unit, std::size_t coun
 }  // namespace
 
 CPlantedBases::CPlantedBases(std::uint64_t seed)
-    : is_worn_first_(seed % 2 == 1), bases_engine_(seed), plan_engine_(seed ^ kPlanSeed) {}
+    : is_diverged_first_(seed % 2 == 1), bases_engine_(seed), plan_engine_(seed ^ kPlanSeed) {}
 
 std::size_t CPlantedBases::between(std::size_t first, std::size_t last) {
   return first + static_cast<std::size_t>(plan_engine_() % (last - first + 1));
@@ -59,7 +59,7 @@ PlantedRepeat CPlantedBases::exact_repeat() {
 
 /// A T for the A of a copy, a G in front of another copy, a third copy without its A: with one A in
 /// a unit of C's no other edits explain as much.
-PlantedRepeat CPlantedBases::worn_repeat() {
+PlantedRepeat CPlantedBases::diverged_repeat() {
   PlantedRepeat made;
   made.unit = std::string(between(3, 6), 'C');
   made.unit.front() = 'A';
@@ -96,24 +96,24 @@ void CPlantedBases::plant(PlantedRepeat repeat, std::uint64_t start) {
   planted_.push_back(std::move(repeat));
 }
 
-void CPlantedBases::plant_across(std::uint64_t boundary, bool is_worn) {
-  PlantedRepeat crossing = repeat(is_worn);
+void CPlantedBases::plant_across(std::uint64_t boundary, bool is_diverged) {
+  PlantedRepeat crossing = repeat(is_diverged);
   const std::size_t before = between(1, crossing.bases.size() - 1);
   plant(std::move(crossing), boundary - before);
-  plant(repeat(!is_worn), boundary + kDistance);
+  plant(repeat(!is_diverged), boundary + kDistance);
 }
 
 void CPlantedBases::plant_all() {
   plant(exact_repeat(), 0);
-  bool is_worn = is_worn_first_;
+  bool is_diverged = is_diverged_first_;
   std::uint64_t boundary = kLeastPlantedLength;
   // The last plants need some room.
   for (; boundary + 4 * kDistance <= length_; boundary *= 2) {
-    plant_across(boundary, is_worn);
-    is_worn = !is_worn;
+    plant_across(boundary, is_diverged);
+    is_diverged = !is_diverged;
   }
-  PlantedRepeat last = repeat(is_worn);
-  PlantedRepeat last_but_one = repeat(!is_worn);
+  PlantedRepeat last = repeat(is_diverged);
+  PlantedRepeat last_but_one = repeat(!is_diverged);
   const std::uint64_t last_start = length_ - last.bases.size();
   plant(std::move(last_but_one), last_start - kDistance);
   plant(std::move(last), last_start);

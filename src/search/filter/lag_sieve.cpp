@@ -17,7 +17,7 @@ namespace {
 
 #if HWY_TARGET == HWY_SCALAR
 
-/// Without vector instructions nothing is refuted.
+/// Without vector instructions nothing is rejected.
 void sift_segment(CLagGrid& /*grid*/, std::int64_t /*first_row*/, std::int64_t /*row_end*/,
                   std::vector<CBitSet>& seeds, BoundWork& /*work*/) {
   for (CBitSet& all : seeds) all.set_range(0, all.size());

@@ -1,5 +1,5 @@
 // One table for one seed and direction. States with the same sum of bases and characters form a
-// row, and lane k of a row has those whose counts differ by 2 * k less half of the lanes, or one
+// row, and lane k of a row has those whose counts differ by 2 * k less the number of lanes, or one
 // more in odd rows:
 //
 //     bases - characters    -4  -3  -2  -1   0   1   2   3     (4 lanes)
@@ -21,6 +21,9 @@
 // Giving up answers true, which rejects nothing: at the target, at the edge lanes, at the ends of
 // the text and after `kMaxSingleRows`. The target and the edges are looked at in every 16th row and
 // at the end, since `best` forgets nothing.
+//
+// Values of one byte where they have room, twice as many a vector, save 3 % of the instructions of
+// a whole search (unit lengths up to 50, a text rich in repeats, vectors of 32 bytes).
 
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "search/filter/single_bound.cpp"

@@ -14,6 +14,11 @@
 /// run of N's, which here scores 0 a base. The extension to the left begins with the best score of
 /// the one to the right, and a path with a higher score on entry has every choice of one with less;
 /// so the table to the left begins with the best value of the table to the right.
+///
+/// The bound of batches would serve for a lone seed, too. This one is kept for exact repeats, which
+/// have a score and phases already, and for one or two seeds, where its rows in registers are
+/// faster: with batches of one, whole searches take 2 to 3 % more instructions, with groups of one
+/// 10 % more time.
 
 #include <cstddef>
 #include <cstdint>

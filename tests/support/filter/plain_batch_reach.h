@@ -33,7 +33,7 @@ struct Batch {
 
   [[nodiscard]] std::int64_t text_length() const { return static_cast<std::int64_t>(text.size()); }
 
-  [[nodiscard]] Growth seed(std::int64_t k) const {
+  [[nodiscard]] PlainRepeat seed(std::int64_t k) const {
     const std::int64_t begin = first + k;
     const std::int64_t end = begin + unit_length;
     return {text, begin, end, begin, end, 0, unit_length - 1, 0, scoring};
@@ -63,9 +63,9 @@ inline BatchReach reach_of(const Batch& batch, std::uint32_t seeds) {
   BatchReach reaches;
   for (std::int64_t k = 0; k < kSeeds; ++k) {
     if ((seeds & seed_bit(k)) == 0) continue;
-    const Growth growth = batch.seed(k);
-    const Outcome right = follow_all_paths(growth, true, 0);
-    const Outcome both = follow_all_paths(growth, false, right.best);
+    const PlainRepeat repeat = batch.seed(k);
+    const Outcome right = follow_all_paths(repeat, true, 0);
+    const Outcome both = follow_all_paths(repeat, false, right.best);
     if (!right.is_complete || !both.is_complete) continue;
     reaches[static_cast<std::size_t>(k)] = {both.best,
                                             std::max(right.farthest_base, both.farthest_base),

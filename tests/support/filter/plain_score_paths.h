@@ -1,8 +1,8 @@
 #pragma once
 
 /// @file
-/// The highest score of all paths of growth, in plain loops and 64-bit numbers, to hold the bounds
-/// of scores against.
+/// The highest score of all paths of an extension, in plain loops and 64-bit numbers, to hold the
+/// DP bounds against.
 
 #include <algorithm>
 #include <cstddef>
@@ -15,8 +15,8 @@
 
 namespace quorix::testing {
 
-/// A growing repeat in words that both sides are made from; positions are offsets.
-struct Growth {
+/// A repeat that is to be extended, in words that both sides are made from; positions are offsets.
+struct PlainRepeat {
   std::string text;
   std::int64_t start;
   std::int64_t end;
@@ -32,25 +32,25 @@ struct Growth {
 
 inline constexpr std::int64_t kDead = std::numeric_limits<std::int64_t>::min();
 /// What is read in one direction, at the most.
-inline constexpr std::int64_t kMostReach = 1500;
+inline constexpr std::int64_t kMaxReach = 1500;
 
 /// What the paths of one direction came to.
 struct Outcome {
   std::int64_t best;
   std::int64_t farthest_base;  ///< count of bases read by a state that lives
   std::int64_t widest;         ///< difference of the two counts of one
-  bool is_complete;            ///< no path was left off at `kMostReach`
+  bool is_complete;            ///< no path was left off at `kMaxReach`
 };
 
 /// The highest score at every count of bases read and characters used; an edit has to leave it
 /// above minus the unit length.
-inline Outcome follow_all_paths(const Growth& growth, bool is_rightward, std::int64_t score) {
-  const std::int64_t length = growth.unit_length();
-  const auto text_length = static_cast<std::int64_t>(growth.text.size());
-  const std::int64_t ahead = is_rightward ? text_length - growth.end : growth.start;
+inline Outcome follow_all_paths(const PlainRepeat& repeat, bool is_rightward, std::int64_t score) {
+  const std::int64_t length = repeat.unit_length();
+  const auto text_length = static_cast<std::int64_t>(repeat.text.size());
+  const std::int64_t ahead = is_rightward ? text_length - repeat.end : repeat.start;
   Outcome outcome{score, 0, 0, true};
-  std::vector<std::int64_t> last(kMostReach + 2, kDead);  // by characters, of one base less
-  std::vector<std::int64_t> current(kMostReach + 2, kDead);
+  std::vector<std::int64_t> last(kMaxReach + 2, kDead);  // by characters, of one base less
+  std::vector<std::int64_t> current(kMaxReach + 2, kDead);
   // Characters used by a living state of each, at the most.
   std::int64_t farthest_last = 0;
   std::int64_t farthest_former = 0;  // of what `current` held before
@@ -59,9 +59,9 @@ inline Outcome follow_all_paths(const Growth& growth, bool is_rightward, std::in
   };
   for (std::int64_t bases = 0; bases <= ahead; ++bases) {
     bool is_alive = false;
-    const std::int64_t position = is_rightward ? growth.end + bases - 1 : growth.start - bases;
+    const std::int64_t position = is_rightward ? repeat.end + bases - 1 : repeat.start - bases;
     std::int64_t farthest_here = 0;
-    for (std::int64_t used = 0; used <= kMostReach; ++used) {
+    for (std::int64_t used = 0; used <= kMaxReach; ++used) {
       std::int64_t value = bases == 0 && used == 0 ? score : kDead;
       const auto at = static_cast<std::size_t>(used);
       if (used > farthest_last + 1 && current[at - 1] == kDead) {  // so are all that follow
@@ -69,18 +69,18 @@ inline Outcome follow_all_paths(const Growth& growth, bool is_rightward, std::in
                   kDead);
         break;
       }
-      if (used > 0) value = std::max(value, edited(current[at - 1], growth.scoring.indel_penalty));
-      if (bases > 0) value = std::max(value, edited(last[at], growth.scoring.indel_penalty));
+      if (used > 0) value = std::max(value, edited(current[at - 1], repeat.scoring.indel_penalty));
+      if (bases > 0) value = std::max(value, edited(last[at], repeat.scoring.indel_penalty));
       if (bases > 0 && used > 0 && last[at - 1] != kDead) {
-        const char base = growth.text[static_cast<std::size_t>(position)];
+        const char base = repeat.text[static_cast<std::size_t>(position)];
         const std::int64_t phase =
-            is_rightward ? (growth.right_phase + used - 1) % length
-                         : ((growth.left_phase - used + 1) % length + length) % length;
-        const char character = growth.text[static_cast<std::size_t>(growth.unit_begin + phase)];
+            is_rightward ? (repeat.right_phase + used - 1) % length
+                         : ((repeat.left_phase - used + 1) % length + length) % length;
+        const char character = repeat.text[static_cast<std::size_t>(repeat.unit_begin + phase)];
         const std::int64_t kept = base == character                            ? last[at - 1] + 1
-                                  : base == 'N' && growth.scoring.is_N_neutral ? last[at - 1]
+                                  : base == 'N' && repeat.scoring.is_N_neutral ? last[at - 1]
                                                                                : kDead;
-        value = std::max({value, kept, edited(last[at - 1], growth.scoring.mismatch_penalty)});
+        value = std::max({value, kept, edited(last[at - 1], repeat.scoring.mismatch_penalty)});
       }
       current[at] = value;
       if (value == kDead) continue;
@@ -89,7 +89,7 @@ inline Outcome follow_all_paths(const Growth& growth, bool is_rightward, std::in
       outcome.best = std::max(outcome.best, value);
       outcome.farthest_base = std::max({outcome.farthest_base, bases, used});
       outcome.widest = std::max(outcome.widest, bases > used ? bases - used : used - bases);
-      if (used == kMostReach) outcome.is_complete = false;
+      if (used == kMaxReach) outcome.is_complete = false;
     }
     if (!is_alive) return outcome;
     std::swap(last, current);
@@ -101,14 +101,15 @@ inline Outcome follow_all_paths(const Growth& growth, bool is_rightward, std::in
 
 /// True if no path comes near the ends of the text or needs more room than the table of the score
 /// bound has, so that nothing hinders the bound from being exact. `right` and `both` are the
-/// outcomes of growing to the right, and then to the left.
-inline bool is_in_reach_of_bound(const Growth& growth, const Outcome& right, const Outcome& both) {
+/// outcomes of extending to the right, and then to the left.
+inline bool is_in_reach_of_bound(const PlainRepeat& repeat, const Outcome& right,
+                                 const Outcome& both) {
   // The width that is made room for: what the score pays for, and half as much again.
   const std::int64_t width =
-      (growth.score + growth.unit_length()) * 3 / (2 * growth.scoring.indel_penalty);
+      (repeat.score + repeat.unit_length()) * 3 / (2 * repeat.scoring.indel_penalty);
   const std::int64_t margin = 256 + std::max(right.farthest_base, both.farthest_base);
-  const auto text_length = static_cast<std::int64_t>(growth.text.size());
-  return growth.start > margin && growth.end + margin < text_length && width < 250 &&
+  const auto text_length = static_cast<std::int64_t>(repeat.text.size());
+  return repeat.start > margin && repeat.end + margin < text_length && width < 250 &&
          std::max(right.widest, both.widest) <= width;
 }
 

@@ -32,13 +32,13 @@ std::uint32_t undecided(const Batch& batch, std::uint32_t asked, std::int64_t mi
 }
 
 struct Tally {
-  std::int64_t refuted = 0;
-  std::int64_t had_to_be_refuted = 0;
+  std::int64_t rejected = 0;
+  std::int64_t had_to_be_rejected = 0;
   std::int64_t let_through = 0;
   std::int64_t with_16_bits = 0;
 };
 
-/// A seed may be refuted only if no path of it gets to `min_score`, and has to be far from the
+/// A seed may be rejected only if no path of it gets to `min_score`, and has to be far from the
 /// ends.
 void expect_bound_of(const Batch& batch, const BatchReach& reaches, std::uint32_t asked,
                      std::int64_t min_score, Tally& tally) {
@@ -57,11 +57,11 @@ void expect_bound_of(const Batch& batch, const BatchReach& reaches, std::uint32_
       const std::optional<SeedReach>& reach = reaches[static_cast<std::size_t>(k)];
       if ((asked & seed_bit(k)) == 0 || !reach) continue;
       const bool is_let_through = (answer & seed_bit(k)) != 0;
-      const bool must_be_refuted = is_exact && reach->best < min_score;
+      const bool must_be_rejected = is_exact && reach->best < min_score;
       ASSERT_TRUE(is_let_through || reach->best < min_score) << describe(k);
-      ASSERT_FALSE(is_let_through && must_be_refuted) << describe(k);
-      ++(is_let_through ? tally.let_through : tally.refuted);
-      if (must_be_refuted) ++tally.had_to_be_refuted;
+      ASSERT_FALSE(is_let_through && must_be_rejected) << describe(k);
+      ++(is_let_through ? tally.let_through : tally.rejected);
+      if (must_be_rejected) ++tally.had_to_be_rejected;
       if (!is_let_through && batch.unit_length + min_score >= 256) ++tally.with_16_bits;
     }
   });
@@ -115,9 +115,9 @@ std::string draw_copies(RandomEngine& engine, const std::string& unit, std::size
 }
 
 /// Seeds in and beside an array of a unit of `unit_length` with `before` random bases before it and
-/// `behind` behind it.
+/// `after` after it.
 Batch draw_batch(RandomEngine& engine, std::size_t unit_length, std::size_t before,
-                 std::size_t behind) {
+                 std::size_t after) {
   Batch batch{};
   batch.unit_length = static_cast<std::int64_t>(unit_length);
   const std::string unit = draw_letters(engine, unit_length, "ACGT");
@@ -126,7 +126,7 @@ Batch draw_batch(RandomEngine& engine, std::size_t unit_length, std::size_t befo
   batch.first = std::max<std::int64_t>(batch.first, 0);
   batch.text += unit + draw_copies(engine, unit, 2);
   if (draw_chance(engine, 30)) batch.text += std::string(draw_between(engine, 1, 6), 'N');
-  batch.text += draw_letters(engine, behind, "ACGT");
+  batch.text += draw_letters(engine, after, "ACGT");
   const std::int64_t missing = batch.first + batch.unit_length + kSeeds - batch.text_length();
   if (missing > 0) batch.text += draw_letters(engine, static_cast<std::size_t>(missing), "ACGT");
   batch.scoring.mismatch_penalty = draw_number(engine, 2, 9);
@@ -143,8 +143,8 @@ TEST(BatchBound, is_the_best_of_all_paths_of_each_seed) {
     const Batch batch = draw_batch(engine, draw_between(engine, 1, 40), 700, 700);
     ASSERT_NO_FATAL_FAILURE(expect_bounds(engine, batch, tally));
   }
-  EXPECT_GT(tally.refuted, 10'000);
-  EXPECT_GT(tally.had_to_be_refuted, tally.refuted * 3 / 4);
+  EXPECT_GT(tally.rejected, 10'000);
+  EXPECT_GT(tally.had_to_be_rejected, tally.rejected * 3 / 4);
   EXPECT_GT(tally.let_through, 5000);
 }
 
@@ -156,11 +156,11 @@ TEST(BatchBound, is_the_best_of_all_paths_of_each_seed_of_long_units) {
     ASSERT_NO_FATAL_FAILURE(expect_bounds(engine, batch, tally));
   }
   EXPECT_GT(tally.with_16_bits, 500);
-  EXPECT_GT(tally.had_to_be_refuted, 500);
+  EXPECT_GT(tally.had_to_be_rejected, 500);
   EXPECT_GT(tally.let_through, 500);
 }
 
-TEST(BatchBound, refutes_nothing_wrongly_near_the_ends_of_the_text) {
+TEST(BatchBound, rejects_nothing_wrongly_near_the_ends_of_the_text) {
   RandomEngine engine(23);
   Tally tally;
   for (int round = 0; round < 250; ++round) {
@@ -171,7 +171,7 @@ TEST(BatchBound, refutes_nothing_wrongly_near_the_ends_of_the_text) {
     if (draw_chance(engine, 30)) batch.first = last;
     ASSERT_NO_FATAL_FAILURE(expect_bounds(engine, batch, tally));
   }
-  EXPECT_GT(tally.refuted, 500);
+  EXPECT_GT(tally.rejected, 500);
   EXPECT_GT(tally.let_through, 10'000);
 }
 
@@ -203,23 +203,23 @@ TEST(BatchBound, lets_all_through_that_cannot_be_read_whole) {
 TEST(BatchBound, needs_few_bases_around_its_seeds) {
   for_each_vector_target([](const char* target) {
     constexpr std::size_t kEnough = 200;
-    std::size_t behind = 0;
+    std::size_t after = 0;
     std::size_t before = kEnough;
     const auto lets_through = [&] {
       Batch lone = lone_units(5, kEnough);
-      lone.text.resize(lone.text.size() - kEnough + behind);
+      lone.text.resize(lone.text.size() - kEnough + after);
       lone.text.erase(0, kEnough - before);
       lone.first -= static_cast<std::int64_t>(kEnough - before);
       return undecided(lone, 1, 100) != 0;
     };
-    while (behind < kEnough && lets_through()) ++behind;
-    const std::size_t needed_behind = behind;
-    behind = kEnough;
+    while (after < kEnough && lets_through()) ++after;
+    const std::size_t needed_after = after;
+    after = kEnough;
     before = 0;
     while (before < kEnough && lets_through()) ++before;
     EXPECT_EQ(before, 7U) << target;
     // 16 or 32 seeds read one base after the other.
-    EXPECT_TRUE(needed_behind == 7 + 15 || needed_behind == 7 + 31) << target << needed_behind;
+    EXPECT_TRUE(needed_after == 7 + 15 || needed_after == 7 + 31) << target << needed_after;
   });
 }
 

@@ -66,10 +66,10 @@ std::int64_t highest_score(const Group& group) {
     if ((group.asked & bit(k)) == 0) continue;
     const std::int64_t begin = group.first + k;
     const std::int64_t end = begin + group.unit_length;
-    const Growth growth{group.text, begin,        end, begin, end, 0, group.unit_length - 1,
-                        0,          group.scoring};
-    const Outcome right = follow_all_paths(growth, true, 0);
-    highest = std::max(highest, follow_all_paths(growth, false, right.best).best);
+    const PlainRepeat repeat{group.text, begin,        end, begin, end, 0, group.unit_length - 1,
+                             0,          group.scoring};
+    const Outcome right = follow_all_paths(repeat, true, 0);
+    highest = std::max(highest, follow_all_paths(repeat, false, right.best).best);
   }
   return highest;
 }
@@ -113,7 +113,7 @@ Group draw_group(RandomEngine& engine) {
 
 TEST(GroupBound, is_no_lower_than_any_seed_and_hardly_higher) {
   RandomEngine engine(41);
-  int refuted = 0;
+  int rejected = 0;
   int let_through = 0;
   int let_through_for_nothing = 0;
   for (int round = 0; round < 60; ++round) {
@@ -131,15 +131,15 @@ TEST(GroupBound, is_no_lower_than_any_seed_and_hardly_higher) {
         EXPECT_TRUE(may_reach(group, needed)) << describe(needed);
         ++let_through;
       }
-      ++(may_reach(group, highest + 7) ? let_through_for_nothing : refuted);
+      ++(may_reach(group, highest + 7) ? let_through_for_nothing : rejected);
     });
   }
-  EXPECT_GT(refuted, 30);
+  EXPECT_GT(rejected, 30);
   EXPECT_GT(let_through, 30);
-  EXPECT_LT(let_through_for_nothing, refuted / 3);
+  EXPECT_LT(let_through_for_nothing, rejected / 3);
 }
 
-/// Seeds of an array of As in front of Cs, far from the ends.
+/// Seeds of an array of As before Cs, far from the ends.
 Group homopolymer_group(std::uint64_t asked) {
   return {std::string(600, 'C') + std::string(200, 'A') + std::string(600, 'C'),
           600,
@@ -199,14 +199,14 @@ TEST(GroupBound, adds_up_both_sides) {
   EXPECT_FALSE(may_reach(homopolymer_group(bit(20)), 71));
 }
 
-/// Copies of the unit of the seed at `k`, behind noise and with noise around them.
+/// Copies of the unit of the seed at `k`, after noise and with noise around them.
 Group copies_of_one_seed(RandomEngine& engine, std::int64_t unit_length, std::int64_t k,
-                         std::size_t copies_before, std::size_t copies_behind) {
+                         std::size_t copies_before, std::size_t copies_after) {
   Group group{};
   const std::string unit = draw_letters(engine, static_cast<std::size_t>(unit_length), "ACGT");
   group.text = draw_letters(engine, 1200, "ACGT") + repeated(unit, copies_before);
   group.first = static_cast<std::int64_t>(group.text.size()) - k;
-  group.text += repeated(unit, 1 + copies_behind) + draw_letters(engine, 1200, "ACGT");
+  group.text += repeated(unit, 1 + copies_after) + draw_letters(engine, 1200, "ACGT");
   group.unit_length = unit_length;
   group.asked = bit(k);
   group.scoring.mismatch_penalty = group.scoring.indel_penalty = 40;  // noise ends it soon
@@ -218,8 +218,8 @@ TEST(GroupBound, follows_each_seed_in_its_own_unit) {
   RandomEngine engine(42);
   for (const std::int64_t k : {0, 1, 30, 62, 63}) {
     for (const std::int64_t unit_length : {128, 129, 150}) {
-      for (const auto& [before, behind] : {std::pair(0U, 2U), {2U, 0U}}) {
-        const Group group = copies_of_one_seed(engine, unit_length, k, before, behind);
+      for (const auto& [before, after] : {std::pair(0U, 2U), {2U, 0U}}) {
+        const Group group = copies_of_one_seed(engine, unit_length, k, before, after);
         const std::int64_t highest = highest_score(group);
         EXPECT_GE(highest, 2 * unit_length);
         for_each_vector_target([&](const char* target) {
@@ -232,7 +232,7 @@ TEST(GroupBound, follows_each_seed_in_its_own_unit) {
   }
 }
 
-TEST(GroupBound, refutes_what_nobody_asks_for) {
+TEST(GroupBound, rejects_what_nobody_asks_for) {
   EXPECT_FALSE(may_reach(homopolymer_group(0), 1));
 }
 

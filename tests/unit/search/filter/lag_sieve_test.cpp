@@ -222,17 +222,8 @@ std::string draw_edited_copies(RandomEngine& engine, std::int64_t unit_length,
 /// The highest score of any path of the seed at `p` to the right and then to the left.
 std::int64_t highest_score(const std::string& text, std::int64_t p, const LagRule& rules,
                            std::int64_t unit_length) {
-  const Growth growth{text,
-                      p,
-                      p + unit_length,
-                      p,
-                      p + unit_length,
-                      0,
-                      unit_length - 1,
-                      0,
-                      rules.scoring.mismatch_penalty,
-                      rules.scoring.indel_penalty,
-                      rules.scoring.is_N_neutral};
+  const PlainRepeat growth{
+      text, p, p + unit_length, p, p + unit_length, 0, unit_length - 1, 0, rules.scoring};
   return follow_all_paths(growth, false, follow_all_paths(growth, true, 0).best).best;
 }
 

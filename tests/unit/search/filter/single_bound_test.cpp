@@ -1,4 +1,4 @@
-// The bound of a growing score, against a table of all its states in 64-bit numbers.
+// The bound of one seed or exact repeat, against a table of all its states in 64-bit numbers.
 
 #include "search/filter/single_bound.h"
 
@@ -19,52 +19,52 @@
 namespace quorix::testing {
 namespace {
 
-/// Asks about `growth` as an exact repeat.
-bool may_reach(const Growth& growth, std::int64_t min_score, BoundWork& work) {
-  const CBases bases(growth.text);
+/// Asks about `repeat` as an exact repeat.
+bool may_reach(const PlainRepeat& repeat, std::int64_t min_score, BoundWork& work) {
+  const CBases bases(repeat.text);
   const auto at = [&](std::int64_t offset) { return bases.at(static_cast<std::size_t>(offset)); };
   return may_repeat_reach(
-      {bases.begin(), bases.end(), growth.scoring},
-      {at(growth.start), at(growth.end), at(growth.unit_begin), at(growth.unit_end),
-       growth.right_phase, growth.left_phase, growth.score},
+      {bases.begin(), bases.end(), repeat.scoring},
+      {at(repeat.start), at(repeat.end), at(repeat.unit_begin), at(repeat.unit_end),
+       repeat.right_phase, repeat.left_phase, repeat.score},
       min_score, work);
 }
 
-bool may_reach(const Growth& growth, std::int64_t min_score) {
+bool may_reach(const PlainRepeat& repeat, std::int64_t min_score) {
   BoundWork work;
-  return may_reach(growth, min_score, work);
+  return may_reach(repeat, min_score, work);
 }
 
 struct Tally {
-  std::int64_t refuted = 0;
-  std::int64_t had_to_be_refuted = 0;
+  std::int64_t rejected = 0;
+  std::int64_t had_to_be_rejected = 0;
   std::int64_t let_through = 0;
   std::int64_t with_16_bits = 0;
 };
 
-/// May be refuted at `min_score` only if no path gets there; and has to be if nothing hinders it.
-void expect_bound_of(const Growth& growth, std::int64_t min_score, Tally& tally) {
-  const Outcome right = follow_all_paths(growth, true, growth.score);
+/// May be rejected at `min_score` only if no path gets there, and must be if nothing hinders it.
+void expect_bound_of(const PlainRepeat& repeat, std::int64_t min_score, Tally& tally) {
+  const Outcome right = follow_all_paths(repeat, true, repeat.score);
   if (!right.is_complete) return;
-  const Outcome both = follow_all_paths(growth, false, right.best);
+  const Outcome both = follow_all_paths(repeat, false, right.best);
   if (!both.is_complete) return;
 
-  const std::int64_t length = growth.unit_length();
-  const bool must_be_refuted = both.best < min_score && is_in_reach_of_bound(growth, right, both);
+  const std::int64_t length = repeat.unit_length();
+  const bool must_be_rejected = both.best < min_score && is_in_reach_of_bound(repeat, right, both);
   for_each_vector_target([&](const char* target) {
-    const bool answer = may_reach(growth, min_score);
+    const bool answer = may_reach(repeat, min_score);
     const auto describe = [&] {
-      return std::string(target) + " unit [" + std::to_string(growth.unit_begin) + "," +
-             std::to_string(growth.unit_end) + ") of " + growth.text + " score " +
-             std::to_string(growth.score) + " best " + std::to_string(both.best) + " needed " +
+      return std::string(target) + " unit [" + std::to_string(repeat.unit_begin) + "," +
+             std::to_string(repeat.unit_end) + ") of " + repeat.text + " score " +
+             std::to_string(repeat.score) + " best " + std::to_string(both.best) + " needed " +
              std::to_string(min_score) + " penalties " +
-             std::to_string(growth.scoring.mismatch_penalty) + "," +
-             std::to_string(growth.scoring.indel_penalty);
+             std::to_string(repeat.scoring.mismatch_penalty) + "," +
+             std::to_string(repeat.scoring.indel_penalty);
     };
     ASSERT_TRUE(answer || both.best < min_score) << describe();
-    ASSERT_FALSE(answer && must_be_refuted) << describe();
-    ++(answer ? tally.let_through : tally.refuted);
-    if (must_be_refuted) ++tally.had_to_be_refuted;
+    ASSERT_FALSE(answer && must_be_rejected) << describe();
+    ++(answer ? tally.let_through : tally.rejected);
+    if (must_be_rejected) ++tally.had_to_be_rejected;
     if (!answer && length + min_score >= 256) ++tally.with_16_bits;
   });
 }
@@ -74,8 +74,8 @@ std::int64_t draw_number(RandomEngine& engine, std::size_t first, std::size_t la
 }
 
 /// A repeat of `unit_length` in the midst of an array between stretches of `margin` random bases.
-Growth draw_growth(RandomEngine& engine, std::size_t unit_length, std::size_t margin) {
-  Growth growth{};
+PlainRepeat draw_repeat(RandomEngine& engine, std::size_t unit_length, std::size_t margin) {
+  PlainRepeat repeat{};
   const std::string unit = draw_letters(engine, unit_length, "ACGT");
   const std::string noise = draw_letters(engine, margin, "ACGT");
   std::string copies;
@@ -88,46 +88,46 @@ Growth draw_growth(RandomEngine& engine, std::size_t unit_length, std::size_t ma
   if (!copies.empty() && draw_chance(engine, 30)) {
     copies.erase(draw_between(engine, 0, copies.size() - 1), 1);
   }
-  growth.text = noise + copies;
-  growth.unit_begin = static_cast<std::int64_t>(growth.text.size());
-  growth.text += unit;
-  growth.unit_end = static_cast<std::int64_t>(growth.text.size());
-  growth.text += copies +
+  repeat.text = noise + copies;
+  repeat.unit_begin = static_cast<std::int64_t>(repeat.text.size());
+  repeat.text += unit;
+  repeat.unit_end = static_cast<std::int64_t>(repeat.text.size());
+  repeat.text += copies +
                  (draw_chance(engine, 30) ? std::string(draw_between(engine, 1, 6), 'N') : "") +
                  draw_letters(engine, margin, "ACGT");
-  growth.start = growth.unit_begin;
-  growth.end = growth.unit_end;
-  growth.left_phase = growth.unit_length() - 1;
-  if (draw_chance(engine, 30)) {  // a repeat that has grown before
-    growth.score = draw_number(engine, 1, 30);
-    growth.start -= draw_number(engine, 0, std::min<std::size_t>(margin, 20));
-    growth.end += draw_number(engine, 0, std::min<std::size_t>(margin, 20));
-    growth.right_phase = draw_number(engine, 0, unit_length - 1);
-    growth.left_phase = draw_number(engine, 0, unit_length - 1);
+  repeat.start = repeat.unit_begin;
+  repeat.end = repeat.unit_end;
+  repeat.left_phase = repeat.unit_length() - 1;
+  if (draw_chance(engine, 30)) {  // a repeat that was extended before
+    repeat.score = draw_number(engine, 1, 30);
+    repeat.start -= draw_number(engine, 0, std::min<std::size_t>(margin, 20));
+    repeat.end += draw_number(engine, 0, std::min<std::size_t>(margin, 20));
+    repeat.right_phase = draw_number(engine, 0, unit_length - 1);
+    repeat.left_phase = draw_number(engine, 0, unit_length - 1);
   }
-  growth.scoring.mismatch_penalty = draw_number(engine, 2, 12);
-  growth.scoring.indel_penalty =
-      draw_chance(engine, 50) ? growth.scoring.mismatch_penalty : draw_number(engine, 2, 12);
-  growth.scoring.is_N_neutral = draw_chance(engine, 50);
-  return growth;
+  repeat.scoring.mismatch_penalty = draw_number(engine, 2, 12);
+  repeat.scoring.indel_penalty =
+      draw_chance(engine, 50) ? repeat.scoring.mismatch_penalty : draw_number(engine, 2, 12);
+  repeat.scoring.is_N_neutral = draw_chance(engine, 50);
+  return repeat;
 }
 
 TEST(SingleBound, is_the_best_of_all_paths) {
   RandomEngine engine(12);
   Tally tally;
   for (int round = 0; round < 700; ++round) {
-    const Growth growth = draw_growth(engine, draw_between(engine, 1, 40), 700);
+    const PlainRepeat repeat = draw_repeat(engine, draw_between(engine, 1, 40), 700);
     const std::int64_t near = draw_number(engine, 0, 12) - 6;
-    const std::int64_t right = follow_all_paths(growth, true, growth.score).best;
-    const std::int64_t best = follow_all_paths(growth, false, right).best;
+    const std::int64_t right = follow_all_paths(repeat, true, repeat.score).best;
+    const std::int64_t best = follow_all_paths(repeat, false, right).best;
     // At the best score itself, just above it, and at the usual minimum.
     for (const std::int64_t min_score :
-         {best, best + 1, best + near, std::max<std::int64_t>(growth.unit_length(), 6)}) {
-      ASSERT_NO_FATAL_FAILURE(expect_bound_of(growth, min_score, tally));
+         {best, best + 1, best + near, std::max<std::int64_t>(repeat.unit_length(), 6)}) {
+      ASSERT_NO_FATAL_FAILURE(expect_bound_of(repeat, min_score, tally));
     }
   }
-  EXPECT_GT(tally.refuted, 1000);
-  EXPECT_GT(tally.had_to_be_refuted, tally.refuted * 3 / 4);
+  EXPECT_GT(tally.rejected, 1000);
+  EXPECT_GT(tally.had_to_be_rejected, tally.rejected * 3 / 4);
   EXPECT_GT(tally.let_through, 1000);
 }
 
@@ -135,55 +135,55 @@ TEST(SingleBound, is_the_best_of_all_paths_of_long_units) {
   RandomEngine engine(13);
   Tally tally;
   for (int round = 0; round < 60; ++round) {
-    Growth growth = draw_growth(engine, draw_between(engine, 100, 300), 1300);
-    growth.scoring.mismatch_penalty += 4;
-    growth.scoring.indel_penalty += 4;
-    const std::int64_t right = follow_all_paths(growth, true, growth.score).best;
-    const std::int64_t best = follow_all_paths(growth, false, right).best;
+    PlainRepeat repeat = draw_repeat(engine, draw_between(engine, 100, 300), 1300);
+    repeat.scoring.mismatch_penalty += 4;
+    repeat.scoring.indel_penalty += 4;
+    const std::int64_t right = follow_all_paths(repeat, true, repeat.score).best;
+    const std::int64_t best = follow_all_paths(repeat, false, right).best;
     for (const std::int64_t min_score :
-         {best, best + 1, growth.unit_length(), std::int64_t{100'000}}) {
-      ASSERT_NO_FATAL_FAILURE(expect_bound_of(growth, min_score, tally));
+         {best, best + 1, repeat.unit_length(), std::int64_t{100'000}}) {
+      ASSERT_NO_FATAL_FAILURE(expect_bound_of(repeat, min_score, tally));
     }
   }
   EXPECT_GT(tally.with_16_bits, 50);
-  EXPECT_GT(tally.had_to_be_refuted, 50);
+  EXPECT_GT(tally.had_to_be_rejected, 50);
   EXPECT_GT(tally.let_through, 50);
 }
 
-TEST(SingleBound, refutes_nothing_wrongly_near_the_ends_of_the_text) {
+TEST(SingleBound, rejects_nothing_wrongly_near_the_ends_of_the_text) {
   RandomEngine engine(14);
   Tally tally;
   for (int round = 0; round < 1500; ++round) {
-    const Growth growth =
-        draw_growth(engine, draw_between(engine, 1, 40), draw_between(engine, 0, 90));
-    const std::int64_t right = follow_all_paths(growth, true, growth.score).best;
-    const std::int64_t best = follow_all_paths(growth, false, right).best;
+    const PlainRepeat repeat =
+        draw_repeat(engine, draw_between(engine, 1, 40), draw_between(engine, 0, 90));
+    const std::int64_t right = follow_all_paths(repeat, true, repeat.score).best;
+    const std::int64_t best = follow_all_paths(repeat, false, right).best;
     for (const std::int64_t min_score : {best, best + 1, best + 20}) {
-      ASSERT_NO_FATAL_FAILURE(expect_bound_of(growth, min_score, tally));
+      ASSERT_NO_FATAL_FAILURE(expect_bound_of(repeat, min_score, tally));
     }
   }
-  EXPECT_GT(tally.refuted, 100);
+  EXPECT_GT(tally.rejected, 100);
   EXPECT_GT(tally.let_through, 1000);
 }
 
-Growth lone_unit(std::size_t unit_length, std::size_t margin) {
-  Growth growth{};
-  growth.text = std::string(margin, 'A') + std::string(unit_length, 'C') + std::string(margin, 'A');
-  growth.unit_begin = growth.start = static_cast<std::int64_t>(margin);
-  growth.unit_end = growth.end = growth.start + static_cast<std::int64_t>(unit_length);
-  growth.left_phase = growth.unit_length() - 1;
-  growth.scoring.mismatch_penalty = growth.scoring.indel_penalty = 6;
-  return growth;
+PlainRepeat lone_unit(std::size_t unit_length, std::size_t margin) {
+  PlainRepeat repeat{};
+  repeat.text = std::string(margin, 'A') + std::string(unit_length, 'C') + std::string(margin, 'A');
+  repeat.unit_begin = repeat.start = static_cast<std::int64_t>(margin);
+  repeat.unit_end = repeat.end = repeat.start + static_cast<std::int64_t>(unit_length);
+  repeat.left_phase = repeat.unit_length() - 1;
+  repeat.scoring.mismatch_penalty = repeat.scoring.indel_penalty = 6;
+  return repeat;
 }
 
 TEST(SingleBound, lets_through_what_is_there_already) {
-  Growth growth = lone_unit(5, 500);
-  EXPECT_FALSE(may_reach(growth, 1));
-  EXPECT_TRUE(may_reach(growth, 0));
-  EXPECT_TRUE(may_reach(growth, -7));
-  growth.score = 30;
-  EXPECT_TRUE(may_reach(growth, 30));
-  EXPECT_FALSE(may_reach(growth, 31));
+  PlainRepeat repeat = lone_unit(5, 500);
+  EXPECT_FALSE(may_reach(repeat, 1));
+  EXPECT_TRUE(may_reach(repeat, 0));
+  EXPECT_TRUE(may_reach(repeat, -7));
+  repeat.score = 30;
+  EXPECT_TRUE(may_reach(repeat, 30));
+  EXPECT_FALSE(may_reach(repeat, 31));
 }
 
 // Some compilers build for processors with vectors alone.
@@ -197,25 +197,25 @@ TEST(SingleBound, lets_all_through_without_vectors) {
 TEST(SingleBound, lets_through_what_is_too_large_for_the_table) {
   EXPECT_FALSE(may_reach(lone_unit(1000, 3000), std::numeric_limits<std::int32_t>::max()));
   EXPECT_TRUE(may_reach(lone_unit(4097, 20'000), 4097));
-  Growth growth = lone_unit(1000, 3000);
-  growth.score = 60'000;
-  EXPECT_TRUE(may_reach(growth, 100'000));
+  PlainRepeat repeat = lone_unit(1000, 3000);
+  repeat.score = 60'000;
+  EXPECT_TRUE(may_reach(repeat, 100'000));
 }
 
-/// What it takes to bound `growth`.
-BoundWork work_of(const Growth& growth, std::int64_t min_score) {
+/// What it takes to bound `repeat`.
+BoundWork work_of(const PlainRepeat& repeat, std::int64_t min_score) {
   BoundWork work;
-  (void)may_reach(growth, min_score, work);
+  (void)may_reach(repeat, min_score, work);
   return work;
 }
 
 /// Cells of a row of the tables of a seed, 0 if there is no table.
 std::uint64_t lanes_for(std::int64_t unit_length, std::int64_t indel_penalty, std::int64_t score,
                         std::int64_t min_score) {
-  Growth growth = lone_unit(static_cast<std::size_t>(unit_length), 3000);
-  growth.scoring.indel_penalty = indel_penalty;
-  growth.score = score;
-  const BoundWork work = work_of(growth, min_score);
+  PlainRepeat repeat = lone_unit(static_cast<std::size_t>(unit_length), 3000);
+  repeat.scoring.indel_penalty = indel_penalty;
+  repeat.score = score;
+  const BoundWork work = work_of(repeat, min_score);
   return work.rows == 0 ? 0 : work.cells / work.rows;
 }
 
@@ -231,7 +231,7 @@ TEST(SingleBound, bounds_each_seed_of_a_question_by_itself) {
   std::uint64_t expected = 0;
   for (std::int64_t k = 0; k < 64; ++k) {
     const std::int64_t begin = first + k;
-    const Growth seed{text, begin, begin + 30, begin, begin + 30, 0, 29, 0, {6, 6, true}};
+    const PlainRepeat seed{text, begin, begin + 30, begin, begin + 30, 0, 29, 0, {6, 6, true}};
     const bool is_asked = (asked >> k & 1) != 0;
     if (is_asked && may_reach(seed, 40)) expected |= std::uint64_t{1} << k;
   }
@@ -282,24 +282,24 @@ TEST(SingleBound, needs_few_bases_around_a_seed) {
 }
 
 TEST(SingleBound, bounds_units_of_up_to_4096_bases) {
-  Growth growth = lone_unit(4096, 9000);
-  growth.scoring.mismatch_penalty = growth.scoring.indel_penalty = 1000;  // for a narrow table
-  EXPECT_FALSE(may_reach(growth, 500));
-  growth = lone_unit(4097, 9000);
-  growth.scoring.mismatch_penalty = growth.scoring.indel_penalty = 1000;
-  EXPECT_TRUE(may_reach(growth, 500));
+  PlainRepeat repeat = lone_unit(4096, 9000);
+  repeat.scoring.mismatch_penalty = repeat.scoring.indel_penalty = 1000;  // for a narrow table
+  EXPECT_FALSE(may_reach(repeat, 500));
+  repeat = lone_unit(4097, 9000);
+  repeat.scoring.mismatch_penalty = repeat.scoring.indel_penalty = 1000;
+  EXPECT_TRUE(may_reach(repeat, 500));
 }
 
 TEST(SingleBound, takes_penalties_of_any_height) {
-  Growth growth = lone_unit(8, 500);
-  growth.scoring.mismatch_penalty = growth.scoring.indel_penalty = 2147483648;
-  EXPECT_FALSE(may_reach(growth, 8));
-  growth.text.replace(static_cast<std::size_t>(growth.end), 8, 8, 'C');
-  EXPECT_TRUE(may_reach(growth, 8));
-  EXPECT_FALSE(may_reach(growth, 9));
-  growth.text.replace(static_cast<std::size_t>(growth.start) - 1, 1, 1, 'C');
-  EXPECT_TRUE(may_reach(growth, 9));
-  EXPECT_FALSE(may_reach(growth, 10));
+  PlainRepeat repeat = lone_unit(8, 500);
+  repeat.scoring.mismatch_penalty = repeat.scoring.indel_penalty = 2147483648;
+  EXPECT_FALSE(may_reach(repeat, 8));
+  repeat.text.replace(static_cast<std::size_t>(repeat.end), 8, 8, 'C');
+  EXPECT_TRUE(may_reach(repeat, 8));
+  EXPECT_FALSE(may_reach(repeat, 9));
+  repeat.text.replace(static_cast<std::size_t>(repeat.start) - 1, 1, 1, 'C');
+  EXPECT_TRUE(may_reach(repeat, 9));
+  EXPECT_FALSE(may_reach(repeat, 10));
 }
 
 TEST(SingleBound, lets_through_what_lives_longer_than_it_is_followed) {
@@ -308,15 +308,15 @@ TEST(SingleBound, lets_through_what_lives_longer_than_it_is_followed) {
   const std::string noise = draw_letters(engine, 6000, "ACGT");
   const std::string copies = repeated(unit, 100);
   for (const bool is_rightward : {true, false}) {
-    Growth growth = lone_unit(50, 6000);
+    PlainRepeat repeat = lone_unit(50, 6000);
     // No path can pay for so many indels that it leaves the table at its sides.
-    growth.scoring.mismatch_penalty = growth.scoring.indel_penalty = 1000;
-    growth.text = noise + (is_rightward ? unit + copies : copies + unit) + noise;
-    growth.unit_begin = growth.start = is_rightward ? 6000 : 11'000;
-    growth.unit_end = growth.end = growth.start + 50;
-    EXPECT_TRUE(may_reach(growth, 5000));
+    repeat.scoring.mismatch_penalty = repeat.scoring.indel_penalty = 1000;
+    repeat.text = noise + (is_rightward ? unit + copies : copies + unit) + noise;
+    repeat.unit_begin = repeat.start = is_rightward ? 6000 : 11'000;
+    repeat.unit_end = repeat.end = repeat.start + 50;
+    EXPECT_TRUE(may_reach(repeat, 5000));
     // To the left it is followed after a short way to the right.
-    EXPECT_EQ(work_of(growth, 5000).rows, is_rightward ? 8191U : 8191U + 2);
+    EXPECT_EQ(work_of(repeat, 5000).rows, is_rightward ? 8191U : 8191U + 2);
   }
 }
 

@@ -1,5 +1,5 @@
-// The filters of seeds: matches at a lag, seeds told from runs and from lags, and the bounds of one
-// score and of a batch of them.
+// The filters: matches at a lag, the sieves by runs and by lags, and the bounds of a single seed and
+// of a batch.
 
 #include <benchmark/benchmark.h>
 

@@ -45,7 +45,7 @@ RC_GTEST_PROP(RepeatLaws, a_repeat_lies_in_its_record_and_reaches_the_thresholds
   for_each_repeat(*bases_generator(), [](const Csat& repeat, const char* begin, const char* end) {
     RC_ASSERT(begin <= repeat.start && repeat.start < repeat.end && repeat.end <= end);
     RC_ASSERT(begin <= repeat.unit_begin && repeat.unit_end <= end);
-    const auto unit_length = static_cast<std::uint64_t>(repeat.unit_length());
+    const std::int64_t unit_length = repeat.unit_length();
     RC_ASSERT(repeat.score >= (*CSearchController::minScores_user)[unit_length]);
     RC_ASSERT(repeat.normalized_length() >= (*CSearchController::minLengths_user)[unit_length]);
   });

@@ -4,7 +4,7 @@
 #include <cstddef>
 
 #include "search/filter/lag_grid.h"
-#include "search/score.h"
+#include "search/rules/score.h"
 #include "settings/settings.h"
 #include "soundness/floor_path.h"
 #include "support/filter/vector_targets.h"

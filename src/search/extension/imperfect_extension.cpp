@@ -10,17 +10,15 @@
 // text ends (or a long run of N's begins) the earlier, shorter state stays; where no edit is
 // allowed any more, the current one.
 
+#include "search/extension/imperfect_extension.h"
+
 #include <algorithm>
 #include <array>
-#include <functional>
 
 #include "search/extension/direction.h"
-#include "search/extension/edit_memo.h"
-#include "search/extension/growth_paths.h"
+#include "search/extension/exact_extension.h"
 #include "search/extension/kept_way.h"
-#include "search/extension/look_ahead.h"
-#include "search/score.h"
-#include "search/search_controller.h"
+#include "search/rules/score.h"
 #include "settings/settings.h"
 
 namespace quorix {
@@ -28,13 +26,6 @@ namespace quorix {
 namespace {
 
 constexpr char kNoKind = '\0';
-
-/// What growth asks for an edit.
-struct EditAdvisers {
-  CLookAhead& look_ahead;
-  CEditMemo* memo;      ///< null if the text is not the one that it is for
-  CGrowthPaths* paths;  ///< null if the text or the limit is not the one that they are for
-};
 
 /// The edit that the look-ahead finds most promising, or NUL if none may be made.
 template <class Direction>
@@ -85,11 +76,11 @@ void apply_edit(Csat& sat, char kind) {
 }
 
 bool extend_exact(Rightward /*direction*/, Csat& sat, const char* limit) {
-  return CSearchController::extend_exact_forward(sat, limit);
+  return extend_exact_forward(sat, limit);
 }
 
 bool extend_exact(Leftward /*direction*/, Csat& sat, const char* limit) {
-  return CSearchController::extend_exact_backward(sat, limit);
+  return extend_exact_backward(sat, limit);
 }
 
 /// Grows to one side, up to where growth ends. Gives false if it ended at the limit, or at N's.
@@ -119,42 +110,12 @@ void extend_imperfect(Csat& sat, const char* limit, const EditAdvisers& advisers
 
 }  // namespace
 
-bool CSearchController::is_of_own_text(const Csat& sat) const {
-  const std::less<> is_before;
-  return !is_before(sat.start, text_begin()) && !is_before(text_end(), sat.end);
+void extend_imperfect_forward(Csat& sat, const char* limit, const EditAdvisers& advisers) {
+  extend_imperfect<Rightward>(sat, limit, advisers);
 }
 
-void CSearchController::forget_growth() {
-  edit_memo_.clear();
-  growth_paths_.clear();
-}
-
-void CSearchController::extend_imperfect_forward(Csat& sat, const char* limit) {
-  const bool is_own = is_of_own_text(sat);
-  extend_imperfect<Rightward>(sat, limit,
-                              {look_ahead_, is_own ? &edit_memo_ : nullptr,
-                               is_own && limit == text_end() ? &growth_paths_ : nullptr});
-}
-
-void CSearchController::extend_imperfect_backward(Csat& sat, const char* limit) {
-  const bool is_own = is_of_own_text(sat);
-  extend_imperfect<Leftward>(sat, limit,
-                             {look_ahead_, is_own ? &edit_memo_ : nullptr,
-                              is_own && limit == before_text() ? &growth_paths_ : nullptr});
-}
-
-int CSearchController::extend_imperfect_forward_leap_ahead(
-    const char* pos, const char* unit_pos, const char* unit_begin, const char* unit_end, int score,
-    std::int64_t unit_length, std::uint8_t level, const char* limit, int best_score) {
-  return saturated_score(look_ahead_.highest_score<Rightward>(
-      {pos, unit_pos, score, best_score, level}, {unit_begin, unit_end, unit_length, limit}));
-}
-
-int CSearchController::extend_imperfect_backward_leap_ahead(
-    const char* pos, const char* unit_pos, const char* unit_begin, const char* unit_end, int score,
-    std::int64_t unit_length, std::uint8_t level, const char* limit, int best_score) {
-  return saturated_score(look_ahead_.highest_score<Leftward>(
-      {pos, unit_pos, score, best_score, level}, {unit_begin, unit_end, unit_length, limit}));
+void extend_imperfect_backward(Csat& sat, const char* limit, const EditAdvisers& advisers) {
+  extend_imperfect<Leftward>(sat, limit, advisers);
 }
 
 }  // namespace quorix

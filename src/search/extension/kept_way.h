@@ -15,7 +15,7 @@
 #include "search/extension/direction.h"
 #include "search/extension/edit_memo.h"
 #include "search/extension/growth_paths.h"
-#include "search/score.h"
+#include "search/rules/score.h"
 #include "settings/settings.h"
 
 namespace quorix {

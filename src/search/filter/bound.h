@@ -17,7 +17,7 @@
 #include <vector>
 
 #include "search/filter/bound_work.h"
-#include "search/filter/scoring_rules.h"
+#include "search/rules/scoring_rules.h"
 
 namespace quorix {
 

@@ -40,14 +40,14 @@ bool CFilterPlan::operator==(const CFilterPlan& other) const {
 }
 
 std::int64_t CFilterPlan::min_score(std::int64_t unit_length) const {
-  return thresholds_.min_scores[static_cast<std::uint64_t>(unit_length)];
+  return thresholds_.min_scores[unit_length];
 }
 
 RunRule CFilterPlan::run_rule(std::int64_t unit_length) const {
-  const auto index = static_cast<std::uint64_t>(unit_length);
-  const std::int64_t min_score = thresholds_.min_scores[index];
+  const std::int64_t min_score = thresholds_.min_scores[unit_length];
   // A repeat is as long as its unit and the run together.
-  const std::int64_t exact_run = std::max(min_score, thresholds_.min_lengths[index] - unit_length);
+  const std::int64_t exact_run =
+      std::max(min_score, thresholds_.min_lengths[unit_length] - unit_length);
   if (use_ == SeedUse::kExtendExactly) return {unit_length, exact_run, exact_run, exact_run};
 
   const std::int64_t edited_run = scoring_.min_penalty() - unit_length + 1;
@@ -55,7 +55,7 @@ RunRule CFilterPlan::run_rule(std::int64_t unit_length) const {
   if (use_ == SeedUse::kExtendOverEdits) {
     return {unit_length, std::min(min_score, edited_run), min_score, chained_runs};
   }
-  const std::int64_t user_min_score = thresholds_.user_min_scores[index];
+  const std::int64_t user_min_score = thresholds_.user_min_scores[unit_length];
   return {unit_length, std::max(exact_run, std::min(user_min_score, edited_run)), user_min_score,
           chained_runs};
 }

@@ -12,8 +12,8 @@
 #include <cstddef>
 #include <cstdint>
 
-#include "search/filter/scoring_rules.h"
-#include "search/thresholds.h"
+#include "search/rules/scoring_rules.h"
+#include "search/rules/thresholds.h"
 
 namespace quorix {
 
@@ -140,6 +140,7 @@ class CFilterPlan {
   CFilterPlan(SeedUse use, const ScoringRules& scoring, const SeedThresholds& thresholds,
               std::int64_t last_unit_length);
 
+  [[nodiscard]] SeedUse use() const { return use_; }
   [[nodiscard]] const ScoringRules& scoring() const { return scoring_; }
 
   /// The line of one unit length, 1 or more.

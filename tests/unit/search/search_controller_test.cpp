@@ -66,7 +66,7 @@ TEST_F(SearchThresholds, are_the_constant_where_the_factor_is_zero_and_the_offse
   global_min_score_a = 8;
   global_min_score_bx = 0.0F;
   const CSearchedSequence sequence("A");
-  for (std::uint64_t length = 0; length <= global_max_unit_length; ++length) {
+  for (std::int64_t length = 0; length <= global_max_unit_length; ++length) {
     EXPECT_EQ((*CSearchController::minScores_user)[length], 9) << length;
   }
 }
@@ -97,7 +97,7 @@ TEST_F(SearchThresholds, for_seeds_are_four_or_the_unit_length_and_no_length) {
   global_min_score = 50;
   global_min_length = 60;
   const CSearchedSequence sequence("A");
-  for (std::uint64_t length = 0; length <= 4; ++length) {
+  for (std::int64_t length = 0; length <= 4; ++length) {
     EXPECT_EQ((*CSearchController::minScores_intern)[length], 4) << length;
   }
   EXPECT_EQ((*CSearchController::minScores_intern)[5], 5);

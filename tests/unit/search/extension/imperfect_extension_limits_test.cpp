@@ -183,7 +183,7 @@ TEST_F(ImperfectGrowthLimits, hold_along_an_array_that_growth_went_along_before)
     sequence.search.extend_imperfect_backward(sat, sequence.at(599));
     EXPECT_EQ(sat.start, sequence.at(600));
   }
-  EXPECT_GT(sequence.search.growth_paths().work().hits, 0U);
+  EXPECT_GT(sequence.search.extender().growth_paths().work().hits, 0U);
 }
 
 }  // namespace

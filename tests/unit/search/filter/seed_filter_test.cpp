@@ -11,7 +11,7 @@
 #include <string>
 #include <vector>
 
-#include "search/score.h"
+#include "search/rules/score.h"
 #include "support/filter/vector_targets.h"
 #include "unit/search/hard_text.h"
 #include "unit/search/searched_sequence.h"

@@ -1,0 +1,37 @@
+#pragma once
+
+/// @file
+/// What every search mode works with.
+
+#include <cstdint>
+
+#include "search/extension/extender.h"
+#include "search/extension/searched_text.h"
+#include "search/filter/filter_plan.h"
+#include "search/rules/score.h"
+#include "search/rules/thresholds.h"
+#include "search/rules/unit_range.h"
+#include "search/scan/seed_scan.h"
+
+namespace quorix {
+
+/// One search: the text, the rules, and the parts that do the work. Owns nothing.
+struct SearchContext {
+  SearchedText text;
+  UnitRange units;
+  Thresholds thresholds;       ///< of repeats that the search finds
+  Thresholds user_thresholds;  ///< of repeats that are reported
+  CExtender& extender;
+  CSeedScan& scan;
+
+  /// The plan of the filter of seeds for `use`, under these thresholds and the rules of the
+  /// settings.
+  [[nodiscard]] CFilterPlan plan_for(SeedUse use) const {
+    return {use,
+            scoring_rules_of_settings(),
+            {*thresholds.min_scores, *thresholds.min_lengths, *user_thresholds.min_scores},
+            static_cast<std::int64_t>(units.last)};
+  }
+};
+
+}  // namespace quorix

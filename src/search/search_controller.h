@@ -9,8 +9,7 @@
 /// the searches stand one a file beside this one:
 ///
 /// - exact_extension.cpp, exact_search.cpp: runs of perfect copies
-/// - look_ahead.cpp, edit_memo.cpp, growth_paths.cpp, imperfect_extension.cpp: growing a repeat
-/// over edits
+/// - imperfect_extension.cpp, extension_cache.h, look_ahead.cpp: extending a repeat over edits
 /// - growth.cpp: what is accepted
 /// - seed_filter.h and kernel/: which seeds are worth growing
 /// - extend_exact_search.cpp, imperfect_search.cpp, simple_search.cpp: what is grown, and from
@@ -30,8 +29,7 @@
 
 #include "report/csat.h"
 #include "report/packed_edits.h"
-#include "search/extension/edit_memo.h"
-#include "search/extension/growth_paths.h"
+#include "search/extension/extension_cache.h"
 #include "search/extension/look_ahead.h"
 #include "search/filter/seed_filter.h"
 #include "search/filter/single_bound.h"
@@ -156,8 +154,7 @@ class CSearchController {
   /// The work done since it was made, and by whom.
   [[nodiscard]] const SearchWork& work() const { return work_; }
   [[nodiscard]] const CLookAhead& look_ahead() const { return look_ahead_; }
-  [[nodiscard]] const CEditMemo& edit_memo() const { return edit_memo_; }
-  [[nodiscard]] const CGrowthPaths& growth_paths() const { return growth_paths_; }
+  [[nodiscard]] const CExtensionCache& extension_cache() const { return extension_cache_; }
   [[nodiscard]] const CScoreBound& score_bound() const { return score_bound_; }
   /// The filter of the last scan. Null before the first one.
   [[nodiscard]] const CSeedFilter* last_seed_filter() const { return seed_filter_.get(); }
@@ -235,8 +232,7 @@ class CSearchController {
   CLookAhead look_ahead_;
   CEditStore edit_store_;        ///< of the repeats in the lists
   fastvector<Edit> edit_block_;  ///< lent to the candidate that is being grown
-  CEditMemo edit_memo_;
-  CGrowthPaths growth_paths_;
+  CExtensionCache extension_cache_;
   std::unique_ptr<CSeedFilter> seed_filter_;  ///< null until the first scan
   SearchWork work_;
 };

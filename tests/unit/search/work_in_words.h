@@ -41,14 +41,14 @@ inline std::string in_words(const LookAheadWork& work) {
                                   {"runs of N's", work.runs_of_Ns}});
 }
 
-inline std::string in_words(const EditMemoWork& work) {
+inline std::string in_words(const EditCacheWork& work) {
   return in_words("memo:", {{"hits", work.hits},
                             {"misses", work.misses},
                             {"stored", work.stored},
                             {"moved", work.moved}});
 }
 
-inline std::string in_words(const GrowthPathsWork& work) {
+inline std::string in_words(const PathCacheWork& work) {
   return in_words("paths:", {{"hits", work.hits},
                              {"misses", work.misses},
                              {"steps", work.steps},
@@ -78,8 +78,8 @@ inline std::string growth_in_words(const CSearchController& search) {
                               {"grown exactly", search.work().grown_exactly},
                               {"bounded", search.work().bounded},
                               {"grown", search.work().grown}}) +
-         in_words(search.look_ahead().work()) + in_words(search.edit_memo().work()) +
-         in_words(search.growth_paths().work());
+         in_words(search.look_ahead().work()) + in_words(search.extension_cache().edits().work()) +
+         in_words(search.extension_cache().paths().work());
 }
 
 }  // namespace quorix::testing

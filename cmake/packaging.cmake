@@ -1,4 +1,4 @@
-# What `cmake --install` puts where. The documents keep their places to each other, so that the
+# What `cmake --install` puts where. The documents keep their relative places, so that the
 # links between them hold.
 
 include(GNUInstallDirs)
@@ -8,4 +8,6 @@ function(quorix_install)
   install(FILES README.md CHANGELOG.md CONTRIBUTING.md SECURITY.md LICENSE
     DESTINATION ${CMAKE_INSTALL_DOCDIR})
   install(DIRECTORY docs examples DESTINATION ${CMAKE_INSTALL_DOCDIR})
+  install(DIRECTORY bench/log DESTINATION ${CMAKE_INSTALL_DOCDIR}/bench)
+  install(FILES tests/cli/README.md DESTINATION ${CMAKE_INSTALL_DOCDIR}/tests/cli)
 endfunction()

@@ -118,9 +118,9 @@ measure() {
   [ "$outcome" != over ] || seconds=$limit
 }
 
-# measure_program FILE OPTION...: as `measure`, on as many copies of the file as make it take long
-# enough. Sets `copies` and `searched`, the name of the file of copies, as well.
-measure_program() {
+# choose_copies FILE OPTION...: sets `copies` to as many as make a run take long enough, and
+# `searched` to the name of the file of them, which the program has searched once.
+choose_copies() {
   local file=$1
   shift
   rm -f -- "$scratch"/copies_*
@@ -134,6 +134,12 @@ measure_program() {
     fi
     copies=$(awk "BEGIN { print int($copies * 1.2 * $least_seconds / $seconds) + 1 }")
   done
+}
+
+# measure_program FILE OPTION...: as `measure`, on the copies that `choose_copies` chooses.
+measure_program() {
+  choose_copies "$@"
+  shift
   if [ "$outcome" = 0 ] && [ "$runs" -gt 1 ]; then
     measure "$runs" "$quorix" "$@" -- "$searched" "$scratch/report"
   fi

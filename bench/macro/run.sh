@@ -2,7 +2,7 @@
 # Measures whole runs of the release program, beside the plain engine and alone, and prints Markdown
 # tables of what they need:
 #
-#   bench/macro/run.sh [--rows PATTERN] [--runs N] [--limit SECONDS] [--output FILE] [FOLDER]
+#   bench/macro/run.sh [--rows PATTERN] [--runs N] [--limit SECONDS] [--output FILE] [--base PROGRAM] [FOLDER]
 #
 # FOLDER holds the genomes that some rows need, one unpacked FASTA file each; a row whose file is
 # missing is told as skipped. All other inputs are generated.
@@ -11,6 +11,8 @@
 #   --runs N          runs whose median is told, 3 if not given
 #   --limit SECONDS   a run that takes longer is ended and told as such, 120 if not given
 #   --output FILE     where the tables go besides standard output, build-bench/macro.md if not given
+#   --base PROGRAM    another build of the program: the rows show the ratio of both, which run in
+#                     turn, and neither the plain engine nor another program is measured
 #
 # Seconds are wall time from start to end of the process with the report written to a file, memory
 # is the largest of the peaks. An input that the program is done with in less than 0.2 seconds is
@@ -34,7 +36,7 @@ is_number() { [[ $1 =~ ^[1-9][0-9]*$ ]]; }
 
 # Names are relative to the caller's folder: they are made absolute before we leave it.
 is_usable=true
-folder='' output='' pattern='' runs=3 limit=120
+folder='' output='' pattern='' base='' runs=3 limit=120
 while [ $# -gt 0 ]; do
   if [[ $1 == -* && $# -eq 1 ]]; then
     is_usable=false
@@ -44,7 +46,8 @@ while [ $# -gt 0 ]; do
     --rows) pattern=$2 && shift 2 ;;
     --runs) runs=$2 && shift 2 ;;
     --limit) limit=$2 && shift 2 ;;
-    --output) output=$(readlink -f -- "$2") && shift 2 ;;
+    --output) output=$(readlink -m -- "$2") && shift 2 ;;
+    --base) base=$(readlink -f -- "$2") && shift 2 ;;
     *)
       if [ -n "$folder" ] || [ ! -d "$1" ]; then
         is_usable=false
@@ -59,7 +62,7 @@ if [ "$is_usable" = false ] || ! is_number "$runs" || ! is_number "$limit"; then
   usage
 fi
 output=${output:-$PWD/build-bench/macro.md}
-readonly folder pattern runs limit output
+readonly folder pattern base runs limit output
 
 scripts/setup.sh bench
 cmake --preset bench >&2
@@ -75,8 +78,14 @@ trap 'rm -rf -- "$scratch"' EXIT
 . bench/macro/rows.sh
 
 begin_output
-against_the_plain_engine
-alone
-limits_of_the_machine
-another_method
+if [ -n "$base" ]; then
+  # shellcheck source=bench/macro/pairs.sh
+  . bench/macro/pairs.sh
+  beside_another_build
+else
+  against_the_plain_engine
+  alone
+  limits_of_the_machine
+  another_method
+fi
 [ "$failures" -eq 0 ] || { echo "$failures rows have failed." >&2 && exit 1; }

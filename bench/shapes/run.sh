@@ -51,7 +51,7 @@ while [ $# -gt 0 ]; do
     --sets) set_pattern=$2 ;;
     --runs) runs=$2 ;;
     --limit) most_seconds=$2 ;;
-    --output) output=$(readlink -f -- "$2") ;;
+    --output) output=$(readlink -m -- "$2") ;;
     *) is_usable=false ;;
   esac
   shift 2

@@ -30,16 +30,26 @@ case_folder=$1
 case_folder=$(cd "$case_folder" && pwd)
 program=$(realpath -e -- "${2-$here/../../build/quorix}") || die 'there is no such program'
 [ -f "$case_folder/cmd" ] || die "$case_folder has no cmd"
+script=$(<"$case_folder/cmd")
 
 scratch=$(mktemp -d) || die 'cannot make a folder'
 trap 'chmod -R u+rwX "$scratch"; rm -rf "$scratch"' EXIT
 run=$scratch/run
-mkdir "$scratch/bin" "$run"
+given=$scratch/given
+mkdir "$scratch/bin" "$given"
 ln -s "$program" "$scratch/bin/quorix"
-if [ -d "$case_folder/input" ]; then
-  cp -R "$case_folder/input/." "$run" || die 'cannot copy the input'
-  chmod -R u+rwX "$run"
+
+# The shared inputs that the commands name, and those of the case.
+inputs=()
+for file in "$here"/input/*; do
+  if [[ $script == *"${file##*/}"* ]]; then inputs+=("$file"); fi
+done
+if [ -d "$case_folder/input" ]; then inputs+=("$case_folder/input/."); fi
+if [ ${#inputs[@]} -gt 0 ]; then
+  cp -R "${inputs[@]}" "$given" || die 'cannot copy the input'
+  chmod -R u+rwX "$given"
 fi
+cp -R "$given" "$run"
 
 # The shell starts before its streams are redirected: what it says about a locale that is not
 # installed is no output of the case.
@@ -68,25 +78,28 @@ mask_times() {
 }
 for stream in stdout stderr; do mask_times "$scratch/$stream.raw" "$scratch/$stream"; done
 
-# The regular files below folder $1, each ended by a NUL.
-list_files() (
+# What is below folder $1, folders and links too, each name ended by a NUL.
+list_entries() (
   cd "$1" || exit
   shopt -s globstar dotglob nullglob
-  for file in **; do
-    if [ -f "$file" ] && [ ! -L "$file" ]; then printf '%s\0' "$file"; fi
-  done
+  for entry in **; do printf '%s\0' "$entry"; done
 )
 
+is_regular() { [ -f "$1" ] && [ ! -L "$1" ]; }
+
 if $is_accepting; then
+  # What the defaults say needs no file.
   for part in exit stdout stderr; do cp "$scratch/$part" "$case_folder/$part"; done
+  [ "$(<"$case_folder/exit")" != 0 ] || rm "$case_folder/exit"
+  for part in stdout stderr; do [ -s "$case_folder/$part" ] || rm "$case_folder/$part"; done
   kept=$scratch/files
   mkdir "$kept"
   while IFS= read -r -d '' file; do
-    [ "$file" != messages ] || continue
-    [ -e "$case_folder/files/$file" ] || ! cmp -s "$case_folder/input/$file" "$run/$file" || continue
+    is_regular "$run/$file" && [ "$file" != messages ] || continue
+    [ -e "$case_folder/files/$file" ] || ! cmp -s "$given/$file" "$run/$file" || continue
     mkdir -p "$kept/$(dirname "$file")"
     cp "$run/$file" "$kept/$file"
-  done < <(list_files "$run")
+  done < <(list_entries "$run")
   rm -rf "$case_folder/files"
   if [ -n "$(ls -A "$kept")" ]; then cp -R "$kept" "$case_folder/files"; fi
   printf 'accepted %s: read the difference before you keep it\n' "$(basename "$case_folder")"
@@ -101,45 +114,44 @@ fail() {
 
 # compare WHAT EXPECTED ACTUAL
 compare() {
-  if [ ! -f "$2" ]; then
-    fail "the case does not say which $1 it expects"
-  elif [ ! -f "$3" ]; then
+  if ! is_regular "$3"; then
     fail "there is no $1"
   else
     diff -u -a --label "expected $1" --label "actual $1" "$2" "$3" || fail "$1 differs"
   fi
 }
 
-for part in exit stdout stderr; do compare "$part" "$case_folder/$part" "$scratch/$part"; done
-[ -s "$case_folder/why" ] || fail 'the case has no why'
+# A status that the case does not name is 0, and a stream without a file is empty.
+echo 0 >"$scratch/default_exit"
+: >"$scratch/default_stdout" >"$scratch/default_stderr"
+for part in exit stdout stderr; do
+  expected=$case_folder/$part
+  [ -f "$expected" ] || expected=$scratch/default_$part
+  compare "$part" "$expected" "$scratch/$part"
+done
+[[ $script == '# '[!\ ]* ]] || fail 'the case does not say why'
 
 if [ -d "$case_folder/files" ]; then
   while IFS= read -r -d '' file; do
-    compare "file $file" "$case_folder/files/$file" "$run/$file"
-  done < <(list_files "$case_folder/files")
-fi
-
-if [ -f "$case_folder/absent" ]; then
-  while IFS= read -r name || [ -n "$name" ]; do
-    if [ -e "$run/$name" ] || [ -L "$run/$name" ]; then fail "there is a file $name"; fi
-  done <"$case_folder/absent"
+    [ -d "$case_folder/files/$file" ] || compare "file $file" "$case_folder/files/$file" "$run/$file"
+  done < <(list_entries "$case_folder/files")
 fi
 
 # What is left behind is an input that nobody touched, or expected. "messages" is where cases put
 # a standard error that they do not look at.
-while IFS= read -r -d '' file; do
-  if [ -e "$case_folder/files/$file" ] || [ "$file" = messages ]; then continue; fi
-  if [ ! -e "$case_folder/input/$file" ]; then
-    fail "the file $file is not expected"
-  elif ! cmp -s "$case_folder/input/$file" "$run/$file"; then
-    fail "the input $file has changed"
+while IFS= read -r -d '' entry; do
+  if [ -e "$case_folder/files/$entry" ] || [ "$entry" = messages ]; then continue; fi
+  if [ ! -e "$given/$entry" ]; then
+    fail "$entry is left behind, and not expected"
+  elif [ -d "$given/$entry" ]; then
+    [ -d "$run/$entry" ] || fail "the input $entry has changed"
+  elif ! is_regular "$run/$entry" || ! cmp -s "$given/$entry" "$run/$entry"; then
+    fail "the input $entry has changed"
   fi
-done < <(list_files "$run")
-if [ -d "$case_folder/input" ]; then
-  while IFS= read -r -d '' file; do
-    [ -f "$run/$file" ] || fail "the input $file is gone"
-  done < <(list_files "$case_folder/input")
-fi
+done < <(list_entries "$run")
+while IFS= read -r -d '' entry; do
+  [ -e "$run/$entry" ] || fail "the input $entry is gone"
+done < <(list_entries "$given")
 
 if $has_failed; then
   if [ -f "$run/messages" ]; then

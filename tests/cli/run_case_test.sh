@@ -22,8 +22,7 @@ chmod +x "$scratch/program"
 make_case() {
   rm -rf "$sample"
   mkdir -p "$sample/input/deep" "$sample/files/deep"
-  echo 'quorix in.txt deep/out.txt' >"$sample/cmd"
-  echo 'To have something to spoil.' >"$sample/why"
+  printf '# To have something to spoil.\nquorix in.txt deep/out.txt\n' >"$sample/cmd"
   echo 'text' >"$sample/input/in.txt"
   echo 'old' >"$sample/input/deep/out.txt"
   echo 'text' >"$sample/files/deep/out.txt"
@@ -66,15 +65,53 @@ expect_failure 'stdout differs' append cmd "printf '\\0'; exit 3"
 expect_failure 'stdout differs' eval "printf copied >stdout"
 expect_failure 'file deep/out.txt differs' append files/deep/out.txt more
 expect_failure 'there is no file new.txt' append files/new.txt text
-expect_failure 'there is a file in.txt' append absent in.txt
-expect_failure 'the file made.txt is not expected' append cmd 'echo more >made.txt; exit 3'
-expect_failure 'the file .hidden is not expected' append cmd 'echo more >.hidden; exit 3'
 expect_failure 'the input in.txt has changed' append cmd 'echo more >>in.txt; exit 3'
+expect_failure 'the input in.txt has changed' append cmd 'mv in.txt a; ln -s a in.txt; exit 3'
 expect_failure 'the input in.txt is gone' append cmd 'rm in.txt; exit 3'
-expect_failure 'the case does not say which exit it expects' rm exit
-expect_failure 'the case does not say which stdout it expects' rm stdout
-expect_failure 'the case does not say which stderr it expects' rm stderr
-expect_failure 'the case has no why' rm why
+expect_failure 'the input rest has changed' \
+  eval 'mkdir input/rest; echo >input/rest/x; echo "rm -r rest; echo >rest; exit 3" >>cmd'
+expect_failure 'the case does not say why' eval 'echo quorix in.txt deep/out.txt >cmd'
+expect_failure 'the case does not say why' eval 'echo "#" >cmd; echo quorix in.txt deep/out.txt >>cmd'
+
+# Nothing of any kind may be left behind unless the case says so.
+for make in 'echo more >made' ': >made' 'mkdir made' 'ln -s nowhere made' 'mkfifo made'; do
+  expect_failure 'made is left behind, and not expected' append cmd "$make; exit 3"
+done
+expect_failure '.hidden is left behind, and not expected' append cmd 'echo more >.hidden; exit 3'
+expect_failure 'deep/made is left behind, and not expected' append cmd 'echo >deep/made; exit 3'
+
+# What the defaults say for a file that is not there: status 0, and nothing on either stream.
+expect_failure 'exit differs' rm exit
+expect_failure 'stdout differs' rm stdout
+expect_failure 'stderr differs' rm stderr
+expect_failure 'stdout differs' eval 'rm stdout; echo "echo; exit 3" >>cmd'
+quiet_case() {
+  rm -rf "$sample"
+  mkdir -p "$sample"
+  printf '# Nothing to see.\n%s\n' "$1" >"$sample/cmd"
+}
+quiet_case :
+run || complain 'a case that the defaults describe'
+for command in 'exit 1' 'exit 255' 'kill -TERM $BASHPID'; do
+  quiet_case "$command"
+  run && complain "passes without an exit file in spite of: $command"
+done
+quiet_case 'echo'
+run && complain 'passes without a stdout file in spite of an empty line'
+quiet_case 'echo "12.34.56 - #   1 - copied" >&2'
+run && complain 'passes without a stderr file in spite of a progress line'
+
+# A shared input comes to a case that names it, as it is, and must stay so.
+quiet_case "cmp one.fa '$here/input/one.fa'"
+run || complain 'a case with a shared input'
+quiet_case '[ ! -e one""\.fa ] && [ -z "$(ls)" ]'
+run || complain 'a shared input that is not named is there'
+quiet_case 'echo more >>one.fa'
+run && complain 'passes with a shared input that has changed'
+quiet_case 'cat one.fa'
+mkdir "$sample/input"
+echo own | tee "$sample/input/one.fa" >"$sample/stdout"
+run || complain 'an input of the case does not take the place of a shared one'
 
 make_case
 rm "$sample/cmd"
@@ -82,12 +119,15 @@ run && complain 'passes without a cmd'
 
 # Accepting makes what happened the expectation, and touches nothing else of the case.
 make_case
-rm -r "$sample/files" "$sample/stdout"
-echo 0 >"$sample/exit"
+rm -r "$sample/files" "$sample/stdout" "$sample/exit"
 run --accept || complain 'cannot accept'
 run || complain 'what was accepted does not pass'
 [ "$(cat "$sample/exit" "$sample/stdout" "$sample/stderr" "$sample/files/deep/out.txt")" = \
   $'3\ncopied\nHH.MM.SS - #   1 - copied\ntext' ] || complain 'something else was accepted'
 [ ! -e "$sample/files/in.txt" ] || complain 'an input that nobody touched was accepted'
+quiet_case :
+echo 3 | tee "$sample/exit" "$sample/stdout" >"$sample/stderr"
+run --accept || complain 'cannot accept a quiet case'
+[ "$(ls "$sample")" = cmd ] || complain 'accepting writes what the defaults say'
 
 [ "$failures" -eq 0 ] && echo 'run_case.sh notices everything'

@@ -14,7 +14,7 @@
 #include "report/sat_pool.h"
 #include "search/extension/direction.h"
 #include "search/extension/look_ahead.h"
-#include "search/sat_container.h"
+#include "search/modes/sat_container.h"
 #include "search/search_controller.h"
 #include "support/test_record.h"
 

@@ -1,9 +1,9 @@
 #pragma once
 
 /// @file
-/// The fixed texts around a run: banner, creator lines, column legend, progress lines and closing
-/// messages. Texts for the person at the terminal go to standard error, comment lines of the
-/// report to the stream that the caller passes.
+/// The fixed texts around a run: banner, creator lines, progress lines and closing messages. Texts
+/// for the person at the terminal go to standard error, comment lines of the report to the stream
+/// that the caller passes.
 ///
 /// A line prefix is written at the start of every line of a block: empty on standard error, "# "
 /// in the report, where the lines are comments. Write errors are not checked here: the driver
@@ -40,10 +40,6 @@ void creator_message(std::FILE* stream, const char* prefix);
 /// first 70 bytes of the sequence's name. The mode letter is not printed.
 void report_status(std::uint64_t sequence_number, const char* sequence_name,
                    std::uint64_t unit_length, char mode);
-
-/// Writes the legend of a repeat line's columns, which follows `global_print_sat_mode` and
-/// `global_treat_Ns_as_missense`.
-void print_output_format(std::FILE* stream, const char* prefix);
 
 /// Writes the head of the progress table to standard error and flushes it.
 void print_progress_head();

@@ -3,6 +3,7 @@
 #include <string>
 
 #include "console/console_texts.h"
+#include "report/output_format.h"
 #include "settings/number_text.h"
 #include "settings/settings.h"
 
@@ -40,17 +41,6 @@ const char* unit_mode_text() {
       return "alphabetical normal form";
     default:
       return "alphabetical normal form using reverse complement";
-  }
-}
-
-const char* output_format_text() {
-  switch (global_print_sat_mode) {
-    case kFormatQuorix:
-      return "quorix format";
-    case kFormatExtendedQuorix:
-      return "extended quorix format";
-    default:
-      return "sputnik compatible format";
   }
 }
 
@@ -132,7 +122,7 @@ void print_search_parameters(std::FILE* stream, const char* prefix) {
   print_line("   Write file with masked seq.:     ", yes_or_no(global_mask_repeats));
   print_line("   Computing perfections treat N's: ", n_perfection_text());
   print_line("   Report units as:                 ", unit_mode_text());
-  print_line("   Output format:                   ", output_format_text());
+  print_line("   Output format:                   ", output_format_name());
   print_line("   Print sequence mode:             ", sequence_mode_text());
 }
 

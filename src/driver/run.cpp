@@ -15,6 +15,7 @@
 #include "driver/parameter_report.h"
 #include "driver/record_analysis.h"
 #include "driver/run_files.h"
+#include "report/output_format.h"
 #include "sequence/sequence_mol.h"
 #include "settings/settings.h"
 

@@ -24,7 +24,7 @@ namespace {
 /// Bytes in which the report of a repeat is put together; nearly every one fits.
 constexpr std::size_t kBlockSize = 4096;
 
-/// What an information line tells, whatever its format.
+/// What an information line says in every format.
 struct RepeatFigures {
   long long unit_length;
   long long first_position;  ///< 1-based
@@ -68,10 +68,10 @@ void add_class_name(CStreamText& report, long long unit_length) {
   }
 }
 
-/// A number and what stands behind it.
-void add_figure(CStreamText& report, long long number, std::size_t width, std::string_view behind) {
+/// Appends a number and the text after it.
+void add_figure(CStreamText& report, long long number, std::size_t width, std::string_view after) {
   add_number(report, number, width);
-  report.add(behind);
+  report.add(after);
 }
 
 /// The columns that the two formats of our own share.

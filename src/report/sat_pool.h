@@ -23,10 +23,10 @@ class Csat_garbagecollector {
   /// caller holds it until it puts it in a container or releases it. Throws: std::bad_alloc.
   [[nodiscard]] Csat* acquire(const char* unit_first, const char* unit_last);
 
-  /// Takes a record back, behind all other spare ones. Throws: std::bad_alloc.
+  /// Takes a record back, after all other spare ones. Throws: std::bad_alloc.
   void release(Csat* record);
 
-  /// Takes over the elements of `records` from `first` to `last`, in their order, behind all other
+  /// Takes over the elements of `records` from `first` to `last`, in their order, after all other
   /// spare ones.
   void take(std::list<Csat*>& records, std::list<Csat*>::iterator first,
             std::list<Csat*>::iterator last) {

@@ -1,15 +1,23 @@
 #include "search/search_controller.h"
 
-#include <algorithm>
-
+#include "report/sequence_block.h"
+#include "search/extension/direction.h"
+#include "search/extension/exact_extension.h"
+#include "search/modes/exact_search.h"
+#include "search/modes/extend_exact_search.h"
+#include "search/modes/imperfect_search.h"
+#include "search/modes/library_members.h"
+#include "search/modes/minimum_perfection.h"
+#include "search/modes/overlap_removal.h"
+#include "search/rules/score.h"
 #include "settings/settings.h"
 
 namespace quorix {
 
 namespace {
 
-/// A seed is kept while it is being grown if it scores this much, and its own unit length.
-constexpr std::int32_t kLeastSeedScore = 4;
+/// An exact repeat waits to be extended if it scores this much, and its own unit length.
+constexpr std::int32_t kMinSeedScore = 4;
 
 void make_table_unless_there(std::unique_ptr<const CThresholdTable>& table,
                              const ThresholdRule& rule) {
@@ -31,16 +39,23 @@ CSearchController::CSearchController(std::uint64_t number, CSequence_Mol& record
     : sequence_number(number),
       sequence_record(record),
       exact_sat_list(&sat_alloc),
-      imperfect_sat_list(&sat_alloc) {
-  sequence_record.sequence.c_str();  // before a pointer is taken: it may move the text
-
+      imperfect_sat_list(&sat_alloc),
+      text_(text_of(record)),
+      extender_(text_),
+      scan_(text_, {number, record.name}) {
   make_table_unless_there(minScores_user,
                           {global_min_score, global_min_score_a, global_min_score_bx});
   make_table_unless_there(minLengths_user,
                           {global_min_length, global_min_length_a, global_min_length_bx});
-  make_table_unless_there(minScores_intern, {kLeastSeedScore, 0, 1.0F});
+  make_table_unless_there(minScores_intern, {kMinSeedScore, 0, 1.0F});
   make_table_unless_there(minLengths_intern, {0, 0, 0.0F});
   use_user_thresholds();
+}
+
+SearchedText CSearchController::text_of(CSequence_Mol& record) {
+  record.sequence.c_str();  // before a pointer is taken: it may move the text
+  const char* const begin = record.sequence.data();
+  return {begin, begin + record.sequence.size()};
 }
 
 int CSearchController::reset_minimum_arrays() {
@@ -58,27 +73,114 @@ void CSearchController::use_user_thresholds() {
   minLengths = minLengths_user.get();
 }
 
-void CSearchController::use_intern_thresholds() {
-  minScores = minScores_intern.get();
-  minLengths = minLengths_intern.get();
+SearchContext CSearchController::search_context() {
+  return {text_,
+          unit_range_of(text_.length()),
+          active_thresholds(),
+          {minScores_user.get(), minLengths_user.get()},
+          extender_,
+          scan_};
 }
 
-std::uint64_t CSearchController::first_unit_length() {
-  return std::max<std::uint64_t>(global_min_unit_length, 1);
+void CSearchController::exact_search_2() {
+  search_exact_repeats(search_context(), SeedUse::kGrowExactly, exact_sat_list.sat_list);
 }
 
-std::uint64_t CSearchController::last_unit_length() const {
-  if (text_length() == 0) return 0;
-  return std::min<std::uint64_t>(global_max_unit_length, text_length() - 1);
+void CSearchController::exact_search() {
+  search_exact_repeats_in_one_pass(search_context(), exact_sat_list.sat_list);
 }
 
-CSeedFilter& CSearchController::seed_filter(SeedUse use) {
-  const SeedThresholds thresholds{*minScores, *minLengths, *minScores_user};
-  if (seed_filter_ == nullptr || !seed_filter_->is_for(use, thresholds)) {
-    seed_filter_.reset();
-    seed_filter_ = std::make_unique<CSeedFilter>(text_begin(), text_length(), use, thresholds);
-  }
-  return *seed_filter_;
+void CSearchController::search_exact_and_extend_to_imperfect_repeats() {
+  use_user_thresholds();
+  extend_exact_repeats(search_context(), {minScores_intern.get(), minLengths_intern.get()},
+                       exact_sat_list.sat_list, imperfect_sat_list.sat_list);
+}
+
+void CSearchController::complete_imperfect_search(std::FILE* /*stream*/) {
+  search_imperfect_repeats(search_context(), imperfect_sat_list.sat_list);
+}
+
+void CSearchController::unit_len_1_complete_imperfect_search(CAnchorSeq& anchors,
+                                                             std::list<Csat*>& accepted) {
+  scan_for_imperfect_mononucleotides(search_context(), anchors, accepted);
+}
+
+void CSearchController::one_unit_len_complete_imperfect_search(std::uint64_t unit_length,
+                                                               CAnchorSeq& anchors,
+                                                               std::list<Csat*>& accepted) {
+  scan_for_imperfect_repeats(search_context(), unit_length, anchors, accepted);
+}
+
+void CSearchController::simple_imperfect_search(std::FILE* stream) {
+  report_first_hits(search_context(), sequence_record, stream, imperfect_sat_list.sat_list);
+}
+
+void CSearchController::imperfect_search() {}
+
+bool CSearchController::valid_starting_pattern(const Csat& sat) {
+  return quorix::valid_starting_pattern(sat);
+}
+
+bool CSearchController::valid_starting_pattern(const char* pattern_begin, const char* pattern_end,
+                                               const char* next_N) {
+  return quorix::valid_starting_pattern(pattern_begin, pattern_end, next_N);
+}
+
+bool CSearchController::extend_exact_forward(Csat& sat, const char* limit) {
+  return quorix::extend_exact_forward(sat, limit);
+}
+
+bool CSearchController::extend_exact_backward(Csat& sat, const char* limit) {
+  return quorix::extend_exact_backward(sat, limit);
+}
+
+void CSearchController::extend_imperfect_forward(Csat& sat, const char* limit) {
+  extender_.extend_imperfect_forward(sat, limit);
+}
+
+void CSearchController::extend_imperfect_backward(Csat& sat, const char* limit) {
+  extender_.extend_imperfect_backward(sat, limit);
+}
+
+int CSearchController::extend_imperfect_forward_leap_ahead(
+    const char* pos, const char* unit_pos, const char* unit_begin, const char* unit_end, int score,
+    std::int64_t unit_length, std::uint8_t level, const char* limit, int best_score) {
+  return saturated_score(extender_.look_ahead().highest_score<Rightward>(
+      {pos, unit_pos, score, best_score, level}, {unit_begin, unit_end, unit_length, limit}));
+}
+
+int CSearchController::extend_imperfect_backward_leap_ahead(
+    const char* pos, const char* unit_pos, const char* unit_begin, const char* unit_end, int score,
+    std::int64_t unit_length, std::uint8_t level, const char* limit, int best_score) {
+  return saturated_score(extender_.look_ahead().highest_score<Leftward>(
+      {pos, unit_pos, score, best_score, level}, {unit_begin, unit_end, unit_length, limit}));
+}
+
+void CSearchController::remove_hidden(CsatContainer& container) {
+  quorix::remove_hidden(container);
+}
+
+void CSearchController::report_SATList(std::FILE* stream, std::list<Csat*> repeats) {
+  report_sequence_head(stream, sequence_record);
+  for (const Csat* const repeat : repeats) repeat->report_sat(stream, sequence_record);
+  report_sequence_foot(stream, sequence_record);
+}
+
+void CSearchController::report_exact_sat_with_minimum_perfection(std::FILE* stream) {
+  report_exact_repeats_by_perfection(stream, exact_sat_list.sat_list, active_thresholds(),
+                                     sequence_record);
+}
+
+void CSearchController::
+    find_and_report_all_sat_with_minimum_perfection_in_previously_determined_exact_sat(
+        std::FILE* stream, const Csat& sat) {
+  report_parts_of_minimum_perfection(stream, sat, active_thresholds(), sequence_record);
+}
+
+void CSearchController::
+    find_one_exact_sat_with_minimum_perfection_in_previously_determined_exact_repeat(
+        const Csat& sat, const char* from, Csat& best) {
+  find_part_of_minimum_perfection(sat, from, best);
 }
 
 }  // namespace quorix

@@ -5,17 +5,14 @@
 /// repeats found.
 ///
 /// The driver builds one controller for a record, runs one search on it, has overlapping repeats
-/// removed and the rest reported, and destroys it before the next record is read. The stories of
-/// the searches stand one a file beside this one:
+/// removed and the rest reported, and destroys it before the next record is read. The controller
+/// only holds the parts together and forwards to them:
 ///
-/// - exact_extension.cpp, exact_search.cpp: runs of perfect copies
-/// - imperfect_extension.cpp, extension_cache.h, look_ahead.cpp: extending a repeat over edits
-/// - growth.cpp: what is accepted
-/// - seed_filter.h and kernel/: which seeds are worth growing
-/// - extend_exact_search.cpp, imperfect_search.cpp, simple_search.cpp: what is grown, and from
-/// where
-/// - overlap_removal.cpp, sat_list_report.cpp: what is told of it
-/// - minimum_perfection.cpp: another way to tell it, which no option selects
+/// - modes/: the searches, the overlap removal, and what no option of the program reaches
+/// - scan/: the scan of one unit length over the bases that are still open
+/// - extension/: what becomes of a seed, over perfect copies and over edits
+/// - filter/: which seeds are worth extending
+/// - rules/: scores, thresholds and unit lengths
 ///
 /// Positions are pointers into the record's text. A `limit` bounds what may be read: to the right
 /// it is one past the last base, to the left it is the position before the first one. Nothing here
@@ -28,13 +25,12 @@
 #include <memory>
 
 #include "report/csat.h"
-#include "report/packed_edits.h"
-#include "search/extension/extension_cache.h"
-#include "search/extension/look_ahead.h"
-#include "search/filter/seed_filter.h"
-#include "search/filter/single_bound.h"
-#include "search/sat_container.h"
-#include "search/thresholds.h"
+#include "search/extension/extender.h"
+#include "search/extension/searched_text.h"
+#include "search/modes/sat_container.h"
+#include "search/modes/search_context.h"
+#include "search/rules/thresholds.h"
+#include "search/scan/seed_scan.h"
 #include "sequence/sequence_mol.h"
 
 namespace quorix {
@@ -43,10 +39,8 @@ class CAnchorSeq;
 
 /// What the searches of one sequence have done.
 struct SearchWork {
-  std::uint64_t seeds = 0;          ///< seeds left by the sieves, and not next to an N
-  std::uint64_t grown_exactly = 0;  ///< candidates that were grown over perfect copies
-  std::uint64_t grown = 0;          ///< candidates that were grown over edits
-  std::uint64_t bounded = 0;        ///< exact repeats that were held against the score bound
+  std::uint64_t seeds = 0;  ///< seeds left by the sieves, and not next to an N
+  ExtenderWork extensions;
 };
 
 class CSearchController {
@@ -63,23 +57,24 @@ class CSearchController {
   CSearchController& operator=(const CSearchController&) = delete;
 
   /// Forgets the threshold tables, so that the next controller computes them from the settings of
-  /// then. Gives 0. No controller may be in use.
+  /// then. Returns 0. No controller may be in use.
   static int reset_minimum_arrays();
 
-  /// Finds exact repeats: all unit lengths in ascending order, each region told once. Appends to
+  /// Finds exact repeats: all unit lengths in ascending order, each region once. Appends to
   /// `exact_sat_list` those that pass the active thresholds, and sorts it. Throws: std::bad_alloc.
   void exact_search_2();
 
   /// An older single pass over the sequence, which nothing in the program calls: at each base all
-  /// unit lengths, skipping those whose region has been told. Appends to `exact_sat_list`,
+  /// unit lengths, skipping those whose region has been found. Appends to `exact_sat_list`,
   /// unsorted. Throws: std::bad_alloc.
   void exact_search();
 
-  /// Finds exact repeats with lax thresholds, grows each over edits and keeps in
-  /// `imperfect_sat_list`, sorted, those that pass the user's. Throws: std::bad_alloc.
+  /// Finds exact repeats with lax thresholds, extends each over edits and keeps in
+  /// `imperfect_sat_list`, sorted, those that pass the user's, which are the active ones
+  /// afterwards. Throws: std::bad_alloc.
   void search_exact_and_extend_to_imperfect_repeats();
 
-  /// Grows a candidate from every admissible base for every unit length and keeps in
+  /// Extends a seed from every admissible base for every unit length and keeps in
   /// `imperfect_sat_list`, sorted, those that pass. The stream is not used. Throws: std::bad_alloc.
   void complete_imperfect_search(std::FILE* stream);
 
@@ -91,24 +86,16 @@ class CSearchController {
                                               std::list<Csat*>& accepted);
 
   /// A first-hit scan, which the driver does not call: the first accepted repeat at a base is
-  /// reported at once and the scan goes on behind it, so that its repeats never overlap.
+  /// reported at once and the scan goes on after it, so that its repeats never overlap.
   void simple_imperfect_search(std::FILE* stream);
 
   /// Does nothing; the name is kept for callers of old.
   void imperfect_search();
 
-  /// True if the record's unit may start a repeat: it has a base, no N, and, from two bases on, two
-  /// neighbours that differ. Runs of one base are repeats of unit length 1.
+  /// See search/extension/exact_extension.h.
   [[nodiscard]] static bool valid_starting_pattern(const Csat& sat);
-
-  /// The same for the unit [pattern_begin, pattern_end); `next_N` is the first N at or after a
-  /// position not behind `pattern_begin`, or the sequence's end.
   [[nodiscard]] static bool valid_starting_pattern(const char* pattern_begin,
                                                    const char* pattern_end, const char* next_N);
-
-  /// Extends a repeat over matching bases, and over N's where they are neutral, +1 a match. True
-  /// if it stopped at a base that does not match; false at `limit` or at a run of more N's than
-  /// allowed, of which it takes none.
   static bool extend_exact_forward(Csat& sat, const char* limit);
   static bool extend_exact_backward(Csat& sat, const char* limit);
 
@@ -128,39 +115,31 @@ class CSearchController {
       const char* pos, const char* unit_pos, const char* unit_begin, const char* unit_end,
       int score, std::int64_t unit_length, std::uint8_t level, const char* limit, int best_score);
 
-  /// Drops, of two repeats of which one has no whole unit outside their overlap, the one with the
-  /// lower score, the later one on a tie. REQUIRES: the list is sorted by `lessThan_sat`. Does
-  /// nothing when `global_remove_mostly_hidden` is false.
+  /// See search/modes/overlap_removal.h.
   static void remove_hidden(CsatContainer& container);
 
   /// Writes the sequence's head, each repeat of the list and the closing line, and flushes.
   void report_SATList(std::FILE* stream, std::list<Csat*> repeats);
 
   /// Writes the exact repeats, each whole or broken up into parts of at least
-  /// `global_perfection_minimum`. No option leads here.
+  /// `global_perfection_minimum`. No option leads here, nor to the two that follow; see
+  /// search/modes/minimum_perfection.h.
   void report_exact_sat_with_minimum_perfection(std::FILE* stream);
-
-  /// Writes every acceptable part of one exact repeat.
   void find_and_report_all_sat_with_minimum_perfection_in_previously_determined_exact_sat(
       std::FILE* stream, const Csat& sat);
-
-  /// Finds the best part of `sat` that begins at `from`: `best` becomes the longest of those with
-  /// the highest score; its `start` is null when there is none.
   static void find_one_exact_sat_with_minimum_perfection_in_previously_determined_exact_repeat(
       const Csat& sat, const char* from, Csat& best);
 
   /// Bytes that the edits of the repeats found take.
-  [[nodiscard]] std::size_t edit_bytes() const { return edit_store_.byte_count(); }
+  [[nodiscard]] std::size_t edit_bytes() const { return extender_.edit_bytes(); }
   /// The work done since it was made, and by whom.
-  [[nodiscard]] const SearchWork& work() const { return work_; }
-  [[nodiscard]] const CLookAhead& look_ahead() const { return look_ahead_; }
-  [[nodiscard]] const CExtensionCache& extension_cache() const { return extension_cache_; }
-  [[nodiscard]] const CScoreBound& score_bound() const { return score_bound_; }
+  [[nodiscard]] SearchWork work() const { return {scan_.seed_count(), extender_.work()}; }
+  [[nodiscard]] const CExtender& extender() const { return extender_; }
   /// The filter of the last scan. Null before the first one.
-  [[nodiscard]] const CSeedFilter* last_seed_filter() const { return seed_filter_.get(); }
+  [[nodiscard]] const CSeedFilter* last_seed_filter() const { return scan_.last_filter(); }
 
-  /// The user's thresholds, and the lax ones for seeds that are still to be grown. Null until the
-  /// first controller is built.
+  /// The user's thresholds, and the lax ones for exact repeats that are still to be extended. Null
+  /// until the first controller is built.
   static std::unique_ptr<const CThresholdTable> minScores_user;
   static std::unique_ptr<const CThresholdTable> minLengths_user;
   static std::unique_ptr<const CThresholdTable> minScores_intern;
@@ -175,66 +154,17 @@ class CSearchController {
   CsatContainer imperfect_sat_list;
 
  private:
-  /// First base and one past the last.
-  [[nodiscard]] const char* text_begin() const { return sequence_record.sequence.data(); }
-  [[nodiscard]] const char* text_end() const { return text_begin() + text_length(); }
-  [[nodiscard]] std::uint64_t text_length() const { return sequence_record.sequence.size(); }
-  /// The limit of an extension to the left that may take every base.
-  [[nodiscard]] const char* before_text() const { return text_begin() - 1; }
-
-  /// The unit lengths that can find anything: a unit has a base, and a base behind it.
-  [[nodiscard]] static std::uint64_t first_unit_length();
-  [[nodiscard]] std::uint64_t last_unit_length() const;
+  /// The bases of `record`, which stay where they are from now on.
+  [[nodiscard]] static SearchedText text_of(CSequence_Mol& record);
 
   static void use_user_thresholds();
-  static void use_intern_thresholds();
-  [[nodiscard]] static bool passes_active_thresholds(const Csat& sat);
-  [[nodiscard]] static bool passes_user_thresholds(const Csat& sat);
+  [[nodiscard]] static Thresholds active_thresholds() { return {minScores, minLengths}; }
+  /// A search under the settings of now and the active thresholds.
+  [[nodiscard]] SearchContext search_context();
 
-  /// Grows an exact candidate to both sides and tests it.
-  [[nodiscard]] bool grow_exact_and_test(Csat& sat);
-  /// False only if the repeat cannot grow over edits into one of the minimum score.
-  [[nodiscard]] bool may_grow(const Csat& sat);
-  /// Grows a candidate over edits, to the left up to `left_limit`, and tests it. The edits of an
-  /// accepted one are sorted, and stand in the one block in which all edits are gathered.
-  [[nodiscard]] bool grow_and_test(Csat& sat, const char* left_limit);
-  /// Packs the edits of a candidate that was just accepted. The next one gathers its edits in the
-  /// same block, so that no record keeps one that is as large as its edits once were.
-  void pack_edits(Csat& sat);
-
-  /// See search/scan/seed_scan.h.
-  template <class Visit>
-  void for_each_seed(std::uint64_t unit_length, const CAnchorSeq& anchors, SeedUse use,
-                     const Visit& visit);
-  template <class Visit>
-  void for_each_base(SeedUse use, const Visit& visit);
-
-  /// The filter of seeds for `use` under the active thresholds. Throws: std::bad_alloc.
-  CSeedFilter& seed_filter(SeedUse use);
-
-  /// `exact_search_2`, with seeds for `use`.
-  void search_exact(SeedUse use);
-  void search_exact_mononucleotides(SeedUse use);
-  void search_exact_unit_length(std::uint64_t unit_length, CAnchorSeq& coverage, SeedUse use);
-
-  /// The shortest unit of a first-hit scan that is accepted at `position`. True if there is one.
-  [[nodiscard]] bool find_first_hit(const char* position, const char* left_limit,
-                                    CSpareRecord& spare);
-
-  void report_head(std::FILE* stream) const;
-
-  /// True if `sat` is a repeat of this text.
-  [[nodiscard]] bool is_of_own_text(const Csat& sat) const;
-  /// Forgets the edits and ways of growth under other settings.
-  void forget_growth();
-
-  CScoreBound score_bound_;
-  CLookAhead look_ahead_;
-  CEditStore edit_store_;        ///< of the repeats in the lists
-  fastvector<Edit> edit_block_;  ///< lent to the candidate that is being grown
-  CExtensionCache extension_cache_;
-  std::unique_ptr<CSeedFilter> seed_filter_;  ///< null until the first scan
-  SearchWork work_;
+  SearchedText text_;
+  CExtender extender_;
+  CSeedScan scan_;
 };
 
 }  // namespace quorix

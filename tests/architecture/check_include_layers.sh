@@ -1,24 +1,29 @@
 #!/usr/bin/env bash
-# Fails on any include in a source tree that the picture of the layers does not allow.
+# Fails on any include in a source tree that the table of the layers does not allow, and on a table
+# with an arrow that points up.
 #
 #   check_include_layers.sh SOURCE_FOLDER
 #
 # Looked at are the lines with #include of every .h and .cpp file. A finding is one line of output:
 # "file:line: what is wrong".
 set -euo pipefail
-shopt -s globstar nullglob
 
-# The layers: their number, the layers that they may include from, and their files as patterns. A
-# file belongs to the first layer that has a pattern for it.
+# The layers from the top down, one line a folder: the folder, and those that its files may include
+# from besides their own. A folder may name only folders further down in this table. Every folder of
+# the tree has a line.
 readonly layers='
-7  7654321b driver/main.cpp
-6  654321b  driver/**
-b  b        search/bits/**
-5  54321b   search/**
-4  421      report/**
-3  31       console/**
-2  2        sequence/**
-1  1        settings/**
+driver            search report console sequence settings
+search            search/modes search/scan search/extension search/rules report sequence settings
+search/modes      search/scan search/extension search/filter search/rules report console sequence settings
+search/scan       search/extension search/filter report console
+search/extension  search/filter search/rules search/bits report settings
+search/filter     search/rules search/bits settings
+search/rules      settings
+search/bits
+report            sequence settings
+console           settings
+sequence
+settings
 '
 
 # Headers with a '/' or a '.h' in angle brackets: the system's, for every file, and those of other
@@ -34,19 +39,22 @@ hwy/    search/filter/lag_sieve.cpp
 hwy/    search/filter/single_bound.cpp
 '
 
-declare -A layer_of=()    # file -> number
-declare -A may_include=() # number -> numbers
+declare -A may_include=() # folder -> folders, itself included, with a blank before and after each
 findings=''
 
+# Reads the table from its end: whatever a line names has to be known by then.
 read_layers() {
-  local number allowed patterns file
-  while read -r number allowed patterns; do
-    [ -n "$number" ] || continue
-    may_include[$number]=$allowed
-    for file in $patterns; do # the shell puts the files in the place of the patterns
-      [ -n "${layer_of[$file]-}" ] || layer_of[$file]=$number
+  local folder allowed one
+  while read -r folder allowed; do
+    [ -n "$folder" ] || continue
+    for one in $allowed; do
+      [ -n "${may_include[$one]-}" ] ||
+        findings+="the table of layers: $folder names $one, which is not below it"$'\n'
     done
-  done <<<"$layers"
+    [ -z "${may_include[$folder]-}" ] ||
+      findings+="the table of layers: $folder has two lines"$'\n'
+    may_include[$folder]=" $folder $allowed "
+  done <<<"$(tac <<<"$layers")"
 }
 
 # Prints "file line kind name" for each include; kind is 'own' for "name" and 'system' for <name>.
@@ -69,13 +77,15 @@ report() { findings+="$1:$2: $3"$'\n'; }
 
 # check_own FILE LINE NAME
 check_own() {
-  local from=${layer_of[$1]-} to=${layer_of[$3]-}
+  local from=${1%/*} to=${3%/*}
   if [[ $3 != */* || $3 == *..* || ! -f $3 ]]; then
     report "$1" "$2" "\"$3\" is no file written from the source folder"
-  elif [ -z "$from" ] || [ -z "$to" ]; then
+  elif [[ $3 != *.h ]]; then
+    report "$1" "$2" "\"$3\" is no header"
+  elif [ -z "${may_include[$from]-}" ] || [ -z "${may_include[$to]-}" ]; then
     report "$1" "$2" "no layer is known for this file or for \"$3\""
-  elif [[ ${may_include[$from]} != *$to* ]]; then
-    report "$1" "$2" "layer $from may not include \"$3\" of layer $to"
+  elif [[ ${may_include[$from]} != *" $to "* ]]; then
+    report "$1" "$2" "$from may not include \"$3\""
   fi
 }
 
@@ -90,7 +100,7 @@ check_system() {
   report "$1" "$2" "<$3> may not be included here"
 }
 
-# check_circles INCLUDES: no file may include itself, not even round a corner.
+# check_circles INCLUDES: no file may include itself, directly or transitively.
 check_circles() {
   local circle
   # Of a pair of equal names tsort makes nothing, so these are seen to first.

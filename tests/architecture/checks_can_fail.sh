@@ -28,10 +28,12 @@ fresh_copy() {
 # plant FILE LINE: puts the line at the end of a file of the copy.
 plant() { printf '%s\n' "$2" >>"$copy/$1"; }
 
-# expect_finding TEXT CHECK ARGUMENT: the check must fail, and say the text.
+# expect_finding TEXT CHECK ARGUMENT: the check must fail, and say the text. CHECK is a file beside
+# this one, or a path.
 expect_finding() {
-  local output status=0
-  output=$("$checks/$2" "$3" 2>&1) || status=$?
+  local output status=0 check="$checks/$2"
+  [[ $2 != /* ]] || check=$2
+  output=$("$check" "$3" 2>&1) || status=$?
   if [ "$status" -ne 1 ] || [[ $output != *"$1"* ]]; then
     printf 'not found by %s (status %s): %s\n%s\n' "$2" "$status" "$1" "$output"
     failures=$((failures + 1))
@@ -63,8 +65,8 @@ expect_bench_finding macro/generate.cpp '#include "sequence/dna_string.h"' \
   '"sequence/dna_string.h" may not be included here'
 expect_bench_finding macro/stopwatch.cpp '#include <benchmark/benchmark.h>' \
   '"benchmark/benchmark.h" may not be included here'
-expect_bench_finding macro/read_only.cpp '  #  include "search/score.h"' \
-  '"search/score.h" may not be included here'
+expect_bench_finding macro/read_only.cpp '  #  include "search/rules/score.h"' \
+  '"search/rules/score.h" may not be included here'
 expect_bench_finding micro/search_bench.cpp '#include "reference/plain_engine.h"' \
   '"reference/plain_engine.h" may not be included here'
 expect_bench_finding micro/search_bench.cpp '#include "search/../driver/run.h"' \
@@ -72,26 +74,42 @@ expect_bench_finding micro/search_bench.cpp '#include "search/../driver/run.h"' 
 expect_bench_finding micro/report_bench.cpp '#include <gtest/gtest.h>' \
   '"gtest/gtest.h" may not be included here'
 
-# One include against the picture for each layer that has one above it or beside it.
-expect_include_finding settings/settings.cpp '#include "console/clock.h"' \
-  'layer 1 may not include "console/clock.h" of layer 3'
-expect_include_finding sequence/file.h '#include "settings/settings.h"' \
-  'layer 2 may not include "settings/settings.h" of layer 1'
-expect_include_finding console/console_texts.h '#include "driver/command_line.h"' \
-  'layer 3 may not include "driver/command_line.h" of layer 6'
-expect_include_finding report/csat.cpp '#include "console/clock.h"' \
-  'layer 4 may not include "console/clock.h" of layer 3'
-expect_include_finding search/score.h '  #  include "driver/command_line.h"' \
-  'layer 5 may not include "driver/command_line.h" of layer 6'
-expect_include_finding driver/run.h '#include "driver/main.cpp"' \
-  'layer 6 may not include "driver/main.cpp" of layer 7'
-
-expect_include_finding search/bits/bit_set.h '#include "search/score.h"' \
-  'layer b may not include "search/score.h" of layer 5'
-expect_include_finding search/bits/base_planes.cpp '#include "settings/settings.h"' \
-  'layer b may not include "settings/settings.h" of layer 1'
+# One include against the table for each folder.
+expect_layer_finding() { # FILE HEADER
+  expect_include_finding "$1" "#include \"$2\"" "${1%/*} may not include \"$2\""
+}
+expect_layer_finding settings/settings.cpp console/clock.h
+expect_layer_finding sequence/file.h settings/settings.h
+expect_layer_finding console/console_texts.h report/csat.h
+expect_layer_finding report/csat.cpp console/clock.h
+expect_layer_finding search/bits/bit_set.h search/rules/score.h
+expect_layer_finding search/bits/base_planes.cpp settings/settings.h
+expect_layer_finding search/rules/score.h search/bits/bit_set.h
+expect_layer_finding search/filter/seed_filter.h search/scan/anchor_seq.h
+expect_layer_finding search/filter/run_sieve.cpp report/csat.h
+expect_layer_finding search/extension/extender.cpp search/scan/seed_scan.h
+expect_layer_finding search/extension/look_ahead.h search/search_controller.h
+expect_layer_finding search/scan/seed_scan.h search/modes/search_context.h
+expect_layer_finding search/modes/exact_search.cpp search/search_controller.h
+expect_layer_finding search/search_controller.h driver/command_line.h
+expect_layer_finding driver/run.h search/modes/exact_search.h
+expect_include_finding search/rules/score.h '  #  include "driver/command_line.h"' \
+  'search/rules may not include "driver/command_line.h"'
+expect_include_finding driver/run.h '#include "driver/main.cpp"' '"driver/main.cpp" is no header'
 expect_include_finding search/filter/run_sieve.cpp '#include <hwy/highway.h>' \
   '<hwy/highway.h> may not be included here'
+
+# A table with an arrow that points up, to the side or nowhere.
+expect_table_finding() { # FOLDER MORE TEXT
+  fresh_copy
+  sed "s|^$1 .*|& $2|; s|^$1\$|& $2|" "$checks/check_include_layers.sh" >"$scratch/check_table.sh"
+  chmod +x "$scratch/check_table.sh"
+  expect_finding "$3" "$scratch/check_table.sh" "$copy"
+}
+expect_table_finding search/bits search/rules 'search/bits names search/rules, which is not below it'
+expect_table_finding search/scan search/modes 'search/scan names search/modes, which is not below it'
+expect_table_finding sequence sequence 'sequence names sequence, which is not below it'
+expect_table_finding report attic 'report names attic, which is not below it'
 
 expect_include_finding driver/run.cpp '#include "exit_status.h"' \
   '"exit_status.h" is no file written from the source folder'
@@ -104,11 +122,11 @@ expect_include_finding report/csat.cpp '#include <zlib.h>' '<zlib.h> may not be 
 # A circle of two files and one of three, inside a layer, where every single step is allowed.
 expect_include_finding sequence/faststring.h '#include "sequence/dna_string.h"' \
   'these files include each other'
-expect_include_finding search/score.h '#include "search/score.h"' 'these files include each other'
+expect_include_finding search/rules/score.h '#include "search/rules/score.h"' 'these files include each other'
 fresh_copy
-plant search/score.h '#include "search/thresholds.h"'
-plant search/thresholds.h '#include "search/extension/direction.h"'
-plant search/extension/direction.h '#include "search/score.h"'
+plant search/rules/score.h '#include "search/rules/thresholds.h"'
+plant search/rules/thresholds.h '#include "search/rules/unit_range.h"'
+plant search/rules/unit_range.h '#include "search/rules/score.h"'
 expect_finding 'these files include each other' check_include_layers.sh "$copy"
 
 fresh_copy

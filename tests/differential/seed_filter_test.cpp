@@ -18,7 +18,7 @@
 #include "reference/plain_thresholds.h"
 #include "search/filter/seed_filter.h"
 #include "search/filter/single_bound.h"
-#include "search/score.h"
+#include "search/rules/score.h"
 #include "search/search_controller.h"
 #include "support/case_arguments.h"
 #include "support/engine_comparison.h"

@@ -20,6 +20,7 @@
 #include "fuzz/report_scene.h"
 #include "reference/plain_report.h"
 #include "reference/plain_unit_forms.h"
+#include "report/output_format.h"
 #include "search/search_controller.h"
 #include "settings/settings.h"
 #include "support/memory_stream.h"

@@ -16,9 +16,9 @@
 #include "search/filter/lag_sieve.h"
 #include "search/filter/seed_filter.h"
 #include "search/filter/single_bound.h"
-#include "search/score.h"
+#include "search/rules/score.h"
 #include "search/search_controller.h"
-#include "search/thresholds.h"
+#include "search/rules/thresholds.h"
 #include "settings/settings.h"
 #include "soundness/extended_seeds.h"
 

@@ -1,11 +1,12 @@
-// Growing a repeat over perfect copies of its unit: one pass over the bases with a cursor that
-// walks the unit cyclically, so that the unit is never copied, by as many bases at a time as agree.
+// Extension over perfect copies: one pass over the bases with a cursor that runs through the unit
+// cyclically, so that the unit is never copied, by as many bases at a time as match.
+
+#include "search/extension/exact_extension.h"
 
 #include <cstring>
 
 #include "search/extension/direction.h"
-#include "search/score.h"
-#include "search/search_controller.h"
+#include "search/rules/score.h"
 #include "settings/settings.h"
 
 namespace quorix {
@@ -20,11 +21,11 @@ void take_bases(Csat& sat, std::int64_t count) {
   cursor = Direction::character_beyond(cursor, count, sat.unit_begin, sat.unit_end);
 }
 
-/// N's in a row beyond `edge`, counted no further than `limit` and `most`.
+/// N's in a row beyond `edge`, counted no further than `limit` and `max_count`.
 template <class Direction>
-std::int64_t count_Ns(const char* edge, const char* limit, std::int64_t most) {
+std::int64_t count_Ns(const char* edge, const char* limit, std::int64_t max_count) {
   std::int64_t count = 0;
-  while (count < most && !Direction::is_at_limit(edge, limit) &&
+  while (count < max_count && !Direction::is_at_limit(edge, limit) &&
          *Direction::base_beyond(edge) == 'N') {
     edge = Direction::edge_beyond(edge);
     ++count;
@@ -42,9 +43,9 @@ bool extend_exact(Csat& sat, const char* limit) {
     if (Direction::is_at_limit(Direction::edge(sat), limit)) return false;
     if (*Direction::base_beyond(Direction::edge(sat)) != 'N' || !is_N_neutral()) return true;
 
-    const std::int64_t most = global_Ns_allowed_in_a_row;
-    const std::int64_t run_length = count_Ns<Direction>(Direction::edge(sat), limit, most + 1);
-    if (run_length > most) return false;
+    const std::int64_t max_Ns = global_Ns_allowed_in_a_row;
+    const std::int64_t run_length = count_Ns<Direction>(Direction::edge(sat), limit, max_Ns + 1);
+    if (run_length > max_Ns) return false;
     take_bases<Direction>(sat, run_length);
     sat.n_count += run_length;
   }
@@ -59,15 +60,15 @@ bool is_single_base_run(const char* begin, const char* end) {
 
 }  // namespace
 
-bool CSearchController::extend_exact_forward(Csat& sat, const char* limit) {
+bool extend_exact_forward(Csat& sat, const char* limit) {
   return extend_exact<Rightward>(sat, limit);
 }
 
-bool CSearchController::extend_exact_backward(Csat& sat, const char* limit) {
+bool extend_exact_backward(Csat& sat, const char* limit) {
   return extend_exact<Leftward>(sat, limit);
 }
 
-bool CSearchController::valid_starting_pattern(const Csat& sat) {
+bool valid_starting_pattern(const Csat& sat) {
   const auto unit_length = static_cast<std::size_t>(sat.unit_length());
   const void* const first_N = std::memchr(sat.unit_begin, 'N', unit_length);
   return valid_starting_pattern(
@@ -75,8 +76,8 @@ bool CSearchController::valid_starting_pattern(const Csat& sat) {
       first_N == nullptr ? sat.unit_end : static_cast<const char*>(first_N));
 }
 
-bool CSearchController::valid_starting_pattern(const char* pattern_begin, const char* pattern_end,
-                                               const char* next_N) {
+bool valid_starting_pattern(const char* pattern_begin, const char* pattern_end,
+                            const char* next_N) {
   const auto unit_length = pattern_end - pattern_begin;
   if (unit_length == 0) return false;
   if (next_N >= pattern_begin && next_N < pattern_end) return false;

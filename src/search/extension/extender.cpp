@@ -1,56 +1,45 @@
-// What is accepted: a candidate grows to both sides, gives back the N's at its ends and is held
-// against the thresholds of its unit length.
+#include "search/extension/extender.h"
 
 #include <algorithm>
 #include <cassert>
 #include <cstddef>
+#include <functional>
 
-#include "search/score.h"
-#include "search/search_controller.h"
+#include "search/extension/exact_extension.h"
+#include "search/extension/imperfect_extension.h"
+#include "search/rules/score.h"
 #include "settings/settings.h"
 
 namespace quorix {
 
-namespace {
-
-bool passes(const Csat& sat, const CThresholdTable& min_scores,
-            const CThresholdTable& min_lengths) {
+bool passes(const Csat& sat, const Thresholds& thresholds) {
   const auto unit_length = static_cast<std::uint64_t>(sat.unit_length());
-  return sat.score >= min_scores[unit_length] &&
-         sat.normalized_length() >= min_lengths[unit_length];
+  return sat.score >= (*thresholds.min_scores)[unit_length] &&
+         sat.normalized_length() >= (*thresholds.min_lengths)[unit_length];
 }
 
-}  // namespace
-
-bool CSearchController::passes_active_thresholds(const Csat& sat) {
-  return passes(sat, *minScores, *minLengths);
-}
-
-bool CSearchController::passes_user_thresholds(const Csat& sat) {
-  return passes(sat, *minScores_user, *minLengths_user);
-}
-
-bool CSearchController::grow_exact_and_test(Csat& sat) {
-  ++work_.grown_exactly;
-  extend_exact_forward(sat, text_end());
-  extend_exact_backward(sat, before_text());
+bool CExtender::extend_exactly_and_test(Csat& sat, const Thresholds& thresholds) {
+  ++work_.extended_exactly;
+  extend_exact_forward(sat, text_.end);
+  extend_exact_backward(sat, text_.before());
   sat.remove_Ns_at_ends();
-  return passes_active_thresholds(sat);
+  return passes(sat, thresholds);
 }
 
-bool CSearchController::grow_and_test(Csat& sat, const char* left_limit) {
-  ++work_.grown;
+bool CExtender::extend_over_edits_and_test(Csat& sat, const char* left_limit,
+                                           const Thresholds& thresholds) {
+  ++work_.extended_over_edits;
   sat.missense.swap(edit_block_);
   sat.missense.truncate(0);
-  extend_imperfect_forward(sat, text_end());
+  extend_imperfect_forward(sat, text_.end);
   const auto right_count = static_cast<std::ptrdiff_t>(sat.missense.size());
   extend_imperfect_backward(sat, left_limit);
   sat.remove_Ns_at_ends();
-  if (!passes_active_thresholds(sat)) {
+  if (!passes(sat, thresholds)) {
     sat.missense.swap(edit_block_);
     return false;
   }
-  // The edits of each side are in order, those on the left the other way round.
+  // The edits of each side are in order, those on the left from right to left.
   Edit* const left_edits = sat.missense.begin() + right_count;
   std::reverse(left_edits, sat.missense.end());
   std::rotate(sat.missense.begin(), left_edits, sat.missense.end());
@@ -58,19 +47,45 @@ bool CSearchController::grow_and_test(Csat& sat, const char* left_limit) {
   return true;
 }
 
-void CSearchController::pack_edits(Csat& sat) {
-  sat.pack_edits(edit_store_, text_begin());
+void CExtender::pack_edits(Csat& sat) {
+  sat.pack_edits(edit_store_, text_.begin);
   sat.missense.swap(edit_block_);
 }
 
-bool CSearchController::may_grow(const Csat& sat) {
+bool CExtender::is_rejected(const Csat& repeat, const Thresholds& thresholds) {
   ++work_.bounded;
-  const GrowthRules rules{text_begin(), text_end(), -std::int64_t{global_mismatch_score},
+  const GrowthRules rules{text_.begin, text_.end, -std::int64_t{global_mismatch_score},
                           -std::int64_t{global_indel_score}, is_N_neutral()};
-  return score_bound_.may_reach(
-      {sat.start, sat.end, sat.unit_begin, sat.unit_end, sat.unit_pos_right - sat.unit_begin,
-       sat.unit_pos_left - sat.unit_begin, sat.score},
-      rules, (*minScores)[static_cast<std::uint64_t>(sat.unit_length())]);
+  return !score_bound_.may_reach(
+      {repeat.start, repeat.end, repeat.unit_begin, repeat.unit_end,
+       repeat.unit_pos_right - repeat.unit_begin, repeat.unit_pos_left - repeat.unit_begin,
+       repeat.score},
+      rules, (*thresholds.min_scores)[static_cast<std::uint64_t>(repeat.unit_length())]);
+}
+
+void CExtender::extend_imperfect_forward(Csat& sat, const char* limit) {
+  const bool is_own = is_of_own_text(sat);
+  quorix::extend_imperfect_forward(
+      sat, limit,
+      {look_ahead_, is_own ? &extension_cache_.edits() : nullptr,
+       is_own && limit == text_.end ? &extension_cache_.paths() : nullptr});
+}
+
+void CExtender::extend_imperfect_backward(Csat& sat, const char* limit) {
+  const bool is_own = is_of_own_text(sat);
+  quorix::extend_imperfect_backward(
+      sat, limit,
+      {look_ahead_, is_own ? &extension_cache_.edits() : nullptr,
+       is_own && limit == text_.before() ? &extension_cache_.paths() : nullptr});
+}
+
+void CExtender::clear_caches() {
+  extension_cache_.clear();
+}
+
+bool CExtender::is_of_own_text(const Csat& sat) const {
+  const std::less<> is_before;
+  return !is_before(sat.start, text_.begin) && !is_before(text_.end, sat.end);
 }
 
 }  // namespace quorix

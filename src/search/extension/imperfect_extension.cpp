@@ -12,18 +12,17 @@
 //
 // The cache takes over where it can: see extension_cache.h.
 
+#include "search/extension/imperfect_extension.h"
+
 #include <algorithm>
 #include <array>
-#include <functional>
 
 #include "search/extension/direction.h"
-#include "search/extension/extension_cache.h"
-#include "search/extension/look_ahead.h"
+#include "search/extension/exact_extension.h"
 #include "search/extension/path_follower.h"
 #include "search/extension/repeat_snapshot.h"
 #include "search/extension/site_key.h"
-#include "search/score.h"
-#include "search/search_controller.h"
+#include "search/rules/score.h"
 #include "settings/settings.h"
 
 namespace quorix {
@@ -31,13 +30,6 @@ namespace quorix {
 namespace {
 
 constexpr char kNoKind = '\0';
-
-/// What an extension asks for an edit.
-struct EditAdvisers {
-  CLookAhead& look_ahead;
-  CEditCache* edits;  ///< null if the text is not the one that it is for
-  CPathCache* paths;  ///< null if the text or the limit is not the one that it is for
-};
 
 /// Returns the edit that the look-ahead finds most promising, or NUL if none is allowed.
 template <class Direction>
@@ -89,11 +81,11 @@ void apply_edit(Csat& sat, char kind) {
 }
 
 bool extend_exact(Rightward /*direction*/, Csat& sat, const char* limit) {
-  return CSearchController::extend_exact_forward(sat, limit);
+  return extend_exact_forward(sat, limit);
 }
 
 bool extend_exact(Leftward /*direction*/, Csat& sat, const char* limit) {
-  return CSearchController::extend_exact_backward(sat, limit);
+  return extend_exact_backward(sat, limit);
 }
 
 /// Extends to one side up to the last edit allowed, or the limit. Returns false if it ended at the
@@ -124,43 +116,12 @@ void extend_imperfect(Csat& sat, const char* limit, const EditAdvisers& advisers
 
 }  // namespace
 
-bool CSearchController::is_of_own_text(const Csat& sat) const {
-  const std::less<> is_before;
-  return !is_before(sat.start, text_begin()) && !is_before(text_end(), sat.end);
+void extend_imperfect_forward(Csat& sat, const char* limit, const EditAdvisers& advisers) {
+  extend_imperfect<Rightward>(sat, limit, advisers);
 }
 
-void CSearchController::forget_growth() {
-  extension_cache_.clear();
-}
-
-void CSearchController::extend_imperfect_forward(Csat& sat, const char* limit) {
-  const bool is_own = is_of_own_text(sat);
-  extend_imperfect<Rightward>(
-      sat, limit,
-      {look_ahead_, is_own ? &extension_cache_.edits() : nullptr,
-       is_own && limit == text_end() ? &extension_cache_.paths() : nullptr});
-}
-
-void CSearchController::extend_imperfect_backward(Csat& sat, const char* limit) {
-  const bool is_own = is_of_own_text(sat);
-  extend_imperfect<Leftward>(
-      sat, limit,
-      {look_ahead_, is_own ? &extension_cache_.edits() : nullptr,
-       is_own && limit == before_text() ? &extension_cache_.paths() : nullptr});
-}
-
-int CSearchController::extend_imperfect_forward_leap_ahead(
-    const char* pos, const char* unit_pos, const char* unit_begin, const char* unit_end, int score,
-    std::int64_t unit_length, std::uint8_t level, const char* limit, int best_score) {
-  return saturated_score(look_ahead_.highest_score<Rightward>(
-      {pos, unit_pos, score, best_score, level}, {unit_begin, unit_end, unit_length, limit}));
-}
-
-int CSearchController::extend_imperfect_backward_leap_ahead(
-    const char* pos, const char* unit_pos, const char* unit_begin, const char* unit_end, int score,
-    std::int64_t unit_length, std::uint8_t level, const char* limit, int best_score) {
-  return saturated_score(look_ahead_.highest_score<Leftward>(
-      {pos, unit_pos, score, best_score, level}, {unit_begin, unit_end, unit_length, limit}));
+void extend_imperfect_backward(Csat& sat, const char* limit, const EditAdvisers& advisers) {
+  extend_imperfect<Leftward>(sat, limit, advisers);
 }
 
 }  // namespace quorix

@@ -32,7 +32,7 @@
 #include <utility>
 
 #include "search/extension/direction.h"
-#include "search/score.h"
+#include "search/rules/score.h"
 #include "settings/settings.h"
 
 namespace quorix {

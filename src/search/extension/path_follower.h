@@ -26,7 +26,7 @@
 #include "search/extension/path_cache.h"
 #include "search/extension/repeat_snapshot.h"
 #include "search/extension/site_key.h"
-#include "search/score.h"
+#include "search/rules/score.h"
 
 namespace quorix {
 

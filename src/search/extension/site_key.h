@@ -11,7 +11,7 @@
 #include "report/csat.h"
 #include "search/extension/cache_limits.h"
 #include "search/extension/direction.h"
-#include "search/score.h"
+#include "search/rules/score.h"
 #include "settings/settings.h"
 
 namespace quorix {

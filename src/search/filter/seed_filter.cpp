@@ -5,7 +5,7 @@
 #include <cassert>
 
 #include "search/filter/lag_sieve.h"
-#include "search/score.h"
+#include "search/rules/score.h"
 #include "settings/settings.h"
 
 namespace quorix {

@@ -35,7 +35,7 @@
 #include "search/filter/group_bound.h"
 #include "search/filter/run_sieve.h"
 #include "search/filter/single_bound.h"
-#include "search/thresholds.h"
+#include "search/rules/thresholds.h"
 
 namespace quorix {
 

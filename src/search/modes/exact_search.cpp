@@ -1,80 +1,64 @@
 // Runs of perfect copies.
 //
-// Unit lengths are searched in ascending order. At every base the unit that begins there is grown
-// to both sides; a run that reaches the user's thresholds closes its bases, so that neither the
-// same run from its next base nor a multiple of its unit is told again. A base that is closed may
-// still begin a unit when the unit reaches out of what is closed (`CAnchorSeq::may_seed`). Runs of
-// one base close nothing: longer units across them are repeats in their own right.
+// Unit lengths are searched in ascending order. At every base the unit that begins there is
+// extended to both sides; a run that reaches the user's thresholds closes its bases, so that
+// neither the same run from its next base nor a multiple of its unit is found again. A base that is
+// closed may still begin a unit when the unit reaches out of what is closed
+// (`CAnchorSeq::may_seed`). Runs of one base close nothing: longer units across them are repeats in
+// their own right.
 
-#include <algorithm>
-#include <cstddef>
-#include <vector>
+#include "search/modes/exact_search.h"
 
+#include <cstdint>
+
+#include "search/modes/sat_container.h"
 #include "search/modes/sat_sort.h"
 #include "search/scan/anchor_seq.h"
-#include "search/scan/seed_scan.h"
-#include "search/search_controller.h"
-#include "settings/settings.h"
 
 namespace quorix {
 
-void CSearchController::exact_search_2() {
-  search_exact(SeedUse::kGrowExactly);
+namespace {
+
+void search_mononucleotides(const SearchContext& context, const SeedDemand& demand,
+                            std::list<Csat*>& found) {
+  const char* const text = context.text.begin;
+  CSpareRecord spare(sat_alloc);
+  context.scan.for_each_base(demand, [&](std::uint64_t p) {
+    Csat& repeat = spare.seed(text + p, text + p + 1);
+    if (!context.extender.extend_exactly_and_test(repeat, context.thresholds)) return p + 1;
+    spare.keep_in(found);
+    return static_cast<std::uint64_t>(repeat.end - text);
+  });
 }
 
-void CSearchController::search_exact(SeedUse use) {
-  if (last_unit_length() == 0) return;
-  CAnchorSeq coverage(text_begin(), text_length());
-  std::uint64_t unit_length = first_unit_length();
-  if (global_min_unit_length == 1) {
-    search_exact_mononucleotides(use);
+void search_unit_length(const SearchContext& context, std::uint64_t unit_length,
+                        CAnchorSeq& coverage, const SeedDemand& demand, std::list<Csat*>& found) {
+  CSpareRecord spare(sat_alloc);
+  context.scan.for_each_seed(unit_length, coverage, demand, [&](const char* p) {
+    Csat& repeat = spare.seed(p, p + unit_length);
+    if (!context.extender.extend_exactly_and_test(repeat, context.thresholds)) return;
+    if (unit_length != 1 && passes(repeat, context.user_thresholds)) {
+      coverage.close_repeat(repeat);
+    }
+    spare.keep_in(found);
+  });
+}
+
+}  // namespace
+
+void search_exact_repeats(const SearchContext& context, SeedUse use, std::list<Csat*>& found) {
+  if (context.units.last == 0) return;
+  const SeedDemand demand = context.demand_for(use);
+  CAnchorSeq coverage(context.text.begin, context.text.length());
+  std::uint64_t unit_length = context.units.first;
+  if (unit_length == 1) {
+    search_mononucleotides(context, demand, found);
     unit_length = 2;
   }
-  for (; unit_length <= last_unit_length(); ++unit_length) {
-    search_exact_unit_length(unit_length, coverage, use);
+  for (; unit_length <= context.units.last; ++unit_length) {
+    search_unit_length(context, unit_length, coverage, demand, found);
   }
-  sort_by_position(exact_sat_list.sat_list);
-}
-
-void CSearchController::search_exact_mononucleotides(SeedUse use) {
-  CSpareRecord spare(sat_alloc);
-  for_each_base(use, [&](std::uint64_t p) {
-    const char* const base = text_begin() + p;
-    Csat& candidate = spare.seed(base, base + 1);
-    if (!grow_exact_and_test(candidate)) return p + 1;
-    spare.keep_in(exact_sat_list.sat_list);
-    return static_cast<std::uint64_t>(candidate.end - text_begin());
-  });
-}
-
-void CSearchController::search_exact_unit_length(std::uint64_t unit_length, CAnchorSeq& coverage,
-                                                 SeedUse use) {
-  CSpareRecord spare(sat_alloc);
-  for_each_seed(unit_length, coverage, use, [&](const char* p) {
-    Csat& candidate = spare.seed(p, p + unit_length);
-    if (!grow_exact_and_test(candidate)) return;
-    if (unit_length != 1 && passes_user_thresholds(candidate)) coverage.close_repeat(candidate);
-    spare.keep_in(exact_sat_list.sat_list);
-  });
-}
-
-void CSearchController::exact_search() {
-  const std::uint64_t longest_unit = last_unit_length();
-  std::vector<const char*> next_starts(longest_unit + 1, text_begin());
-  CSpareRecord spare(sat_alloc);
-  for (const char* p = text_begin(); p < text_end(); ++p) {
-    for (std::uint64_t unit_length = first_unit_length();
-         unit_length <= longest_unit && p + unit_length < text_end(); ++unit_length) {
-      if (p + unit_length < next_starts[unit_length]) continue;
-      Csat& candidate = spare.seed(p, p + unit_length);
-      if (!valid_starting_pattern(candidate) || !grow_exact_and_test(candidate)) continue;
-      for (std::uint64_t multiple = unit_length; multiple <= longest_unit;
-           multiple += unit_length) {
-        next_starts[multiple] = std::max(next_starts[multiple], candidate.end + 1);
-      }
-      spare.keep_in(exact_sat_list.sat_list);
-    }
-  }
+  sort_by_position(found);
 }
 
 }  // namespace quorix

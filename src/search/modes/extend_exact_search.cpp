@@ -1,38 +1,43 @@
-// Mode "extendExact": exact repeats, found with lax thresholds, are seeds that grow over edits.
+// Exact repeats, found with lax thresholds, are extended over edits.
 //
-// Each seed grows on its own, and to the left as far as the sequence goes, so several may grow into
-// the same repeat; the overlap removal sorts that out.
+// Each is extended on its own, and to the left as far as the sequence goes, so several may extend
+// into the same repeat; the overlap removal keeps one of them.
+
+#include "search/modes/extend_exact_search.h"
 
 #include <iterator>
 
 #include "console/console_texts.h"
+#include "search/modes/exact_search.h"
 #include "search/modes/fetch_ahead.h"
+#include "search/modes/sat_container.h"
 #include "search/modes/sat_sort.h"
-#include "search/search_controller.h"
 
 namespace quorix {
 
-void CSearchController::search_exact_and_extend_to_imperfect_repeats() {
+void extend_exact_repeats(const SearchContext& context, const Thresholds& exact_thresholds,
+                          std::list<Csat*>& exact, std::list<Csat*>& accepted) {
   general_PrintMessage(stderr, "  Searching for exact repeats.\n");
   std::fflush(stderr);
-  use_intern_thresholds();
-  search_exact(SeedUse::kGrowExactlyFirst);
-  use_user_thresholds();
+  SearchContext exact_search = context;
+  exact_search.thresholds = exact_thresholds;
+  search_exact_repeats(exact_search, SeedUse::kGrowExactlyFirst, exact);
 
   general_PrintMessage(stderr, "  Extend exact to imperfect repeats.\n");
   std::fflush(stderr);
-  forget_growth();
-  std::list<Csat*>& seeds = exact_sat_list.sat_list;
-  std::list<Csat*>& accepted = imperfect_sat_list.sat_list;
-  CFetchAhead ahead(seeds);
-  while (!seeds.empty()) {
+  CExtender& extender = context.extender;
+  extender.clear_caches();
+  CFetchAhead ahead(exact);
+  while (!exact.empty()) {
     ahead.step();
-    const auto seed = seeds.begin();
-    if (may_grow(**seed) && grow_and_test(**seed, before_text())) {
-      pack_edits(**seed);
-      accepted.splice(accepted.end(), seeds, seed);
+    const auto first = exact.begin();
+    Csat& repeat = **first;
+    if (!extender.is_rejected(repeat, context.thresholds) &&
+        extender.extend_over_edits_and_test(repeat, context.text.before(), context.thresholds)) {
+      extender.pack_edits(repeat);
+      accepted.splice(accepted.end(), exact, first);
     } else {
-      sat_alloc.take(seeds, seed, std::next(seed));
+      sat_alloc.take(exact, first, std::next(first));
     }
   }
   sort_by_position(accepted);

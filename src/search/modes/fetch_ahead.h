@@ -1,8 +1,8 @@
 #pragma once
 
 /// @file
-/// Records of repeats are used again in any order, so a list of them leads all over the memory. Who
-/// goes through such a list need not wait for each record: it can be asked for some time before.
+/// Records of repeats are recycled in any order, so a list of them leads all over the memory. A
+/// loop over such a list is faster if each record is fetched some steps before it is used.
 
 #include <cstddef>
 #include <iterator>
@@ -12,7 +12,7 @@
 
 namespace quorix {
 
-/// Goes some repeats ahead of a loop over a list, and has their records fetched.
+/// Fetches the records some steps ahead of a loop over a list of repeats.
 class CFetchAhead {
  public:
   /// The loop is at the first of `repeats`.
@@ -21,11 +21,11 @@ class CFetchAhead {
     for (std::size_t i = 0; i < kDistance; ++i) step();
   }
 
-  /// The loop goes on to the next repeat. It may remove those behind it from the list.
+  /// The loop goes on to the next repeat. It may remove the earlier ones from the list.
   void step() {
     if (next_ == end_) return;
     const Csat* const record = *next_++;
-    // The two lines of the cache that hold what is asked first.
+    // The two cache lines with the fields that are read first.
     __builtin_prefetch(&record->start);
     __builtin_prefetch(&record->n_count);
   }

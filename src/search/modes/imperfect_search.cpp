@@ -1,63 +1,71 @@
-// Mode "imperfect": a candidate grows over edits from every base that may seed one, for every unit
-// length in ascending order.
+// From every base that may seed a repeat, a unit is extended over edits, for every unit length in
+// ascending order.
 //
 // An accepted repeat closes its bases, except its edit sites, to the seeds of every longer unit.
 // Only what unit length 1 closed is opened again: a run of one base hides no longer unit. A seed
-// may still grow over a repeat that was found before, to the left as far as the sequence goes.
+// may still extend over a repeat that was found before, to the left as far as the sequence goes.
 
+#include "search/modes/imperfect_search.h"
+
+#include "search/modes/sat_container.h"
 #include "search/modes/sat_sort.h"
-#include "search/scan/anchor_seq.h"
-#include "search/scan/seed_scan.h"
-#include "search/search_controller.h"
-#include "settings/settings.h"
 
 namespace quorix {
 
-void CSearchController::complete_imperfect_search(std::FILE* /*stream*/) {
-  if (last_unit_length() == 0) return;
-  forget_growth();
-  CAnchorSeq anchors(text_begin(), text_length());
-  std::list<Csat*>& accepted = imperfect_sat_list.sat_list;
-  std::uint64_t unit_length = first_unit_length();
-  if (global_min_unit_length == 1) {
-    unit_len_1_complete_imperfect_search(anchors, accepted);
+namespace {
+
+/// Extends the seed in `spare`. An accepted repeat closes its bases and moves to `accepted`.
+void extend_and_keep(const SearchContext& context, CSpareRecord& spare, CAnchorSeq& anchors,
+                     std::list<Csat*>& accepted) {
+  Csat& repeat = spare.record();
+  if (!context.extender.extend_over_edits_and_test(repeat, context.text.before(),
+                                                   context.thresholds)) {
+    return;
+  }
+  anchors.close_repeat(repeat);
+  context.extender.pack_edits(repeat);
+  spare.keep_in(accepted);
+}
+
+}  // namespace
+
+void search_imperfect_repeats(const SearchContext& context, std::list<Csat*>& accepted) {
+  if (context.units.last == 0) return;
+  context.extender.clear_caches();
+  CAnchorSeq anchors(context.text.begin, context.text.length());
+  std::uint64_t unit_length = context.units.first;
+  if (unit_length == 1) {
+    scan_for_imperfect_mononucleotides(context, anchors, accepted);
     anchors.open_all();
     unit_length = 2;
   }
-  for (; unit_length <= last_unit_length(); ++unit_length) {
-    one_unit_len_complete_imperfect_search(unit_length, anchors, accepted);
+  for (; unit_length <= context.units.last; ++unit_length) {
+    scan_for_imperfect_repeats(context, unit_length, anchors, accepted);
   }
   sort_by_position(accepted);
 }
 
-void CSearchController::unit_len_1_complete_imperfect_search(CAnchorSeq& anchors,
-                                                             std::list<Csat*>& accepted) {
+void scan_for_imperfect_mononucleotides(const SearchContext& context, CAnchorSeq& anchors,
+                                        std::list<Csat*>& accepted) {
   CSpareRecord spare(sat_alloc);
-  for_each_base(SeedUse::kGrowOverEdits, [&](std::uint64_t p) {
-    const char* const base = text_begin() + p;
-    if (!anchors.may_seed(base, 1)) return p + 1;
-    Csat& candidate = spare.seed(base, base + 1);
-    if (!grow_and_test(candidate, before_text())) return p + 1;
-    anchors.close_repeat(candidate);
-    pack_edits(candidate);
-    spare.keep_in(accepted);
+  context.scan.for_each_base(context.demand_for(SeedUse::kGrowOverEdits), [&](std::uint64_t p) {
+    const char* const base = context.text.begin + p;
+    if (anchors.may_seed(base, 1)) {
+      spare.seed(base, base + 1);
+      extend_and_keep(context, spare, anchors, accepted);
+    }
     return p + 1;
   });
 }
 
-void CSearchController::one_unit_len_complete_imperfect_search(std::uint64_t unit_length,
-                                                               CAnchorSeq& anchors,
-                                                               std::list<Csat*>& accepted) {
+void scan_for_imperfect_repeats(const SearchContext& context, std::uint64_t unit_length,
+                                CAnchorSeq& anchors, std::list<Csat*>& accepted) {
   CSpareRecord spare(sat_alloc);
-  for_each_seed(unit_length, anchors, SeedUse::kGrowOverEdits, [&](const char* p) {
-    Csat& candidate = spare.seed(p, p + unit_length);
-    if (!grow_and_test(candidate, before_text())) return;
-    anchors.close_repeat(candidate);
-    pack_edits(candidate);
-    spare.keep_in(accepted);
-  });
+  context.scan.for_each_seed(unit_length, anchors, context.demand_for(SeedUse::kGrowOverEdits),
+                             [&](const char* p) {
+                               spare.seed(p, p + unit_length);
+                               extend_and_keep(context, spare, anchors, accepted);
+                             });
 }
-
-void CSearchController::imperfect_search() {}
 
 }  // namespace quorix

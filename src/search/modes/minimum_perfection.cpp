@@ -1,8 +1,10 @@
-// Exact repeats told by their perfection. An exact repeat falls short of a minimum perfection only
-// by its N's, and only where N's count as mismatches; such a repeat is broken up into the parts
-// that reach it.
+// An exact repeat falls short of a minimum perfection only by its N's, and only where N's count as
+// mismatches; such a repeat is broken up into the parts that reach it.
 
-#include "search/search_controller.h"
+#include "search/modes/minimum_perfection.h"
+
+#include "report/sequence_block.h"
+#include "search/extension/extender.h"
 #include "settings/settings.h"
 
 namespace quorix {
@@ -44,31 +46,29 @@ void take_next_base(Csat& part) {
 
 }  // namespace
 
-void CSearchController::report_exact_sat_with_minimum_perfection(std::FILE* stream) {
-  report_head(stream);
-  for (const Csat* const repeat : exact_sat_list.sat_list) {
+void report_exact_repeats_by_perfection(std::FILE* stream, const std::list<Csat*>& repeats,
+                                        const Thresholds& thresholds, CSequence_Mol& record) {
+  report_sequence_head(stream, record);
+  for (const Csat* const repeat : repeats) {
     if (repeat->percentagePerfection() >= double{global_perfection_minimum}) {
-      repeat->report_sat(stream, sequence_record);
+      repeat->report_sat(stream, record);
     } else {
-      find_and_report_all_sat_with_minimum_perfection_in_previously_determined_exact_sat(stream,
-                                                                                         *repeat);
+      report_parts_of_minimum_perfection(stream, *repeat, thresholds, record);
     }
   }
 }
 
-void CSearchController::
-    find_and_report_all_sat_with_minimum_perfection_in_previously_determined_exact_sat(
-        std::FILE* stream, const Csat& sat) {
+void report_parts_of_minimum_perfection(std::FILE* stream, const Csat& sat,
+                                        const Thresholds& thresholds, CSequence_Mol& record) {
   if (global_N_and_perfection_mode != kNAsMismatch) {
-    sat.report_sat(stream, sequence_record);
+    sat.report_sat(stream, record);
     return;
   }
   Csat best;
   for (const char* position = sat.start; position != sat.end;) {
-    find_one_exact_sat_with_minimum_perfection_in_previously_determined_exact_repeat(sat, position,
-                                                                                     best);
-    if (best.start != nullptr && passes_active_thresholds(best)) {
-      best.report_sat(stream, sequence_record);
+    find_part_of_minimum_perfection(sat, position, best);
+    if (best.start != nullptr && passes(best, thresholds)) {
+      best.report_sat(stream, record);
       position = best.end;
     } else {
       ++position;
@@ -76,9 +76,7 @@ void CSearchController::
   }
 }
 
-void CSearchController::
-    find_one_exact_sat_with_minimum_perfection_in_previously_determined_exact_repeat(
-        const Csat& sat, const char* from, Csat& best) {
+void find_part_of_minimum_perfection(const Csat& sat, const char* from, Csat& best) {
   Csat trial = empty_part_of(sat, from);
   best = Csat();
   best.score = trial.score;

@@ -2,10 +2,13 @@
 // lower-scoring one is dropped. The list is in order of starts, so for each repeat only those that
 // start inside it are looked at.
 
+#include "search/modes/overlap_removal.h"
+
 #include <algorithm>
 #include <iterator>
+#include <list>
 
-#include "search/search_controller.h"
+#include "report/csat.h"
 #include "settings/settings.h"
 
 namespace quorix {
@@ -18,7 +21,7 @@ bool has_unit_beside(const Csat& sat, std::int64_t overlap_length) {
 
 }  // namespace
 
-void CSearchController::remove_hidden(CsatContainer& container) {
+void remove_hidden(CsatContainer& container) {
   if (!global_remove_mostly_hidden) return;
   std::list<Csat*>& repeats = container.sat_list;
   const auto drop = [&](std::list<Csat*>::iterator dropped) {

@@ -1,6 +1,6 @@
-// A merge sort of what is already in order: the stretches that the scans of each unit length left
-// behind, and whatever growth broke them into. It works on copies of the positions, side by side,
-// since the records lie all over the memory.
+// A merge sort of what is partly in order: each scan leaves a sorted stretch, which extensions to
+// the left break into shorter ones. It works on copies of the positions, side by side, since the
+// records lie all over the memory.
 
 #include "search/modes/sat_sort.h"
 
@@ -40,7 +40,7 @@ Stretches sorted_stretches(const PlacedRepeats& repeats) {
   return begins;
 }
 
-/// Merges every second stretch with the one behind it.
+/// Merges every second stretch with the one after it.
 void merge_pairs(PlacedRepeats& repeats, PlacedRepeats& merged, Stretches& begins) {
   const auto from = repeats.begin();
   auto to = merged.begin();

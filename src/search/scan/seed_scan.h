@@ -1,33 +1,73 @@
 #pragma once
 
 /// @file
-/// The scan that exact and imperfect search share: every base at which a unit may seed a repeat.
+/// The scan of one unit length that exact and imperfect search share: every base at which a unit
+/// may seed a repeat, from left to right. A scan owns the filter of seeds, writes the progress
+/// lines and counts the seeds. It does not know what becomes of them.
 
 #include <algorithm>
 #include <cstdint>
+#include <memory>
 
+#include "search/extension/exact_extension.h"
+#include "search/extension/searched_text.h"
 #include "search/filter/seed_filter.h"
 #include "search/scan/anchor_seq.h"
 #include "search/scan/scan_progress.h"
-#include "search/search_controller.h"
 
 namespace quorix {
 
-/// Calls `visit` with the first base of each unit of `unit_length` that the filter for `use` and
-/// `anchors` let seed a repeat and that `valid_starting_pattern` accepts, from left to right, and
-/// writes progress lines on the way. At least one base follows the unit. `visit` may close bases to
-/// the seeds to come. Units of no base, or of as many as the text has, seed nothing.
+/// What seeds are wanted for, and what the repeats that they extend into must reach.
+struct SeedDemand {
+  SeedUse use;
+  SeedThresholds thresholds;
+};
+
+class CSeedScan {
+ public:
+  /// Scans `text`; `sequence` is for the progress lines. Both must stay where they are.
+  CSeedScan(const SearchedText& text, const SequenceLabel& sequence)
+      : text_(text), sequence_(sequence) {}
+
+  /// Calls `visit` with the first base of each unit of `unit_length` bp that the filter for
+  /// `demand` and `anchors` let seed a repeat and that `valid_starting_pattern` accepts. At least
+  /// one base follows the unit. `visit` may close bases to the seeds to come. Units of no base, or
+  /// of as many as the text has, seed nothing. Throws: std::bad_alloc.
+  template <class Visit>
+  void for_each_seed(std::uint64_t unit_length, const CAnchorSeq& anchors, const SeedDemand& demand,
+                     const Visit& visit);
+
+  /// Calls `visit` with the 0-based offset of each base that the filter for `demand` lets seed a
+  /// run of itself, and goes on at the offset that `visit` returns. Throws: std::bad_alloc.
+  template <class Visit>
+  void for_each_base(const SeedDemand& demand, const Visit& visit);
+
+  /// Seeds that the sieves left and that do not reach into N's, since the scan was made.
+  [[nodiscard]] std::uint64_t seed_count() const { return seed_count_; }
+  /// The filter of the last scan. Null before the first one.
+  [[nodiscard]] const CSeedFilter* last_filter() const { return filter_.get(); }
+
+ private:
+  /// The filter for `demand`: that of the last scan if it serves. Throws: std::bad_alloc.
+  CSeedFilter& filter_for(const SeedDemand& demand);
+
+  SearchedText text_;
+  SequenceLabel sequence_;
+  std::unique_ptr<CSeedFilter> filter_;  ///< null until the first scan
+  std::uint64_t seed_count_ = 0;
+};
+
 template <class Visit>
-void CSearchController::for_each_seed(std::uint64_t unit_length, const CAnchorSeq& anchors,
-                                      SeedUse use, const Visit& visit) {
-  if (unit_length == 0 || unit_length >= text_length()) return;
-  CSeedFilter& filter = seed_filter(use);
+void CSeedScan::for_each_seed(std::uint64_t unit_length, const CAnchorSeq& anchors,
+                              const SeedDemand& demand, const Visit& visit) {
+  if (unit_length == 0 || unit_length >= text_.length()) return;
+  CSeedFilter& filter = filter_for(demand);
   const CBitSet& seeds = filter.seeds(unit_length);
   const CBitSet& all_Ns = filter.bits_of_Ns();
   const auto is_open = [&](std::uint64_t p) {
-    return anchors.may_seed(text_begin() + p, unit_length);
+    return anchors.may_seed(text_.begin + p, unit_length);
   };
-  CScanProgress progress(*this, unit_length);
+  CScanProgress progress(sequence_, unit_length);
   std::uint64_t seed_count = 0;
   std::uint64_t next_N = all_Ns.find_set(0);
   for (std::uint64_t p = seeds.find_set(0); p < seeds.size(); p = seeds.find_set(p)) {
@@ -38,28 +78,26 @@ void CSearchController::for_each_seed(std::uint64_t unit_length, const CAnchorSe
     }
     progress.pass(p);
     ++seed_count;
-    const char* const base = text_begin() + p;
-    if (is_open(p) && valid_starting_pattern(base, base + unit_length, text_begin() + next_N) &&
-        (use != SeedUse::kGrowOverEdits || filter.may_grow(p, unit_length, is_open))) {
+    const char* const base = text_.begin + p;
+    if (is_open(p) && valid_starting_pattern(base, base + unit_length, text_.begin + next_N) &&
+        (demand.use != SeedUse::kGrowOverEdits || filter.may_grow(p, unit_length, is_open))) {
       visit(base);
     }
     ++p;
   }
-  work_.seeds += seed_count;
+  seed_count_ += seed_count;
   progress.pass(seeds.size() - 1);
 }
 
-/// Calls `visit` with each base that the filter for `use` lets seed a run of itself, from left to
-/// right, as an offset, and goes on at the offset that it gives. Writes progress lines on the way.
 template <class Visit>
-void CSearchController::for_each_base(SeedUse use, const Visit& visit) {
-  if (text_length() < 2) return;
-  CSeedFilter& filter = seed_filter(use);
+void CSeedScan::for_each_base(const SeedDemand& demand, const Visit& visit) {
+  if (text_.length() < 2) return;
+  CSeedFilter& filter = filter_for(demand);
   const CBitSet& seeds = filter.seeds(1);
   const CBitSet& all_Ns = filter.bits_of_Ns();
-  CScanProgress progress(*this, 1);
+  CScanProgress progress(sequence_, 1);
   std::uint64_t next_N = all_Ns.find_set(0);
-  std::uint64_t seed = seeds.find_set(0);  // at or behind p; not looked for at every N before it
+  std::uint64_t seed = seeds.find_set(0);  // at or after p; not looked for at every N before it
   for (std::uint64_t p = 0; p < seeds.size();) {
     if (next_N < p) next_N = all_Ns.find_set(p);
     if (seed < p) seed = seeds.find_set(p);
@@ -71,7 +109,7 @@ void CSearchController::for_each_base(SeedUse use, const Visit& visit) {
     }
     if (seed == seeds.size()) break;
     progress.pass(seed);
-    ++work_.seeds;
+    ++seed_count_;
     p = visit(seed);
     progress.skip_to(p);
   }

@@ -1,4 +1,4 @@
-// Messages, banner, progress lines and the legend of the columns.
+// Messages, banner and progress lines.
 
 #include "console/console_texts.h"
 
@@ -8,7 +8,6 @@
 #include <string>
 
 #include "console/run_clock.h"
-#include "settings/settings.h"
 #include "support/captured_process.h"
 #include "support/default_settings.h"
 #include "support/fake_clock.h"
@@ -19,7 +18,6 @@ namespace {
 
 using Banner = testing::CDefaultSettings;
 using CreatorMessage = testing::CDefaultSettings;
-using Legend = testing::CDefaultSettings;
 using Message = testing::CDefaultSettings;
 using testing::printed_by;
 using testing::told_by;
@@ -105,65 +103,6 @@ TEST_F(CreatorMessage, begins_both_lines_with_the_prefix) {
             "Results computed with:\n   Quorix, version 3.3.2b\n");
   EXPECT_EQ(printed_by([](std::FILE* out) { creator_message(out, "# "); }),
             "# Results computed with:\n#    Quorix, version 3.3.2b\n");
-}
-
-constexpr const char* kFirstSevenColumns =
-    "\n"
-    "Columns in lines of output providing repeat information:\n"
-    "Column  1: Repeat unit length\n"
-    "Column  2: Position at which repeat starts in current sequence\n"
-    "Column  3: Position at which repeat ends in current sequence\n"
-    "Column  4: Length of repeat in original sequence, i.e. (end-start+1)\n"
-    "Column  5: Normalized repeat length, i.e. (end-start+1-insertions+deletions)\n"
-    "Column  6: Repeat score\n"
-    "Column  7: Repeat perfection\n";
-
-std::string legend() {
-  return printed_by([](std::FILE* out) { print_output_format(out, ""); });
-}
-
-TEST_F(Legend, has_twelve_columns_in_the_extended_format) {
-  EXPECT_EQ(legend(), kFirstSevenColumns + std::string("Column  8: Number of mismatches\n"
-                                                       "Column  9: Number of insertions\n"
-                                                       "Column 10: Number of deletions\n"
-                                                       "Column 11: Number of N's\n"
-                                                       "Column 12: Repeat unit\n"
-                                                       "\n"));
-}
-
-TEST_F(Legend, has_eleven_columns_when_Ns_are_mismatches) {
-  global_treat_Ns_as_missense = true;
-  EXPECT_EQ(legend(), kFirstSevenColumns + std::string("Column  8: Number of mismatches\n"
-                                                       "Column  9: Number of insertions\n"
-                                                       "Column 10: Number of deletions\n"
-                                                       "Column 11: Repeat unit\n"
-                                                       "\n"));
-}
-
-TEST_F(Legend, has_eight_columns_in_the_other_formats) {
-  for (const int format : {0, 2}) {
-    for (const bool are_Ns_missense : {false, true}) {
-      global_print_sat_mode = format;
-      global_treat_Ns_as_missense = are_Ns_missense;
-      EXPECT_EQ(legend(), kFirstSevenColumns + std::string("Column  8: Repeat unit\n\n"));
-    }
-  }
-}
-
-TEST_F(Legend, begins_every_line_with_the_prefix) {
-  global_print_sat_mode = 0;
-  EXPECT_EQ(printed_by([](std::FILE* out) { print_output_format(out, "# "); }),
-            "# \n"
-            "# Columns in lines of output providing repeat information:\n"
-            "# Column  1: Repeat unit length\n"
-            "# Column  2: Position at which repeat starts in current sequence\n"
-            "# Column  3: Position at which repeat ends in current sequence\n"
-            "# Column  4: Length of repeat in original sequence, i.e. (end-start+1)\n"
-            "# Column  5: Normalized repeat length, i.e. (end-start+1-insertions+deletions)\n"
-            "# Column  6: Repeat score\n"
-            "# Column  7: Repeat perfection\n"
-            "# Column  8: Repeat unit\n"
-            "# \n");
 }
 
 TEST(ProgressHead, ends_in_72_hyphens) {

@@ -21,16 +21,16 @@ class SearchWork : public CSearchSettings {
   /// counts to be the same everywhere. Narrow vectors stop earlier at the ends of a text, so that
   /// only what the sieves leave is the same with them.
   template <class Search>
-  static void expect_work(const std::string& text, const Search& search, const std::string& growth,
-                          const std::string& filter) {
-    const std::string seeds = growth.substr(0, growth.find_first_of(",\n"));
+  static void expect_work(const std::string& text, const Search& search,
+                          const std::string& extensions, const std::string& filter) {
+    const std::string seeds = extensions.substr(0, extensions.find_first_of(",\n"));
     const int targets = for_each_vector_target([&](const std::string& target) {
       CSearchedSequence sequence(text);
       search(sequence.search);
-      const std::string done = growth_in_words(sequence.search);
+      const std::string done = extension_in_words(sequence.search);
       EXPECT_EQ(done.substr(0, done.find_first_of(",\n")), seeds) << target;
       if (!has_wide_vectors(target)) return;
-      EXPECT_EQ(done, growth) << target;
+      EXPECT_EQ(done, extensions) << target;
       EXPECT_EQ(in_words(sequence.search.last_seed_filter()->work()), filter) << target;
     });
     EXPECT_GT(targets, 0);
@@ -44,7 +44,7 @@ class SearchWork : public CSearchSettings {
 TEST_F(SearchWork, of_short_units) {
   search_units_from_to(1, 30);
   expect_work(hard_text(), search_imperfect,
-              "search: seeds 23494, grown 308\n"
+              "search: seeds 23494, extended over edits 308\n"
               "look-ahead: calls 3476, windows 2987, wavefronts 9903, states 122704, walks 110908, "
               "runs of N's 37127\n"
               "memo: hits 137, misses 3134, stored 3161, moved 1800\n"
@@ -62,7 +62,7 @@ TEST_F(SearchWork, of_short_units_with_mild_penalties) {
   require_score(9);
   search_units_from_to(1, 12);
   expect_work(hard_text().substr(1300, 1500), search_imperfect,
-              "search: seeds 8267, grown 210\n"
+              "search: seeds 8267, extended over edits 210\n"
               "look-ahead: calls 2189, windows 1726, wavefronts 5366, states 58121, walks 44447, "
               "runs of N's 12639\n"
               "memo: hits 354, misses 2155, stored 2189, moved 1812\n"
@@ -80,7 +80,7 @@ TEST_F(SearchWork, of_short_units_with_high_penalties) {
   require_score(20);
   search_units_from_to(1, 60);
   expect_work(hard_text(), search_imperfect,
-              "search: seeds 26157, grown 726\n"
+              "search: seeds 26157, extended over edits 726\n"
               "look-ahead: calls 1626, windows 1031, wavefronts 3033, states 21322, walks 30961, "
               "runs of N's 7764\n"
               "memo: hits 855, misses 1307, stored 1426, moved 332\n"
@@ -96,7 +96,7 @@ TEST_F(SearchWork, of_short_units_with_high_penalties) {
 TEST_F(SearchWork, of_long_units) {
   search_units_from_to(110, 400);
   expect_work(hard_text(), search_imperfect,
-              "search: seeds 8510, grown 75\n"
+              "search: seeds 8510, extended over edits 75\n"
               "look-ahead: calls 1143, windows 1143, wavefronts 4572, states 62773, walks 59861, "
               "runs of N's 36903\n"
               "memo:\n"
@@ -133,7 +133,7 @@ TEST_F(SearchWork, of_units_too_long_for_the_lag_bound) {
   search_units_from_to(749, 760);
   expect_work(
       hard_text().substr(3000), search_imperfect,
-      "search: seeds 1639, grown 1\n"
+      "search: seeds 1639, extended over edits 1\n"
       "look-ahead: calls 242, windows 240, wavefronts 88, states 392, walks 879, runs of N's 1\n"
       "memo:\n"
       "paths:\n",
@@ -145,11 +145,11 @@ TEST_F(SearchWork, of_units_too_long_for_the_lag_bound) {
       "score bound: tables 1, rows 76, cells 19456\n");
 }
 
-TEST_F(SearchWork, where_a_score_reduction_limits_growth) {
+TEST_F(SearchWork, where_a_score_reduction_limits_extension) {
   global_maximum_scorereduction = 15;
   search_units_from_to(1, 30);
   expect_work(hard_text(), search_imperfect,
-              "search: seeds 23494, grown 283\n"
+              "search: seeds 23494, extended over edits 283\n"
               "look-ahead: calls 1798, all paths 4470, states 136071, runs of N's 13385\n"
               "memo:\n"
               "paths:\n",
@@ -166,7 +166,7 @@ TEST_F(SearchWork, of_deep_look_aheads) {
   search_units_from_to(2, 9);
   expect_work(
       hard_text(), search_imperfect,
-      "search: seeds 7739, grown 72\n"
+      "search: seeds 7739, extended over edits 72\n"
       "look-ahead: calls 745, wavefronts 3291, states 57781, walks 105309, runs of N's 9253\n"
       "memo: hits 28, misses 745, stored 745, moved 457\n"
       "paths:\n",
@@ -182,7 +182,7 @@ TEST_F(SearchWork, of_shallow_look_aheads) {
   global_maximum_recursion_depth = 2;
   search_units_from_to(2, 30);
   expect_work(hard_text(), search_imperfect,
-              "search: seeds 22741, grown 252\n"
+              "search: seeds 22741, extended over edits 252\n"
               "look-ahead: calls 3465, windows 3050, wavefronts 2589, states 11638, walks 14952, "
               "runs of N's 4767\n"
               "memo: hits 195, misses 3189, stored 3197, moved 1939\n"
@@ -199,7 +199,7 @@ TEST_F(SearchWork, along_a_long_array) {
   RandomEngine engine(9);
   search_units_from_to(1, 12);
   expect_work(draw_array(engine, 20'000, 6, 4), search_imperfect,
-              "search: seeds 155168, grown 648\n"
+              "search: seeds 155168, extended over edits 648\n"
               "look-ahead: calls 11764, windows 11041, wavefronts 41977, states 654330, walks "
               "451761, runs of N's 24775\n"
               "memo: hits 2768, misses 11753, stored 11764, moved 1697\n"
@@ -220,7 +220,7 @@ TEST_F(SearchWork, among_gaps) {
   global_Ns_allowed_in_a_row = 3;
   search_units_from_to(1, 40);
   expect_work(text, search_imperfect,
-              "search: seeds 60280, grown 777\n"
+              "search: seeds 60280, extended over edits 777\n"
               "look-ahead: calls 6986, windows 5448, wavefronts 14238, states 149192, walks "
               "124103, runs of N's 11254\n"
               "memo: hits 800, misses 5272, stored 5438, moved 1460\n"
@@ -237,7 +237,7 @@ TEST_F(SearchWork, of_exact_repeats) {
   search_units_from_to(1, 300);
   expect_work(
       hard_text(), [](CSearchController& search) { search.exact_search_2(); },
-      "search: seeds 9318, grown exactly 752\n"
+      "search: seeds 9318, extended exactly 752\n"
       "look-ahead:\n"
       "memo:\n"
       "paths:\n",
@@ -254,7 +254,7 @@ TEST_F(SearchWork, of_exact_repeats_that_are_extended) {
   expect_work(
       hard_text(),
       [](CSearchController& search) { search.search_exact_and_extend_to_imperfect_repeats(); },
-      "search: seeds 9281, grown exactly 893, bounded 219, grown 82\n"
+      "search: seeds 9281, extended exactly 893, bounded 219, extended over edits 82\n"
       "look-ahead: calls 496, windows 344, wavefronts 958, states 10260, walks 11603, runs of N's "
       "3283\n"
       "memo: hits 394, misses 450, stored 475, moved 113\n"

@@ -71,15 +71,18 @@ inline std::string in_words(const SeedFilterWork& work) {
          in_words("batch bound:", work.batch_bound) + in_words("score bound:", work.score_bound);
 }
 
-/// What growth has done; it does not depend on the vectors of the processor as long as the seeds
-/// that are grown do not.
-inline std::string growth_in_words(const CSearchController& search) {
-  return in_words("search:", {{"seeds", search.work().seeds},
-                              {"grown exactly", search.work().grown_exactly},
-                              {"bounded", search.work().bounded},
-                              {"grown", search.work().grown}}) +
-         in_words(search.look_ahead().work()) + in_words(search.extension_cache().edits().work()) +
-         in_words(search.extension_cache().paths().work());
+/// The work of extensions; it does not depend on the vectors of the processor as long as the seeds
+/// that are extended do not.
+inline std::string extension_in_words(const CSearchController& search) {
+  const SearchWork work = search.work();
+  const CExtender& extender = search.extender();
+  return in_words("search:", {{"seeds", work.seeds},
+                              {"extended exactly", work.extensions.extended_exactly},
+                              {"bounded", work.extensions.bounded},
+                              {"extended over edits", work.extensions.extended_over_edits}}) +
+         in_words(extender.look_ahead().work()) +
+         in_words(extender.extension_cache().edits().work()) +
+         in_words(extender.extension_cache().paths().work());
 }
 
 }  // namespace quorix::testing

@@ -186,7 +186,7 @@ TEST_F(ImperfectExtensionLimits, hold_along_an_array_with_cached_paths) {
     sequence.search.extend_imperfect_backward(sat, sequence.at(599));
     EXPECT_EQ(sat.start, sequence.at(600));
   }
-  EXPECT_GT(sequence.search.extension_cache().paths().work().hits, 0U);
+  EXPECT_GT(sequence.search.extender().extension_cache().paths().work().hits, 0U);
 }
 
 }  // namespace

@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "report/sat_pool.h"
-#include "search/sat_container.h"
+#include "search/modes/sat_container.h"
 #include "unit/search/searched_sequence.h"
 
 namespace quorix {

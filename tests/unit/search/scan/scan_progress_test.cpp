@@ -215,9 +215,10 @@ TEST_F(Progress, has_no_line_for_units_of_no_bases) {
 }
 
 TEST_F(Progress, looks_at_the_clock_where_a_scan_goes_on_at_a_256th_base) {
-  const CSearchedSequence sequence(bases_of(100), "chr1");
+  const std::string name = "chr1";
+  const SequenceLabel label{1, name};
   const CRecordedStandardError standard_error;
-  CScanProgress progress(sequence.search, 3);
+  CScanProgress progress(label, 3);
   progress.skip_to(512);
   progress.pass(511);
   EXPECT_EQ(standard_error.received(), "");
@@ -226,9 +227,10 @@ TEST_F(Progress, looks_at_the_clock_where_a_scan_goes_on_at_a_256th_base) {
 }
 
 TEST_F(Progress, does_not_look_at_the_clock_again_before_the_next_256th_base) {
-  const CSearchedSequence sequence(bases_of(100), "chr1");
+  const std::string name = "chr1";
+  const SequenceLabel label{1, name};
   const CRecordedStandardError standard_error;
-  CScanProgress progress(sequence.search, 3);
+  CScanProgress progress(label, 3);
   update_report_time();
   progress.pass(300);
   start_clock();

@@ -1,6 +1,6 @@
 // Arithmetic of scores.
 
-#include "search/score.h"
+#include "search/rules/score.h"
 
 #include <cstdint>
 #include <limits>

@@ -1,7 +1,7 @@
 #pragma once
 
 /// @file
-/// The least score or length that a repeat must reach, by unit length.
+/// The minimum score and length that a repeat must reach, by unit length.
 
 #include <cstdint>
 #include <vector>
@@ -13,7 +13,7 @@ namespace quorix {
 /// A minimum of the form max(constant, ceil(offset + factor * unit length)).
 ///
 /// The sum is formed in extended precision from the single-precision factor as it is, so 0.1 at
-/// unit length 10 is a little more than 1 and gives 2. It saturates at the 32-bit limits.
+/// unit length 10 is a little more than 1 and becomes 2. It saturates at the 32-bit limits.
 struct ThresholdRule {
   std::int32_t constant;
   std::int32_t offset;
@@ -23,8 +23,8 @@ struct ThresholdRule {
   [[nodiscard]] std::int32_t minimum_for(std::uint64_t unit_length) const;
 };
 
-/// The minima of all unit lengths from 0 up. The search asks for one at every candidate, so those
-/// of ordinary unit lengths are stored; the rest, up to 4294967295, are computed when asked for.
+/// The minima of all unit lengths from 0 up. The search asks for one at every seed, so those of
+/// ordinary unit lengths are stored; the rest, up to 4294967295, are computed when asked for.
 class CThresholdTable {
  public:
   /// Stores the entries up to `max_unit_length`, or up to a fixed number of them.
@@ -38,6 +38,12 @@ class CThresholdTable {
  private:
   ThresholdRule rule_;
   std::vector<std::int32_t> stored_;
+};
+
+/// What a repeat must reach to be accepted, by its unit length. Does not own the tables.
+struct Thresholds {
+  const CThresholdTable* min_scores;
+  const CThresholdTable* min_lengths;  ///< of normalized lengths, in bp
 };
 
 }  // namespace quorix

@@ -1,4 +1,4 @@
-#include "search/thresholds.h"
+#include "search/rules/thresholds.h"
 
 #include <algorithm>
 #include <cmath>
@@ -8,7 +8,7 @@ namespace quorix {
 
 namespace {
 
-constexpr std::uint64_t kMostStoredEntries = 1'000'000;
+constexpr std::uint64_t kMaxStoredEntries = 1'000'000;
 
 std::int32_t saturated(long double value) {
   using Limits = std::numeric_limits<std::int32_t>;
@@ -27,7 +27,7 @@ std::int32_t ThresholdRule::minimum_for(std::uint64_t unit_length) const {
 }
 
 CThresholdTable::CThresholdTable(const ThresholdRule& rule, std::uint64_t max_unit_length)
-    : rule_(rule), stored_(std::min(max_unit_length + 1, kMostStoredEntries)) {
+    : rule_(rule), stored_(std::min(max_unit_length + 1, kMaxStoredEntries)) {
   for (std::size_t i = 0; i < stored_.size(); ++i) stored_[i] = rule_.minimum_for(i);
 }
 

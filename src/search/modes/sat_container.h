@@ -1,7 +1,7 @@
 #pragma once
 
 /// @file
-/// A list of repeats that gives its records back to the pool when it goes.
+/// Lists of repeats that return their records to the pool when they are destroyed.
 
 #include <list>
 
@@ -21,8 +21,8 @@ struct CsatContainer {
   Csat_garbagecollector* pool;
 };
 
-/// The one record that a scan works on. A scan that rejects a candidate uses its record for the
-/// next one; what is left over when the scan ends goes back to the pool.
+/// The one record that a scan works on. If the repeat of a seed is not accepted, the next seed uses
+/// its record; a record that is left when the scan ends goes back to the pool.
 class CSpareRecord {
  public:
   explicit CSpareRecord(Csat_garbagecollector& pool) : pool_(pool) {}

@@ -1,6 +1,6 @@
 // The least score or length by unit length.
 
-#include "search/thresholds.h"
+#include "search/rules/thresholds.h"
 
 #include <gtest/gtest.h>
 

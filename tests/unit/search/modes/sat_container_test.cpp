@@ -1,6 +1,6 @@
 // Where records go: from the pool to a scan, to a list, and back.
 
-#include "search/sat_container.h"
+#include "search/modes/sat_container.h"
 
 #include <gtest/gtest.h>
 

@@ -24,7 +24,7 @@ namespace quorix {
   return std::max(-unit_length, best_score - std::int64_t{global_maximum_scorereduction});
 }
 
-/// True if an N is walked over with score 0, and not compared with the unit.
+/// True if an extension takes an N with score 0, without comparing it with the unit.
 [[nodiscard]] inline bool is_N_neutral() {
   return global_Ns_allowed_in_a_row != 0 && !global_treat_Ns_as_missense;
 }

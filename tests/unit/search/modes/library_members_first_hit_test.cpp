@@ -1,4 +1,4 @@
-// The first-hit scan: each repeat is told at once, and the scan goes on behind it.
+// The first-hit scan: each repeat is reported at once, and the scan goes on after it.
 
 #include <limits>
 #include <list>

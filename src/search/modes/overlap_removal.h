@@ -1,0 +1,15 @@
+#pragma once
+
+/// @file
+/// Removal of repeats that others overlap.
+
+#include "search/modes/sat_container.h"
+
+namespace quorix {
+
+/// Drops, of two repeats of which one has no whole unit outside their overlap, the one with the
+/// lower score, the later one on a tie. Dropped records go back to the pool. REQUIRES: the list is
+/// sorted by `lessThan_sat`. Does nothing when `global_remove_mostly_hidden` is false.
+void remove_hidden(CsatContainer& container);
+
+}  // namespace quorix

@@ -97,7 +97,7 @@ void bound_hopeless_score(benchmark::State& state) {
   constexpr std::size_t kSeedCount = 64;
   const auto unit_length = static_cast<std::size_t>(state.range(0));
   const std::string bases = random_bases(2 * kMargin + kSeedCount + unit_length, 3);
-  const GrowthRules rules{bases.data(), bases.data() + bases.size(), kPenalty, kPenalty, true};
+  const GrowthRules rules{bases.data(), bases.data() + bases.size(), {kPenalty, kPenalty, true}};
   CScoreBound bound;
   std::size_t round = 0;
   std::int64_t refuted = 0;
@@ -123,7 +123,7 @@ void bound_hopeless_batch(benchmark::State& state) {
   const std::int64_t unit_length = state.range(0);
   const std::string bases =
       random_bases(2 * kMargin + kBatchCount * kSeeds + static_cast<std::size_t>(unit_length), 3);
-  const GrowthRules rules{bases.data(), bases.data() + bases.size(), kPenalty, kPenalty, true};
+  const GrowthRules rules{bases.data(), bases.data() + bases.size(), {kPenalty, kPenalty, true}};
   CBatchBound bound;
   std::size_t round = 0;
   std::int64_t refuted = 0;

@@ -177,8 +177,7 @@ class CJudgedRecord {
 
   [[nodiscard]] bool may_reach(const Repeat& repeat) {
     const char* const text = record_.sequence.data();
-    const GrowthRules rules{text, text + length(), -std::int64_t{global_mismatch_score},
-                            -std::int64_t{global_indel_score}, is_N_neutral()};
+    const GrowthRules rules{text, text + length(), scoring_rules_of_settings()};
     return score_bound_.may_reach(
         {text + repeat.start, text + repeat.end, text + repeat.unit_begin, text + repeat.unit_end,
          repeat.unit_pos_right - repeat.unit_begin, repeat.unit_pos_left - repeat.unit_begin,

@@ -31,12 +31,6 @@ constexpr std::size_t kMostBases = 120;
 // The twin follows all paths of 32 seeds.
 constexpr std::size_t kMostBatchTextBases = 70;
 
-struct GrowthPenalties {
-  std::int64_t mismatch;
-  std::int64_t indel;
-  bool is_N_neutral;
-};
-
 std::int64_t take_penalty(CFuzzInput& input, std::int64_t least) {
   const std::int64_t penalty = input.take_between(least, least + 15);
   return penalty < least + 12 ? penalty : input.take_one_of<std::int64_t>({30, 300, 2147483648});
@@ -68,11 +62,10 @@ std::size_t take_surrounded_bases(CFuzzInput& input, std::size_t most, std::size
 }
 
 std::string described(const std::string& text, std::int64_t first, std::int64_t unit_length,
-                      std::int64_t mismatch_penalty, std::int64_t indel_penalty,
-                      bool is_N_neutral) {
+                      const ScoringRules& rules) {
   return " at base " + std::to_string(first) + " of " + text + " unit length " +
-         std::to_string(unit_length) + " penalties " + std::to_string(mismatch_penalty) + "," +
-         std::to_string(indel_penalty) + (is_N_neutral ? " neutral N's" : "");
+         std::to_string(unit_length) + " penalties " + std::to_string(rules.mismatch_penalty) +
+         "," + std::to_string(rules.indel_penalty) + (rules.is_N_neutral ? " neutral N's" : "");
 }
 
 void check_reach(const Growth& growth, std::int64_t min_score) {
@@ -87,15 +80,12 @@ void check_reach(const Growth& growth, std::int64_t min_score) {
     const bool answer = bound.may_reach(
         {bases + growth.start, bases + growth.end, bases + growth.unit_begin,
          bases + growth.unit_end, growth.right_phase, growth.left_phase, growth.score},
-        {bases, bases + growth.text.size(), growth.mismatch_penalty, growth.indel_penalty,
-         growth.is_N_neutral},
-        min_score);
+        {bases, bases + growth.text.size(), growth.scoring}, min_score);
     const bool is_right = answer ? !must_be_refuted : both.best < min_score;
     expect(is_right, [&] {
       return std::string(target) + ": the score bound answers " + (answer ? "yes" : "no") + " to " +
              std::to_string(min_score) + ", best is " + std::to_string(both.best) +
-             described(growth.text, growth.unit_begin, growth.unit_length(),
-                       growth.mismatch_penalty, growth.indel_penalty, growth.is_N_neutral);
+             described(growth.text, growth.unit_begin, growth.unit_length(), growth.scoring);
     });
   });
 }
@@ -107,9 +97,7 @@ void check_reaches(const Batch& batch, std::uint32_t asked, std::int64_t min_sco
     CBatchBound bound;
     const std::uint32_t answer =
         bound.may_reach(bases + batch.first, batch.unit_length, asked,
-                        {bases, bases + batch.text.size(), batch.mismatch_penalty,
-                         batch.indel_penalty, batch.is_N_neutral},
-                        min_score);
+                        {bases, bases + batch.text.size(), batch.scoring}, min_score);
     bool is_right = (answer & ~asked) == 0;
     for (std::int64_t k = 0; k < testing::kSeeds; ++k) {
       const auto& reach = reaches[static_cast<std::size_t>(k)];
@@ -121,8 +109,7 @@ void check_reaches(const Batch& batch, std::uint32_t asked, std::int64_t min_sco
     expect(is_right, [&] {
       return std::string(target) + ": the batch bound answers " + std::to_string(answer) +
              " of asked " + std::to_string(asked) + " to " + std::to_string(min_score) +
-             described(batch.text, batch.first, batch.unit_length, batch.mismatch_penalty,
-                       batch.indel_penalty, batch.is_N_neutral);
+             described(batch.text, batch.first, batch.unit_length, batch.scoring);
     });
   });
 }
@@ -130,11 +117,10 @@ void check_reaches(const Batch& batch, std::uint32_t asked, std::int64_t min_sco
 /// Growth of the seed at `p` reaches no more than this; nothing is told of units with N's, nor of
 /// paths that are too long to follow.
 std::optional<std::int64_t> best_of_seed(const std::string& text, std::int64_t p,
-                                         std::int64_t unit_length, const GrowthPenalties& rules) {
+                                         std::int64_t unit_length, const ScoringRules& rules) {
   const std::int64_t end = p + unit_length;
   if (text.find('N', static_cast<std::size_t>(p)) < static_cast<std::size_t>(end)) return {};
-  const Growth growth{
-      text, p, end, p, end, 0, unit_length - 1, 0, rules.mismatch, rules.indel, rules.is_N_neutral};
+  const Growth growth{text, p, end, p, end, 0, unit_length - 1, 0, rules};
   const testing::Outcome right = testing::follow_all_paths(growth, true, 0);
   const testing::Outcome both = testing::follow_all_paths(growth, false, right.best);
   if (!right.is_complete || !both.is_complete) return {};
@@ -142,13 +128,11 @@ std::optional<std::int64_t> best_of_seed(const std::string& text, std::int64_t p
 }
 
 void expect_refutable(const char* kernel, const std::string& text, std::int64_t p,
-                      std::int64_t unit_length, const GrowthPenalties& rules,
-                      std::int64_t min_score) {
+                      std::int64_t unit_length, const ScoringRules& rules, std::int64_t min_score) {
   const std::optional<std::int64_t> best = best_of_seed(text, p, unit_length, rules);
   expect(!best || *best < min_score, [&] {
     return std::string(kernel) + " refutes a seed that reaches " + std::to_string(*best) + " of " +
-           std::to_string(min_score) +
-           described(text, p, unit_length, rules.mismatch, rules.indel, rules.is_N_neutral);
+           std::to_string(min_score) + described(text, p, unit_length, rules);
   });
 }
 
@@ -178,7 +162,7 @@ void check_lag_bound(CFuzzInput& input) {
           return std::string(target) + ": another seed than the twin's" +
                  described(text, static_cast<std::int64_t>(p),
                            static_cast<std::int64_t>(rules.first_unit_length + i),
-                           rules.mismatch_penalty, rules.indel_penalty, rules.is_N_neutral);
+                           {rules.mismatch_penalty, rules.indel_penalty, rules.is_N_neutral});
         });
       }
     }
@@ -187,9 +171,9 @@ void check_lag_bound(CFuzzInput& input) {
 
 void check_score_bound(CFuzzInput& input) {
   Growth growth{};
-  growth.mismatch_penalty = take_penalty(input, 2);
-  growth.indel_penalty = take_penalty(input, 2);
-  growth.is_N_neutral = input.take_flag();
+  growth.scoring.mismatch_penalty = take_penalty(input, 2);
+  growth.scoring.indel_penalty = take_penalty(input, 2);
+  growth.scoring.is_N_neutral = input.take_flag();
   const std::int64_t unit_length = input.take_between(1, 60);
   const std::int64_t place = input.take_byte();
   const std::int64_t score = input.take_between(0, 30);
@@ -220,9 +204,9 @@ void check_score_bound(CFuzzInput& input) {
 
 void check_batch_bound(CFuzzInput& input) {
   Batch batch{};
-  batch.mismatch_penalty = take_penalty(input, 2);
-  batch.indel_penalty = take_penalty(input, 2);
-  batch.is_N_neutral = input.take_flag();
+  batch.scoring.mismatch_penalty = take_penalty(input, 2);
+  batch.scoring.indel_penalty = take_penalty(input, 2);
+  batch.scoring.is_N_neutral = input.take_flag();
   batch.unit_length = input.take_between(1, 60);
   const std::int64_t place = input.take_byte();
   const std::uint32_t mask = input.take_word();
@@ -239,10 +223,11 @@ void check_batch_bound(CFuzzInput& input) {
 
 void check_chain_bound(CFuzzInput& input) {
   constexpr std::size_t kMostChainTextBases = 80;
-  const GrowthPenalties rules{take_penalty(input, 2), take_penalty(input, 2), input.take_flag()};
+  const ScoringRules rules{take_penalty(input, 2), take_penalty(input, 2), input.take_flag()};
   const std::int64_t unit_length = input.take_between(1, 32);
   const std::int64_t min_score = input.take_between(1, 60);
-  const ChainRule rule{unit_length, min_score, rules.mismatch, rules.indel, rules.is_N_neutral};
+  const ChainRule rule{unit_length, min_score, rules.mismatch_penalty, rules.indel_penalty,
+                       rules.is_N_neutral};
   const std::size_t first = input.take_byte() % 4;
   const std::string text = input.take_bases(kMostChainTextBases);
   if (text.size() <= static_cast<std::size_t>(unit_length) || rule.edits_to_follow() == 0) return;
@@ -268,7 +253,7 @@ void check_chain_bound(CFuzzInput& input) {
 void check_group_bound(CFuzzInput& input) {
   constexpr std::size_t kMostGroupBases = 400;
   constexpr std::size_t kGroupMargin = 700;
-  const GrowthPenalties rules{take_penalty(input, 2), take_penalty(input, 2), input.take_flag()};
+  const ScoringRules rules{take_penalty(input, 2), take_penalty(input, 2), input.take_flag()};
   const std::int64_t unit_length = CGroupBound::kShortestUnit + input.take_between(0, 100);
   const std::int64_t min_score = input.take_between(1, 250);
   const std::int64_t place = input.take_byte();
@@ -280,10 +265,8 @@ void check_group_bound(CFuzzInput& input) {
   bool is_refuted = false;
   on_every_processor(text, [&](const char* bases, const char* /*target*/) {
     CGroupBound bound;
-    is_refuted = !bound.may_reach(
-                     bases + first, unit_length, mask,
-                     {bases, bases + text.size(), rules.mismatch, rules.indel, rules.is_N_neutral},
-                     min_score) ||
+    is_refuted = !bound.may_reach(bases + first, unit_length, mask,
+                                  {bases, bases + text.size(), rules}, min_score) ||
                  is_refuted;
   });
   if (!is_refuted) return;

@@ -56,8 +56,7 @@ class CQuestions {
         tallies_(tallies),
         seeds_(extend_all_seeds(attack, unit_length)),
         rules_{attack.text.data(), attack.text.data() + attack.text.size(),
-               -std::int64_t{global_mismatch_score}, -std::int64_t{global_indel_score},
-               is_N_neutral()} {}
+               scoring_rules_of_settings()} {}
 
   std::string ask() {
     ask_search_over_edits();
@@ -181,8 +180,8 @@ class CQuestions {
 
   void ask_chains() {
     for_each_score(&ExtendedSeed::edited, [&](std::int64_t score) {
-      const ChainRule rule{signed_length_, score, rules_.mismatch_penalty, rules_.indel_penalty,
-                           rules_.is_N_neutral};
+      const ChainRule rule{signed_length_, score, rules_.scoring.mismatch_penalty,
+                           rules_.scoring.indel_penalty, rules_.scoring.is_N_neutral};
       if (rule.edits_to_follow() == 0) return;
       const CBasePlanes planes(attack_.text.data(), text_length());
       CBitSet left(text_length() - unit_length_);
@@ -196,7 +195,7 @@ class CQuestions {
 
   void ask_lags() {
     if (unit_length_ > kMaxLagUnit ||
-        !can_lag_bound_refute(rules_.mismatch_penalty, rules_.indel_penalty)) {
+        !can_lag_bound_refute(rules_.scoring.mismatch_penalty, rules_.scoring.indel_penalty)) {
       return;
     }
     for_each_score(&ExtendedSeed::edited, [&](std::int64_t score) {
@@ -207,7 +206,8 @@ class CQuestions {
                     std::uint64_t{draw_between(engine_, 0, spread)}});
       LagBoundRules rules{unit_length_ - shorter,
                           std::vector<std::int64_t>(shorter + 1 + longer, 1),
-                          rules_.mismatch_penalty, rules_.indel_penalty, rules_.is_N_neutral};
+                          rules_.scoring.mismatch_penalty, rules_.scoring.indel_penalty,
+                          rules_.scoring.is_N_neutral};
       for (std::int64_t& minimum : rules.min_scores) {
         minimum = static_cast<std::int64_t>(draw_between(engine_, 1, 300));
       }

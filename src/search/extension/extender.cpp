@@ -54,8 +54,7 @@ void CExtender::pack_edits(Csat& sat) {
 
 bool CExtender::is_rejected(const Csat& repeat, const Thresholds& thresholds) {
   ++work_.bounded;
-  const GrowthRules rules{text_.begin, text_.end, -std::int64_t{global_mismatch_score},
-                          -std::int64_t{global_indel_score}, is_N_neutral()};
+  const GrowthRules rules{text_.begin, text_.end, scoring_rules_of_settings()};
   return !score_bound_.may_reach(
       {repeat.start, repeat.end, repeat.unit_begin, repeat.unit_end,
        repeat.unit_pos_right - repeat.unit_begin, repeat.unit_pos_left - repeat.unit_begin,

@@ -95,10 +95,9 @@ std::size_t first_edit_of(RankedScore ranked_score) {
   return kEditKinds - 1 - static_cast<std::size_t>(ranked_score & 3);
 }
 
-/// Matches that an edit takes to be made up for, at the least: the smaller of both penalties.
-/// Scores of edits are negative, so that is the higher one.
-std::int64_t least_penalty() {
-  return -std::int64_t{std::max(global_mismatch_score, global_indel_score)};
+/// Matches that make up for the cheapest edit.
+std::int64_t min_penalty() {
+  return scoring_rules_of_settings().min_penalty();
 }
 
 /// The ones of `row` with which `length` ones in a row begin. REQUIRES: 1 <= length <= 64.
@@ -229,7 +228,7 @@ bool CLookAhead::may_rise(const Place& place, int most_edits) const {
   const std::int64_t most_gained =
       std::popcount(long_run_starts_ >> static_cast<unsigned>(place.offset));
   if (place.score + most_gained * kPoint > highest_) return true;
-  const std::int64_t farthest = place.offset + most_edits * (least_penalty() + 1) + most_gained;
+  const std::int64_t farthest = place.offset + most_edits * (min_penalty() + 1) + most_gained;
   return farthest >= window_.size();
 }
 
@@ -239,7 +238,7 @@ void CLookAhead::add_place(Place place, std::ptrdiff_t drift, int most_edits, Le
   place.score += walk_on<Direction>(place, drift) * kPoint;
   highest_ = std::max(highest_, place.score);
   if (place.offset == frame_.room) return;
-  if (place.score - least_penalty() * kPoint < frame_.floor) return;  // no edit can follow
+  if (place.score - min_penalty() * kPoint < frame_.floor) return;  // no edit can follow
   if (!may_rise(place, most_edits)) return;
   // Walks of one drift that overlap end at the same base.
   assert(level.places.size() <= first || level.places.back().offset <= place.offset);
@@ -301,13 +300,13 @@ void CLookAhead::read_window(int most_edits) {
   window_.read<Direction>(frame_.origin, bounds.limit, frame_.character, bounds.unit_begin,
                           bounds.unit_end);
   long_run_starts_ = 0;
-  if (least_penalty() >= window_.size()) return;
+  if (min_penalty() >= window_.size()) return;
   // The first edits lead to drifts from -1 to 1, each further one changes it by 1 at the most. Of
   // drifts that differ by whole units one is enough.
   const std::ptrdiff_t highest = most_edits + 1;
   const std::ptrdiff_t lowest = std::max(-highest, highest - bounds.unit_length + 1);
   for (std::ptrdiff_t drift = lowest; drift <= highest; ++drift) {
-    long_run_starts_ |= starts_of_runs(window_.row(drift), least_penalty() + 1);
+    long_run_starts_ |= starts_of_runs(window_.row(drift), min_penalty() + 1);
   }
 }
 

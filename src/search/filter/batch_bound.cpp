@@ -24,9 +24,7 @@ struct SeedBatch {
   std::uint32_t asked;  ///< the seeds that matter
   const char* text_begin;
   const char* text_end;
-  std::int64_t mismatch_penalty;
-  std::int64_t indel_penalty;
-  bool is_N_neutral;
+  ScoringRules scoring;
   std::int64_t target_value;  ///< score above the floor that answers the question
 };
 
@@ -78,8 +76,8 @@ class CBatchTables {
   CBatchTables(const SeedBatch& batch, BoundWork& work)
       : batch_(batch),
         work_(work),
-        mismatch_(penalty(batch.mismatch_penalty)),
-        indel_(penalty(batch.indel_penalty)),
+        mismatch_(penalty(batch.scoring.mismatch_penalty)),
+        indel_(penalty(batch.scoring.indel_penalty)),
         target_(hn::Set(Tag(), static_cast<Value>(std::min(batch.target_value, kMax)))) {}
 
   [[nodiscard]] static Value capped(std::int64_t value) {
@@ -304,11 +302,11 @@ std::uint32_t sift_batch_of(const SeedBatch& batch, BoundWork& work) {
 
 std::uint32_t sift_batch(const SeedBatch& batch, BoundWork& work) {
   if (batch.target_value < 256) {
-    return batch.is_N_neutral ? sift_batch_of<std::uint8_t, true>(batch, work)
-                              : sift_batch_of<std::uint8_t, false>(batch, work);
+    return batch.scoring.is_N_neutral ? sift_batch_of<std::uint8_t, true>(batch, work)
+                                      : sift_batch_of<std::uint8_t, false>(batch, work);
   }
-  return batch.is_N_neutral ? sift_batch_of<std::uint16_t, true>(batch, work)
-                            : sift_batch_of<std::uint16_t, false>(batch, work);
+  return batch.scoring.is_N_neutral ? sift_batch_of<std::uint16_t, true>(batch, work)
+                                    : sift_batch_of<std::uint16_t, false>(batch, work);
 }
 
 #endif
@@ -345,10 +343,9 @@ std::uint32_t CBatchBound::may_reach(const char* first, std::int64_t unit_length
   // All lanes are read, whatever is asked for.
   const bool is_readable = rules.text_end - first >= unit_length + kSeeds;
   if (min_score <= 0 || unit_length > kMostUnitLength || !is_readable) return asked;
-  return sift_batch_(
-      {first, unit_length, asked, rules.text_begin, rules.text_end, rules.mismatch_penalty,
-       rules.indel_penalty, rules.is_N_neutral, min_score + unit_length},
-      work_);
+  return sift_batch_({first, unit_length, asked, rules.text_begin, rules.text_end, rules.scoring,
+                      min_score + unit_length},
+                     work_);
 }
 
 }  // namespace quorix

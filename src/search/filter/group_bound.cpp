@@ -27,9 +27,7 @@ struct GroupTable {
   const std::uint8_t* other_characters;
   std::ptrdiff_t letter_count;  ///< bases, and characters
   std::uint64_t entering;       ///< bit k: a seed enters after k bases and characters
-  std::int64_t mismatch_penalty;
-  std::int64_t indel_penalty;
-  bool is_N_neutral;
+  ScoringRules scoring;
   std::int64_t start_value;   ///< the score above the floor
   std::int64_t target_value;  ///< what answers the question when it is met
 };
@@ -73,8 +71,8 @@ class CGroupRows {
   CGroupRows(const GroupTable& table, BoundWork& work)
       : table_(table),
         work_(work),
-        mismatch_(points(table.mismatch_penalty)),
-        indel_(points(table.indel_penalty)),
+        mismatch_(points(table.scoring.mismatch_penalty)),
+        indel_(points(table.scoring.indel_penalty)),
         best_(hn::Zero(Tag())) {}
 
   /// The highest value of a state, or `kOpenGroup`.
@@ -149,7 +147,8 @@ class CGroupRows {
     const std::ptrdiff_t odd = row % 2;
     const Vector one = hn::Set(d, 1);
     const Vector letter_N = hn::Set(d, std::uint16_t{'N'});
-    const Vector neutral = hn::Set(d, static_cast<std::uint16_t>(table_.is_N_neutral ? 0xFFFF : 0));
+    const Vector neutral =
+        hn::Set(d, static_cast<std::uint16_t>(table_.scoring.is_N_neutral ? 0xFFFF : 0));
 
     // Whole vectors are written, none for an empty range.
     const std::ptrdiff_t end =
@@ -290,9 +289,8 @@ bool CGroupBound::may_reach(const char* first, std::int64_t unit_length, std::ui
   const std::ptrdiff_t count = letters_to_follow(unit_length);
   const std::uint8_t* const bases = letters_.data() + kSpareLetters;
   const std::ptrdiff_t stride = count + 2 * kSpareLetters;
-  GroupTable table{bases,       bases + stride,         bases + 2 * stride,  count,
-                   asked,       rules.mismatch_penalty, rules.indel_penalty, rules.is_N_neutral,
-                   unit_length, min_score + unit_length};
+  GroupTable table{bases, bases + stride, bases + 2 * stride, count,
+                   asked, rules.scoring,  unit_length,        min_score + unit_length};
   table.start_value = fill_group_table_(table, work_);
   if (table.start_value == kOpenGroup || table.start_value >= table.target_value) return true;
   load_letters(first, unit_length, false, rules);

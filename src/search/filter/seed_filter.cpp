@@ -38,8 +38,9 @@ CSeedFilter::CSeedFilter(const char* text, std::uint64_t length, SeedUse use,
       mismatch_penalty_(-std::int64_t{global_mismatch_score}),
       indel_penalty_(-std::int64_t{global_indel_score}),
       planes_(text, length),
-      growth_rules_{text, text + length, mismatch_penalty_, indel_penalty_,
-                    is_N_neutral() && planes_.has_Ns()},
+      growth_rules_{text,
+                    text + length,
+                    {mismatch_penalty_, indel_penalty_, is_N_neutral() && planes_.has_Ns()}},
       lags_(planes_, is_N_neutral()) {}
 
 RunRule CSeedFilter::run_rule(std::uint64_t unit_length) const {

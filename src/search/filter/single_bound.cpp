@@ -26,9 +26,7 @@ struct ScoreTable {
   const char* reversed_unit;    ///< the unit backwards, again and again
   std::ptrdiff_t unit_length;
   std::ptrdiff_t skipped;  ///< characters that the direction begins behind the unit's end
-  std::int64_t mismatch_penalty;
-  std::int64_t indel_penalty;
-  bool is_N_neutral;
+  ScoringRules scoring;
   std::int64_t start_value;   ///< the score above the floor
   std::int64_t target_value;  ///< what answers the question when it is met
 };
@@ -79,9 +77,9 @@ struct RowRules {
 
   explicit RowRules(const ScoreTable& table)
       : letter_N(hn::Set(Tag(), static_cast<Value>('N'))),
-        neutral_N(hn::Set(Tag(), static_cast<Value>(table.is_N_neutral ? kMax : 0))),
-        mismatch(hn::Set(Tag(), capped(table.mismatch_penalty))),
-        indel(hn::Set(Tag(), capped(table.indel_penalty))) {}
+        neutral_N(hn::Set(Tag(), static_cast<Value>(table.scoring.is_N_neutral ? kMax : 0))),
+        mismatch(hn::Set(Tag(), capped(table.scoring.mismatch_penalty))),
+        indel(hn::Set(Tag(), capped(table.scoring.indel_penalty))) {}
 
   [[nodiscard]] static Value capped(std::int64_t value) {
     return static_cast<Value>(std::min(value, kMax));
@@ -265,7 +263,8 @@ bool CScoreBound::may_reach(const GrowingRepeat& repeat, const GrowthRules& rule
   assert(rules.text_begin <= repeat.start && repeat.end <= rules.text_end);
   // Without a gain the differences reach as far as the score can pay for; half as much again is for
   // gains. A guess: whatever goes farther meets the edge of the rows and is let through.
-  const std::int64_t reach = (repeat.score + unit_length) * 3 / (2 * rules.indel_penalty) + 3;
+  const std::int64_t reach =
+      (repeat.score + unit_length) * 3 / (2 * rules.scoring.indel_penalty) + 3;
   if (reach > kMostLanes || unit_length > kMostUnitCharacters ||
       repeat.score + unit_length > kMostStartValue) {
     return true;
@@ -286,9 +285,7 @@ bool CScoreBound::may_reach(const GrowingRepeat& repeat, const GrowthRules& rule
                    reversed_unit,
                    unit_length,
                    unit_length - repeat.right_phase,
-                   rules.mismatch_penalty,
-                   rules.indel_penalty,
-                   rules.is_N_neutral,
+                   rules.scoring,
                    repeat.score + unit_length,
                    min_score + unit_length};
   const HighestValue right = fill_table_(table, is_narrow, lane_count, work_);

@@ -37,6 +37,7 @@
 #include <optional>
 
 #include "search/filter/bound_work.h"
+#include "search/filter/scoring_rules.h"
 
 namespace quorix {
 
@@ -55,9 +56,7 @@ struct GrowingRepeat {
 struct GrowthRules {
   const char* text_begin;
   const char* text_end;
-  std::int64_t mismatch_penalty;  ///< 2 or more
-  std::int64_t indel_penalty;     ///< 2 or more
-  bool is_N_neutral;
+  ScoringRules scoring;
 };
 
 struct ScoreTable;

@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <limits>
 
+#include "search/filter/scoring_rules.h"
 #include "settings/settings.h"
 
 namespace quorix {
@@ -27,6 +28,12 @@ namespace quorix {
 /// True if an extension takes an N with score 0, without comparing it with the unit.
 [[nodiscard]] inline bool is_N_neutral() {
   return global_Ns_allowed_in_a_row != 0 && !global_treat_Ns_as_missense;
+}
+
+/// Returns the rules of the settings. Settings have scores of edits, which are negative; rules have
+/// penalties.
+[[nodiscard]] inline ScoringRules scoring_rules_of_settings() {
+  return {-std::int64_t{global_mismatch_score}, -std::int64_t{global_indel_score}, is_N_neutral()};
 }
 
 }  // namespace quorix

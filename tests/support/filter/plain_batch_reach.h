@@ -29,17 +29,14 @@ struct Batch {
   std::string text;
   std::int64_t first;
   std::int64_t unit_length;
-  std::int64_t mismatch_penalty;
-  std::int64_t indel_penalty;
-  bool is_N_neutral;
+  ScoringRules scoring;
 
   [[nodiscard]] std::int64_t text_length() const { return static_cast<std::int64_t>(text.size()); }
 
   [[nodiscard]] Growth seed(std::int64_t k) const {
     const std::int64_t begin = first + k;
     const std::int64_t end = begin + unit_length;
-    return {text,          begin,       end, begin, end, 0, unit_length - 1, 0, mismatch_penalty,
-            indel_penalty, is_N_neutral};
+    return {text, begin, end, begin, end, 0, unit_length - 1, 0, scoring};
   }
 
   /// The seeds whose units lie in the text and hold no N's.

@@ -11,6 +11,8 @@
 #include <string>
 #include <vector>
 
+#include "search/filter/scoring_rules.h"
+
 namespace quorix::testing {
 
 /// Seeds at `first` + k of `text`, for each bit k that is set in `asked`, and the rules of scoring.
@@ -19,9 +21,7 @@ struct PlainGroup {
   std::int64_t first;
   std::int64_t unit_length;
   std::uint64_t asked;
-  std::int64_t mismatch_penalty;
-  std::int64_t indel_penalty;
-  bool is_N_neutral;
+  ScoringRules scoring;
 };
 
 /// The table of one direction. A state has read b bases and c characters, both counted from the
@@ -86,12 +86,12 @@ class CPlainGroupTable {
     if (b > 0 && c > 0 && at(b - 1, c - 1) > 0) {
       const char read = base(b - 1);
       const std::int64_t before = at(b - 1, c - 1);
-      value = read == 'N' && group_.is_N_neutral ? before
-              : is_match(read, c - 1)            ? before + 1
-                                                 : before - group_.mismatch_penalty;
+      value = read == 'N' && group_.scoring.is_N_neutral ? before
+              : is_match(read, c - 1)                    ? before + 1
+                                                         : before - group_.scoring.mismatch_penalty;
     }
-    if (b > 0) value = std::max(value, at(b - 1, c) - group_.indel_penalty);
-    if (c > 0) value = std::max(value, at(b, c - 1) - group_.indel_penalty);
+    if (b > 0) value = std::max(value, at(b - 1, c) - group_.scoring.indel_penalty);
+    if (c > 0) value = std::max(value, at(b, c - 1) - group_.scoring.indel_penalty);
     const std::int64_t seed = is_rightward_ ? b : kSeeds - 1 - b;
     if (b == c && b < kSeeds && (group_.asked >> seed & 1) != 0) {
       value = std::max(value, start_value_);

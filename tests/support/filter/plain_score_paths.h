@@ -11,6 +11,8 @@
 #include <string>
 #include <vector>
 
+#include "search/filter/scoring_rules.h"
+
 namespace quorix::testing {
 
 /// A growing repeat in words that both sides are made from; positions are offsets.
@@ -23,9 +25,7 @@ struct Growth {
   std::int64_t right_phase;
   std::int64_t left_phase;
   std::int64_t score;
-  std::int64_t mismatch_penalty;
-  std::int64_t indel_penalty;
-  bool is_N_neutral;
+  ScoringRules scoring;
 
   [[nodiscard]] std::int64_t unit_length() const { return unit_end - unit_begin; }
 };
@@ -69,18 +69,18 @@ inline Outcome follow_all_paths(const Growth& growth, bool is_rightward, std::in
                   kDead);
         break;
       }
-      if (used > 0) value = std::max(value, edited(current[at - 1], growth.indel_penalty));
-      if (bases > 0) value = std::max(value, edited(last[at], growth.indel_penalty));
+      if (used > 0) value = std::max(value, edited(current[at - 1], growth.scoring.indel_penalty));
+      if (bases > 0) value = std::max(value, edited(last[at], growth.scoring.indel_penalty));
       if (bases > 0 && used > 0 && last[at - 1] != kDead) {
         const char base = growth.text[static_cast<std::size_t>(position)];
         const std::int64_t phase =
             is_rightward ? (growth.right_phase + used - 1) % length
                          : ((growth.left_phase - used + 1) % length + length) % length;
         const char character = growth.text[static_cast<std::size_t>(growth.unit_begin + phase)];
-        const std::int64_t kept = base == character                    ? last[at - 1] + 1
-                                  : base == 'N' && growth.is_N_neutral ? last[at - 1]
-                                                                       : kDead;
-        value = std::max({value, kept, edited(last[at - 1], growth.mismatch_penalty)});
+        const std::int64_t kept = base == character                            ? last[at - 1] + 1
+                                  : base == 'N' && growth.scoring.is_N_neutral ? last[at - 1]
+                                                                               : kDead;
+        value = std::max({value, kept, edited(last[at - 1], growth.scoring.mismatch_penalty)});
       }
       current[at] = value;
       if (value == kDead) continue;
@@ -104,7 +104,8 @@ inline Outcome follow_all_paths(const Growth& growth, bool is_rightward, std::in
 /// outcomes of growing to the right, and then to the left.
 inline bool is_in_reach_of_bound(const Growth& growth, const Outcome& right, const Outcome& both) {
   // The width that is made room for: what the score pays for, and half as much again.
-  const std::int64_t width = (growth.score + growth.unit_length()) * 3 / (2 * growth.indel_penalty);
+  const std::int64_t width =
+      (growth.score + growth.unit_length()) * 3 / (2 * growth.scoring.indel_penalty);
   const std::int64_t margin = 256 + std::max(right.farthest_base, both.farthest_base);
   const auto text_length = static_cast<std::int64_t>(growth.text.size());
   return growth.start > margin && growth.end + margin < text_length && width < 250 &&

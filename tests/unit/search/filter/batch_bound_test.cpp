@@ -25,10 +25,8 @@ std::int64_t draw_number(RandomEngine& engine, std::size_t first, std::size_t la
 std::uint32_t may_reach(const Batch& batch, std::uint32_t asked, std::int64_t min_score) {
   const CBases bases(batch.text);
   CBatchBound bound;
-  return bound.may_reach(
-      bases.at(static_cast<std::size_t>(batch.first)), batch.unit_length, asked,
-      {bases.begin(), bases.end(), batch.mismatch_penalty, batch.indel_penalty, batch.is_N_neutral},
-      min_score);
+  return bound.may_reach(bases.at(static_cast<std::size_t>(batch.first)), batch.unit_length, asked,
+                         {bases.begin(), bases.end(), batch.scoring}, min_score);
 }
 
 struct Tally {
@@ -49,8 +47,8 @@ void expect_bound_of(const Batch& batch, const BatchReach& reaches, std::uint32_
       return std::string(target) + " seed " + std::to_string(batch.first) + "+" +
              std::to_string(k) + " unit length " + std::to_string(batch.unit_length) + " of " +
              batch.text + " needed " + std::to_string(min_score) + " penalties " +
-             std::to_string(batch.mismatch_penalty) + "," + std::to_string(batch.indel_penalty) +
-             " asked " + std::to_string(asked);
+             std::to_string(batch.scoring.mismatch_penalty) + "," +
+             std::to_string(batch.scoring.indel_penalty) + " asked " + std::to_string(asked);
     };
     ASSERT_EQ(answer & ~asked, 0U) << describe(0);
     for (std::int64_t k = 0; k < kSeeds; ++k) {
@@ -129,10 +127,10 @@ Batch draw_batch(RandomEngine& engine, std::size_t unit_length, std::size_t befo
   batch.text += draw_letters(engine, behind, "ACGT");
   const std::int64_t missing = batch.first + batch.unit_length + kSeeds - batch.text_length();
   if (missing > 0) batch.text += draw_letters(engine, static_cast<std::size_t>(missing), "ACGT");
-  batch.mismatch_penalty = draw_number(engine, 2, 9);
-  batch.indel_penalty =
-      draw_chance(engine, 30) ? batch.mismatch_penalty : draw_number(engine, 2, 9);
-  batch.is_N_neutral = draw_chance(engine, 50);
+  batch.scoring.mismatch_penalty = draw_number(engine, 2, 9);
+  batch.scoring.indel_penalty =
+      draw_chance(engine, 30) ? batch.scoring.mismatch_penalty : draw_number(engine, 2, 9);
+  batch.scoring.is_N_neutral = draw_chance(engine, 50);
   return batch;
 }
 
@@ -183,7 +181,7 @@ Batch lone_units(std::int64_t unit_length, std::size_t margin) {
                std::string(margin, 'A');
   batch.first = static_cast<std::int64_t>(margin);
   batch.unit_length = unit_length;
-  batch.mismatch_penalty = batch.indel_penalty = 6;
+  batch.scoring.mismatch_penalty = batch.scoring.indel_penalty = 6;
   return batch;
 }
 
@@ -233,7 +231,7 @@ BoundWork work_along_an_array(std::size_t unit_length) {
   const CBases bases(batch.text);
   CBatchBound bound;
   EXPECT_EQ(bound.may_reach(bases.at(10'000), batch.unit_length, 1,
-                            {bases.begin(), bases.end(), 1000, 1000, false}, 9'000),
+                            {bases.begin(), bases.end(), {1000, 1000, false}}, 9'000),
             1U);
   return bound.work();
 }
@@ -250,7 +248,7 @@ TEST(BatchBound, fits_units_of_up_to_30000_bases) {
     const std::string text(unit_length + 40, 'A');
     CBatchBound bound;
     EXPECT_EQ(bound.may_reach(text.data(), static_cast<std::int64_t>(unit_length), 1,
-                              {text.data(), text.data() + text.size(), 6, 6, false}, 9),
+                              {text.data(), text.data() + text.size(), {6, 6, false}}, 9),
               1U);
     EXPECT_EQ(bound.work().tables, unit_length == 30'000 ? 2U : 0U);
   }
@@ -279,7 +277,7 @@ TEST(BatchBound, lets_all_through_without_vectors) {
 
 TEST(BatchBound, takes_penalties_of_any_height) {
   Batch batch = lone_units(8, 500);
-  batch.mismatch_penalty = batch.indel_penalty = 2147483648;
+  batch.scoring.mismatch_penalty = batch.scoring.indel_penalty = 2147483648;
   EXPECT_EQ(may_reach(batch, 0xFFFFFFFFU, 32), 0xFFFFFFFFU);
   EXPECT_EQ(may_reach(batch, 0xFFFFFFFFU, 33), 0U);
 }

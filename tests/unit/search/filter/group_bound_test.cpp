@@ -37,9 +37,7 @@ struct Group {
   std::int64_t first;
   std::int64_t unit_length;
   std::uint64_t asked;
-  std::int64_t mismatch_penalty;
-  std::int64_t indel_penalty;
-  bool is_N_neutral;
+  ScoringRules scoring;
 
   [[nodiscard]] std::string unit(std::int64_t k) const {
     return text.substr(static_cast<std::size_t>(first + k), static_cast<std::size_t>(unit_length));
@@ -49,10 +47,8 @@ struct Group {
 bool may_reach(const Group& group, std::int64_t min_score) {
   const CBases bases(group.text);
   CGroupBound bound;
-  return bound.may_reach(
-      bases.at(static_cast<std::size_t>(group.first)), group.unit_length, group.asked,
-      {bases.begin(), bases.end(), group.mismatch_penalty, group.indel_penalty, group.is_N_neutral},
-      min_score);
+  return bound.may_reach(bases.at(static_cast<std::size_t>(group.first)), group.unit_length,
+                         group.asked, {bases.begin(), bases.end(), group.scoring}, min_score);
 }
 
 /// The highest score that a chain of one of the seeds comes to.
@@ -62,17 +58,8 @@ std::int64_t highest_score(const Group& group) {
     if ((group.asked & bit(k)) == 0) continue;
     const std::int64_t begin = group.first + k;
     const std::int64_t end = begin + group.unit_length;
-    const Growth growth{group.text,
-                        begin,
-                        end,
-                        begin,
-                        end,
-                        0,
-                        group.unit_length - 1,
-                        0,
-                        group.mismatch_penalty,
-                        group.indel_penalty,
-                        group.is_N_neutral};
+    const Growth growth{group.text, begin,        end, begin, end, 0, group.unit_length - 1,
+                        0,          group.scoring};
     const Outcome right = follow_all_paths(growth, true, 0);
     highest = std::max(highest, follow_all_paths(growth, false, right.best).best);
   }
@@ -88,10 +75,10 @@ std::size_t draw_margin(RandomEngine& engine) {
 Group draw_group(RandomEngine& engine) {
   Group group{};
   group.unit_length = draw_number(engine, CGroupBound::kShortestUnit, 200);
-  group.mismatch_penalty = draw_number(engine, 4, 8);
-  group.indel_penalty =
-      draw_chance(engine, 60) ? group.mismatch_penalty : draw_number(engine, 4, 8);
-  group.is_N_neutral = draw_chance(engine, 50);
+  group.scoring.mismatch_penalty = draw_number(engine, 4, 8);
+  group.scoring.indel_penalty =
+      draw_chance(engine, 60) ? group.scoring.mismatch_penalty : draw_number(engine, 4, 8);
+  group.scoring.is_N_neutral = draw_chance(engine, 50);
   const std::size_t margin_before = draw_margin(engine);
   group.text = draw_letters(engine, margin_before, "ACGT");
   if (draw_chance(engine, 70)) {
@@ -150,9 +137,7 @@ Group homopolymer_group(std::uint64_t asked) {
           600,
           130,
           asked,
-          6,
-          6,
-          true};
+          {6, 6, true}};
 }
 
 TEST(GroupBound, is_the_highest_value_of_its_tables) {
@@ -161,13 +146,7 @@ TEST(GroupBound, is_the_highest_value_of_its_tables) {
   for (int round = 0; round < 120; ++round) {
     const Group group = draw_group(engine);
     if (group.asked == 0) continue;
-    const PlainGroup plain{group.text,
-                           group.first,
-                           group.unit_length,
-                           group.asked,
-                           group.mismatch_penalty,
-                           group.indel_penalty,
-                           group.is_N_neutral};
+    const PlainGroup plain{group.text, group.first, group.unit_length, group.asked, group.scoring};
     // Wide vectors look some letters ahead.
     const std::optional<std::int64_t> highest =
         plain_group_score(plain, 3 * group.unit_length + CGroupBound::kShortestUnit - 70);
@@ -196,10 +175,7 @@ TEST(GroupBound, fills_few_cells) {
       const CBases bases(group.text);
       CGroupBound bound;
       (void)bound.may_reach(bases.at(static_cast<std::size_t>(group.first)), group.unit_length,
-                            group.asked,
-                            {bases.begin(), bases.end(), group.mismatch_penalty,
-                             group.indel_penalty, group.is_N_neutral},
-                            90);
+                            group.asked, {bases.begin(), bases.end(), group.scoring}, 90);
       cells += bound.work().cells;
     }
     const auto expected = cells_by_target.find(target);
@@ -227,7 +203,7 @@ Group copies_of_one_seed(RandomEngine& engine, std::int64_t unit_length, std::in
   group.text += repeated(unit, 1 + copies_behind) + draw_letters(engine, 1200, "ACGT");
   group.unit_length = unit_length;
   group.asked = bit(k);
-  group.mismatch_penalty = group.indel_penalty = 40;  // noise ends it soon
+  group.scoring.mismatch_penalty = group.scoring.indel_penalty = 40;  // noise ends it soon
   return group;
 }
 
@@ -298,9 +274,7 @@ TEST(GroupBound, answers_alike_with_vectors_of_any_width) {
                       unit_length,
                       unit_length,
                       ~std::uint64_t{0},
-                      6,
-                      6,
-                      false};
+                      {6, 6, false}};
     std::vector<bool> answers;
     for_each_vector_target([&](const char*) { answers.push_back(may_reach(group, unit_length)); });
     EXPECT_EQ(std::count(answers.begin(), answers.end(), answers.front()),
@@ -312,7 +286,7 @@ TEST(GroupBound, answers_alike_with_vectors_of_any_width) {
 
 TEST(GroupBound, takes_penalties_of_any_height) {
   Group group = homopolymer_group(1);
-  group.mismatch_penalty = group.indel_penalty = 2147483648;
+  group.scoring.mismatch_penalty = group.scoring.indel_penalty = 2147483648;
   EXPECT_TRUE(may_reach(group, 70));
   EXPECT_FALSE(may_reach(group, 71));
 }

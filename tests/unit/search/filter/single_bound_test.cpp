@@ -25,9 +25,7 @@ bool may_reach(const Growth& growth, std::int64_t min_score) {
   CScoreBound bound;
   return bound.may_reach({at(growth.start), at(growth.end), at(growth.unit_begin),
                           at(growth.unit_end), growth.right_phase, growth.left_phase, growth.score},
-                         {bases.begin(), bases.end(), growth.mismatch_penalty, growth.indel_penalty,
-                          growth.is_N_neutral},
-                         min_score);
+                         {bases.begin(), bases.end(), growth.scoring}, min_score);
 }
 
 struct Tally {
@@ -52,8 +50,9 @@ void expect_bound_of(const Growth& growth, std::int64_t min_score, Tally& tally)
       return std::string(target) + " unit [" + std::to_string(growth.unit_begin) + "," +
              std::to_string(growth.unit_end) + ") of " + growth.text + " score " +
              std::to_string(growth.score) + " best " + std::to_string(both.best) + " needed " +
-             std::to_string(min_score) + " penalties " + std::to_string(growth.mismatch_penalty) +
-             "," + std::to_string(growth.indel_penalty);
+             std::to_string(min_score) + " penalties " +
+             std::to_string(growth.scoring.mismatch_penalty) + "," +
+             std::to_string(growth.scoring.indel_penalty);
     };
     ASSERT_TRUE(answer || both.best < min_score) << describe();
     ASSERT_FALSE(answer && must_be_refuted) << describe();
@@ -99,10 +98,10 @@ Growth draw_growth(RandomEngine& engine, std::size_t unit_length, std::size_t ma
     growth.right_phase = draw_number(engine, 0, unit_length - 1);
     growth.left_phase = draw_number(engine, 0, unit_length - 1);
   }
-  growth.mismatch_penalty = draw_number(engine, 2, 12);
-  growth.indel_penalty =
-      draw_chance(engine, 50) ? growth.mismatch_penalty : draw_number(engine, 2, 12);
-  growth.is_N_neutral = draw_chance(engine, 50);
+  growth.scoring.mismatch_penalty = draw_number(engine, 2, 12);
+  growth.scoring.indel_penalty =
+      draw_chance(engine, 50) ? growth.scoring.mismatch_penalty : draw_number(engine, 2, 12);
+  growth.scoring.is_N_neutral = draw_chance(engine, 50);
   return growth;
 }
 
@@ -130,8 +129,8 @@ TEST(ScoreBound, is_the_best_of_all_paths_of_long_units) {
   Tally tally;
   for (int round = 0; round < 60; ++round) {
     Growth growth = draw_growth(engine, draw_between(engine, 100, 300), 1300);
-    growth.mismatch_penalty += 4;
-    growth.indel_penalty += 4;
+    growth.scoring.mismatch_penalty += 4;
+    growth.scoring.indel_penalty += 4;
     const std::int64_t right = follow_all_paths(growth, true, growth.score).best;
     const std::int64_t best = follow_all_paths(growth, false, right).best;
     for (const std::int64_t min_score :
@@ -166,7 +165,7 @@ Growth lone_unit(std::size_t unit_length, std::size_t margin) {
   growth.unit_begin = growth.start = static_cast<std::int64_t>(margin);
   growth.unit_end = growth.end = growth.start + static_cast<std::int64_t>(unit_length);
   growth.left_phase = growth.unit_length() - 1;
-  growth.mismatch_penalty = growth.indel_penalty = 6;
+  growth.scoring.mismatch_penalty = growth.scoring.indel_penalty = 6;
   return growth;
 }
 
@@ -203,9 +202,7 @@ BoundWork work_of(const Growth& growth, std::int64_t min_score) {
   CScoreBound bound;
   (void)bound.may_reach({at(growth.start), at(growth.end), at(growth.unit_begin),
                          at(growth.unit_end), growth.right_phase, growth.left_phase, growth.score},
-                        {bases.begin(), bases.end(), growth.mismatch_penalty, growth.indel_penalty,
-                         growth.is_N_neutral},
-                        min_score);
+                        {bases.begin(), bases.end(), growth.scoring}, min_score);
   return bound.work();
 }
 
@@ -213,7 +210,7 @@ BoundWork work_of(const Growth& growth, std::int64_t min_score) {
 std::uint64_t lanes_for(std::int64_t unit_length, std::int64_t indel_penalty, std::int64_t score,
                         std::int64_t min_score) {
   Growth growth = lone_unit(static_cast<std::size_t>(unit_length), 3000);
-  growth.indel_penalty = indel_penalty;
+  growth.scoring.indel_penalty = indel_penalty;
   growth.score = score;
   const BoundWork work = work_of(growth, min_score);
   return work.rows == 0 ? 0 : work.cells / work.rows;
@@ -259,16 +256,16 @@ TEST(ScoreBound, needs_few_bases_around_a_seed) {
 
 TEST(ScoreBound, bounds_units_of_up_to_4096_bases) {
   Growth growth = lone_unit(4096, 9000);
-  growth.mismatch_penalty = growth.indel_penalty = 1000;  // for a narrow table
+  growth.scoring.mismatch_penalty = growth.scoring.indel_penalty = 1000;  // for a narrow table
   EXPECT_FALSE(may_reach(growth, 500));
   growth = lone_unit(4097, 9000);
-  growth.mismatch_penalty = growth.indel_penalty = 1000;
+  growth.scoring.mismatch_penalty = growth.scoring.indel_penalty = 1000;
   EXPECT_TRUE(may_reach(growth, 500));
 }
 
 TEST(ScoreBound, takes_penalties_of_any_height) {
   Growth growth = lone_unit(8, 500);
-  growth.mismatch_penalty = growth.indel_penalty = 2147483648;
+  growth.scoring.mismatch_penalty = growth.scoring.indel_penalty = 2147483648;
   EXPECT_FALSE(may_reach(growth, 8));
   growth.text.replace(static_cast<std::size_t>(growth.end), 8, 8, 'C');
   EXPECT_TRUE(may_reach(growth, 8));
@@ -286,7 +283,7 @@ TEST(ScoreBound, lets_through_what_lives_longer_than_it_is_followed) {
   for (const bool is_rightward : {true, false}) {
     Growth growth = lone_unit(50, 6000);
     // No path can pay for so many indels that it leaves the table at its sides.
-    growth.mismatch_penalty = growth.indel_penalty = 1000;
+    growth.scoring.mismatch_penalty = growth.scoring.indel_penalty = 1000;
     growth.text = noise + (is_rightward ? unit + copies : copies + unit) + noise;
     growth.unit_begin = growth.start = is_rightward ? 6000 : 11'000;
     growth.unit_end = growth.end = growth.start + 50;

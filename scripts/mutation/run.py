@@ -262,7 +262,7 @@ def main():
     parser.add_argument("--jobs", type=int, default=os.cpu_count() or 1)
     parser.add_argument("--nice", type=int, default=10, help="priority: how much is left to everything else")
     parser.add_argument("--files", type=lambda names: names.split(","), default=[],
-                        help="draw of these alone, such as edit_memo,kept_way")
+                        help="draw of these alone, such as edit_cache,path_cache")
     parser.add_argument("--each-file", action="store_true",
                         help="change each file of src until a test fails, constants first")
     parser.add_argument("--tries", type=int, default=6, help="changes of each file at most")

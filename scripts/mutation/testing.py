@@ -38,14 +38,14 @@ RANDOM = ("differential/quorix_random_test", ["--cases=6000", "--seed=1"], {})
 LEFT_SEEDS = ("differential/quorix_seed_filter_test", ["--cases=600", "--seed=1"], {})
 READER = ("differential/quorix_reader_test", [], {})
 LOOK_AHEAD = ("differential/quorix_look_ahead_test", [], {})
-GROWTH = ("differential/quorix_long_growth_test", ["--cases=250", "--seed=1"], {})
+LONG_EXTENSION = ("differential/quorix_long_extension_test", ["--cases=250", "--seed=1"], {})
 OLDER = ("differential/quorix_older_searches_test", [], {})
 EXHAUSTIVE = ("differential/quorix_exhaustive_test", [], {})
 LAWS = ("property/quorix_property_test", [], PROPERTY)
 TESTS = {
     "src/search/bits": [FILTER, SEARCH, LEFT_SEEDS, RANDOM],
     "src/search/filter": [FILTER, SEARCH, LEFT_SEEDS, RANDOM],
-    "src/search": [SEARCH, LOOK_AHEAD, RANDOM, LEFT_SEEDS, FILTER, GROWTH, OLDER],
+    "src/search": [SEARCH, LOOK_AHEAD, RANDOM, LEFT_SEEDS, FILTER, LONG_EXTENSION, OLDER],
     "src/sequence": [SEQUENCE, READER, DRIVER, FILTER, SEARCH],
     "src/report": [REPORT, SEARCH, RANDOM, DRIVER],
     "src/console": [CONSOLE, DRIVER],

@@ -18,8 +18,8 @@ namespace {
 
 constexpr std::uint64_t kCaseCount = 60000;
 
-/// A stop of growth, in offsets into a text.
-struct Stop {
+/// An edit site, in offsets into a text.
+struct Site {
   std::string text;
   std::int64_t edge;       ///< the base beyond it is at this offset, or before it
   std::int64_t character;  ///< of the unit, at this offset
@@ -36,50 +36,50 @@ struct Stop {
 /// One direction: how the plain recursion is called, and where an edit leads.
 struct PlainRightward {
   using Direction = Rightward;
-  static std::int64_t limit(const Stop& stop) { return stop.length(); }
+  static std::int64_t limit(const Site& site) { return site.length(); }
   static std::int64_t edge_beyond(std::int64_t edge) { return edge + 1; }
-  static std::int64_t next_character(const Stop& stop) {
-    return stop.character + 1 == stop.unit_end ? stop.unit_begin : stop.character + 1;
+  static std::int64_t next_character(const Site& site) {
+    return site.character + 1 == site.unit_end ? site.unit_begin : site.character + 1;
   }
-  static int value(const Stop& stop, std::int64_t edge, std::int64_t character, int score) {
+  static int value(const Site& site, std::int64_t edge, std::int64_t character, int score) {
     return reference::extend_imperfect_forward_leap_ahead(
-        stop.text, edge, character, stop.unit_begin, stop.unit_end, score, stop.unit_length(), 1,
-        limit(stop), stop.best_score);
+        site.text, edge, character, site.unit_begin, site.unit_end, score, site.unit_length(), 1,
+        limit(site), site.best_score);
   }
 };
 
 struct PlainLeftward {
   using Direction = Leftward;
-  static std::int64_t limit(const Stop& /*stop*/) { return -1; }
+  static std::int64_t limit(const Site& /*site*/) { return -1; }
   static std::int64_t edge_beyond(std::int64_t edge) { return edge - 1; }
-  static std::int64_t next_character(const Stop& stop) {
-    return (stop.character == stop.unit_begin ? stop.unit_end : stop.character) - 1;
+  static std::int64_t next_character(const Site& site) {
+    return (site.character == site.unit_begin ? site.unit_end : site.character) - 1;
   }
-  static int value(const Stop& stop, std::int64_t edge, std::int64_t character, int score) {
+  static int value(const Site& site, std::int64_t edge, std::int64_t character, int score) {
     return reference::extend_imperfect_backward_leap_ahead(
-        stop.text, edge, character, stop.unit_begin, stop.unit_end, score, stop.unit_length(), 1,
-        limit(stop), stop.best_score);
+        site.text, edge, character, site.unit_begin, site.unit_end, score, site.unit_length(), 1,
+        limit(site), site.best_score);
   }
 };
 
 /// The edit of the highest value, by trying all three.
 template <class Plain>
-std::size_t plain_best_edit(const Stop& stop) {
+std::size_t plain_best_edit(const Site& site) {
   struct Edited {
     std::int64_t edge;
     std::int64_t character;
     int score;
   };
-  const std::int64_t next = Plain::next_character(stop);
+  const std::int64_t next = Plain::next_character(site);
   const Edited edits[] = {
-      {Plain::edge_beyond(stop.edge), next, stop.score + global_mismatch_score},
-      {Plain::edge_beyond(stop.edge), stop.character, stop.score + global_indel_score},
-      {stop.edge, next, stop.score + global_indel_score}};
+      {Plain::edge_beyond(site.edge), next, site.score + global_mismatch_score},
+      {Plain::edge_beyond(site.edge), site.character, site.score + global_indel_score},
+      {site.edge, next, site.score + global_indel_score}};
   std::size_t best = kNoEdit;
   int best_value = 0;
   for (std::size_t i = 0; i < kEditKinds; ++i) {
-    if (edits[i].score <= reference::edit_threshold(stop.unit_length(), stop.best_score)) continue;
-    const int value = Plain::value(stop, edits[i].edge, edits[i].character, edits[i].score);
+    if (edits[i].score <= reference::edit_threshold(site.unit_length(), site.best_score)) continue;
+    const int value = Plain::value(site, edits[i].edge, edits[i].character, edits[i].score);
     if (best != kNoEdit && value <= best_value) continue;
     best = i;
     best_value = value;
@@ -88,18 +88,18 @@ std::size_t plain_best_edit(const Stop& stop) {
 }
 
 template <class Plain>
-void compare(const Stop& stop) {
+void compare(const Site& site) {
   using Direction = typename Plain::Direction;
   CLookAhead look_ahead;
-  const LookAheadBounds bounds{stop.at(stop.unit_begin), stop.at(stop.unit_end), stop.unit_length(),
-                               stop.at(0) + Plain::limit(stop)};
-  LookAheadState state{stop.at(stop.edge), stop.at(stop.character), stop.score, stop.best_score, 1};
+  const LookAheadBounds bounds{site.at(site.unit_begin), site.at(site.unit_end), site.unit_length(),
+                               site.at(0) + Plain::limit(site)};
+  LookAheadState state{site.at(site.edge), site.at(site.character), site.score, site.best_score, 1};
   EXPECT_EQ(look_ahead.highest_score<Direction>(state, bounds),
-            Plain::value(stop, stop.edge, stop.character, stop.score));
+            Plain::value(site, site.edge, site.character, site.score));
   if (Direction::is_at_limit(state.edge, bounds.limit)) return;
   if (*Direction::base_beyond(state.edge) == *state.character) return;
-  state.level = 0;
-  EXPECT_EQ(look_ahead.best_edit<Direction>(state, bounds), plain_best_edit<Plain>(stop));
+  state.edit_count = 0;
+  EXPECT_EQ(look_ahead.best_edit<Direction>(state, bounds), plain_best_edit<Plain>(site));
 }
 
 /// Penalties, depths and N's: mostly those that a run is likely to have.
@@ -114,8 +114,8 @@ void draw_settings(RandomEngine& engine) {
   global_treat_Ns_as_missense = draw_chance(engine, 20);
 }
 
-/// A stop anywhere in a text of arrays, with any of its stretches without N's for a unit.
-Stop draw_stop(RandomEngine& engine) {
+/// A site anywhere in a text of arrays, with any of its stretches without N's for a unit.
+Site draw_site(RandomEngine& engine) {
   const std::size_t unit_length = draw_between(engine, 1, draw_chance(engine, 80) ? 8 : 70);
   std::string text = draw_record(engine, draw_chance(engine, 70) ? 60 : 180, unit_length);
   const std::string unit = draw_array(engine, unit_length, unit_length, 0);
@@ -137,10 +137,10 @@ TEST_F(LookAheadTwin, finds_the_same_scores_and_edits_in_both_directions) {
   for (std::uint64_t seed = 1; seed <= kCaseCount; ++seed) {
     RandomEngine engine(seed);
     draw_settings(engine);
-    const Stop stop = draw_stop(engine);
-    SCOPED_TRACE("seed " + std::to_string(seed) + " text " + stop.text);
-    compare<PlainRightward>(stop);
-    compare<PlainLeftward>(stop);
+    const Site site = draw_site(engine);
+    SCOPED_TRACE("seed " + std::to_string(seed) + " text " + site.text);
+    compare<PlainRightward>(site);
+    compare<PlainLeftward>(site);
     if (HasFailure()) return;
   }
 }

@@ -41,10 +41,10 @@ std::string compare_cached_extensions(const AttackCase& attack, std::uint64_t un
     extend(caching, cached, own, length);
     extend(fresh, plain, text, length);
     ++compared;
-    const std::string with_caches = in_words(cached, own);
+    const std::string with_cache = in_words(cached, own);
     const std::string without = in_words(plain, text);
-    if (with_caches != without) {
-      return "with caches " + with_caches + "\nwithout " + without +
+    if (with_cache != without) {
+      return "with the cache " + with_cache + "\nwithout " + without +
              "\nOptions of the case: " + attack.option_text() + "\n>case\n" + attack.text;
     }
   }

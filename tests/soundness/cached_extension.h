@@ -1,7 +1,7 @@
 #pragma once
 
 /// @file
-/// The attack on the caches: what they give must be what a fresh extension gives.
+/// The attack on the extension cache: a cached extension must be that of a fresh search.
 
 #include <cstdint>
 #include <string>
@@ -11,8 +11,8 @@
 namespace quorix::testing {
 
 /// Extends all valid seeds of `unit_length` in the case's stretch, in ascending order, once by a
-/// search that remembers edits and paths and once without. Adds the number of seeds to `compared`.
-/// Gives nothing, or the first difference with the record and options that show it.
+/// search that caches edits and paths and once by one that does not. Adds the number of seeds to
+/// `compared`. Returns nothing, or the first difference with the record and options that show it.
 std::string compare_cached_extensions(const AttackCase& attack, std::uint64_t unit_length,
                                       std::uint64_t& compared);
 

@@ -15,7 +15,7 @@
 #include <string_view>
 #include <vector>
 
-#include "search/extension/edit_memo.h"
+#include "search/rules/cache_limits.h"
 #include "soundness/attack_case.h"
 #include "soundness/cached_extension.h"
 #include "soundness/filter_questions.h"
@@ -113,7 +113,7 @@ TEST_F(Soundness, caches_give_what_a_fresh_extension_gives) {
   for (std::uint64_t seed = arguments.first_seed;
        seed < arguments.first_seed + arguments.case_count; ++seed) {
     const AttackCase attack = draw_attack_case(seed, targets);
-    if (attack.unit_length > CEditMemo::kLongestUnit + 2) continue;  // they remember none of these
+    if (attack.unit_length > kMaxCachedUnit + 2) continue;  // none of these is cached
     const std::string fault = compare_cached_extensions(attack, attack.unit_length, compared);
     ASSERT_TRUE(fault.empty()) << "case " << seed << ": " << fault;
   }

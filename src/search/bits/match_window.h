@@ -1,11 +1,11 @@
 #pragma once
 
 /// @file
-/// The bases beyond an edge, held against a unit at many drifts at once.
+/// The bases beyond an edge, compared with a unit on many diagonals at once.
 ///
 /// A path of the look-ahead that has made as many insertions as deletions meets the unit characters
 /// in step with the bases; each insertion more lets it meet them one base later. So there is one
-/// row of matches for every drift, the insertions less the deletions, and a walk along matches is a
+/// row of matches for every diagonal, the insertions less the deletions, and a run of matches is a
 /// run of ones in a row. A row is one word, found from the letters by a few word operations.
 
 #include <algorithm>
@@ -20,11 +20,11 @@ namespace quorix {
 
 class CMatchWindow {
  public:
-  /// Bases that a window holds at the most.
-  static constexpr std::int64_t kMostBases = 48;
-  /// Drifts are bounded by this, so that a row of characters fits in a word.
-  static constexpr std::ptrdiff_t kMostDrift = 8;
-  static_assert(kMostBases + 2 * kMostDrift <= 64);
+  /// Bases that a window holds at most.
+  static constexpr std::int64_t kMaxBases = 48;
+  /// Diagonals are bounded by this, so that a row of characters fits in a word.
+  static constexpr std::ptrdiff_t kMaxDiagonal = 8;
+  static_assert(kMaxBases + 2 * kMaxDiagonal <= 64);
 
   /// Holds no base.
   void clear() { size_ = 0; }
@@ -35,7 +35,7 @@ class CMatchWindow {
   template <class Direction>
   void read(const char* edge, const char* limit, const char* character, const char* unit_begin,
             const char* unit_end) {
-    size_ = std::min(kMostBases, Direction::bases_beyond(edge, limit));
+    size_ = std::min(kMaxBases, Direction::bases_beyond(edge, limit));
     read_bases<Direction>(edge);
     read_unit<Direction>(character, unit_begin, unit_end);
     held_ = ~(~std::uint64_t{0} << static_cast<unsigned>(size_));
@@ -44,11 +44,11 @@ class CMatchWindow {
   /// Bases held: those at offsets up to it from the edge.
   [[nodiscard]] std::int64_t size() const { return size_; }
 
-  /// Bit i tells whether base i matches at `drift`; those of bases that are not held are clear.
-  /// REQUIRES: size() != 0, |drift| <= kMostDrift.
-  [[nodiscard]] std::uint64_t row(std::ptrdiff_t drift) const {
-    assert(size_ != 0 && -kMostDrift <= drift && drift <= kMostDrift);
-    const auto shift = static_cast<unsigned>(kMostDrift - drift);
+  /// Returns the matches as bits: bit i is set if base i matches on `diagonal`; those of bases that
+  /// are not held are clear. REQUIRES: size() != 0, |diagonal| <= kMaxDiagonal.
+  [[nodiscard]] std::uint64_t row(std::ptrdiff_t diagonal) const {
+    assert(size_ != 0 && -kMaxDiagonal <= diagonal && diagonal <= kMaxDiagonal);
+    const auto shift = static_cast<unsigned>(kMaxDiagonal - diagonal);
     return ~((low_ ^ unit_low_ >> shift) | (high_ ^ unit_high_ >> shift)) & held_;
   }
 
@@ -72,8 +72,8 @@ class CMatchWindow {
   template <class Direction>
   void read_unit(const char* character, const char* unit_begin, const char* unit_end) {
     const std::int64_t unit_length = unit_end - unit_begin;
-    // The row of drift 0 begins behind `kMostDrift` characters.
-    character = Direction::character_beyond(character, unit_length - kMostDrift % unit_length,
+    // The row of diagonal 0 begins after `kMaxDiagonal` characters.
+    character = Direction::character_beyond(character, unit_length - kMaxDiagonal % unit_length,
                                             unit_begin, unit_end);
     unit_low_ = unit_high_ = 0;
     const std::int64_t count = std::min(unit_length, kWordBits);
@@ -93,7 +93,7 @@ class CMatchWindow {
   std::int64_t size_ = 0;
   std::uint64_t held_ = 0;  ///< a bit for each base that is held
   // A, C, T and G differ in two bits of their letters: those of the bases, and those of the
-  // characters from `kMostDrift` before the first on.
+  // characters from `kMaxDiagonal` before the first on.
   std::uint64_t low_ = 0;
   std::uint64_t high_ = 0;
   std::uint64_t unit_low_ = 0;

@@ -62,21 +62,22 @@ bool CExtender::is_rejected(const Csat& repeat, const Thresholds& thresholds) {
 
 void CExtender::extend_imperfect_forward(Csat& sat, const char* limit) {
   const bool is_own = is_of_own_text(sat);
-  quorix::extend_imperfect_forward(sat, limit,
-                                   {look_ahead_, is_own ? &edit_memo_ : nullptr,
-                                    is_own && limit == text_.end ? &growth_paths_ : nullptr});
+  quorix::extend_imperfect_forward(
+      sat, limit,
+      {look_ahead_, is_own ? &extension_cache_.edits() : nullptr,
+       is_own && limit == text_.end ? &extension_cache_.paths() : nullptr});
 }
 
 void CExtender::extend_imperfect_backward(Csat& sat, const char* limit) {
   const bool is_own = is_of_own_text(sat);
-  quorix::extend_imperfect_backward(sat, limit,
-                                    {look_ahead_, is_own ? &edit_memo_ : nullptr,
-                                     is_own && limit == text_.before() ? &growth_paths_ : nullptr});
+  quorix::extend_imperfect_backward(
+      sat, limit,
+      {look_ahead_, is_own ? &extension_cache_.edits() : nullptr,
+       is_own && limit == text_.before() ? &extension_cache_.paths() : nullptr});
 }
 
 void CExtender::clear_caches() {
-  edit_memo_.clear();
-  growth_paths_.clear();
+  extension_cache_.clear();
 }
 
 bool CExtender::is_of_own_text(const Csat& sat) const {

@@ -14,8 +14,7 @@
 #include "report/csat.h"
 #include "report/fastvector.h"
 #include "report/packed_edits.h"
-#include "search/extension/edit_memo.h"
-#include "search/extension/growth_paths.h"
+#include "search/extension/extension_cache.h"
 #include "search/extension/look_ahead.h"
 #include "search/extension/searched_text.h"
 #include "search/filter/bound_work.h"
@@ -68,8 +67,7 @@ class CExtender {
 
   [[nodiscard]] CLookAhead& look_ahead() { return look_ahead_; }
   [[nodiscard]] const CLookAhead& look_ahead() const { return look_ahead_; }
-  [[nodiscard]] const CEditMemo& edit_memo() const { return edit_memo_; }
-  [[nodiscard]] const CGrowthPaths& growth_paths() const { return growth_paths_; }
+  [[nodiscard]] const CExtensionCache& extension_cache() const { return extension_cache_; }
   [[nodiscard]] const ExtenderWork& work() const { return work_; }
   /// Bytes that the edits of the accepted repeats take.
   [[nodiscard]] std::size_t edit_bytes() const { return edit_store_.byte_count(); }
@@ -82,8 +80,7 @@ class CExtender {
   CLookAhead look_ahead_;
   CEditStore edit_store_;        ///< of accepted repeats
   fastvector<Edit> edit_block_;  ///< lent to the seed that is being extended
-  CEditMemo edit_memo_;
-  CGrowthPaths growth_paths_;
+  CExtensionCache extension_cache_;
   ExtenderWork work_;
 };
 

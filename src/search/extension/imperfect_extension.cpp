@@ -1,14 +1,16 @@
-// Growing a repeat over edits.
+// Extension over edits.
 //
-// The repeat is walked along matching bases. Where a base differs, each of the three edits that
-// keeps the score above the threshold is judged by a look-ahead, the best one is applied, whatever
-// it is worth, and the walk goes on. The best-scoring state met on the way is remembered and is
-// what remains: that is the only trimming. On equal look-ahead values a mismatch is preferred to
-// an insertion, and an insertion to a deletion.
+// The repeat is extended over matching bases up to an edit site. There each of the three edits that
+// keeps the score above the drop-off limit is judged by a look-ahead, the best one is made,
+// whatever it is worth, and the extension goes on. The best state met is remembered and is what
+// remains: that is the only trimming. On equal values a mismatch is preferred to an insertion, and
+// an insertion to a deletion.
 //
-// Ties between the current and the best state are broken in two ways, both on purpose: where the
-// text ends (or a long run of N's begins) the earlier, shorter state stays; where no edit is
-// allowed any more, the current one.
+// Ties between the last and the best state are broken in two ways, both on purpose: where the text
+// ends (or a long run of N's begins) the earlier, shorter state stays; where no edit is allowed any
+// more, the last one.
+//
+// The cache takes over where it can: see extension_cache.h.
 
 #include "search/extension/imperfect_extension.h"
 
@@ -17,7 +19,9 @@
 
 #include "search/extension/direction.h"
 #include "search/extension/exact_extension.h"
-#include "search/extension/kept_way.h"
+#include "search/extension/path_follower.h"
+#include "search/extension/repeat_snapshot.h"
+#include "search/extension/site_key.h"
 #include "search/rules/score.h"
 #include "settings/settings.h"
 
@@ -27,7 +31,7 @@ namespace {
 
 constexpr char kNoKind = '\0';
 
-/// The edit that the look-ahead finds most promising, or NUL if none may be made.
+/// Returns the edit that the look-ahead finds most promising, or NUL if none is allowed.
 template <class Direction>
 char look_ahead_for_edit(const Csat& sat, const char* edge, const char* character,
                          const char* limit, std::int64_t best_score, CLookAhead& look_ahead) {
@@ -37,22 +41,23 @@ char look_ahead_for_edit(const Csat& sat, const char* edge, const char* characte
       {sat.unit_begin, sat.unit_end, sat.unit_length(), limit})];
 }
 
+/// The same, from the cache if it is there.
 template <class Direction>
 char choose_edit(Csat& sat, const char* limit, std::int64_t best_score,
                  const EditAdvisers& advisers) {
   const char* const edge = Direction::edge(sat);
   const char* const character = Direction::unit_cursor(sat);
-  if (advisers.memo == nullptr || !is_memorable<Direction>(sat, limit, best_score)) {
+  if (advisers.edits == nullptr || !is_cacheable<Direction>(sat, limit, best_score)) {
     return look_ahead_for_edit<Direction>(sat, edge, character, limit, best_score,
                                           advisers.look_ahead);
   }
-  const EditSite site{edge, limit, unit_code<Direction>(sat),
-                      std::min<std::int64_t>(sat.score, least_free_score(sat.unit_length()))};
-  char choice = advisers.memo->find(site);
+  const SiteKey site{edge, unit_code_of<Direction>(sat),
+                     score_class_of(sat.score, min_safe_score(sat.unit_length()))};
+  char choice = advisers.edits->find(site, limit);
   if (choice == kNoKind) {
     choice = look_ahead_for_edit<Direction>(sat, edge, character, limit, best_score,
                                             advisers.look_ahead);
-    advisers.memo->keep(site, choice);
+    advisers.edits->store(site, limit, choice);
   }
   return choice;
 }
@@ -83,16 +88,17 @@ bool extend_exact(Leftward /*direction*/, Csat& sat, const char* limit) {
   return extend_exact_backward(sat, limit);
 }
 
-/// Grows to one side, up to where growth ends. Gives false if it ended at the limit, or at N's.
+/// Extends to one side up to the last edit allowed, or the limit. Returns false if it ended at the
+/// limit, or at too many N's.
 template <class Direction>
-bool walk_to_end(Csat& sat, const char* limit, const EditAdvisers& advisers,
-                 CKeptWay<Direction>& way, CSnapshot& best) {
+bool extend_to_end(Csat& sat, const char* limit, const EditAdvisers& advisers,
+                   CPathFollower<Direction>& follower, CRepeatSnapshot& best) {
   while (extend_exact(Direction(), sat, limit)) {
-    if (sat.score > best.score()) best = CSnapshot(sat, way.part_count());
-    way.follow(sat, limit, best);
+    if (sat.score > best.score()) best = CRepeatSnapshot(sat, follower.section_count());
+    follower.follow(sat, limit, best);
     const char kind = choose_edit<Direction>(sat, limit, best.score(), advisers);
     if (kind == kNoKind) return true;
-    way.note(sat, kind);
+    follower.note(sat, kind);
     apply_edit<Direction>(sat, kind);
   }
   return false;
@@ -100,12 +106,12 @@ bool walk_to_end(Csat& sat, const char* limit, const EditAdvisers& advisers,
 
 template <class Direction>
 void extend_imperfect(Csat& sat, const char* limit, const EditAdvisers& advisers) {
-  CSnapshot best(sat);
-  CKeptWay<Direction> way(advisers.paths);
-  const bool is_at_stop = walk_to_end(sat, limit, advisers, way, best);
-  const bool is_best_behind = is_at_stop ? sat.score < best.score() : sat.score <= best.score();
-  if (is_best_behind) best.restore(sat);
-  way.end(sat, is_best_behind ? best.part_count() : way.part_count());
+  CRepeatSnapshot best(sat);
+  CPathFollower<Direction> follower(advisers.paths);
+  const bool is_at_site = extend_to_end(sat, limit, advisers, follower, best);
+  const bool is_best_before = is_at_site ? sat.score < best.score() : sat.score <= best.score();
+  if (is_best_before) best.restore(sat);
+  follower.end(sat, is_best_before ? best.section_count() : follower.section_count());
 }
 
 }  // namespace

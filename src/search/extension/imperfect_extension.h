@@ -4,8 +4,7 @@
 /// Extension of a repeat over edits.
 
 #include "report/csat.h"
-#include "search/extension/edit_memo.h"
-#include "search/extension/growth_paths.h"
+#include "search/extension/extension_cache.h"
 #include "search/extension/look_ahead.h"
 
 namespace quorix {
@@ -13,8 +12,8 @@ namespace quorix {
 /// What an extension asks for an edit.
 struct EditAdvisers {
   CLookAhead& look_ahead;
-  CEditMemo* memo;      ///< null if the text is not the one that it is for
-  CGrowthPaths* paths;  ///< null if the text or the limit is not the one that they are for
+  CEditCache* edits;  ///< null if the text is not the one that it is for
+  CPathCache* paths;  ///< null if the text or the limit is not the one that it is for
 };
 
 /// Extends a repeat to one side over matches and edits and leaves it at the best-scoring extent

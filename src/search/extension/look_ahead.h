@@ -9,17 +9,18 @@
 #include <limits>
 #include <vector>
 
-#include "search/bits/match_window.h"
+#include "search/extension/gain_window.h"
+#include "search/extension/wavefront.h"
 
 namespace quorix {
 
-/// A place in the alignment of a repeat with its unit.
+/// A state in the alignment of a repeat with its unit.
 struct LookAheadState {
   const char* edge;       ///< the base beyond it is read next
   const char* character;  ///< the unit character that base has to match
   std::int64_t score;
   std::int64_t best_score;  ///< the highest score on the way here
-  std::uint8_t level;       ///< edits on the way here, counted in 8 bits
+  std::uint8_t edit_count;  ///< edits on the way here, counted in 8 bits
 };
 
 /// What stays the same during a look-ahead.
@@ -30,97 +31,53 @@ struct LookAheadBounds {
   const char* limit;  ///< see search/extension/direction.h
 };
 
-/// The three edits, in the order in which they are preferred: a mismatch, an inserted base and a
-/// deleted unit character.
-inline constexpr std::size_t kEditKinds = 3;
-/// Something for each of them.
+/// Something for each kind of edit.
 template <class Value>
 using ByEdit = std::array<Value, kEditKinds>;
 
-/// The place of none of them in that order.
+/// None of them.
 inline constexpr std::size_t kNoEdit = kEditKinds;
 
-/// A score and the first edit on the way to it, as one number: of equal scores that of the
-/// preferred edit is higher.
-using RankedScore = std::int64_t;
-
-/// What look-aheads have done.
+/// The work of look-aheads.
 struct LookAheadWork {
   std::uint64_t calls = 0;       ///< edits judged, or scores asked for
   std::uint64_t all_paths = 0;   ///< of these the times that every path was followed by itself
   std::uint64_t windows = 0;     ///< times that the bases beyond were read into a window
   std::uint64_t wavefronts = 0;  ///< sets of states with one more edit each
   std::uint64_t states = 0;      ///< states followed, of wavefronts and of single paths
-  std::uint64_t walks = 0;       ///< walks along bases that no window told of
-  std::uint64_t runs_of_Ns = 0;  ///< runs of N's that were walked over, not jumped
+  std::uint64_t walks = 0;       ///< runs of matches that no window shows
+  std::uint64_t runs_of_Ns = 0;  ///< runs of N's followed base by base
 };
 
 /// A look-ahead belongs to one text: what it learns of the N's there, it keeps.
 class CLookAhead {
  public:
-  /// The highest score that can be met from `from` on, over walks along matches and, between them,
-  /// at most `global_maximum_recursion_depth` - `from.level` edits, each of which must leave the
-  /// score above `edit_threshold`. Above a depth of `kDeepestRecursion` only that threshold bounds
-  /// the edits.
+  /// Returns the highest score that can be met from `from` on, over runs of matches and, between
+  /// them, at most `global_maximum_recursion_depth` - `from.edit_count` edits, each of which must
+  /// leave the score above `edit_threshold`. Above a depth of `kDeepestRecursion` only that
+  /// threshold bounds the edits.
   ///
   /// `Direction` is `Rightward` or `Leftward`. Throws: std::bad_alloc.
   template <class Direction>
   [[nodiscard]] std::int64_t highest_score(const LookAheadState& from,
                                            const LookAheadBounds& bounds);
 
-  /// The edit at `stop`, where the base beyond the edge does not match, behind which the highest
-  /// score can be met, as its place in the order of preference; `kNoEdit` if none may be made.
-  /// `stop.level` is that before the edit. Throws: std::bad_alloc.
+  /// Returns the edit at `site`, where the base beyond the edge does not match, after which the
+  /// highest score can be met, as its index in the order of preference; `kNoEdit` if none is
+  /// allowed. `site.edit_count` is that before the edit. Throws: std::bad_alloc.
   template <class Direction>
-  [[nodiscard]] std::size_t best_edit(const LookAheadState& stop, const LookAheadBounds& bounds);
+  [[nodiscard]] std::size_t best_edit(const LookAheadState& site, const LookAheadBounds& bounds);
 
   /// The work done since it was made.
   [[nodiscard]] const LookAheadWork& work() const { return work_; }
 
  private:
-  /// A run of N's as it was last walked over in one direction: from every edge between the two it
+  /// A run of N's as it was last followed in one direction: from every edge between the two it
   /// leads to `far_edge`.
   struct NRun {
     const char* near_edge = nullptr;
     const char* far_edge = nullptr;
-    const char* limit = nullptr;  ///< of that walk; null before the first one
-  };
-
-  /// A state among those with the same number of edits and the same drift, which is the insertions
-  /// less the deletions.
-  struct Place {
-    std::int64_t offset;  ///< bases from where the look-ahead begins
-    RankedScore score;
-  };
-
-  /// The states with one number of edits, by drift. Those of drift `lowest + i` are `places` from
-  /// `begins[i]` up to `begins[i + 1]`, ordered by their edges.
-  struct Level {
-    std::vector<Place> places;
-    std::vector<std::size_t> begins;
-    std::ptrdiff_t lowest = 0;
-
-    [[nodiscard]] std::ptrdiff_t highest() const {
-      return lowest + static_cast<std::ptrdiff_t>(begins.size()) - 2;
-    }
-    /// Forgets the states, and begins with those of `drift`.
-    void restart(std::ptrdiff_t drift) {
-      places.clear();
-      begins.assign(1, 0);
-      lowest = drift;
-    }
-    /// The states of the drift that is being filled are complete.
-    void complete_drift() {
-      if (begins.size() == 1 && places.empty()) {
-        ++lowest;
-      } else {
-        begins.push_back(places.size());
-      }
-    }
-    /// All drifts are complete; those above the last one with states are forgotten.
-    void complete() {
-      while (begins.size() > 1 && begins[begins.size() - 2] == places.size()) begins.pop_back();
-    }
+    const char* limit = nullptr;  ///< of that time; null before the first one
   };
 
   /// What a look-ahead begins with.
@@ -128,8 +85,8 @@ class CLookAhead {
     const char* origin;     ///< the edge
     const char* character;  ///< that the base beyond it has to match
     LookAheadBounds bounds;
-    std::int64_t room;  ///< bases beyond the origin
-    RankedScore floor;  ///< the least score behind an edit
+    std::int64_t base_count;  ///< bases beyond the origin
+    RankedScore min_score;    ///< the min score after an edit
   };
 
   /// What an edit uses and costs.
@@ -138,12 +95,12 @@ class CLookAhead {
     RankedScore score;
   };
 
-  /// States of one drift, still to be edited.
+  /// States of one diagonal, still to be edited.
   struct EditSource {
     static constexpr std::int64_t kNone = std::numeric_limits<std::int64_t>::max();
 
-    const Place* place = nullptr;
-    const Place* end = nullptr;
+    const WavefrontCell* place = nullptr;
+    const WavefrontCell* end = nullptr;
 
     /// Where the edit of the next of them leads; `kNone` if there is none.
     [[nodiscard]] std::int64_t offset(const EditUse& edit) const {
@@ -151,73 +108,73 @@ class CLookAhead {
     }
   };
 
-  /// The states of `level_` whose drift is `drift`, or differs from it by whole units.
-  [[nodiscard]] EditSource source_of(std::ptrdiff_t drift) const;
+  /// The states of `wavefront_` whose diagonal is `diagonal`, or differs from it by whole units.
+  [[nodiscard]] EditSource source_of(std::ptrdiff_t diagonal) const;
 
   template <class Direction>
   std::int64_t highest_score_of_all_paths(const LookAheadState& from,
                                           const LookAheadBounds& bounds);
 
-  /// Begins a look-ahead from `stop`. Nothing is known yet of what lies beyond.
+  /// Begins a look-ahead from `site`. Nothing is known yet of what lies beyond.
   template <class Direction>
-  void begin(const LookAheadState& stop, const LookAheadBounds& bounds);
+  void begin(const LookAheadState& site, const LookAheadBounds& bounds);
 
-  /// Reads the bases beyond the origin, and finds out what up to `most_edits` edits may gain there.
+  /// Reads the bases beyond the origin, and finds out what up to `max_edits` edits may gain there.
   template <class Direction>
-  void read_window(int most_edits);
+  void read_window(int max_edits);
 
-  /// False if no path from `place` over up to `most_edits` edits rises above `highest_`.
-  [[nodiscard]] bool may_rise(const Place& place, int most_edits) const;
+  /// False if no path from `cell` over up to `max_edits` edits rises above `highest_`.
+  [[nodiscard]] bool may_rise(const WavefrontCell& cell, int max_edits) const;
 
-  /// Forgets the states of `level_` from which up to `most_edits` edits gain nothing.
-  void sift_level(int most_edits);
+  /// Forgets the states of `wavefront_` from which up to `max_edits` edits gain nothing.
+  void drop_cells_without_gain(int max_edits);
 
-  /// True if all states of `level_` began with the edit of the highest score.
+  /// True if all states of `wavefront_` began with the edit of the highest score.
   [[nodiscard]] bool is_decided() const;
 
-  /// Follows the best paths from the states of `level_` over up to `most_edits` more edits, or any
-  /// number if it is negative, and raises `highest_` to the scores met. If only the first edit
+  /// Follows the best paths from the states of `wavefront_` over up to `max_edits` more edits, or
+  /// any number if it is negative, and raises `highest_` to the scores met. If only the first edit
   /// matters, it may end before.
   template <class Direction>
-  void follow_best_paths(int most_edits, bool is_first_edit_enough);
+  void follow_best_paths(int max_edits, bool is_first_edit_enough);
 
-  /// Fills `level_` with the states one edit on. Up to `most_edits` edits may follow.
+  /// Fills `wavefront_` with the states one edit on. Up to `max_edits` edits may follow.
   template <class Direction>
-  void make_edits(int most_edits);
+  void make_wavefront(int max_edits);
 
-  /// Fills the states of `drift` into `next_`, by an edit of those of `level_`. Up to `most_edits`
-  /// edits may follow.
+  /// Fills the states of `diagonal` into `next_`, by an edit of those of `wavefront_`. Up to
+  /// `max_edits` edits may follow.
   template <class Direction>
-  void edit_places(std::ptrdiff_t drift, int most_edits);
+  void edit_cells(std::ptrdiff_t diagonal, int max_edits);
 
-  /// Walks from `place`, raises `highest_`, and adds it to the states that are being filled into
-  /// `level`, of which those from `first` on have the same drift, unless it need not be followed.
+  /// Walks from `cell`, raises `highest_`, and adds it to the states that are being filled into
+  /// `wavefront`, of which those from `first` on have the same diagonal, unless it need not be
+  /// followed.
   template <class Direction>
-  void add_place(Place place, std::ptrdiff_t drift, int most_edits, Level& level,
-                 std::size_t first);
+  void add_cell(WavefrontCell cell, std::ptrdiff_t diagonal, int max_edits, Wavefront& wavefront,
+                std::size_t first);
 
-  /// Moves `place` on along matches and neutral N's. Gives the matches.
+  /// Moves `cell` on along matches and neutral N's. Returns the matches.
   template <class Direction>
-  std::int64_t walk_on(Place& place, std::ptrdiff_t drift);
+  std::int64_t follow_cell(WavefrontCell& cell, std::ptrdiff_t diagonal);
 
-  /// Moves on along matches and neutral N's, until a base differs or the limit is met. Gives the
+  /// Moves on along matches and neutral N's, until a base differs or the limit is met. Returns the
   /// matches.
   template <class Direction>
-  std::int64_t walk_matches(const char*& edge, const char*& character,
-                            const LookAheadBounds& bounds);
+  std::int64_t follow_matches(const char*& edge, const char*& character,
+                              const LookAheadBounds& bounds);
 
-  /// The edge behind the run of N's that begins beyond `edge`.
+  /// The edge after the run of N's that begins beyond `edge`.
   template <class Direction>
-  const char* edge_behind_Ns(const char* edge, const char* limit);
+  const char* edge_after_Ns(const char* edge, const char* limit);
 
   std::vector<LookAheadState> pending_;  ///< empty between calls; kept for its block
-  Level level_;                          ///< as well
-  Level next_;
+  Wavefront wavefront_;                  ///< as well
+  Wavefront next_;
   Frame frame_ = {};
   RankedScore highest_ = 0;  ///< met so far
-  CMatchWindow window_;
-  std::uint64_t long_run_starts_ = 0;  ///< bases of the window where an edit may begin to pay
-  std::array<NRun, 2> last_N_runs_;    ///< by direction
+  CGainWindow window_;
+  std::array<NRun, 2> last_N_runs_;  ///< by direction
   LookAheadWork work_;
 };
 

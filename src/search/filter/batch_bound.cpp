@@ -46,6 +46,7 @@
 
 #include "search/filter/batch_bound.h"
 #include "search/filter/dp_cell.h"
+#include "search/rules/cache_limits.h"
 
 #ifndef QUORIX_BATCH_BOUND_SHARED
 #define QUORIX_BATCH_BOUND_SHARED
@@ -117,7 +118,7 @@ class CBatchTables {
     clear_around(0, 0, 0);
     clear_around(-1, 1, -1);  // nothing is alive in the row before the first
     const std::ptrdiff_t max_rows =
-        batch_.unit_length <= kMaxShortUnit ? kMaxShortUnitRows : kMaxBatchRows;
+        batch_.unit_length <= kMaxCachedUnit ? kMaxCachedUnitRows : kMaxBatchRows;
     Range last{0, 0};
     Range before{1, -1};
     [[maybe_unused]] Range last_filled{0, 0};

@@ -56,10 +56,9 @@ inline constexpr int kBatchSeeds = 32;
 inline constexpr int kMinBatchSeeds = 3;  ///< fewer are as fast one by one
 /// Rows after which a batch is given up: what lives that long is worth an extension.
 inline constexpr std::ptrdiff_t kMaxBatchRows = 8192;
-/// The same for short units, which an extension follows along an array faster than a bound finds
-/// where it ends: those whose extension paths are cached, see `CEditMemo::kLongestUnit`.
-inline constexpr std::ptrdiff_t kMaxShortUnitRows = 1024;
-inline constexpr std::ptrdiff_t kMaxShortUnit = 28;
+/// The same for units up to `kMaxCachedUnit`, whose extension paths are cached: an extension
+/// follows them along an array faster than a bound finds where it ends.
+inline constexpr std::ptrdiff_t kMaxCachedUnitRows = 1024;
 /// Bases less characters, or the other way round, of the states that are followed.
 inline constexpr std::ptrdiff_t kMaxBatchDifference = 400;
 inline constexpr std::int64_t kMaxBatchUnit = 30'000;  ///< values have 16 bits

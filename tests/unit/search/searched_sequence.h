@@ -111,8 +111,8 @@ inline Words imperfect_repeats_of(std::string_view bases) {
   return sequence.imperfect();
 }
 
-/// A repeat of the first `unit_length` bases, grown to the right over the whole text.
-inline std::string grown_right(std::string_view text, std::size_t unit_length) {
+/// A repeat of the first `unit_length` bases, extended to the right over the whole text.
+inline std::string extended_right(std::string_view text, std::size_t unit_length) {
   const CBases bases(text);
   CSearchedSequence any("A");
   Csat sat = bases.unit_copy(0, unit_length);
@@ -120,8 +120,8 @@ inline std::string grown_right(std::string_view text, std::size_t unit_length) {
   return in_words(sat, bases.begin());
 }
 
-/// A repeat of the last `unit_length` bases, grown to the left over the whole text.
-inline std::string grown_left(std::string_view text, std::size_t unit_length) {
+/// A repeat of the last `unit_length` bases, extended to the left over the whole text.
+inline std::string extended_left(std::string_view text, std::size_t unit_length) {
   const CBases bases(text);
   CSearchedSequence any("A");
   Csat sat = bases.unit_copy(text.size() - unit_length, unit_length);
@@ -147,13 +147,13 @@ class CSearchSettings : public CDefaultSettings {
     search_units_from_to(unit_length, unit_length);
   }
 
-  /// A minimum score that does not grow with the unit length.
+  /// A minimum score that does not depend on the unit length.
   static void require_score(int score) {
     global_min_score = score;
     global_min_score_bx = 0.0F;
   }
 
-  /// A minimum length that does not grow with the unit length.
+  /// A minimum length that does not depend on the unit length.
   static void require_length(int length) { global_min_length = length; }
 
   static void set_penalties(int mismatch, int indel) {
@@ -161,7 +161,7 @@ class CSearchSettings : public CDefaultSettings {
     global_indel_score = indel;
   }
 
-  /// No edit keeps the score above the best one, so growth is exact.
+  /// No edit keeps the score above the best one, so extensions are exact.
   static void allow_no_edits() { global_maximum_scorereduction = 0; }
 };
 

@@ -41,14 +41,14 @@ inline std::string in_words(const LookAheadWork& work) {
                                   {"runs of N's", work.runs_of_Ns}});
 }
 
-inline std::string in_words(const EditMemoWork& work) {
+inline std::string in_words(const EditCacheWork& work) {
   return in_words("memo:", {{"hits", work.hits},
                             {"misses", work.misses},
                             {"stored", work.stored},
                             {"moved", work.moved}});
 }
 
-inline std::string in_words(const GrowthPathsWork& work) {
+inline std::string in_words(const PathCacheWork& work) {
   return in_words("paths:", {{"hits", work.hits},
                              {"misses", work.misses},
                              {"steps", work.steps},
@@ -80,8 +80,9 @@ inline std::string extension_in_words(const CSearchController& search) {
                               {"extended exactly", work.extensions.extended_exactly},
                               {"bounded", work.extensions.bounded},
                               {"extended over edits", work.extensions.extended_over_edits}}) +
-         in_words(extender.look_ahead().work()) + in_words(extender.edit_memo().work()) +
-         in_words(extender.growth_paths().work());
+         in_words(extender.look_ahead().work()) +
+         in_words(extender.extension_cache().edits().work()) +
+         in_words(extender.extension_cache().paths().work());
 }
 
 }  // namespace quorix::testing

@@ -1,4 +1,4 @@
-// Bases beyond an edge against a unit at many drifts: each bit is held against a plain count.
+// Bases beyond an edge against a unit on many diagonals: each bit is compared with a plain count.
 
 #include "search/bits/match_window.h"
 
@@ -31,7 +31,7 @@ void expect_plain_rows(const std::string& text, const std::string& unit, std::in
             "");
 }
 
-TEST(MatchWindow, tells_every_match_of_every_drift) {
+TEST(MatchWindow, shows_every_match_of_every_diagonal) {
   RandomEngine engine(1);
   for (int i = 0; i < 3000; ++i) {
     const std::string text = draw_letters(engine, draw_between(engine, 1, 60), "ACGT");
@@ -44,7 +44,7 @@ TEST(MatchWindow, tells_every_match_of_every_drift) {
   }
 }
 
-TEST(MatchWindow, ends_in_front_of_the_first_N) {
+TEST(MatchWindow, ends_before_the_first_N) {
   for (std::size_t first_N = 0; first_N < 50; ++first_N) {
     std::string text(first_N + 66, 'C');
     text.replace(0, first_N + 6, repeated("A", first_N) + "NACGTN");
@@ -54,7 +54,7 @@ TEST(MatchWindow, ends_in_front_of_the_first_N) {
   }
 }
 
-TEST(MatchWindow, holds_nothing_if_the_unit_holds_an_N) {
+TEST(MatchWindow, holds_nothing_if_the_unit_has_an_N) {
   const CBases bases("ACGTACGT");
   const CBases unit("ANC");
   CMatchWindow window;

@@ -1,4 +1,4 @@
-// What the two directions of growth call an edge, a limit and the next unit character.
+// What the two directions of an extension call an edge, a limit and the next unit character.
 
 #include "search/extension/direction.h"
 

@@ -1,5 +1,6 @@
-// Growing over perfect copies. A match scores 1, the first copy nothing; the text has no terminator
-// and lies in a block of its own size, so a read beyond a limit at its end would be seen.
+// Extension over perfect copies. A match scores 1, the first copy nothing; the text has no
+// terminator and lies in a block of its own size, so a read beyond a limit at its end would be
+// seen.
 
 #include <limits>
 #include <string>

@@ -1,7 +1,6 @@
-// From which score on a choice is taken for one that holds for all higher ones, and extensions
-// over more edits than there is room for.
+// The safe score, and extensions over more edits than the path cache has room for.
 
-#include "search/extension/kept_way.h"
+#include "search/extension/path_follower.h"
 
 #include <gtest/gtest.h>
 
@@ -16,37 +15,37 @@
 namespace quorix {
 namespace {
 
-using LeastFreeScore = testing::CDefaultSettings;
+using MinSafeScore = testing::CDefaultSettings;
 
-constexpr std::int64_t kHighestScore = std::numeric_limits<std::int32_t>::max();
+constexpr std::int64_t kMaxScore = std::numeric_limits<std::int32_t>::max();
 
-TEST_F(LeastFreeScore, leaves_room_for_all_edits_of_a_path) {
+TEST_F(MinSafeScore, leaves_a_path_all_its_edits) {
   global_mismatch_score = -6;
   global_indel_score = -9;
   global_maximum_recursion_depth = 5;
   // Five indels lead from 42 to -3, and -4 is the floor of units of 4.
-  EXPECT_EQ(least_free_score(4), 42);
+  EXPECT_EQ(min_safe_score(4), 42);
   global_mismatch_score = -11;
-  EXPECT_EQ(least_free_score(4), 52);
+  EXPECT_EQ(min_safe_score(4), 52);
   global_maximum_recursion_depth = kDeepestRecursion;
-  EXPECT_EQ(least_free_score(4), 255 * 11 - 3);
+  EXPECT_EQ(min_safe_score(4), 255 * 11 - 3);
 }
 
-TEST_F(LeastFreeScore, is_above_every_score_if_a_path_may_make_any_number_of_edits) {
+TEST_F(MinSafeScore, is_above_every_score_if_a_path_may_make_any_number_of_edits) {
   global_maximum_recursion_depth = kDeepestRecursion + 1;
-  EXPECT_GT(least_free_score(28), kHighestScore);
+  EXPECT_GT(min_safe_score(28), kMaxScore);
   global_maximum_recursion_depth = std::numeric_limits<int>::max();
-  EXPECT_GT(least_free_score(1), kHighestScore);
+  EXPECT_GT(min_safe_score(1), kMaxScore);
 }
 
-using PathCache = testing::CSearchSettings;
+using PathFollower = testing::CSearchSettings;
 
-// The array has an edit every four bases, more than are kept. The extensions after the first one
-// begin with nothing kept, and follow each other near the end of the text.
-TEST_F(PathCache, without_room_gives_the_extensions_of_a_fresh_search) {
+// The array has an edit every four bases, more than are cached. The extensions after the first one
+// begin with an empty cache, and follow each other near the end of the text.
+TEST_F(PathFollower, without_room_gives_the_extensions_of_a_fresh_search) {
   set_penalties(-2, -2);
   global_maximum_recursion_depth = 1;
-  constexpr std::size_t kCopies = CGrowthPaths::kMaxStops + 2000;
+  constexpr std::size_t kCopies = kMaxCachedSites + 2000;
   const std::string bases = testing::repeated("AAAC", kCopies);
   testing::CSearchedSequence sequence(bases);
   Csat whole;

@@ -1,7 +1,7 @@
-// Growth over hundreds of edits: records that are one array from end to end, in which each seed
-// goes the way that others went before, against the plain engine.
+// Extensions over hundreds of edits, against the plain engine: records that are one array from end
+// to end, in which each seed follows the paths of others.
 //
-//   quorix_long_growth_test --cases=1000 --seed=1
+//   quorix_long_extension_test --cases=1000 --seed=1
 
 #include <gtest/gtest.h>
 
@@ -18,7 +18,7 @@ namespace {
 
 CaseArguments arguments{200, 1};
 
-/// Repeats of so many edits have grown far beyond what is walked on foot.
+/// Extensions of so many edits meet far more sites than the uncached ones.
 constexpr std::uint64_t kManyEdits = 60;
 
 std::uint64_t repeats_of_many_edits = 0;
@@ -47,7 +47,7 @@ std::string draw_word(RandomEngine& engine, std::size_t length) {
   return word.substr(0, length);
 }
 
-/// An array in which growth gains about as much from edit to edit as the edit costs.
+/// An array in which an extension gains about as much from edit to edit as the edit costs.
 std::string draw_wandering_array(RandomEngine& engine, std::size_t length) {
   const std::size_t unit_length = draw_between(engine, 1, 5);
   const std::string unit = draw_letters(engine, unit_length, "ACGT");
@@ -83,8 +83,8 @@ std::string draw_long_array(RandomEngine& engine) {
   return bases;
 }
 
-/// Edits that are cheap or dear, looked at as deep as the plain engine can bear.
-Options draw_growth_options(RandomEngine& engine) {
+/// Cheap and expensive edits, and look-aheads as deep as the plain engine can bear.
+Options draw_extension_options(RandomEngine& engine) {
   const auto number = [&](std::size_t first, std::size_t last) {
     return std::to_string(draw_between(engine, first, last));
   };
@@ -103,8 +103,8 @@ Options draw_growth_options(RandomEngine& engine) {
   return options;
 }
 
-// Its scores stay below the one from which on a choice holds for all of them.
-TEST(LongGrowth, keeps_what_is_chosen_at_low_scores_to_these) {
+// Its scores stay below the safe one, from which an edit holds for all of them.
+TEST(LongExtension, applies_edits_chosen_at_low_scores_to_these_alone) {
   silence_standard_error();
   const Options options{"-r", "3",  "-m", "-4",          "-g",
                         "-4", "-s", "10", "-u",          "2",
@@ -124,12 +124,12 @@ TEST(LongGrowth, keeps_what_is_chosen_at_low_scores_to_these) {
   EXPECT_TRUE(compare_engines(record).is_equal()) << describe_difference(record, options);
 }
 
-TEST(LongGrowth, program_and_plain_engine_agree) {
+TEST(LongExtension, program_and_plain_engine_agree) {
   silence_standard_error();
   for (std::uint64_t seed = arguments.first_seed;
        seed < arguments.first_seed + arguments.case_count; ++seed) {
     RandomEngine engine(seed);
-    const Options options = draw_growth_options(engine);
+    const Options options = draw_extension_options(engine);
     ASSERT_TRUE(apply_options(options)) << joined(options);
     const NamedBases record{"seed " + std::to_string(seed), draw_long_array(engine)};
     const Comparison comparison = compare_engines(record);

@@ -1,0 +1,95 @@
+#pragma once
+
+/// @file
+/// Cache of extensions: an array is aligned to its unit once, not once for each of its seeds.
+///
+/// Nearly every base of an array is a seed, with the unit rotated by a base each time. All of these
+/// seeds are extended over the same bases, and all meet the same edit sites:
+///
+///     bases     ACGTACGTACCTACGTAACGTACGTAGTACGT
+///     seed 1    [--]......M......I........D.....     at each edit site a look-ahead chooses the
+///     edit seed 2     [--].....M......I........D.....     the edits are known
+///     ...                                            and, in long arrays, where they lead
+///     seed 13               [--].I........D.....
+///
+/// **Why sites are shared.** At a site the look-ahead chooses an edit. It reads the bases, the unit
+/// from the next character on, and the score; the score matters only because an edit must leave it
+/// above the drop-off limit. From the safe score on no path of the look-ahead can get there, so
+/// another score moves the values of all paths by the same amount, and the choice is the same. The
+/// best score so far matters only if the score reduction is limited. So the edit is a function of
+///
+///     key = (edge, unit code, score class)        score class = min(score, safe score)
+///
+/// and so are the next site and the points gained on the way to it. site_key.h defines the key and
+/// says when an extension may use it (`is_cacheable`).
+///
+/// **Edit cache** (edit_cache.h): key -> edit. It saves look-aheads, but each extension still goes
+/// through all sites of the array.
+///
+/// **Path cache** (path_cache.h): sites as nodes of trees, in which the next site is the parent.
+/// An extension that meets a stored site joins the tree there:
+///
+///     first     o----o----o----o----o----o----R     R, the root: where that extension ended
+///                         |         |
+///     second    o----o----+         |               joins after two sites of its own
+///     third               o----o----+               joins later
+///
+/// Each node has a skip pointer besides, with lengths as in a skew binary number (Myers, An
+/// applicative random-access stack, Information Processing Letters 17, 1983), so that n sites are
+/// followed in O(log n) steps:
+///
+///     site      0    1    2    3    4    5    6    R
+///     next      ---->---->---->---->---->---->---->
+///     skip      ---------------------------------->      0 to R
+///                    -------------->-------------->      1 to 4 to R
+///                         ---->---->     ---->---->      2 to 3 to 4, 5 to 6 to R
+///
+/// What a skip sums up: the min and max height on it, where the max is met first, and whether all
+/// edits before its end are those of safe scores.
+///
+/// A height is the score above that of the root; differences of heights are points gained. Counts
+/// of edits and N's are sums up to the root as well, so that a section of a path has its sums by a
+/// subtraction. The edits themselves are read off node by node, once the extension has ended.
+///
+/// **Path follower** (path_follower.h): moves a repeat along cached paths. It begins after
+/// `kUncachedSites` sites, since few extensions get that far.
+///
+/// **Why a skip gives the result of a fresh extension.** Edge by edge of the tree: an extension
+/// that arrives at a stored site with its key makes the stored edit, gains as much and meets the
+/// parent. A whole skip is sound in two cases. Either every site before its end is safe, and the
+/// least score met there, which is the present one plus (min height - height), is still safe. Or
+/// the extension arrives with the very score of the stored one, and that one had these scores up to
+/// the root. A path that joined another one with a different score breaks the second case: whether
+/// its extension would have reached the root is unknown. That is why heights are sums along the
+/// tree and no score is derived from the root's.
+///
+/// **What the caller ensures**: one text; one limit for each direction, if paths are asked; no
+/// N in the unit; `clear` whenever the settings may have changed.
+
+#include "search/extension/edit_cache.h"
+#include "search/extension/path_cache.h"
+
+namespace quorix {
+
+/// The cache of one text. Its limits are in cache_limits.h.
+class CExtensionCache {
+ public:
+  /// For extensions in the text up to any limit.
+  [[nodiscard]] CEditCache& edits() { return edits_; }
+  [[nodiscard]] const CEditCache& edits() const { return edits_; }
+  /// For extensions whose limit is the end of the text.
+  [[nodiscard]] CPathCache& paths() { return paths_; }
+  [[nodiscard]] const CPathCache& paths() const { return paths_; }
+
+  /// Forgets everything: the settings may have changed. The counts of work stay.
+  void clear() {
+    edits_.clear();
+    paths_.clear();
+  }
+
+ private:
+  CEditCache edits_;
+  CPathCache paths_;
+};
+
+}  // namespace quorix

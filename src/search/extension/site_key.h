@@ -1,0 +1,82 @@
+#pragma once
+
+/// @file
+/// The key of an edit site in the extension cache, and the rule of when a site has one. What the
+/// cache is and why the key suffices is in search/extension/extension_cache.h.
+
+#include <algorithm>
+#include <cstdint>
+#include <limits>
+
+#include "report/csat.h"
+#include "search/rules/cache_limits.h"
+#include "search/extension/direction.h"
+#include "search/rules/score.h"
+#include "settings/settings.h"
+
+namespace quorix {
+
+/// What the edit at a site depends on.
+struct SiteKey {
+  const char* edge;          ///< see search/extension/direction.h
+  std::uint64_t unit_code;   ///< see `unit_code_of`
+  std::int64_t score_class;  ///< see `score_class_of`
+
+  [[nodiscard]] bool operator==(const SiteKey& other) const = default;
+};
+
+/// Returns the code of the unit [unit_begin, unit_end) as it is read from `character` on. It
+/// contains the length and the direction, and is the same for all rotations of a unit that have the
+/// same character next. REQUIRES: at most `kMaxCachedUnit` characters, no N. O(unit length).
+[[nodiscard]] std::uint64_t unit_code_of(const char* character, const char* unit_begin,
+                                         const char* unit_end, bool is_rightward);
+
+/// Returns the code of the repeat's unit as the extension reads it next.
+template <class Direction>
+[[nodiscard]] std::uint64_t unit_code_of(Csat& sat) {
+  return unit_code_of(Direction::unit_cursor(sat), sat.unit_begin, sat.unit_end,
+                      Direction::kIndex == Rightward::kIndex);
+}
+
+/// Returns the min score from which no path of the look-ahead can fall to the drop-off limit,
+/// however many of its edits it makes at the larger penalty. Above every score if a path may make
+/// any number of edits.
+[[nodiscard]] inline std::int64_t min_safe_score(std::int64_t unit_length) {
+  if (global_maximum_recursion_depth > kDeepestRecursion) {
+    return std::numeric_limits<std::int64_t>::max();
+  }
+  const std::int64_t max_loss =
+      std::int64_t{global_maximum_recursion_depth} *
+      std::max(-std::int64_t{global_mismatch_score}, -std::int64_t{global_indel_score});
+  return max_loss - unit_length + 1;
+}
+
+/// Returns the score as a part of the key: all safe scores are one class.
+[[nodiscard]] inline std::int64_t score_class_of(std::int64_t score, std::int64_t safe_score) {
+  return std::min(score, safe_score);
+}
+
+/// Returns 64 bits that depend on all parts of a key. A table takes as many of the upper half as it
+/// needs. `position` stands for the edge, so that slots do not depend on addresses; `score_term`
+/// for the score class.
+[[nodiscard]] inline std::uint64_t mixed_key(std::ptrdiff_t position, std::uint64_t unit_code,
+                                             std::int64_t score_term) {
+  constexpr std::uint64_t kMixer = 0x9E3779B97F4A7C15U;
+  const std::uint64_t unit_and_score = unit_code + static_cast<std::uint64_t>(score_term);
+  return (static_cast<std::uint64_t>(position) ^ unit_and_score * kMixer) * kMixer;
+}
+
+/// True if the edits of an extension depend on nothing but their keys from here on: the unit has a
+/// code, look-aheads make all their edits, and the score reduction limits none of them. The last
+/// holds for good once it holds: no later score is above the present or best one and a match at
+/// each base that is left, and that sum never rises.
+template <class Direction>
+[[nodiscard]] bool is_cacheable(Csat& sat, const char* limit, std::int64_t best_score) {
+  const std::int64_t unit_length = sat.unit_length();
+  if (unit_length > kMaxCachedUnit || sat.recursion_depth != 0) return false;
+  const std::int64_t max_score = std::max<std::int64_t>(sat.score, best_score) +
+                                 Direction::bases_beyond(Direction::edge(sat), limit);
+  return edit_threshold(max_score, unit_length) == -unit_length;
+}
+
+}  // namespace quorix

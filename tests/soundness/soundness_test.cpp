@@ -15,7 +15,7 @@
 #include <string_view>
 #include <vector>
 
-#include "search/extension/cache_limits.h"
+#include "search/rules/cache_limits.h"
 #include "soundness/attack_case.h"
 #include "soundness/cached_extension.h"
 #include "soundness/filter_questions.h"

@@ -10,7 +10,7 @@
 #include <vector>
 
 #include "report/csat.h"
-#include "search/extension/cache_limits.h"
+#include "search/rules/cache_limits.h"
 
 namespace quorix {
 

@@ -37,7 +37,7 @@
 #include <optional>
 
 #include "search/filter/bound_work.h"
-#include "search/filter/scoring_rules.h"
+#include "search/rules/scoring_rules.h"
 
 namespace quorix {
 

@@ -7,7 +7,7 @@
 #include <cstdint>
 #include <limits>
 
-#include "search/filter/scoring_rules.h"
+#include "search/rules/scoring_rules.h"
 #include "settings/settings.h"
 
 namespace quorix {

@@ -11,7 +11,7 @@
 #include <string>
 #include <vector>
 
-#include "search/filter/scoring_rules.h"
+#include "search/rules/scoring_rules.h"
 
 namespace quorix::testing {
 

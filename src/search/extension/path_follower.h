@@ -21,11 +21,11 @@
 #include <vector>
 
 #include "report/csat.h"
-#include "search/rules/cache_limits.h"
 #include "search/extension/direction.h"
 #include "search/extension/path_cache.h"
 #include "search/extension/repeat_snapshot.h"
 #include "search/extension/site_key.h"
+#include "search/rules/cache_limits.h"
 #include "search/rules/score.h"
 
 namespace quorix {

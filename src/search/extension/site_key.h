@@ -9,8 +9,8 @@
 #include <limits>
 
 #include "report/csat.h"
-#include "search/rules/cache_limits.h"
 #include "search/extension/direction.h"
+#include "search/rules/cache_limits.h"
 #include "search/rules/score.h"
 #include "settings/settings.h"
 

@@ -67,7 +67,7 @@ void CSeedScan::for_each_seed(std::uint64_t unit_length, const CAnchorSeq& ancho
     return filter.is_undecided(p);
   };
   CScanProgress progress(sequence_, unit_length);
-  std::uint64_t seed_count = 0;
+  std::uint64_t count = 0;
   std::uint64_t next_N = all_Ns.find_set(0);
   for (std::uint64_t p = seeds.find_set(0); p < seeds.size(); p = seeds.find_set(p)) {
     if (next_N < p) next_N = all_Ns.find_set(p);
@@ -76,7 +76,7 @@ void CSeedScan::for_each_seed(std::uint64_t unit_length, const CAnchorSeq& ancho
       continue;
     }
     progress.pass(p);
-    ++seed_count;
+    ++count;
     const char* const base = text_.begin + p;
     if (anchors.may_seed(base, unit_length) &&
         valid_starting_pattern(base, base + unit_length, text_.begin + next_N) &&
@@ -85,7 +85,7 @@ void CSeedScan::for_each_seed(std::uint64_t unit_length, const CAnchorSeq& ancho
     }
     ++p;
   }
-  seed_count_ += seed_count;
+  seed_count_ += count;
   progress.pass(seeds.size() - 1);
 }
 

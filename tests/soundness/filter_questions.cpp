@@ -55,7 +55,7 @@ class CQuestions {
         tallies_(tallies),
         seeds_(extend_all_seeds(attack, unit_length)),
         text_{attack.text.data(), attack.text.data() + attack.text.size(),
-              scoring_text_of_settings()} {}
+              scoring_rules_of_settings()} {}
 
   std::string ask() {
     ask_search_over_edits();

@@ -42,7 +42,7 @@ BENCHMARK(find_matches)->Arg(0)->Arg(1000)->Unit(benchmark::kMicrosecond);
 
 /// With the default penalties and minimum score. Arguments: the length of the unit, whether half of
 /// the bases lie in arrays.
-void find_run_seeds_of_unit(benchmark::State& state) {
+void sift_by_runs_of_unit(benchmark::State& state) {
   const std::string bases =
       state.range(1) != 0 ? repeat_rich_bases(kBases, 1) : random_bases(kBases, 1);
   const std::int64_t unit_length = state.range(0);
@@ -53,14 +53,14 @@ void find_run_seeds_of_unit(benchmark::State& state) {
   lags.move_to(static_cast<std::uint64_t>(unit_length), true);
   CBitSet seeds;
   for ([[maybe_unused]] auto _ : state) {
-    seeds.reset(bases.size() - static_cast<std::size_t>(unit_length));
-    find_run_seeds(lags, rule, seeds);
+    seeds.reset_to_set(bases.size() - static_cast<std::size_t>(unit_length));
+    sift_by_runs(lags, rule, {0, bases.size()}, seeds);
     benchmark::DoNotOptimize(seeds.words().data());
   }
   if (seeds.find_set(0) == seeds.size()) state.SkipWithError("some seeds should be let through");
   state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(bases.size()));
 }
-BENCHMARK(find_run_seeds_of_unit)
+BENCHMARK(sift_by_runs_of_unit)
     ->Args({2, 0})
     ->Args({4, 0})
     ->Args({6, 0})
@@ -68,7 +68,7 @@ BENCHMARK(find_run_seeds_of_unit)
     ->Unit(benchmark::kMicrosecond);
 
 /// Arguments: the first and the last length of the units. Items are pairs of a base and a length.
-void find_lag_seeds_of_units(benchmark::State& state) {
+void sift_units_by_lags(benchmark::State& state) {
   constexpr std::size_t kLagBases = 200'000;
   const std::string bases = random_bases(kLagBases, 2);
   LagRule rules{state.range(0), {}, {kPenalty, kPenalty, true}};
@@ -78,15 +78,16 @@ void find_lag_seeds_of_units(benchmark::State& state) {
   for ([[maybe_unused]] auto _ : state) {
     std::vector<CBitSet> seeds;
     for (std::size_t i = 0; i < rules.min_scores.size(); ++i) {
-      seeds.emplace_back(bases.size() - static_cast<std::size_t>(rules.first_unit_length) - i);
+      seeds.emplace_back().reset_to_set(bases.size() -
+                                        static_cast<std::size_t>(rules.first_unit_length) - i);
     }
-    find_lag_seeds(bases.data(), bases.size(), rules, seeds);
+    sift_text_by_lags(bases.data(), bases.size(), rules, seeds);
     benchmark::DoNotOptimize(seeds.data());
   }
   state.SetItemsProcessed(state.iterations() * static_cast<std::int64_t>(bases.size()) *
                           static_cast<std::int64_t>(rules.min_scores.size()));
 }
-BENCHMARK(find_lag_seeds_of_units)
+BENCHMARK(sift_units_by_lags)
     ->Args({7, 20})
     ->Args({7, 100})
     ->Args({100, 500})

@@ -154,8 +154,8 @@ void check_lag_bound(CFuzzInput& input) {
   const std::vector<std::vector<bool>> expected = testing::CPlainLagBound(text, rules).seeds();
   on_every_processor(text, [&](const char* bases, const char* target) {
     std::vector<CBitSet> seeds;
-    for (const std::vector<bool>& bits : expected) seeds.emplace_back(bits.size());
-    find_lag_seeds(bases, text.size(), rules, seeds);
+    for (const std::vector<bool>& bits : expected) seeds.emplace_back().reset_to_set(bits.size());
+    sift_text_by_lags(bases, text.size(), rules, seeds);
     for (std::size_t i = 0; i < seeds.size(); ++i) {
       for (std::size_t p = 0; p < expected[i].size(); ++p) {
         expect(seeds[i].test(p) == expected[i][p], [&] {
@@ -234,7 +234,7 @@ void check_chain_bound(CFuzzInput& input) {
   on_every_processor(text, [&](const char* bases, const char* target) {
     CBitSet seeds(seed_count);
     seeds.set_range(0, seed_count);
-    sift_by_chains(CBasePlanes(bases, text.size()), rule, seeds);
+    sift_by_chains(CBasePlanes(bases, text.size()), rule, {0, text.size()}, seeds);
     for (std::size_t p = 0; p < seed_count; ++p) is_rejected[p] = is_rejected[p] || !seeds.test(p);
     for (std::size_t p = seed_count; p < seeds.words().size() * CBitSet::kWordBits; ++p) {
       expect(!seeds.test(p), [&] { return std::string(target) + ": chains set a bit: " + text; });

@@ -232,8 +232,9 @@ void check_run_seeds(CFuzzInput& input) {
     const CBasePlanes planes(bases, text.size());
     CNeighbourLags lags(planes, is_N_wild);
     lags.move_to(lag, true);
-    CBitSet seeds(text.size() - lag);
-    find_run_seeds(lags, rule, seeds);
+    CBitSet seeds;
+    seeds.reset_to_set(text.size() - lag);
+    sift_by_runs(lags, rule, {0, text.size()}, seeds);
     std::vector<bool> expected(text.size() - lag);
     for (std::size_t p = 0; p < expected.size(); ++p) {
       expected[p] = testing::is_run_seed(twin, planes, rule, static_cast<std::int64_t>(p));

@@ -193,7 +193,7 @@ class CQuestions {
       const CBasePlanes planes(attack_.text.data(), text_length());
       CBitSet left(text_length() - unit_length_);
       left.set_range(0, left.size());
-      sift_by_chains(planes, rule, left);
+      sift_by_chains(planes, rule, {0, text_length()}, left);
       for (const ExtendedSeed& seed : seeds_) {
         judge(AttackedFilter::kChains, seed, seed.edited.score, score, !left.test(seed.start));
       }
@@ -218,9 +218,9 @@ class CQuestions {
       rule.min_scores[shorter] = score;
       std::vector<CBitSet> left;
       for (std::int64_t u = rule.first_unit_length; u <= rule.last_unit_length(); ++u) {
-        left.emplace_back(text_length() - static_cast<std::uint64_t>(u));
+        left.emplace_back().reset_to_set(text_length() - static_cast<std::uint64_t>(u));
       }
-      find_lag_seeds(attack_.text.data(), text_length(), rule, left);
+      sift_text_by_lags(attack_.text.data(), text_length(), rule, left);
       for (const ExtendedSeed& seed : seeds_) {
         judge(AttackedFilter::kLags, seed, seed.edited.score, score,
               !left[shorter].test(seed.start));

@@ -28,17 +28,16 @@ HOLES = {
     "lag grid: the cap of the gain is a quarter of what it has to be": [
         (LAG_GRID, "as_byte(longest);", "as_byte(longest / 4);")],
     "lag grid: the cap of the persistence allows for no fall": [
-        (LAG_GRID, "as_byte(least_persistence(longest) + deepest_fall(longest));",
-         "as_byte(least_persistence(longest));")],
+        (LAG_GRID, "as_byte(min_persistence(longest) + deepest_fall(longest));",
+         "as_byte(min_persistence(longest));")],
     "lag grid: two points of persistence too many are asked for": [
         (LAG_GRID, "return std::max<std::int64_t>(weights_.reward * unit_length - most_lost, 0);",
          "return std::max<std::int64_t>(weights_.reward * unit_length - most_lost + 2, 0);")],
     "lag bound: no path persists by its N's": [
         (LAG_BOUND, "free_letters{letters.is_free, letters.is_free};",
          "free_letters{letters.is_match, letters.is_free};")],
-    "lag bound: each segment begins without its predecessor": [
-        (LAG_BOUND, "CLagRows& left = grid.leftward_rows();",
-         "CLagRows& left = grid.leftward_rows();\n  left.clear();")],
+    "lag bound: to the left each segment begins with its own rows": [
+        (LAG_BOUND, "t = grid.row_before(first_row);", "t = first_row;")],
     "batch bound: what is given up is taken for dead": [
         (BATCH, "return give_up(best, row, last, before);", "return best;")],
     "batch bound: the left side begins without the score of the right": [

@@ -28,6 +28,14 @@ class CBitSet {
     words_.assign(size / kWordBits + 2, 0);
   }
 
+  /// Becomes `size` set bits. Throws: std::bad_alloc.
+  void reset_to_set(std::uint64_t size) {
+    size_ = size;
+    words_.assign(size / kWordBits + 2, ~std::uint64_t{0});
+    words_[size / kWordBits] = ~(~std::uint64_t{0} << (size % kWordBits));
+    words_.back() = 0;
+  }
+
   [[nodiscard]] bool test(std::uint64_t position) const {
     return (words_[position / kWordBits] >> (position % kWordBits) & 1) != 0;
   }
@@ -51,6 +59,23 @@ class CBitSet {
     words_[first_word] |= from_first;
     for (std::uint64_t w = first_word + 1; w < last_word; ++w) words_[w] = ~std::uint64_t{0};
     words_[last_word] |= to_last;
+  }
+
+  /// Clears the bits of [first, last). REQUIRES: first <= last <= size().
+  void clear_range(std::uint64_t first, std::uint64_t last) {
+    assert(first <= last && last <= size_);
+    if (first == last) return;
+    const std::uint64_t first_word = first / kWordBits;
+    const std::uint64_t last_word = (last - 1) / kWordBits;
+    const std::uint64_t from_first = ~std::uint64_t{0} << (first % kWordBits);
+    const std::uint64_t to_last = ~std::uint64_t{0} >> (kWordBits - 1 - (last - 1) % kWordBits);
+    if (first_word == last_word) {
+      words_[first_word] &= ~(from_first & to_last);
+      return;
+    }
+    words_[first_word] &= ~from_first;
+    for (std::uint64_t w = first_word + 1; w < last_word; ++w) words_[w] = 0;
+    words_[last_word] &= ~to_last;
   }
 
   /// The first set bit at or after `position`, or size(). REQUIRES: position <= size().

@@ -182,16 +182,17 @@ bool has_any(const std::uint64_t* words, std::size_t count) {
   return std::any_of(words, words + count, [](std::uint64_t word) { return word != 0; });
 }
 
+/// The seeds of the words [first_word, word_end).
 void sift_words(const ChainPlanes& planes, const ChainStates& states, std::uint64_t* seeds,
-                std::size_t seed_words) {
+                std::size_t first_word, std::size_t word_end) {
   const CChainBlock<false>::Tag d;
   const std::size_t lanes = hn::Lanes(d);
   CChainBlock<false> block(states);
   CChainBlock<true> block_with_Ns(states);
   ChainWindow window{};
   HWY_ALIGN std::uint64_t let_through[kMaxChainWords];
-  for (std::size_t w = 0; w < seed_words; w += lanes) {
-    const std::size_t count = std::min(lanes, seed_words - w);
+  for (std::size_t w = first_word; w < word_end; w += lanes) {
+    const std::size_t count = std::min(lanes, word_end - w);
     if (!has_any(seeds + w, count)) continue;
     copy_window(planes.low, planes.word_count, w, window.low);
     copy_window(planes.high, planes.word_count, w, window.high);
@@ -219,13 +220,27 @@ HWY_EXPORT(sift_words);
 
 }  // namespace
 
-void sift_by_chains(const CBasePlanes& planes, const ChainRule& rule, CBitSet& seeds) {
+void sift_by_chains(const CBasePlanes& planes, const ChainRule& rule, const Segment& segment,
+                    CBitSet& seeds) {
+  constexpr std::uint64_t kWordBits = CBitSet::kWordBits;
+  const std::uint64_t seed_end = std::min(segment.end, seeds.size());
+  if (segment.first >= seed_end) return;
   const ChainStates states(rule);
   const std::vector<std::uint64_t>& is_N = planes.bits_of_Ns().words();
   const ChainPlanes words{planes.low_bits().words().data(), planes.high_bits().words().data(),
                           planes.has_Ns() ? is_N.data() : nullptr, is_N.size()};
-  HWY_DYNAMIC_DISPATCH(sift_words)
-  (words, states, seeds.words().data(), seeds.words().size());
+  // Whole words are sifted; what belongs to other segments is put back.
+  const std::size_t first_word = segment.first / kWordBits;
+  const std::size_t last_word = (seed_end - 1) / kWordBits;
+  std::uint64_t* const bits = seeds.words().data();
+  const std::uint64_t before =
+      bits[first_word] & ~(~std::uint64_t{0} << (segment.first % kWordBits));
+  const std::uint64_t from_end =
+      ~(~std::uint64_t{0} >> (kWordBits - 1 - (seed_end - 1) % kWordBits));
+  const std::uint64_t after = bits[last_word] & from_end;
+  HWY_DYNAMIC_DISPATCH(sift_words)(words, states, bits, first_word, last_word + 1);
+  bits[first_word] |= before;
+  bits[last_word] |= after;
 }
 
 }  // namespace quorix

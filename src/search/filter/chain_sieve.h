@@ -38,13 +38,13 @@
 #include "search/bits/base_planes.h"
 #include "search/bits/bit_set.h"
 #include "search/filter/filter_plan.h"
+#include "search/filter/sieve.h"
 
 namespace quorix {
 
-/// Clears in `seeds` the bit of each base p at which no unit of the rule's length can seed a repeat
-/// of the minimum score over edits. Bit p stays set at most if it was. What is told of a unit with
-/// an N means nothing. REQUIRES: rule.edits > 0, one bit for each p with a base behind
-/// the unit.
-void sift_by_chains(const CBasePlanes& planes, const ChainRule& rule, CBitSet& seeds);
+/// Clears in `seeds` the bits of the segment's seeds that cannot extend into a repeat of the
+/// minimum score over edits, see search/filter/sieve.h. REQUIRES: rule.edits > 0.
+void sift_by_chains(const CBasePlanes& planes, const ChainRule& rule, const Segment& segment,
+                    CBitSet& seeds);
 
 }  // namespace quorix

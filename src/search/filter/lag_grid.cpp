@@ -10,9 +10,11 @@ namespace {
 
 constexpr std::int64_t kSignedGrain = CLagGrid::kLaneGrain;
 constexpr std::int64_t kSegmentBytes = 1'000'000;
+/// Rows of a segment for each row that is filled beyond it, on either side, at least.
+constexpr std::int64_t kMinSegmentHalos = 5;
 
 /// Letters that no base has, and that differ from each other.
-constexpr std::uint8_t kBehindText = 1;
+constexpr std::uint8_t kAfterText = 1;
 constexpr std::uint8_t kBeforeText = 2;
 
 std::uint8_t as_byte(std::int64_t value) {
@@ -30,7 +32,7 @@ CLagGrid::CLagGrid(const char* text, std::uint64_t length, const LagRule& rule)
   choose_weights();
   const auto first = rule.first_unit_length;
   const auto last = rule.last_unit_length();
-  const std::int64_t drift = most_indels(last);
+  const std::int64_t drift = max_indels(last);
   // Within a copy a character lies before its base, so no lag is below 1. An even one is rounded
   // down: a lag without a lane would be read as one that no path lives through.
   const std::int64_t lowest_lag = std::max<std::int64_t>(first - drift, 1);
@@ -43,12 +45,13 @@ CLagGrid::CLagGrid(const char* text, std::uint64_t length, const LagRule& rule)
   assert(first_lag_ + 2 * static_cast<std::int64_t>(lane_count_) > last + drift);
   // Within a copy a path uses up to L characters, and that many bases and its insertions.
   rows_ahead_ = 2 * last + drift + 2;
-  rows_per_segment_ =
-      std::max(kSegmentBytes / static_cast<std::int64_t>(lane_count_), 2 * rows_ahead_);
-  rows_per_segment_ = std::min(rows_per_segment_, row_count());
+  rows_per_segment_ = std::max(kSegmentBytes / static_cast<std::int64_t>(lane_count_),
+                               kMinSegmentHalos * rows_ahead_);
+  rows_per_segment_ = std::min((rows_per_segment_ + 1) / 2 * 2, row_count());
   rightward_rows_ = CLagRows(lane_count_);
   leftward_rows_ = CLagRows(lane_count_);
   kept_.resize(static_cast<std::size_t>(rows_per_segment_) * lane_count_);
+  undecided_words_ = static_cast<std::size_t>(rows_per_segment_) / 2 / CBitSet::kWordBits + 2;
   fill_lanes();
 }
 
@@ -71,12 +74,12 @@ void CLagGrid::choose_weights() {
 
 /// Insertions or deletions on a path through one copy that begins with at most `kHighestGain`: they
 /// cost at most that score, a match for each character, and what lies above minus the unit length.
-std::int64_t CLagGrid::most_indels(std::int64_t unit_length) const {
+std::int64_t CLagGrid::max_indels(std::int64_t unit_length) const {
   return (kHighestGain + 2 * unit_length - 1) / rule_.scoring.indel_penalty;
 }
 
 /// The persistence of a path that begins with score 0 and lives on behind the first copy.
-std::int64_t CLagGrid::least_persistence(std::int64_t unit_length) const {
+std::int64_t CLagGrid::min_persistence(std::int64_t unit_length) const {
   const std::int64_t least = rule_.scoring.min_penalty();
   const std::int64_t budget = 2 * unit_length - 1;
   // A mismatch or deletion costs a character and its reward, too.
@@ -103,33 +106,36 @@ void CLagGrid::fill_lanes() {
     for (std::size_t k = 0; k < lane_count_; ++k) {
       const std::int64_t lag =
           first_lag_ + static_cast<std::int64_t>(parity) + 2 * static_cast<std::int64_t>(k);
-      while (longest < last && longest + 1 - most_indels(longest + 1) <= lag) ++longest;
+      while (longest < last && longest + 1 - max_indels(longest + 1) <= lag) ++longest;
       limits.gain_cap[k] = as_byte(longest);
-      limits.persistence_cap[k] = as_byte(least_persistence(longest) + deepest_fall(longest));
+      limits.persistence_cap[k] = as_byte(min_persistence(longest) + deepest_fall(longest));
       // So the cap serves the shorter unit lengths, too.
       assert(k == 0 || (limits.gain_cap[k] >= limits.gain_cap[k - 1] &&
                         limits.persistence_cap[k] >= limits.persistence_cap[k - 1]));
       const bool is_searched = lag >= first && lag <= last;
       limits.is_searched[k] = is_searched ? 255 : 0;
-      limits.least_gain[k] =
+      limits.min_gain[k] =
           is_searched ? as_byte(rule_.min_scores[static_cast<std::size_t>(lag - first)]) : 255;
       // Where a byte ends below that cap, less has to do: the path may fall from there, too.
-      limits.least_persistence[k] =
-          is_searched ? as_byte(std::min(least_persistence(lag), 255 - deepest_fall(lag))) : 255;
+      limits.min_persistence[k] =
+          is_searched ? as_byte(std::min(min_persistence(lag), 255 - deepest_fall(lag))) : 255;
     }
   }
 }
 
-void CLagGrid::load_bases(std::int64_t first_row, std::int64_t row_end) {
+void CLagGrid::load_segment(std::int64_t first_row, std::int64_t row_end) {
+  assert(row_end - first_row <= rows_per_segment_);
   first_row_ = first_row;
+  undecided_.assign(undecided_words_ * rule_.min_scores.size(), 0);
+  const std::int64_t first_loaded = row_before(first_row) - 2;
   const std::int64_t lane_room = static_cast<std::int64_t>(lane_count_) + kSignedGrain;
-  // The rows used are [first_row - 2, row_end + rows_ahead).
-  first_higher_ = (first_row - 2 + first_lag_) / 2 - 1;
+  // The rows used are [first_loaded, row_end + rows_ahead).
+  first_higher_ = (first_loaded + first_lag_) / 2 - 1;
   const std::int64_t higher_end = (row_end + rows_ahead_ + first_lag_) / 2 + 2 + lane_room;
   last_lower_ = (row_end + rows_ahead_ - first_lag_) / 2 + 2;
-  const std::int64_t lower_begin = (first_row - 2 - first_lag_) / 2 - 2 - lane_room;
+  const std::int64_t lower_begin = (first_loaded - first_lag_) / 2 - 2 - lane_room;
 
-  higher_bases_.assign(static_cast<std::size_t>(higher_end - first_higher_), kBehindText);
+  higher_bases_.assign(static_cast<std::size_t>(higher_end - first_higher_), kAfterText);
   lower_bases_.assign(static_cast<std::size_t>(last_lower_ - lower_begin), kBeforeText);
   for (std::int64_t x = std::max<std::int64_t>(first_higher_, 0); x < std::min(higher_end, length_);
        ++x) {
@@ -147,17 +153,46 @@ void CLagGrid::load_bases(std::int64_t first_row, std::int64_t row_end) {
       rule_.scoring.is_N_neutral && (has_N(higher_bases_) || has_N(lower_bases_));
 }
 
-void CLagGrid::set_seeds(std::int64_t t, std::size_t first_lane, const std::uint8_t* lane_bits,
-                         std::size_t lane_count, std::vector<CBitSet>& seeds) const {
+void CLagGrid::keep_undecided(std::int64_t t, std::size_t first_lane, const std::uint8_t* lane_bits,
+                              std::size_t lane_count) {
   for (std::size_t lane = 0; lane < lane_count; lane += 8) {
     for (unsigned bits = lane_bits[lane / 8]; bits != 0; bits &= bits - 1) {
       const std::size_t k = first_lane + lane + static_cast<std::size_t>(std::countr_zero(bits));
       const std::int64_t unit_length = first_lag_ + parity_of(t) + 2 * static_cast<std::int64_t>(k);
-      const std::int64_t start = (t - unit_length) / 2;
-      CBitSet& found = seeds[static_cast<std::size_t>(unit_length - rule_.first_unit_length)];
-      if (t >= unit_length && static_cast<std::uint64_t>(start) < found.size()) {
-        found.set(static_cast<std::uint64_t>(start));
-      }
+      if (t < unit_length) continue;
+      const auto start = static_cast<std::uint64_t>(t - unit_length) / 2;
+      const std::uint64_t word = start / CBitSet::kWordBits - first_undecided_word(unit_length);
+      assert(word < undecided_words_);
+      const auto unit = static_cast<std::size_t>(unit_length - rule_.first_unit_length);
+      undecided_[unit * undecided_words_ + word] |= std::uint64_t{1}
+                                                    << (start % CBitSet::kWordBits);
+    }
+  }
+}
+
+void CLagGrid::clear_rejected(std::int64_t first_row, std::int64_t row_end,
+                              std::vector<CBitSet>& seeds) const {
+  constexpr std::uint64_t kWordBits = CBitSet::kWordBits;
+  for (std::size_t unit = 0; unit < seeds.size(); ++unit) {
+    const std::int64_t unit_length = rule_.first_unit_length + static_cast<std::int64_t>(unit);
+    // A seed that begins at p stands in row 2 p + unit length.
+    const auto base_of = [&](std::int64_t row) {
+      return std::min(
+          static_cast<std::uint64_t>(std::max<std::int64_t>(row - unit_length + 1, 0)) / 2,
+          seeds[unit].size());
+    };
+    const std::uint64_t first = base_of(first_row);
+    const std::uint64_t end = base_of(row_end);
+    if (first >= end) continue;
+    const std::uint64_t* const undecided = undecided_.data() + unit * undecided_words_;
+    std::uint64_t* const words = seeds[unit].words().data();
+    const std::uint64_t first_word = first / kWordBits;
+    const std::uint64_t last_word = (end - 1) / kWordBits;
+    for (std::uint64_t w = first_word; w <= last_word; ++w) {
+      std::uint64_t others = 0;  // bits of other segments
+      if (w == first_word) others |= ~(~std::uint64_t{0} << (first % kWordBits));
+      if (w == last_word) others |= ~(~std::uint64_t{0} >> (kWordBits - 1 - (end - 1) % kWordBits));
+      words[w] &= undecided[w - first_undecided_word(unit_length)] | others;
     }
   }
 }

@@ -9,14 +9,15 @@
 /// and in the one beside it.
 ///
 /// Every lag that a path of one of the unit lengths may have within its first copy has a lane: from
-/// the first unit length less `most_indels`, or 1 if that is more, to the last one plus
-/// `most_indels`. What is beside the lanes reads as 0, which is sound only because no path that
+/// the first unit length less `max_indels`, or 1 if that is more, to the last one plus
+/// `max_indels`. What is beside the lanes reads as 0, which is sound only because no path that
 /// matters gets there. Rows are whole vectors, so they have some lags more at the upper end, and at
 /// the lower end one where that makes `first_lag` odd.
 ///
 /// What a path needs to persist and how far it may fall grow with the unit length, and so does its
 /// lowest lag. So the caps of a lane are those of the longest unit length whose paths come there.
 
+#include <algorithm>
 #include <array>
 #include <cassert>
 #include <cstddef>
@@ -42,9 +43,9 @@ struct LagWeights {
 struct LagLanes {
   std::uint8_t* gain_cap;
   std::uint8_t* persistence_cap;
-  std::uint8_t* least_gain;         ///< to both sides together
-  std::uint8_t* least_persistence;  ///< to one side
-  std::uint8_t* is_searched;        ///< not 0 for the unit lengths of the rules
+  std::uint8_t* min_gain;         ///< to both sides together
+  std::uint8_t* min_persistence;  ///< to one side
+  std::uint8_t* is_searched;      ///< not 0 for the unit lengths of the rules
 };
 
 /// The last three rows of both tables. Lanes on both sides of a row are 0: they are read, one lane
@@ -88,7 +89,7 @@ class CLagGrid {
   /// Rows are whole vectors of this many lanes.
   static constexpr std::size_t kLaneGrain = 32;
   /// A higher gain to the right is not bounded farther: such a seed is let through. So it bounds
-  /// the score on entry of the other side, and with it `most_indels`. Any value would be sound.
+  /// the score on entry of the other side, and with it `max_indels`. Any value would be sound.
   static constexpr std::uint8_t kHighestGain = 31;
 
   /// The text and the rule must outlive this.
@@ -106,9 +107,18 @@ class CLagGrid {
     return lanes_[static_cast<std::size_t>(parity)];
   }
 
-  /// Makes ready for the rows [first_row, row_end). REQUIRES: they are `rows_per_segment()` at
-  /// most, and begin where the last ones ended, since `leftward_rows()` goes on there.
-  void load_bases(std::int64_t first_row, std::int64_t row_end);
+  /// The text is sieved in segments of `rows_per_segment()` rows, the last one shorter.
+  [[nodiscard]] std::int64_t segment_count() const {
+    return (row_count() + rows_per_segment_ - 1) / rows_per_segment_;
+  }
+  [[nodiscard]] Segment segment(std::int64_t i) const {
+    const std::int64_t first = i * rows_per_segment_;
+    return {static_cast<std::uint64_t>(first / 2),
+            static_cast<std::uint64_t>(std::min(first + rows_per_segment_, row_count()) / 2)};
+  }
+
+  /// Prepares for the rows [first_row, row_end), `rows_per_segment()` at most, of any segment.
+  void load_segment(std::int64_t first_row, std::int64_t row_end);
 
   /// True if the bases loaded have N's that stand for any base.
   [[nodiscard]] bool may_have_neutral_Ns() const { return may_have_neutral_Ns_; }
@@ -118,10 +128,15 @@ class CLagGrid {
   [[nodiscard]] std::int64_t row_ahead(std::int64_t row_end) const {
     return row_end + rows_ahead_ - 1;
   }
+  /// The same on the way to the right: paths to the left from rows from `first_row` on leave their
+  /// first copy after this row.
+  [[nodiscard]] std::int64_t row_before(std::int64_t first_row) const {
+    return std::max<std::int64_t>(first_row - rows_ahead_, 0);
+  }
 
   /// Bases and characters of row `t`, those of higher and of lower positions, by lane. Outside the
-  /// text are letters that match nothing. REQUIRES: the rows are loaded, from `first_row` - 2 up to
-  /// `row_ahead(row_end)`.
+  /// text are letters that match nothing. REQUIRES: the rows are loaded, from
+  /// `row_before(first_row)` - 2 up to `row_ahead(row_end)`.
   [[nodiscard]] const std::uint8_t* higher_bases(std::int64_t t) const {
     const std::int64_t offset = (t + first_lag_ + parity_of(t)) / 2 - first_higher_;
     assert(has_row(higher_bases_, offset));
@@ -133,13 +148,15 @@ class CLagGrid {
     return lower_bases_.data() + offset;
   }
 
-  /// The rows of growth to the right, empty.
+  /// The rows of the extension to the right, empty, and those to the left.
   [[nodiscard]] CLagRows& start_rightward_rows() {
     rightward_rows_.clear();
     return rightward_rows_;
   }
-  /// Those of growth to the left, as the last segment left them.
-  [[nodiscard]] CLagRows& leftward_rows() { return leftward_rows_; }
+  [[nodiscard]] CLagRows& start_leftward_rows() {
+    leftward_rows_.clear();
+    return leftward_rows_;
+  }
 
   /// Room for what is kept of a row of the segment.
   [[nodiscard]] std::uint8_t* kept_row(std::int64_t t) {
@@ -147,18 +164,22 @@ class CLagGrid {
     return kept_.data() + static_cast<std::size_t>(t - first_row_) * lane_count_;
   }
 
-  /// Sets the bits of the seeds that stand in row `t` in those lanes from `first_lane` on whose bit
-  /// is set in `lane_bits`.
-  void set_seeds(std::int64_t t, std::size_t first_lane, const std::uint8_t* lane_bits,
-                 std::size_t lane_count, std::vector<CBitSet>& seeds) const;
+  /// Notes that the seeds of row `t` are undecided in those lanes from `first_lane` on whose bit is
+  /// set in `lane_bits`.
+  void keep_undecided(std::int64_t t, std::size_t first_lane, const std::uint8_t* lane_bits,
+                      std::size_t lane_count);
+
+  /// Clears the bits of the other seeds in the rows [first_row, row_end).
+  void clear_rejected(std::int64_t first_row, std::int64_t row_end,
+                      std::vector<CBitSet>& seeds) const;
 
  private:
   /// True if as many letters as a row has lanes stand from `offset` on.
   [[nodiscard]] bool has_row(const std::vector<std::uint8_t>& letters, std::int64_t offset) const {
     return offset >= 0 && static_cast<std::size_t>(offset) + lane_count_ <= letters.size();
   }
-  [[nodiscard]] std::int64_t most_indels(std::int64_t unit_length) const;
-  [[nodiscard]] std::int64_t least_persistence(std::int64_t unit_length) const;
+  [[nodiscard]] std::int64_t max_indels(std::int64_t unit_length) const;
+  [[nodiscard]] std::int64_t min_persistence(std::int64_t unit_length) const;
   void choose_weights();
   void fill_lanes();
 
@@ -183,6 +204,15 @@ class CLagGrid {
   std::vector<std::uint8_t> lower_bases_;
   bool may_have_neutral_Ns_ = false;
   std::vector<std::uint8_t> kept_;
+
+  /// The first base of a unit length in a segment, in whole words.
+  [[nodiscard]] std::uint64_t first_undecided_word(std::int64_t unit_length) const {
+    return static_cast<std::uint64_t>(std::max<std::int64_t>(first_row_ - unit_length, 0)) / 2 /
+           CBitSet::kWordBits;
+  }
+  /// Undecided seeds of the segment, `undecided_words_` for each unit length.
+  std::vector<std::uint64_t> undecided_;
+  std::size_t undecided_words_ = 0;
 };
 
 }  // namespace quorix

@@ -19,9 +19,7 @@ namespace {
 
 /// Without vector instructions nothing is rejected.
 void sift_segment(CLagGrid& /*grid*/, std::int64_t /*first_row*/, std::int64_t /*row_end*/,
-                  std::vector<CBitSet>& seeds, BoundWork& /*work*/) {
-  for (CBitSet& all : seeds) all.set_range(0, all.size());
-}
+                  std::vector<CBitSet>& /*seeds*/, BoundWork& /*work*/) {}
 
 #else
 
@@ -87,16 +85,15 @@ void keep_row(const CLagGrid& grid, const CLagRows& rows, std::int64_t t, std::u
   const Vector full = hn::Set(d, 255);
   for (std::size_t i = 0; i < grid.lane_count(); i += hn::Lanes(d)) {
     const Vector gain = hn::LoadU(d, rows.gain(0) + i);
-    const auto may_persist = is_at_least(hn::LoadU(d, rows.persistence(0) + i),
-                                         hn::LoadU(d, lanes.least_persistence + i));
+    const auto may_persist =
+        is_at_least(hn::LoadU(d, rows.persistence(0) + i), hn::LoadU(d, lanes.min_persistence + i));
     hn::StoreU(hn::IfThenElse(hn::Or(may_persist, hn::Gt(gain, highest_gain)), full, gain), d,
                kept + i);
   }
 }
 
 /// Joins row `t` of growth to the right, as kept, with `rows`, which stand at its mirror image.
-void join_row(const CLagGrid& grid, const CLagRows& rows, std::int64_t t, const std::uint8_t* kept,
-              std::vector<CBitSet>& seeds) {
+void join_row(CLagGrid& grid, const CLagRows& rows, std::int64_t t, const std::uint8_t* kept) {
   const hn::CappedTag<std::uint8_t, CLagGrid::kLaneGrain> d;
   using Vector = hn::Vec<decltype(d)>;
   const LagLanes& lanes = grid.lanes(CLagGrid::parity_of(t));
@@ -110,14 +107,14 @@ void join_row(const CLagGrid& grid, const CLagRows& rows, std::int64_t t, const 
     const Vector lent = is_half ? hn::AverageRound(right_gain, zero) : right_gain;
     const Vector persistence = hn::SaturatedAdd(hn::LoadU(d, rows.persistence(0) + i), lent);
     const auto is_let_through =
-        hn::Or(is_at_least(gain, hn::LoadU(d, lanes.least_gain + i)),
-               is_at_least(persistence, hn::LoadU(d, lanes.least_persistence + i)));
+        hn::Or(is_at_least(gain, hn::LoadU(d, lanes.min_gain + i)),
+               is_at_least(persistence, hn::LoadU(d, lanes.min_persistence + i)));
     const auto searched = hn::Ne(hn::LoadU(d, lanes.is_searched + i), zero);
     const auto found = hn::And(is_let_through, searched);
     if (hn::AllFalse(d, found)) continue;
     std::uint8_t bits[HWY_MAX_BYTES / 8 + 8] = {};
     hn::StoreMaskBits(d, found, bits);
-    grid.set_seeds(t, i, bits, hn::Lanes(d), seeds);
+    grid.keep_undecided(t, i, bits, hn::Lanes(d));
   }
 }
 
@@ -132,13 +129,14 @@ void sift_rows(CLagGrid& grid, std::int64_t first_row, std::int64_t row_end,
     ++work.rows;
     if (t < row_end) keep_row(grid, right, t, grid.kept_row(t));
   }
-  CLagRows& left = grid.leftward_rows();
-  for (std::int64_t t = first_row; t < row_end; ++t) {
+  CLagRows& left = grid.start_leftward_rows();
+  for (std::int64_t t = grid.row_before(first_row); t < row_end; ++t) {
     left.advance();
     fill_row<kMayHaveNs, false>(grid, left, t - 2);
     ++work.rows;
-    join_row(grid, left, t, grid.kept_row(t), seeds);
+    if (t >= first_row) join_row(grid, left, t, grid.kept_row(t));
   }
+  grid.clear_rejected(first_row, row_end, seeds);
   work.tables += 2;
   work.cells += (work.rows - rows_before) * grid.lane_count();
 }
@@ -168,15 +166,25 @@ HWY_EXPORT(sift_segment);
 
 }  // namespace
 
-BoundWork find_lag_seeds(const char* text, std::uint64_t length, const LagRule& rule,
-                         std::vector<CBitSet>& seeds) {
-  CLagGrid grid(text, length, rule);
+BoundWork sift_by_lags(CLagGrid& workspace, const Segment& segment, std::vector<CBitSet>& seeds) {
+  // A row is twice the base in the middle of its seeds.
+  const auto first_row = static_cast<std::int64_t>(2 * segment.first);
+  const auto row_end = static_cast<std::int64_t>(2 * segment.end);
   BoundWork work;
-  for (std::int64_t first_row = 0; first_row < grid.row_count();
-       first_row += grid.rows_per_segment()) {
-    const std::int64_t row_end = std::min(first_row + grid.rows_per_segment(), grid.row_count());
-    grid.load_bases(first_row, row_end);
-    HWY_DYNAMIC_DISPATCH(sift_segment)(grid, first_row, row_end, seeds, work);
+  workspace.load_segment(first_row, row_end);
+  HWY_DYNAMIC_DISPATCH(sift_segment)(workspace, first_row, row_end, seeds, work);
+  return work;
+}
+
+BoundWork sift_text_by_lags(const char* text, std::uint64_t length, const LagRule& rule,
+                            std::vector<CBitSet>& seeds) {
+  CLagGrid workspace(text, length, rule);
+  BoundWork work;
+  for (std::int64_t i = 0; i < workspace.segment_count(); ++i) {
+    const BoundWork done = sift_by_lags(workspace, workspace.segment(i), seeds);
+    work.tables += done.tables;
+    work.rows += done.rows;
+    work.cells += done.cells;
   }
   return work;
 }

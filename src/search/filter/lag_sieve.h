@@ -29,12 +29,12 @@
 ///    mismatch or deletion. With v insertions, an edit leaves a score above -L, so (q + 1) u + g v
 ///    <= S + 2 L - 1: each of the u costs a match as well. The persistence is r L - (r + c) u - c
 ///    v, so it is least if all edits are of one kind, and with S = 0 at least r L - max((r + c) (2
-///    L - 1) / (q + 1), c (2 L - 1) / g), see `least_persistence`. S takes away S max((r + c) / (q
+///    L - 1) / (q + 1), c (2 L - 1) / g), see `min_persistence`. S takes away S max((r + c) / (q
 ///    + 1), c / g) more, which is S at most, or half of S if `is_half_enough`; that much, rounded
 ///    up, is lent to the left side.
 /// 2. The best score to the right bounds S, and a higher gain than `kHighestGain` is let through,
 ///    so S is that at most. Hence g times the indels is S + 2 L - 1 at most, and lags farther than
-///    that many indels from L are never used, see `most_indels`. The grid has all lags of its unit
+///    that many indels from L are never used, see `max_indels`. The grid has all lags of its unit
 ///    lengths but those below 1: within a copy, a base lies after its character. Beside its lanes
 ///    all values are 0, which is what a path has that ends there. So a lag without a lane cuts
 ///    paths off, and must not be one of those.
@@ -49,8 +49,9 @@
 ///    or more and c no more than a penalty, so by 3 the seed persists. For the same reason a
 ///    penalty above 255 may count as 255. A minimum score above 255 counts as 255, too, which lets
 ///    more through.
-/// 5. The rows beyond the last seed of a segment are filled as far as its copy and insertions
-///    reach: 2 L + `most_indels` rows. To the left they go on from segment to segment.
+/// 5. Beyond the seeds of a segment, rows are filled on either side as far as their copies and
+///    insertions reach: 2 L + `max_indels` rows. So no segment needs another one, but how many
+///    paths a seed sees beyond that depends on where its segment lies: borders are fixed.
 ///
 /// N's that are neutral are rewarded as matches in the persistence, which only raises it.
 ///
@@ -64,6 +65,7 @@
 #include "search/bits/bit_set.h"
 #include "search/filter/bound_work.h"
 #include "search/filter/filter_plan.h"
+#include "search/filter/sieve.h"
 
 namespace quorix {
 
@@ -78,12 +80,16 @@ struct LagRule {
   }
 };
 
-/// Sets in `seeds[i]` the bit of each base p of [text, text + length), 0-based, at which a unit of
-/// length `first_unit_length + i` may seed a repeat of the minimum score. Bits of units with an N
-/// mean nothing. `seeds[i]` has to have a bit for each p with a base after the unit; a minimum
-/// score of 0 or less sets them all. REQUIRES: last unit length < length.
-/// Returns the work done, with one table for each direction and segment. Throws: std::bad_alloc.
-BoundWork find_lag_seeds(const char* text, std::uint64_t length, const LagRule& rule,
-                         std::vector<CBitSet>& seeds);
+class CLagGrid;
+
+/// Clears in `seeds[i]` the bits of the segment's seeds of length `first_unit_length` + i that
+/// cannot extend into a repeat of their minimum score, see search/filter/sieve.h. The workspace has
+/// text and rule. REQUIRES: the segment is one of its `segment(i)`, last unit length < length.
+/// Returns the work done, with one table for each direction.
+BoundWork sift_by_lags(CLagGrid& workspace, const Segment& segment, std::vector<CBitSet>& seeds);
+
+/// The same for all segments of [text, text + length). Throws: std::bad_alloc.
+BoundWork sift_text_by_lags(const char* text, std::uint64_t length, const LagRule& rule,
+                            std::vector<CBitSet>& seeds);
 
 }  // namespace quorix

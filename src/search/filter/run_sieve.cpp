@@ -25,32 +25,49 @@ std::uint64_t run_starts(const std::vector<std::uint64_t>& words, std::size_t w,
   return starts;
 }
 
-/// Calls `visit(first, last)` for the maximal runs [first, last) of at least `least` set bits that
-/// begin at a bit of `candidates(w)`, for each word w in ascending order.
+/// Calls `visit(first, last)` for the maximal runs [first, last) of at least `min_length` set bits
+/// with `starts.first` <= first < `starts.end` that begin at a bit of `candidates(w)`, for each
+/// word w in ascending order.
 template <class Candidates, class Visit>
-RunWork for_each_run(const CBitSet& bits, std::uint64_t least, Candidates candidates,
-                     const Visit& visit) {
-  assert(least >= 1);
+RunWork for_each_run(const CBitSet& bits, std::uint64_t min_length, const Segment& starts,
+                     Candidates candidates, const Visit& visit) {
+  assert(min_length >= 1 && starts.first < starts.end);
   RunWork work;
   const std::vector<std::uint64_t>& words = bits.words();
-  const std::uint64_t sieved = std::min(least, kWordBits);
-  std::uint64_t before = 0;
-  for (std::size_t w = 0; w + 1 < words.size(); ++w) {
-    const std::uint64_t first_bits = words[w] & ~(words[w] << 1U | before >> (kWordBits - 1));
+  const std::uint64_t sieved = std::min(min_length, kWordBits);
+  const std::size_t first_word = starts.first / kWordBits;
+  const std::size_t last_word = (starts.end - 1) / kWordBits;
+  std::uint64_t before = first_word == 0 ? 0 : words[first_word - 1];
+  for (std::size_t w = first_word; w <= last_word; ++w) {
+    std::uint64_t first_bits = words[w] & ~(words[w] << 1U | before >> (kWordBits - 1));
     before = words[w];
-    std::uint64_t starts = candidates(w);
-    if ((first_bits & starts) == 0) continue;
-    starts &= first_bits & run_starts(words, w, sieved);
+    if (w == first_word) first_bits &= ~std::uint64_t{0} << (starts.first % kWordBits);
+    if (w == last_word) {
+      first_bits &= ~std::uint64_t{0} >> (kWordBits - 1 - (starts.end - 1) % kWordBits);
+    }
+    std::uint64_t run_bits = candidates(w);
+    if ((first_bits & run_bits) == 0) continue;
+    run_bits &= first_bits & run_starts(words, w, sieved);
     ++work.words;
-    for (; starts != 0; starts &= starts - 1) {
+    for (; run_bits != 0; run_bits &= run_bits - 1) {
       ++work.runs;
       const std::uint64_t first =
-          w * kWordBits + static_cast<std::uint64_t>(std::countr_zero(starts));
+          w * kWordBits + static_cast<std::uint64_t>(std::countr_zero(run_bits));
       const std::uint64_t last = bits.find_clear(first);
-      if (last - first >= least) visit(first, last);
+      if (last - first >= min_length) visit(first, last);
     }
   }
   return work;
+}
+
+/// Where the run of set bits begins that ends at or after `position`; `position` if there is none.
+std::uint64_t run_start_at(const CBitSet& bits, std::uint64_t position) {
+  while (position > 0) {
+    const auto ones = static_cast<std::uint64_t>(bits.ones_down_from(position - 1));
+    position -= ones;
+    if (ones < kWordBits) break;
+  }
+  return position;
 }
 
 /// Tells where a run may begin that a run one edit away makes long enough, or that is long enough
@@ -64,22 +81,24 @@ RunWork for_each_run(const CBitSet& bits, std::uint64_t least, Candidates candid
 /// three neighbouring words, so `half_` and `near_` + 1 are less than 64.
 class CNearRuns {
  public:
-  CNearRuns(const CNeighbourLags& lags, const RunRule& rule)
+  CNearRuns(const CNeighbourLags& lags, const RunRule& rule, std::size_t first_word)
       : lags_(lags),
+        first_word_(first_word),
         unit_length_(static_cast<std::uint64_t>(rule.unit_length)),
         half_(static_cast<std::uint64_t>((rule.chained_runs + 1) / 2)),
         near_(static_cast<std::uint64_t>(rule.near_run())),
-        here_(long_runs(0)),
-        behind_(long_runs(1)) {
+        before_(first_word == 0 ? 0 : long_runs(first_word - 1)),
+        here_(long_runs(first_word)),
+        after_(long_runs(first_word + 1)) {
     assert(1 <= near_ && near_ <= half_ && half_ < kWordBits - 1 && near_ < unit_length_);
   }
 
   /// For each word in turn.
   std::uint64_t operator()(std::size_t w) {
-    if (w > 0) {
+    if (w > first_word_) {
       before_ = here_;
-      here_ = behind_;
-      behind_ = long_runs(w + 1);
+      here_ = after_;
+      after_ = long_runs(w + 1);
     }
     const std::uint64_t first = w * kWordBits;
     if (lags_.is_N_wild() && lags_.planes().has_N_near(first - std::min(first, unit_length_),
@@ -89,8 +108,7 @@ class CNearRuns {
     // A run to the left ends one or two bases before; one to the right begins up to a base behind
     // the end of a short run.
     std::uint64_t candidates = here_;
-    for (std::uint64_t i = 1; i <= half_; ++i)
-      candidates |= here_ >> i | behind_ << (kWordBits - i);
+    for (std::uint64_t i = 1; i <= half_; ++i) candidates |= here_ >> i | after_ << (kWordBits - i);
     for (std::uint64_t i = 1; i <= near_ + 1; ++i)
       candidates |= here_ << i | before_ >> (kWordBits - i);
     return candidates;
@@ -106,12 +124,13 @@ class CNearRuns {
   }
 
   const CNeighbourLags& lags_;
+  std::size_t first_word_;
   std::uint64_t unit_length_;
   std::uint64_t half_;
   std::uint64_t near_;
-  std::uint64_t before_ = 0;
+  std::uint64_t before_;
   std::uint64_t here_;
-  std::uint64_t behind_;
+  std::uint64_t after_;
 };
 
 /// True if a run one edit away from [first, last) is long enough, see `RunRule::chained_runs`.
@@ -155,24 +174,37 @@ void CNeighbourLags::move_to(std::uint64_t lag, bool needs_neighbours) {
   make(lag + 1);
 }
 
-RunWork find_run_seeds(const CNeighbourLags& lags, const RunRule& rule, CBitSet& seeds) {
+RunWork sift_by_runs(const CNeighbourLags& lags, const RunRule& rule, const Segment& segment,
+                     CBitSet& seeds) {
   const auto unit_length = static_cast<std::uint64_t>(rule.unit_length);
   const auto min_run = static_cast<std::uint64_t>(rule.min_run);
+  // At the end of the text there is no base after the last unit.
+  const std::uint64_t seed_end = std::min(segment.end, seeds.size());
   assert(seeds.size() + unit_length == lags.at().size());
-  const auto set_seeds = [&](std::uint64_t first, std::uint64_t last) {
-    const bool is_let_through =
+  if (segment.first >= seed_end) return {};
+  std::uint64_t decided = segment.first;  // seeds before this one have their verdict
+  const auto keep_seeds = [&](std::uint64_t first, std::uint64_t last) {
+    const bool is_undecided =
         static_cast<std::int64_t>(last - first) >= rule.sure_run ||
         (lags.is_N_wild() && lags.planes().has_N_near(first - unit_length, last)) ||
         has_chained_run(lags, rule, first, last);
-    if (!is_let_through) return;
-    // At the end of the text there is no base behind the last unit.
-    seeds.set_range(first - unit_length, std::min(last - unit_length + 1, seeds.size()));
+    if (!is_undecided) return;
+    seeds.clear_range(decided, std::max(first - unit_length, decided));
+    decided = std::min(last - unit_length + 1, seed_end);
   };
+  // A run is that of the seeds whose boundary it touches.
+  const Segment starts{run_start_at(lags.at(), segment.first + unit_length),
+                       seed_end + unit_length};
+  RunWork work;
   if (rule.near_run() > 0) {
-    return for_each_run(lags.at(), min_run, CNearRuns(lags, rule), set_seeds);
+    work = for_each_run(lags.at(), min_run, starts, CNearRuns(lags, rule, starts.first / kWordBits),
+                        keep_seeds);
+  } else {
+    work = for_each_run(
+        lags.at(), min_run, starts, [](std::size_t) { return ~std::uint64_t{0}; }, keep_seeds);
   }
-  return for_each_run(
-      lags.at(), min_run, [](std::size_t) { return ~std::uint64_t{0}; }, set_seeds);
+  seeds.clear_range(decided, seed_end);
+  return work;
 }
 
 }  // namespace quorix

@@ -35,6 +35,7 @@
 #include "search/bits/base_planes.h"
 #include "search/bits/bit_set.h"
 #include "search/filter/filter_plan.h"
+#include "search/filter/sieve.h"
 
 namespace quorix {
 
@@ -75,10 +76,11 @@ struct RunWork {
   std::uint64_t runs = 0;   ///< that were looked at, those that are too short included
 };
 
-/// Sets in `seeds` the bit of each base p whose seed `rule` lets through. `lags` stands at the
-/// unit length, with its neighbours if some runs are neither sure nor too short.
-/// REQUIRES: rule.min_run >= 1, seeds.size() is the length of the text less the unit length.
-/// Returns the work done.
-RunWork find_run_seeds(const CNeighbourLags& lags, const RunRule& rule, CBitSet& seeds);
+/// Clears in `seeds` the bits of the segment's seeds that `rule` rejects, see
+/// search/filter/sieve.h. `lags` is at the unit length, with its neighbours if some runs are
+/// neither sure nor too short. REQUIRES: rule.min_run >= 1, seeds.size() is the length of the text
+/// less the unit length. Returns the work done.
+RunWork sift_by_runs(const CNeighbourLags& lags, const RunRule& rule, const Segment& segment,
+                     CBitSet& seeds);
 
 }  // namespace quorix

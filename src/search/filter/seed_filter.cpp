@@ -33,10 +33,10 @@ CSeedFilter::CSeedFilter(const char* text, std::uint64_t length, const CFilterPl
   scored_text_.scoring.is_N_neutral = plan.scoring().is_N_neutral && planes_.has_Ns();
 }
 
-void CSeedFilter::find_run_seeds_of_unit() {
+void CSeedFilter::sift_unit_by_runs() {
   const RunRule& rule = unit_.run_rule;
   lags_.move_to(static_cast<std::uint64_t>(rule.unit_length), rule.min_run < rule.sure_run);
-  const RunWork done = find_run_seeds(lags_, rule, seeds_);
+  const RunWork done = sift_by_runs(lags_, rule, {0, planes_.length()}, seeds_);
   work_.runs.words += done.words;
   work_.runs.runs += done.runs;
 }
@@ -49,10 +49,10 @@ const CBitSet& CSeedFilter::lag_seeds() {
     lag_seeds_.clear();
     for (std::int64_t u = unit_length; u <= plan_.last_lag_unit(unit_length, text_length()); ++u) {
       rule.min_scores.push_back(plan_.min_score(u));
-      lag_seeds_.emplace_back(static_cast<std::uint64_t>(text_length() - u));
+      lag_seeds_.emplace_back().reset_to_set(static_cast<std::uint64_t>(text_length() - u));
     }
     first_lag_unit_ = unit_length;
-    const BoundWork done = find_lag_seeds(text_, planes_.length(), rule, lag_seeds_);
+    const BoundWork done = sift_text_by_lags(text_, planes_.length(), rule, lag_seeds_);
     work_.lags.tables += done.tables;
     work_.lags.rows += done.rows;
     work_.lags.cells += done.cells;
@@ -71,13 +71,11 @@ const CBitSet& CSeedFilter::seeds(std::uint64_t unit_length) {
     return *last_seeds_;
   }
   last_seeds_ = &seeds_;
-  seeds_.reset(planes_.length() - unit_length);
-  if (unit_.sieve == Sieve::kRuns) {
-    find_run_seeds_of_unit();
-    return seeds_;
+  seeds_.reset_to_set(planes_.length() - unit_length);
+  if (unit_.sieve == Sieve::kRuns) sift_unit_by_runs();
+  if (unit_.sieve == Sieve::kChains) {
+    sift_by_chains(planes_, unit_.chain_rule, {0, planes_.length()}, seeds_);
   }
-  seeds_.set_range(0, seeds_.size());
-  if (unit_.sieve == Sieve::kChains) sift_by_chains(planes_, unit_.chain_rule, seeds_);
   return seeds_;
 }
 

@@ -99,7 +99,7 @@ class CSeedFilter {
   [[nodiscard]] std::int64_t text_length() const {
     return static_cast<std::int64_t>(planes_.length());
   }
-  void find_run_seeds_of_unit();
+  void sift_unit_by_runs();
   /// The seeds of the unit length, with those of the ones after it that the plan adds.
   const CBitSet& lag_seeds();
   [[nodiscard]] SeedQuestion question(std::uint64_t p, std::uint64_t asked) const {

@@ -78,12 +78,12 @@ class CPlainLagBound {
     for (std::int64_t unit = first_unit_; unit <= last_unit_; ++unit) {
       seeds.emplace_back(static_cast<std::size_t>(length() - unit));
     }
-    const CPlainTables left = leftward_tables();
     for (std::int64_t first_row = 0; first_row < grid_.row_count();
          first_row += grid_.rows_per_segment()) {
       const std::int64_t row_end =
           std::min(first_row + grid_.rows_per_segment(), grid_.row_count());
       const CPlainTables right = rightward_tables(first_row, grid_.row_ahead(row_end));
+      const CPlainTables left = leftward_tables(grid_.row_before(first_row) - 2, row_end);
       for (std::int64_t unit = first_unit_; unit <= last_unit_; ++unit) {
         for (std::int64_t p = 0; p + unit < length(); ++p) {
           const std::int64_t row = 2 * p + unit;
@@ -150,14 +150,14 @@ class CPlainLagBound {
     return tables;
   }
 
-  /// Growth to the left, from all rows.
-  [[nodiscard]] CPlainTables leftward_tables() const {
+  /// The extension to the left, from the rows [first_row, row_end); those before have nothing.
+  [[nodiscard]] CPlainTables leftward_tables(std::int64_t first_row, std::int64_t row_end) const {
     const std::int64_t last_lag = first_lag_ + lag_count_ - 1;
-    const std::int64_t base_end = length() + last_lag;
-    CPlainTables tables(-2, base_end, first_lag_, lag_count_);
-    for (std::int64_t c = -2; c < base_end; ++c) {
+    const std::int64_t base_end = (row_end + last_lag) / 2 + 1;
+    CPlainTables tables(first_row / 2 - 2, base_end, first_lag_, lag_count_);
+    for (std::int64_t c = first_row / 2; c < base_end; ++c) {
       for (std::int64_t lag = last_lag; lag >= first_lag_; --lag) {
-        if (2 * c - lag < -2) continue;
+        if (2 * c - lag < first_row || 2 * c - lag >= row_end) continue;
         fill(tables, c, lag, false, tables.gain(c - 1, lag),
              std::max(tables.gain(c, lag + 1), tables.gain(c - 1, lag - 1)),
              tables.persistence(c - 1, lag),
@@ -170,14 +170,14 @@ class CPlainLagBound {
   [[nodiscard]] bool may_seed(const CPlainTables& right, const CPlainTables& left, std::int64_t p,
                               std::int64_t unit) const {
     const std::int64_t right_gain = right.gain(p + unit, unit);
-    const std::int64_t least_persistence = lanes(unit).least_persistence[lane(unit)];
+    const std::int64_t min_persistence = lanes(unit).min_persistence[lane(unit)];
     if (right_gain > CLagGrid::kHighestGain) return true;
-    if (right.persistence(p + unit, unit) >= least_persistence) return true;
-    if (right_gain + left.gain(p + unit - 1, unit) >= lanes(unit).least_gain[lane(unit)]) {
+    if (right.persistence(p + unit, unit) >= min_persistence) return true;
+    if (right_gain + left.gain(p + unit - 1, unit) >= lanes(unit).min_gain[lane(unit)]) {
       return true;
     }
     const std::int64_t lent = grid_.weights().is_half_enough ? (right_gain + 1) / 2 : right_gain;
-    return left.persistence(p + unit - 1, unit) + lent >= least_persistence;
+    return left.persistence(p + unit - 1, unit) + lent >= min_persistence;
   }
 
   const std::string& text_;

@@ -102,7 +102,7 @@ TEST_F(SearchWork, of_long_units) {
               "memo:\n"
               "paths:\n",
               "runs:\n"
-              "lag bound: tables 8, rows 26972, cells 7767936\n"
+              "lag bound: tables 6, rows 27912, cells 8038656\n"
               "asked: groups 235, batches 167, singles 6\n"
               "group bound: tables 470, rows 133584\n"
               "batch bound: tables 364, rows 76841, cells 2157892\n"
@@ -117,16 +117,16 @@ TEST_F(SearchWork, of_long_units_beside_an_array_of_short_ones) {
   text += draw_letters(engine, 700, "ACGT");
   search_units_from_to(120, 360);
   expect_work(text, search_imperfect,
-              "search: seeds 79255\n"
+              "search: seeds 72822\n"
               "look-ahead:\n"
               "memo:\n"
               "paths:\n",
               "runs:\n"
-              "lag bound: tables 4, rows 12094, cells 3096064\n"
-              "asked: groups 1399, batches 114, singles 25\n"
-              "group bound: tables 2798, rows 865473\n"
-              "batch bound: tables 230, rows 28760, cells 622722\n"
-              "score bound: tables 50, rows 5799, cells 371136\n");
+              "lag bound: tables 4, rows 12941, cells 3312896\n"
+              "asked: groups 1290, batches 120, singles 14\n"
+              "group bound: tables 2580, rows 797823\n"
+              "batch bound: tables 240, rows 33188, cells 847123\n"
+              "score bound: tables 28, rows 6036, cells 614528\n");
 }
 
 TEST_F(SearchWork, of_units_too_long_for_the_lag_bound) {
@@ -138,7 +138,7 @@ TEST_F(SearchWork, of_units_too_long_for_the_lag_bound) {
       "memo:\n"
       "paths:\n",
       "runs:\n"
-      "lag bound: tables 4, rows 14726, cells 4241088\n"
+      "lag bound: tables 2, rows 12969, cells 3735072\n"
       "asked: groups 31, singles 1\n"
       "group bound: tables 62, rows 35137\n"
       "batch bound:\n"

@@ -135,5 +135,24 @@ TEST(BitSet, is_clear_again_after_a_reset) {
   }
 }
 
+TEST(BitSet, sets_all_bits_and_clears_ranges) {
+  for (const std::uint64_t size : std::vector<std::uint64_t>{0, 1, 63, 64, 65, 127, 128, 200}) {
+    CBitSet bits(500);
+    for (std::uint64_t first = 0; first <= size; ++first) {
+      for (std::uint64_t last = first; last <= size; ++last) {
+        bits.reset_to_set(size);
+        CBitSet expected(size);
+        expected.set_range(0, size);
+        ASSERT_EQ(bits.words(), expected.words()) << size;
+        bits.clear_range(first, last);
+        expected.reset(size);
+        expected.set_range(0, first);
+        expected.set_range(last, size);
+        ASSERT_EQ(bits.words(), expected.words()) << first << " to " << last << " of " << size;
+      }
+    }
+  }
+}
+
 }  // namespace
 }  // namespace quorix::testing

@@ -113,7 +113,7 @@ struct Tally {
 
 CBitSet sifted(const std::string& text, const ChainRule& rule, CBitSet seeds) {
   const CBases bases(text);
-  sift_by_chains(CBasePlanes(bases.begin(), text.size()), rule, seeds);
+  sift_by_chains(CBasePlanes(bases.begin(), text.size()), rule, {0, text.size()}, seeds);
   return seeds;
 }
 
@@ -214,6 +214,29 @@ TEST(ChainBound, says_the_same_without_vectors) {
     const CBitSet expected = sifted(text, rule, all_seeds(text, rule));
     with_no_vectors(
         [&] { EXPECT_EQ(sifted(text, rule, all_seeds(text, rule)).words(), expected.words()); });
+  }
+}
+
+TEST(ChainBound, rejects_the_same_seeds_however_a_text_is_split) {
+  RandomEngine engine(35);
+  for (int round = 0; round < 40; ++round) {
+    const ChainRule rule = draw_rule(engine);
+    const std::string text = draw_text(engine, rule.unit_length, 3000);
+    const CBases bases(text);
+    const CBasePlanes planes(bases.begin(), text.size());
+    const CBitSet whole = sifted(text, rule, all_seeds(text, rule));
+    CBitSet parts = all_seeds(text, rule);
+    for (std::uint64_t first = 0; first < text.size();) {
+      const std::uint64_t end = first + draw_between(engine, 1, draw_chance(engine, 50) ? 700 : 70);
+      CBitSet part = all_seeds(text, rule);
+      sift_by_chains(planes, rule, {first, end}, part);
+      sift_by_chains(planes, rule, {first, end}, parts);
+      for (std::uint64_t p = 0; p < part.size(); ++p) {
+        ASSERT_EQ(part.test(p), p < first || p >= end || whole.test(p)) << p;
+      }
+      first = end;
+    }
+    EXPECT_EQ(parts.words(), whole.words());
   }
 }
 

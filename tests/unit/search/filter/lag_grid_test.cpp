@@ -73,7 +73,7 @@ TEST(LagGrid, demands_no_more_than_a_living_path_has) {
       const CLagGrid grid(text.data(), text.size(), rules);
       const LagLanes& lanes = grid.lanes(1 - unit_length % 2);
       const std::size_t lane = searched_lane(lanes);
-      const std::int64_t demanded = lanes.least_persistence[lane];
+      const std::int64_t demanded = lanes.min_persistence[lane];
       const std::int64_t cap = lanes.persistence_cap[lane];
       for (std::int64_t score = 0; score <= CLagGrid::kHighestGain; ++score) {
         const PathExtremes path = try_edits(unit_length, score, penalties, grid.weights());
@@ -92,7 +92,7 @@ TEST(LagGrid, demands_no_more_than_a_living_path_has) {
         EXPECT_GT(demanded, 0) << unit_length << " penalties " << penalties.mismatch;
       }
       EXPECT_EQ(lanes.gain_cap[lane], std::min<std::int64_t>(unit_length, 255));
-      EXPECT_EQ(lanes.least_gain[lane], 20);
+      EXPECT_EQ(lanes.min_gain[lane], 20);
     }
   }
 }
@@ -182,9 +182,10 @@ TEST(LagGrid, lays_the_bases_out_by_rows_and_lanes) {
     ASSERT_EQ(grid.row_count(), 2 * static_cast<std::int64_t>(text.size()));
     for (const std::int64_t first_row : {0, 1, 100, 101}) {
       const std::int64_t row_end = first_row + 60;
-      grid.load_bases(first_row, row_end);
+      grid.load_segment(first_row, row_end);
       EXPECT_FALSE(grid.may_have_neutral_Ns());
-      for (std::int64_t row = first_row - 2; row <= grid.row_ahead(row_end); ++row) {
+      for (std::int64_t row = grid.row_before(first_row) - 2; row <= grid.row_ahead(row_end);
+           ++row) {
         ASSERT_NO_FATAL_FAILURE(expect_letters_of_row(grid, text, row, first_lag)) << row;
       }
     }
@@ -233,10 +234,10 @@ TEST(LagGrid, notices_neutral_Ns) {
   std::string text(40, 'A');
   text[20] = 'N';
   CLagGrid grid(text.data(), text.size(), rules);
-  grid.load_bases(0, grid.row_count());
+  grid.load_segment(0, grid.row_count());
   EXPECT_TRUE(grid.may_have_neutral_Ns());
   rules.scoring.is_N_neutral = false;
-  grid.load_bases(0, grid.row_count());
+  grid.load_segment(0, grid.row_count());
   EXPECT_FALSE(grid.may_have_neutral_Ns());
 }
 

@@ -36,8 +36,8 @@ void expect_seeds_of(const std::string& text, const LagRule& rules, Tally& tally
   const CBases bases(text);
   for_each_vector_target([&](const char* target) {
     std::vector<CBitSet> seeds;
-    for (const std::vector<bool>& bits : expected) seeds.emplace_back(bits.size());
-    find_lag_seeds(bases.begin(), text.size(), rules, seeds);
+    for (const std::vector<bool>& bits : expected) seeds.emplace_back().reset_to_set(bits.size());
+    sift_text_by_lags(bases.begin(), text.size(), rules, seeds);
     for (std::size_t i = 0; i < seeds.size(); ++i) {
       for (std::size_t p = 0; p < expected[i].size(); ++p) {
         ASSERT_EQ(seeds[i].test(p), expected[i][p])
@@ -128,6 +128,42 @@ TEST(LagBound, joins_the_segments_of_long_texts) {
   EXPECT_GT(tally.refuted, 100'000);
 }
 
+// So they can be taken by several threads, each with a workspace of its own.
+TEST(LagBound, sieves_segments_in_any_order) {
+  RandomEngine engine(13);
+  std::string text;
+  while (text.size() < 40'000) {
+    text += draw_letters(engine, draw_between(engine, 1, 300), "ACGT");
+    text += draw_array(engine, draw_between(engine, 1, 500), 120, 6);
+    if (draw_chance(engine, 5)) text += std::string(draw_between(engine, 1, 200), 'N');
+  }
+  const LagRule rule = rules_for(95, 140, 6, 6, true);
+  std::vector<CBitSet> whole;
+  for (std::int64_t u = rule.first_unit_length; u <= rule.last_unit_length(); ++u) {
+    whole.emplace_back().reset_to_set(text.size() - static_cast<std::size_t>(u));
+  }
+  std::vector<CBitSet> parts = whole;
+  std::vector<CBitSet> some = whole;
+  sift_text_by_lags(text.data(), text.size(), rule, whole);
+  CLagGrid workspaces[] = {{text.data(), text.size(), rule}, {text.data(), text.size(), rule}};
+  const std::int64_t count = workspaces[0].segment_count();
+  ASSERT_GT(count, 3);
+  for (std::int64_t i = count - 1; i >= 0; --i) {
+    sift_by_lags(workspaces[i % 2], workspaces[0].segment(i), parts);
+  }
+  const Segment second = workspaces[0].segment(1);
+  sift_by_lags(workspaces[0], second, some);
+  for (std::size_t i = 0; i < whole.size(); ++i) {
+    ASSERT_EQ(parts[i].words(), whole[i].words()) << "unit " << 95 + i;
+    for (std::uint64_t p = 0; p < some[i].size(); ++p) {
+      const std::uint64_t middle = p + (95 + i) / 2;
+      const bool is_inside = second.first <= middle && middle < second.end;
+      ASSERT_EQ(some[i].test(p), !is_inside || whole[i].test(p))
+          << "unit " << 95 + i << " at " << p;
+    }
+  }
+}
+
 /// Puts a unit and what follows it at every place where growth begins near the end of a segment,
 /// and expects the bound to let it grow.
 void expect_seeds_near_segment_end(const std::string& unit, const std::string& copies,
@@ -142,8 +178,9 @@ void expect_seeds_near_segment_end(const std::string& unit, const std::string& c
     text.replace(place, unit.size() + copies.size(), unit + copies);
     const CBases bases(text);
     for_each_vector_target([&](const char* target) {
-      std::vector<CBitSet> seeds(1, CBitSet(text.size() - unit.size()));
-      find_lag_seeds(bases.begin(), text.size(), rules, seeds);
+      std::vector<CBitSet> seeds(1);
+      seeds[0].reset_to_set(text.size() - unit.size());
+      sift_text_by_lags(bases.begin(), text.size(), rules, seeds);
       EXPECT_TRUE(seeds[0].test(place)) << target << " base " << place;
     });
   }
@@ -155,16 +192,16 @@ TEST(LagBound, looks_beyond_a_segment_as_far_as_a_copy_goes) {
   const LagRule rules{kUnit, {kScore}, {6, 6, false}};
   RandomEngine engine(11);
   const std::string unit = draw_letters(engine, kUnit, "CGT");
-  const auto worn_copy = [&](std::size_t mismatches, std::size_t distance) {
+  const auto diverged_copy = [&](std::size_t mismatches, std::size_t distance) {
     std::string copy = unit;
     for (std::size_t i = 0; i < mismatches; ++i) copy[distance * i + distance - 1] = 'A';
     return copy;
   };
   // A copy that pays for its mismatches in its last third alone: 118 matches, 12 mismatches.
-  expect_seeds_near_segment_end(unit, worn_copy(12, 7), rules);
+  expect_seeds_near_segment_end(unit, diverged_copy(12, 7), rules);
   // One that lives on, for its last third alone, and a copy that pays for it: 100 + 130 matches, 30
   // mismatches.
-  expect_seeds_near_segment_end(unit, worn_copy(30, 3) + unit, rules);
+  expect_seeds_near_segment_end(unit, diverged_copy(30, 3) + unit, rules);
 }
 
 /// Three copies of a unit, of which the second one begins with so many mismatches that its own
@@ -189,11 +226,12 @@ TEST(LagBound, lets_long_units_pay_for_edits_beyond_a_byte) {
     const std::string mirrored(text.rbegin(), text.rend());
     const LagRule rules = rules_for(unit_length, unit_length, one.penalty, one.penalty, true);
     for_each_vector_target([&](const char* target) {
-      std::vector<CBitSet> seeds(1, CBitSet(text.size() - unit_length));
-      find_lag_seeds(text.data(), text.size(), rules, seeds);
+      std::vector<CBitSet> seeds(1);
+      seeds[0].reset_to_set(text.size() - unit_length);
+      sift_text_by_lags(text.data(), text.size(), rules, seeds);
       EXPECT_TRUE(seeds[0].test(0)) << target << " unit " << unit_length;
-      seeds[0].reset(text.size() - unit_length);
-      find_lag_seeds(mirrored.data(), mirrored.size(), rules, seeds);
+      seeds[0].reset_to_set(text.size() - unit_length);
+      sift_text_by_lags(mirrored.data(), mirrored.size(), rules, seeds);
       EXPECT_TRUE(seeds[0].test(text.size() - unit_length - 1)) << target;
     });
   }
@@ -257,8 +295,9 @@ TEST(LagBound, rejects_no_seed_with_a_path_of_the_minimum_score) {
     }
     for (const std::int64_t min_score : std::set<std::int64_t>(scores.begin(), scores.end())) {
       rules.min_scores[0] = std::max<std::int64_t>(min_score, 1);
-      std::vector<CBitSet> seeds(1, CBitSet(seed_count));
-      find_lag_seeds(text.data(), text.size(), rules, seeds);
+      std::vector<CBitSet> seeds(1);
+      seeds[0].reset_to_set(seed_count);
+      sift_text_by_lags(text.data(), text.size(), rules, seeds);
       for (std::size_t p = 0; p < seed_count; ++p) {
         if (!seeds[0].test(p)) ++rejected;
         if (scores[p] < rules.min_scores[0]) continue;
@@ -280,8 +319,9 @@ TEST(LagBound, refutes_nothing_without_vectors) {
   const std::string text = draw_letters(engine, 500, "ACGT");
   const LagRule rules = rules_for(20, 20, 9, 9, true);
   with_no_vectors([&] {
-    std::vector<CBitSet> seeds(1, CBitSet(text.size() - 20));
-    find_lag_seeds(text.data(), text.size(), rules, seeds);
+    std::vector<CBitSet> seeds(1);
+    seeds[0].reset_to_set(text.size() - 20);
+    sift_text_by_lags(text.data(), text.size(), rules, seeds);
     EXPECT_EQ(seeds[0].find_clear(0), seeds[0].size());
   });
 }

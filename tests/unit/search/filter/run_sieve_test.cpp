@@ -27,8 +27,9 @@ void expect_seeds_of(const std::string& bases, bool is_N_wild, const RunRule& ru
   const CPlainText text(bases, is_N_wild);
   const auto lag = static_cast<std::uint64_t>(rule.unit_length);
   lags.move_to(lag, rule.min_run < rule.sure_run);
-  CBitSet seeds(bases.size() - lag);
-  find_run_seeds(lags, rule, seeds);
+  CBitSet seeds;
+  seeds.reset_to_set(bases.size() - lag);
+  sift_by_runs(lags, rule, {0, bases.size()}, seeds);
   for (std::uint64_t p = 0; p < seeds.size(); ++p) {
     const bool expected = is_run_seed(text, lags.planes(), rule, static_cast<std::int64_t>(p));
     ASSERT_EQ(seeds.test(p), expected)
@@ -135,6 +136,39 @@ TEST(RunSeeds, reach_from_one_end_of_the_text_to_the_other) {
   }
   EXPECT_GT(tally.let_through, 1000);
   EXPECT_GT(tally.refuted, 1000);
+}
+
+TEST(RunSeeds, are_the_same_however_a_text_is_split) {
+  RandomEngine engine(7);
+  for (int round = 0; round < 300; ++round) {
+    std::string bases = draw_record(engine, 900, draw_chance(engine, 70) ? 4 : 30);
+    if (draw_chance(engine, 30)) bases += std::string(draw_between(engine, 1, 300), 'A');
+    if (draw_chance(engine, 50)) std::replace(bases.begin(), bases.end(), 'N', 'C');
+    const auto lag = draw_between(engine, 1, 30);
+    if (bases.size() <= lag) continue;
+    const CBases block(bases);
+    const CBasePlanes planes(block.begin(), bases.size());
+    CNeighbourLags lags(planes, draw_chance(engine, 50));
+    RunRule rule = draw_rule(engine, static_cast<std::int64_t>(lag));
+    if (draw_chance(engine, 50)) rule = {static_cast<std::int64_t>(lag), 1, 9, 9};
+    lags.move_to(lag, true);
+    CBitSet whole;
+    whole.reset_to_set(bases.size() - lag);
+    CBitSet parts = whole;
+    CBitSet part;
+    sift_by_runs(lags, rule, {0, bases.size()}, whole);
+    for (std::uint64_t first = 0; first < bases.size();) {
+      const std::uint64_t end = first + draw_between(engine, 1, draw_chance(engine, 50) ? 200 : 70);
+      part.reset_to_set(bases.size() - lag);
+      sift_by_runs(lags, rule, {first, end}, part);
+      sift_by_runs(lags, rule, {first, end}, parts);
+      for (std::uint64_t p = 0; p < part.size(); ++p) {
+        ASSERT_EQ(part.test(p), p < first || p >= end || whole.test(p)) << p << " of " << bases;
+      }
+      first = end;
+    }
+    EXPECT_EQ(parts.words(), whole.words());
+  }
 }
 
 TEST(NeighbourLags, tell_of_the_lags_beside_one) {

@@ -1,5 +1,5 @@
-// The filters: matches at a lag, the sieves by runs and by lags, and the bounds of a single seed and
-// of a batch.
+// The filters: matches at a lag, the sieves by runs and by lags, and the bounds of a single seed
+// and of a batch.
 
 #include <benchmark/benchmark.h>
 

@@ -17,8 +17,8 @@
 #include "search/filter/seed_filter.h"
 #include "search/filter/single_bound.h"
 #include "search/rules/score.h"
-#include "search/search_controller.h"
 #include "search/rules/thresholds.h"
+#include "search/search_controller.h"
 #include "settings/settings.h"
 #include "soundness/extended_seeds.h"
 

@@ -9,9 +9,12 @@ namespace quorix {
 namespace {
 
 constexpr std::int64_t kSignedGrain = CLagGrid::kLaneGrain;
-constexpr std::int64_t kSegmentBytes = 1'000'000;
+constexpr std::uint64_t kWordBits = CBitSet::kWordBits;
+/// What is kept of a segment, unless that makes it too short. Half of that takes 1 % more
+/// instructions for unit lengths up to 100.
+constexpr std::int64_t kSegmentBytes = 2'000'000;
 /// Rows of a segment for each row that is filled beyond it, on either side, at least.
-constexpr std::int64_t kMinSegmentHalos = 5;
+constexpr std::int64_t kMinSegmentHalos = 6;
 
 /// Letters that no base has, and that differ from each other.
 constexpr std::uint8_t kAfterText = 1;
@@ -51,7 +54,8 @@ CLagGrid::CLagGrid(const char* text, std::uint64_t length, const LagRule& rule)
   rightward_rows_ = CLagRows(lane_count_);
   leftward_rows_ = CLagRows(lane_count_);
   kept_.resize(static_cast<std::size_t>(rows_per_segment_) * lane_count_);
-  undecided_words_ = static_cast<std::size_t>(rows_per_segment_) / 2 / CBitSet::kWordBits + 2;
+  undecided_words_ = static_cast<std::size_t>(rows_per_segment_) / 2 / kWordBits + 2;
+  undecided_.resize(undecided_words_ * rule.min_scores.size());
   fill_lanes();
 }
 
@@ -126,7 +130,6 @@ void CLagGrid::fill_lanes() {
 void CLagGrid::load_segment(std::int64_t first_row, std::int64_t row_end) {
   assert(row_end - first_row <= rows_per_segment_);
   first_row_ = first_row;
-  undecided_.assign(undecided_words_ * rule_.min_scores.size(), 0);
   const std::int64_t first_loaded = row_before(first_row) - 2;
   const std::int64_t lane_room = static_cast<std::int64_t>(lane_count_) + kSignedGrain;
   // The rows used are [first_loaded, row_end + rows_ahead).
@@ -159,20 +162,16 @@ void CLagGrid::keep_undecided(std::int64_t t, std::size_t first_lane, const std:
     for (unsigned bits = lane_bits[lane / 8]; bits != 0; bits &= bits - 1) {
       const std::size_t k = first_lane + lane + static_cast<std::size_t>(std::countr_zero(bits));
       const std::int64_t unit_length = first_lag_ + parity_of(t) + 2 * static_cast<std::int64_t>(k);
-      if (t < unit_length) continue;
-      const auto start = static_cast<std::uint64_t>(t - unit_length) / 2;
-      const std::uint64_t word = start / CBitSet::kWordBits - first_undecided_word(unit_length);
-      assert(word < undecided_words_);
-      const auto unit = static_cast<std::size_t>(unit_length - rule_.first_unit_length);
-      undecided_[unit * undecided_words_ + word] |= std::uint64_t{1}
-                                                    << (start % CBitSet::kWordBits);
+      const std::int64_t start = (t - unit_length) / 2;
+      if (t < unit_length || start >= length_ - unit_length) continue;
+      undecided_word(unit_length, static_cast<std::uint64_t>(start) / kWordBits) |=
+          std::uint64_t{1} << (static_cast<std::uint64_t>(start) % kWordBits);
     }
   }
 }
 
 void CLagGrid::clear_rejected(std::int64_t first_row, std::int64_t row_end,
-                              std::vector<CBitSet>& seeds) const {
-  constexpr std::uint64_t kWordBits = CBitSet::kWordBits;
+                              std::vector<CBitSet>& seeds) {
   for (std::size_t unit = 0; unit < seeds.size(); ++unit) {
     const std::int64_t unit_length = rule_.first_unit_length + static_cast<std::int64_t>(unit);
     // A seed that begins at p stands in row 2 p + unit length.
@@ -184,16 +183,16 @@ void CLagGrid::clear_rejected(std::int64_t first_row, std::int64_t row_end,
     const std::uint64_t first = base_of(first_row);
     const std::uint64_t end = base_of(row_end);
     if (first >= end) continue;
-    const std::uint64_t* const undecided = undecided_.data() + unit * undecided_words_;
-    std::uint64_t* const words = seeds[unit].words().data();
     const std::uint64_t first_word = first / kWordBits;
     const std::uint64_t last_word = (end - 1) / kWordBits;
-    for (std::uint64_t w = first_word; w <= last_word; ++w) {
-      std::uint64_t others = 0;  // bits of other segments
-      if (w == first_word) others |= ~(~std::uint64_t{0} << (first % kWordBits));
-      if (w == last_word) others |= ~(~std::uint64_t{0} >> (kWordBits - 1 - (end - 1) % kWordBits));
-      words[w] &= undecided[w - first_undecided_word(unit_length)] | others;
-    }
+    std::uint64_t* const undecided = &undecided_word(unit_length, first_word);
+    const std::size_t word_count = last_word - first_word + 1;
+    // Bits of other segments stay.
+    undecided[0] |= ~(~std::uint64_t{0} << (first % kWordBits));
+    undecided[word_count - 1] |= ~(~std::uint64_t{0} >> (kWordBits - 1 - (end - 1) % kWordBits));
+    std::uint64_t* const words = seeds[unit].words().data() + first_word;
+    for (std::size_t i = 0; i < word_count; ++i) words[i] &= undecided[i];
+    std::fill_n(undecided, word_count, 0);
   }
 }
 

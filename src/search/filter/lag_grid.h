@@ -124,9 +124,9 @@ class CLagGrid {
   [[nodiscard]] bool may_have_neutral_Ns() const { return may_have_neutral_Ns_; }
 
   /// The row to begin with on the way to the left: paths from rows below `row_end` leave their
-  /// first copy before it, so what lies beyond may be left out.
+  /// first copy before it, so what lies beyond may be left out. After the text there is nothing.
   [[nodiscard]] std::int64_t row_ahead(std::int64_t row_end) const {
-    return row_end + rows_ahead_ - 1;
+    return std::min(row_end + rows_ahead_, row_count()) - 1;
   }
   /// The same on the way to the right: paths to the left from rows from `first_row` on leave their
   /// first copy after this row.
@@ -169,9 +169,8 @@ class CLagGrid {
   void keep_undecided(std::int64_t t, std::size_t first_lane, const std::uint8_t* lane_bits,
                       std::size_t lane_count);
 
-  /// Clears the bits of the other seeds in the rows [first_row, row_end).
-  void clear_rejected(std::int64_t first_row, std::int64_t row_end,
-                      std::vector<CBitSet>& seeds) const;
+  /// Clears the bits of the other seeds in the rows [first_row, row_end), and forgets those noted.
+  void clear_rejected(std::int64_t first_row, std::int64_t row_end, std::vector<CBitSet>& seeds);
 
  private:
   /// True if as many letters as a row has lanes stand from `offset` on.
@@ -205,12 +204,16 @@ class CLagGrid {
   bool may_have_neutral_Ns_ = false;
   std::vector<std::uint8_t> kept_;
 
-  /// The first base of a unit length in a segment, in whole words.
-  [[nodiscard]] std::uint64_t first_undecided_word(std::int64_t unit_length) const {
-    return static_cast<std::uint64_t>(std::max<std::int64_t>(first_row_ - unit_length, 0)) / 2 /
-           CBitSet::kWordBits;
+  /// The undecided seeds of the segment at the bases of word `w`.
+  [[nodiscard]] std::uint64_t& undecided_word(std::int64_t unit_length, std::uint64_t w) {
+    const auto first_base =
+        static_cast<std::uint64_t>(std::max<std::int64_t>(first_row_ - unit_length, 0)) / 2;
+    const std::uint64_t i = w - first_base / CBitSet::kWordBits;
+    assert(i < undecided_words_);
+    const auto unit = static_cast<std::size_t>(unit_length - rule_.first_unit_length);
+    return undecided_[unit * undecided_words_ + i];
   }
-  /// Undecided seeds of the segment, `undecided_words_` for each unit length.
+  /// `undecided_words_` for each unit length; 0 but from `keep_undecided` to `clear_rejected`.
   std::vector<std::uint64_t> undecided_;
   std::size_t undecided_words_ = 0;
 };

@@ -84,8 +84,8 @@ class CLagGrid;
 
 /// Clears in `seeds[i]` the bits of the segment's seeds of length `first_unit_length` + i that
 /// cannot extend into a repeat of their minimum score, see search/filter/sieve.h. The workspace has
-/// text and rule. REQUIRES: the segment is one of its `segment(i)`, last unit length < length.
-/// Returns the work done, with one table for each direction.
+/// text and rule. REQUIRES: the segment is no longer than its `segment(0)`, last unit length <
+/// length. Returns the work done, with one table for each direction.
 BoundWork sift_by_lags(CLagGrid& workspace, const Segment& segment, std::vector<CBitSet>& seeds);
 
 /// The same for all segments of [text, text + length). Throws: std::bad_alloc.

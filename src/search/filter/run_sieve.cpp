@@ -39,16 +39,17 @@ RunWork for_each_run(const CBitSet& bits, std::uint64_t min_length, const Segmen
   const std::size_t last_word = (starts.end - 1) / kWordBits;
   std::uint64_t before = first_word == 0 ? 0 : words[first_word - 1];
   for (std::size_t w = first_word; w <= last_word; ++w) {
-    std::uint64_t first_bits = words[w] & ~(words[w] << 1U | before >> (kWordBits - 1));
+    const std::uint64_t first_bits = words[w] & ~(words[w] << 1U | before >> (kWordBits - 1));
     before = words[w];
-    if (w == first_word) first_bits &= ~std::uint64_t{0} << (starts.first % kWordBits);
-    if (w == last_word) {
-      first_bits &= ~std::uint64_t{0} >> (kWordBits - 1 - (starts.end - 1) % kWordBits);
-    }
-    std::uint64_t run_bits = candidates(w);
-    if ((first_bits & run_bits) == 0) continue;
-    run_bits &= first_bits & run_starts(words, w, sieved);
+    std::uint64_t run_bits = first_bits & candidates(w);
+    if (run_bits == 0) continue;
+    run_bits &= run_starts(words, w, sieved);
     ++work.words;
+    if (run_bits == 0) continue;
+    if (w == first_word) run_bits &= ~std::uint64_t{0} << (starts.first % kWordBits);
+    if (w == last_word) {
+      run_bits &= ~std::uint64_t{0} >> (kWordBits - 1 - (starts.end - 1) % kWordBits);
+    }
     for (; run_bits != 0; run_bits &= run_bits - 1) {
       ++work.runs;
       const std::uint64_t first =

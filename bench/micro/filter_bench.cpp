@@ -57,7 +57,7 @@ void sift_by_runs_of_unit(benchmark::State& state) {
     sift_by_runs(lags, rule, {0, bases.size()}, seeds);
     benchmark::DoNotOptimize(seeds.words().data());
   }
-  if (seeds.find_set(0) == seeds.size()) state.SkipWithError("some seeds should be let through");
+  if (seeds.find_set(0) == seeds.size()) state.SkipWithError("some seeds should stay undecided");
   state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(bases.size()));
 }
 BENCHMARK(sift_by_runs_of_unit)
@@ -93,7 +93,7 @@ BENCHMARK(sift_units_by_lags)
     ->Args({100, 500})
     ->Unit(benchmark::kMillisecond);
 
-/// Hopeless seeds in random bases, which is what most seeds are. Argument: the length of the unit.
+/// Seeds in random bases, nearly all of which are rejected. Argument: the length of the unit.
 void bound_hopeless_score(benchmark::State& state) {
   constexpr std::size_t kMargin = 20'000;
   constexpr std::size_t kSeedCount = 64;

@@ -24,15 +24,15 @@ HOLES = {
          "return std::max<std::int64_t>(\n"
          "      (kHighestGain + 2 * unit_length - 1) / rule_.scoring.indel_penalty - 1, 0);")],
     "lag grid: half of the rows ahead": [
-        (LAG_GRID, "rows_ahead_ = 2 * last + drift + 2;", "rows_ahead_ = last + drift + 2;")],
+        (LAG_GRID, "rows_ahead_ = 2 * last + indels + 2;", "rows_ahead_ = last + indels + 2;")],
     "lag grid: the cap of the gain is a quarter of what it has to be": [
         (LAG_GRID, "as_byte(longest);", "as_byte(longest / 4);")],
     "lag grid: the cap of the persistence allows for no fall": [
         (LAG_GRID, "as_byte(min_persistence(longest) + deepest_fall(longest));",
          "as_byte(min_persistence(longest));")],
     "lag grid: two points of persistence too many are asked for": [
-        (LAG_GRID, "return std::max<std::int64_t>(weights_.reward * unit_length - most_lost, 0);",
-         "return std::max<std::int64_t>(weights_.reward * unit_length - most_lost + 2, 0);")],
+        (LAG_GRID, "return std::max<std::int64_t>(weights_.reward * unit_length - max_loss, 0);",
+         "return std::max<std::int64_t>(weights_.reward * unit_length - max_loss + 2, 0);")],
     "lag bound: no path persists by its N's": [
         (LAG_BOUND, "free_letters{letters.is_free, letters.is_free};",
          "free_letters{letters.is_match, letters.is_free};")],

@@ -1,3 +1,23 @@
+// A word of a plane has one bit of each of 64 letters. ASCII has it that two
+// of their bits distinguish A, C, T and G, and a third marks N:
+//
+//     letter      A     C     T     G     N
+//     bit 1       0     1     0     1     1        low plane
+//     bit 2       0     0     1     1     1        high plane
+//     bit 3       0     0     0     0     1        plane of N's
+//
+// Matches at a lag are the planes compared with themselves, moved up by the lag. A moved word has
+// bits of two words:
+//
+//     word w - whole - 1         word w - whole
+//     [ ......... upper part ]   [ lower part ......... ]
+//                    \_____________/
+//                         word w
+//
+// Words below the first one that the lag leaves are 0, and the bits below the lag are cleared in
+// it. Words are read up to the last one of the text, never the spare one, and bits after the text
+// are cleared again, since two clear bits there would count as a match.
+
 #include "search/bits/base_planes.h"
 
 #include <algorithm>

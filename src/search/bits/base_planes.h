@@ -1,10 +1,10 @@
 #pragma once
 
 /// @file
-/// A DNA text as bit planes: two bits a base and one that tells an N, 64 bases a word.
+/// A DNA text as bit planes: two bits a base and one that marks an N, 64 bases a word.
 ///
-/// With them one handful of word operations tells for 64 bases at once which of them equal the base
-/// a given lag before. A tandem repeat of unit length L is a run of such bases at lag L.
+/// With them a handful of word operations finds which of 64 bases equal the base a given lag
+/// before. A tandem repeat of unit length L is a run of such bases at lag L.
 ///
 /// An N has the low and high bits of G, so whoever compares planes looks at the N's too. Bases
 /// outside the text have clear bits, as an A has; who reads them must be right with any base there.
@@ -30,12 +30,12 @@ class CBasePlanes {
   /// farther off: whole words are looked at.
   [[nodiscard]] bool has_N_near(std::uint64_t first, std::uint64_t last) const;
 
-  /// The words of the planes: bit i of word w belongs to base 64 * w + i, and bits behind the text
+  /// The words of the planes: bit i of word w belongs to base 64 * w + i, and bits after the text
   /// are clear. A, C, T and G have the low and high bits 00, 10, 01 and 11.
   [[nodiscard]] const CBitSet& low_bits() const { return low_bits_; }
   [[nodiscard]] const CBitSet& high_bits() const { return high_bits_; }
 
-  /// Makes `matches` tell at bit x whether base x may equal base x - lag. An N equals every base if
+  /// Sets bit x of `matches` if base x may equal base x - lag. An N equals every base if
   /// `is_N_wild`, else none. Bits below `lag` are clear. REQUIRES: lag >= 1.
   /// Throws: std::bad_alloc.
   void find_matches(std::uint64_t lag, bool is_N_wild, CBitSet& matches) const;

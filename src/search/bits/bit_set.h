@@ -95,14 +95,14 @@ class CBitSet {
     assert(position <= size_);
     std::uint64_t w = position / kWordBits;
     std::uint64_t word = ~words_[w] & (~std::uint64_t{0} << (position % kWordBits));
-    while (word == 0) {  // bits behind the last one are clear, so the last word ends the loop
+    while (word == 0) {  // bits after the last one are clear, so the last word ends the loop
       word = ~words_[++w];
     }
     const std::uint64_t found = w * kWordBits + static_cast<std::uint64_t>(std::countr_zero(word));
     return found < size_ ? found : size_;
   }
 
-  /// The bits of `position` and the 63 positions behind it. REQUIRES: position <= size().
+  /// The bits of `position` and the 63 positions after it. REQUIRES: position <= size().
   [[nodiscard]] std::uint64_t bits_from(std::uint64_t position) const {
     assert(position <= size_);
     const std::uint64_t w = position / kWordBits;
@@ -126,7 +126,7 @@ class CBitSet {
     return std::countl_one(words_[w] << (kWordBits - 1 - offset) | below);
   }
 
-  /// The words: bit i of word w belongs to position 64 * w + i. Bits behind the last one are clear.
+  /// The words: bit i of word w belongs to position 64 * w + i. Bits after the last one are clear.
   [[nodiscard]] std::vector<std::uint64_t>& words() { return words_; }
   [[nodiscard]] const std::vector<std::uint64_t>& words() const { return words_; }
 

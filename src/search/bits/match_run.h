@@ -9,12 +9,12 @@
 
 namespace quorix {
 
-/// The number of bases, at most `most`, that agree from `left` and `right` on upwards.
+/// The number of bases, `max_count` at most, that agree from `left` and `right` on upwards.
 [[nodiscard]] inline std::int64_t common_prefix(const char* left, const char* right,
-                                                std::int64_t most) {
+                                                std::int64_t max_count) {
   std::int64_t count = 0;
   if constexpr (std::endian::native == std::endian::little) {
-    for (; count + 8 <= most; count += 8) {
+    for (; count + 8 <= max_count; count += 8) {
       std::uint64_t left_bases = 0;
       std::uint64_t right_bases = 0;
       std::memcpy(&left_bases, left + count, 8);
@@ -23,17 +23,17 @@ namespace quorix {
       if (difference != 0) return count + std::countr_zero(difference) / 8;
     }
   }
-  while (count < most && left[count] == right[count]) ++count;
+  while (count < max_count && left[count] == right[count]) ++count;
   return count;
 }
 
-/// The number of bases, at most `most`, that agree from before `left_end` and `right_end` on
-/// downwards.
+/// The number of bases, `max_count` at most, that agree from before `left_end` and `right_end`
+/// on downwards.
 [[nodiscard]] inline std::int64_t common_suffix(const char* left_end, const char* right_end,
-                                                std::int64_t most) {
+                                                std::int64_t max_count) {
   std::int64_t count = 0;
   if constexpr (std::endian::native == std::endian::little) {
-    for (; count + 8 <= most; count += 8) {
+    for (; count + 8 <= max_count; count += 8) {
       std::uint64_t left_bases = 0;
       std::uint64_t right_bases = 0;
       std::memcpy(&left_bases, left_end - count - 8, 8);
@@ -42,7 +42,7 @@ namespace quorix {
       if (difference != 0) return count + std::countl_zero(difference) / 8;
     }
   }
-  while (count < most && left_end[-1 - count] == right_end[-1 - count]) ++count;
+  while (count < max_count && left_end[-1 - count] == right_end[-1 - count]) ++count;
   return count;
 }
 

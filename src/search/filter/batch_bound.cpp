@@ -8,7 +8,7 @@
 //     row r - 1        low  .   .   .   .   .   .   .   high     is that of the row
 //     row r          low  .   .   .   .   .   .   .   .   high
 //
-// A row has no fixed width but a range of differences, bases less characters, that grows and
+// A row has no fixed width but a range of differences, bases less characters, that widens and
 // shrinks with the cells that are alive. Invariants:
 //
 // - A cell that is alive follows one at the same difference two rows before, or one beside it in
@@ -22,7 +22,7 @@
 //   from f(r) - 1 = min(a(r-1) - 2, a(r-2) - 1) on, which is f(r-1) - 2 or more. It reads row r-2
 //   from f(r) on; there a(r-2) >= f(r-2), and a(r-1) - 1 >= f(r-1) - 1 = min(a(r-2) - 2,
 //   a(r-3) - 1), which is f(r-2) - 2 or more. How far a(r) lies above f(r) does not matter, so the
-//   range may shrink by any amount and grow again.
+//   range may shrink by any amount and widen again.
 // - Values saturate at or above the target alone.
 //
 // Tables that are given up, at the ends of the text or for their size, are undecided for the seeds

@@ -1,3 +1,29 @@
+// One bit is one seed. A vector holds the seeds at up to 512 neighbouring bases, and bit i of a
+// plane at offset o is what base i + o has:
+//
+//     bit i               0   1   2   3 ...            seed at base p + i
+//     low plane, o = 0    a0  a1  a2  a3               first character of each unit
+//     low plane, o = L    aL  .   .   .                first base after each unit
+//     equal               1   0   1   1                character and base agree
+//     here                1   1   0   1                seeds whose chain is in this state
+//
+// Invariant of `follow`: when state s is at b bases, `here` has every seed with a chain of these
+// counts of edits and bases that is still alive. It gets the seeds of all states with one edit less
+// (`stops_`, which are complete, since these states stand before s) and those that matched the base
+// before. A seed leaves `here` only at a base that differs; there it is put into `stops_` of s.
+//
+// What is skipped, and why that is sound:
+//
+// - Bases before `min_bases`: that many the edits have read.
+// - Bases from `end_bases` on: a chain that gets there is undecided already.
+// - Blocks without a seed: bits are only cleared.
+// - The plane of N's where no word of the block has one: it would change no bit of `equal`.
+//
+// Seeds of the words at the borders of the segment are sifted with the others and put back.
+//
+// Without chains, where lags serve instead, the default search of phage lambda takes 0.5 % more
+// instructions.
+
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "search/filter/chain_sieve.cpp"
 #include <hwy/foreach_target.h>  // compiles the rest of this file once for each kind of processor
@@ -42,15 +68,15 @@ class CChainBlock {
     for (std::ptrdiff_t score = 0; score <= max_bases_; ++score) {
       hn::Store(hn::Zero(Tag()), Tag(), at_least_[score]);
     }
-    const Vector let_through = follow<true>();
+    const Vector undecided = follow<true>();
     // A chain gains one point at a time, so `at_least_` has each seed at all scores up to its best.
-    return hn::Or(let_through, follow<false>());
+    return hn::Or(undecided, follow<false>());
   }
 
  private:
   using Words = std::uint64_t[kMaxChainWords];
 
-  /// Makes plane o tell of the bases o behind those of the seeds.
+  /// Moves the planes: those at offset o have the bases o after those of the seeds.
   void shift_planes(const ChainWindow& window) {
     const Tag d;
     const auto shift = [&](const std::uint64_t* words, std::ptrdiff_t offset) {
@@ -68,7 +94,7 @@ class CChainBlock {
     }
   }
 
-  /// Where the base `bases` behind those read first equals its unit character.
+  /// Where the base `bases` after the first one read equals its unit character.
   template <bool kIsRightward>
   [[nodiscard]] Vector equal_bases(std::ptrdiff_t bases, std::ptrdiff_t character) const {
     const Tag d;
@@ -87,12 +113,12 @@ class CChainBlock {
 
   template <bool kIsRightward>
   void compare_bases() {
-    for (std::ptrdiff_t drift = -states_.max_edits; drift <= states_.max_edits; ++drift) {
-      std::ptrdiff_t bases = std::max<std::ptrdiff_t>(drift, 0);
-      std::ptrdiff_t character = (bases - drift) % unit_length_;
+    for (std::ptrdiff_t diagonal = -states_.max_edits; diagonal <= states_.max_edits; ++diagonal) {
+      std::ptrdiff_t bases = std::max<std::ptrdiff_t>(diagonal, 0);
+      std::ptrdiff_t character = (bases - diagonal) % unit_length_;
       for (; bases < max_bases_; ++bases) {
         hn::Store(equal_bases<kIsRightward>(bases, character), Tag(),
-                  equal_[drift + kMaxChainEdits][bases]);
+                  equal_[diagonal + kMaxChainEdits][bases]);
         if (++character == unit_length_) character = 0;
       }
     }
@@ -122,15 +148,15 @@ class CChainBlock {
     return arrived;
   }
 
-  /// Follows all chains in one direction. Gives the seeds that may live beyond them.
+  /// Follows all chains in one direction. Returns the seeds that may live beyond them.
   template <bool kIsRightward>
   Vector follow() {
     const Tag d;
     compare_bases<kIsRightward>();
-    Vector let_through = hn::Zero(d);
+    Vector undecided = hn::Zero(d);
     for (std::size_t s = 0; s < states_.count; ++s) {
       const ChainState& state = states_.states[s];
-      const auto& equal = equal_[state.drift + kMaxChainEdits];
+      const auto& equal = equal_[state.diagonal + kMaxChainEdits];
       Vector here = s == 0 ? hn::Not(hn::Zero(d)) : hn::Zero(d);
       std::ptrdiff_t bases = state.min_bases;
       for (; bases < state.end_bases; ++bases) {
@@ -143,8 +169,7 @@ class CChainBlock {
             hn::Store(hn::Or(here, hn::Load(d, at_least_[score])), d, at_least_[score]);
           }
         } else {
-          let_through =
-              hn::Or(let_through, of_score<false>(here, state.matches_let_through - matches));
+          undecided = hn::Or(undecided, of_score<false>(here, state.undecided_matches - matches));
         }
         const Vector is_equal = hn::Load(d, equal[bases]);
         if (state.is_followed) hn::Store(hn::AndNot(is_equal, here), d, stops_[s][bases]);
@@ -153,9 +178,9 @@ class CChainBlock {
       here = hn::Or(here,
                     of_score<kIsRightward>(arrivals(state, bases),
                                            state.min_matches - state.end_bases + state.min_bases));
-      let_through = hn::Or(let_through, here);
+      undecided = hn::Or(undecided, here);
     }
-    return let_through;
+    return undecided;
   }
 
   const ChainStates& states_;
@@ -166,7 +191,7 @@ class CChainBlock {
   HWY_ALIGN Words is_N_[3 * kMaxChainBases];
   HWY_ALIGN Words equal_[2 * kMaxChainEdits + 1][kMaxChainBases];
   HWY_ALIGN Words stops_[kMaxFollowedStates][kMaxChainBases + 1];
-  HWY_ALIGN Words at_least_[kMaxChainBases + 1];  ///< seeds whose rightward score is at least that
+  HWY_ALIGN Words at_least_[kMaxChainBases + 1];  ///< seeds with that rightward score or more
 };
 
 /// Copies the words from `first` - 1 on; those outside the text are 0.
@@ -190,7 +215,7 @@ void sift_words(const ChainPlanes& planes, const ChainStates& states, std::uint6
   CChainBlock<false> block(states);
   CChainBlock<true> block_with_Ns(states);
   ChainWindow window{};
-  HWY_ALIGN std::uint64_t let_through[kMaxChainWords];
+  HWY_ALIGN std::uint64_t undecided[kMaxChainWords];
   for (std::size_t w = first_word; w < word_end; w += lanes) {
     const std::size_t count = std::min(lanes, word_end - w);
     if (!has_any(seeds + w, count)) continue;
@@ -201,8 +226,8 @@ void sift_words(const ChainPlanes& planes, const ChainStates& states, std::uint6
       copy_window(planes.is_N, planes.word_count, w, window.is_N);
       is_N_near = has_any(window.is_N, ChainWindow::kWords);
     }
-    hn::Store(is_N_near ? block_with_Ns.sift(window) : block.sift(window), d, let_through);
-    for (std::size_t i = 0; i < count; ++i) seeds[w + i] &= let_through[i];
+    hn::Store(is_N_near ? block_with_Ns.sift(window) : block.sift(window), d, undecided);
+    for (std::size_t i = 0; i < count; ++i) seeds[w + i] &= undecided[i];
   }
 }
 

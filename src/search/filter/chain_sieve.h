@@ -1,37 +1,38 @@
 #pragma once
 
 /// @file
-/// Which seeds can live through a few edits, told for hundreds of neighbouring seeds at once.
+/// Which seeds can live through a few edits, decided for hundreds of neighbouring seeds at once.
 ///
-/// Growth is a chain: matches, an edit, matches, an edit. After m mismatches, i insertions and x
-/// deletions over b bases it has made b - m - i matches, whatever their order was. So a state
-/// (m, i, x, b) has one score, and all that a seed can say of it is whether it gets there: one bit,
+/// An extension is a chain: matches, an edit, matches, an edit. After m mismatches, i insertions
+/// and x deletions over b bases it has made b - m - i matches, whatever their order was. So a state
+/// (m, i, x, b) has one score, and all that matters of a seed is whether it gets there: one bit,
 /// and the bits of neighbouring seeds form words. With at most two or three edits there are ten or
 /// twenty counts of edits and some twenty bases, each a few word operations.
 ///
-/// Sound, since growth takes one of these chains: it may edit only where a base differs, and only
-/// if the score stays above minus the unit length, which says how many matches a state must have. A
-/// seed is let through when a state has the minimum score, or has matches enough to live through
-/// one edit more than are followed here. Growth to the left begins with the best score of growth to
-/// the right; sets of the seeds with at least so much lower what its states must have.
+/// This is sound, since an extension takes one of these chains: it may edit only where a base
+/// differs, and only if the score stays above minus the unit length, which says how many matches a
+/// state must have. A seed is undecided when a state has the minimum score, or has matches enough
+/// to live through one edit more than are followed here. The extension to the left begins with the
+/// best score of the one to the right, which lowers the matches that its states must have: for each
+/// score there is the set of the seeds that have it.
 ///
 /// Neutral N's count as matches, which only raises scores, and where they end the extension the
 /// chain merely goes on; others match nothing. What lies beyond the text is read as some base, and
-/// a chain that gets there has told its score before.
+/// a chain that gets there has had its score before.
 ///
 /// What this rests on besides, with m matches and score e on entry:
 ///
 /// - The score m + e - cost depends on the state alone, since every match scores 1 and penalties do
 ///   not depend on the place.
-/// - Where a state is let through (`ChainState::end_bases`) no state before it is still followed:
+/// - Where a state is undecided (`ChainState::end_bases`) no state before it is still followed:
 /// an
-///   edit never lowers the matches that let a chain through, since it costs at least what one edit
-///   less to come takes off. So no chain arrives after the end of a state, where none is looked
-///   for.
+///   edit never lowers the matches that leave a chain undecided, since it costs at least what one
+///   edit less to come takes off. So no chain arrives after the end of a state, where none is
+///   looked for.
 /// - The last edits followed are safe to stop at: a chain that makes one edit more has, before it,
-///   matches enough for `matches_let_through` of the state with the most edits.
+///   matches enough for `undecided_matches` of the state with all edits.
 /// - A limit of the score reduction only forbids edits.
-/// - Smaller penalties and a smaller minimum score let through more, so they may be capped.
+/// - Smaller penalties and a smaller minimum score reject less, so they may be capped.
 
 #include <cstdint>
 

@@ -11,7 +11,7 @@ namespace {
 /// `state`, `bases` bases farther on.
 bool is_followed_on(const ChainState& before, const ChainState& state, std::ptrdiff_t bases) {
   return before.is_followed && before.min_bases + bases == state.min_bases &&
-         before.matches_let_through <= state.matches_let_through &&
+         before.undecided_matches <= state.undecided_matches &&
          before.end_bases - 1 + bases <= state.end_bases;
 }
 
@@ -35,8 +35,8 @@ ChainStates::ChainStates(const ChainRule& rule)
       states{} {
   assert(max_edits >= 1 && max_edits <= kMaxChainEdits && unit_length <= kMaxChainUnit);
   const std::ptrdiff_t edits = max_edits;
-  // Lower values let through more, and no chain is long enough to tell these from higher ones. Sums
-  // of them are small.
+  // Lower values reject less, and no chain is long enough to show the difference to higher ones.
+  // Sums of them are small.
   constexpr std::int64_t kMax = 1'000'000;
   const std::ptrdiff_t mismatch = std::min(rule.scoring.mismatch_penalty, kMax);
   const std::ptrdiff_t indel = std::min(rule.scoring.indel_penalty, kMax);
@@ -51,15 +51,15 @@ ChainStates::ChainStates(const ChainRule& rule)
         const std::ptrdiff_t mismatches = all - insertions - deletions;
         index_of[mismatches][insertions][deletions] = static_cast<std::ptrdiff_t>(count);
         ChainState& state = states[count++];
-        state.drift = insertions - deletions;
+        state.diagonal = insertions - deletions;
         state.cost = mismatches * mismatch + (insertions + deletions) * indel;
         state.min_bases = mismatches + insertions;
         state.min_matches = state.cost - unit_length + 1;
         // From there on one edit more than the last one followed may be made.
         const std::ptrdiff_t beyond = (edits + 1 - all) * min_penalty;
-        state.matches_let_through = std::min(state.min_matches + beyond, min_score + state.cost);
-        state.end_bases = std::clamp(state.min_bases + state.matches_let_through, state.min_bases,
-                                     kMaxChainBases);
+        state.undecided_matches = std::min(state.min_matches + beyond, min_score + state.cost);
+        state.end_bases =
+            std::clamp(state.min_bases + state.undecided_matches, state.min_bases, kMaxChainBases);
         state.is_followed = all < edits;
         state.before_mismatch =
             mismatches == 0 ? -1 : index_of[mismatches - 1][insertions][deletions];

@@ -11,7 +11,7 @@
 
 namespace quorix {
 
-/// Bases of a chain: whatever is longer is let through.
+/// Bases of a chain: whatever is longer is undecided.
 inline constexpr std::ptrdiff_t kMaxChainBases = 40;
 /// Counts of up to four edits, and of up to three.
 inline constexpr std::size_t kMaxChainStates = 35;
@@ -23,14 +23,14 @@ inline constexpr std::size_t kMaxChainWords = 8;
 /// Chains with the same counts of mismatches, insertions and deletions. After b bases they have
 /// made b - min_bases matches.
 struct ChainState {
-  std::ptrdiff_t drift;                ///< insertions less deletions
-  std::ptrdiff_t cost;                 ///< of the edits, in points
-  std::ptrdiff_t min_bases;            ///< mismatches and insertions
-  std::ptrdiff_t min_matches;          ///< that a chain needs to come here, with score 0 on entry
-  std::ptrdiff_t matches_let_through;  ///< with so many, and score 0 on entry, it is let through
-  /// A chain of so many bases is let through: `min_bases` + `matches_let_through`, between
+  std::ptrdiff_t diagonal;           ///< insertions less deletions
+  std::ptrdiff_t cost;               ///< of the edits, in points
+  std::ptrdiff_t min_bases;          ///< mismatches and insertions
+  std::ptrdiff_t min_matches;        ///< that a chain needs to come here, with score 0 on entry
+  std::ptrdiff_t undecided_matches;  ///< with so many, and score 0 on entry, it is undecided
+  /// A chain of so many bases is undecided: `min_bases` + `undecided_matches`, between
   /// `min_bases` and `kMaxChainBases`. A state that an edit leads to has no smaller one, and no
-  /// smaller `matches_let_through`.
+  /// smaller `undecided_matches`.
   std::ptrdiff_t end_bases;
   bool is_followed;  ///< another edit leads to a state
   /// States with one edit of the kind less, -1 if there is none.
@@ -46,7 +46,7 @@ struct ChainStates {
 
   std::ptrdiff_t unit_length;
   std::ptrdiff_t max_edits;
-  std::ptrdiff_t max_bases = 0;  ///< of a chain that is not let through
+  std::ptrdiff_t max_bases = 0;  ///< of a chain that is not undecided yet
   bool is_N_neutral;
   std::size_t count = 0;
   std::size_t followed_count = 0;

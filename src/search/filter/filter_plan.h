@@ -66,7 +66,7 @@ inline constexpr std::int64_t kMaxBatchUnit = 30'000;  ///< values have 16 bits
 // Bound of single seeds.
 /// Rows after which a table is given up: what lives that long is worth an extension.
 inline constexpr std::ptrdiff_t kMaxSingleRows = 8192;
-/// States of a row. Paths that need more are let through.
+/// States of a row. Paths that need more stay undecided.
 inline constexpr std::ptrdiff_t kMaxSingleLanes = 256;
 inline constexpr std::int64_t kMaxSingleUnit = 4096;
 /// Score above the floor on entry: values have 16 bits.

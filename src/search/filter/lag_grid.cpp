@@ -1,3 +1,20 @@
+// Bases are laid out so that a row is two loads, one of bases and one of characters, without a
+// shuffle. From one lane to the next the lag is two longer: the base is one higher and the
+// character one lower. So the text is stored twice, once ascending and once descending:
+//
+//     lane              0         1         2              row t, lags l, l + 2, l + 4
+//     higher bases      x         x + 1     x + 2          x = (t + l) / 2
+//     lower bases       c         c - 1     c - 2          c = (t - l) / 2
+//
+// The next row of the same parity begins one base further in both. Outside the text stand letters
+// that match nothing, so that no loop needs the ends of the text. To the right the higher position
+// is the base, to the left the lower one: the same rows serve both sides.
+//
+// Rows after the last base are left out: there a cell has no base, only a mismatch, and is 0.
+//
+// Segments trade memory for rows filled twice. With half of `kSegmentBytes` a search of unit
+// lengths up to 100 took 1 % more instructions.
+
 #include "search/filter/lag_grid.h"
 
 #include <algorithm>
@@ -10,8 +27,7 @@ namespace {
 
 constexpr std::int64_t kSignedGrain = CLagGrid::kLaneGrain;
 constexpr std::uint64_t kWordBits = CBitSet::kWordBits;
-/// What is kept of a segment, unless that makes it too short. Half of that takes 1 % more
-/// instructions for unit lengths up to 100.
+/// What is kept of a segment, unless that makes it too short.
 constexpr std::int64_t kSegmentBytes = 2'000'000;
 /// Rows of a segment for each row that is filled beyond it, on either side, at least.
 constexpr std::int64_t kMinSegmentHalos = 6;
@@ -35,19 +51,19 @@ CLagGrid::CLagGrid(const char* text, std::uint64_t length, const LagRule& rule)
   choose_weights();
   const auto first = rule.first_unit_length;
   const auto last = rule.last_unit_length();
-  const std::int64_t drift = max_indels(last);
+  const std::int64_t indels = max_indels(last);
   // Within a copy a character lies before its base, so no lag is below 1. An even one is rounded
   // down: a lag without a lane would be read as one that no path lives through.
-  const std::int64_t lowest_lag = std::max<std::int64_t>(first - drift, 1);
+  const std::int64_t lowest_lag = std::max<std::int64_t>(first - indels, 1);
   first_lag_ = (lowest_lag - 1) | 1;
-  const std::int64_t lags = last + drift - first_lag_ + 1;
+  const std::int64_t lags = last + indels - first_lag_ + 1;
   lane_count_ = static_cast<std::size_t>(divided_up(lags, 2 * kSignedGrain) * kSignedGrain);
   assert(first_lag_ >= 1 && first_lag_ % 2 == 1);
   // Every lag that a path may have has a lane.
   assert(first_lag_ <= lowest_lag);
-  assert(first_lag_ + 2 * static_cast<std::int64_t>(lane_count_) > last + drift);
+  assert(first_lag_ + 2 * static_cast<std::int64_t>(lane_count_) > last + indels);
   // Within a copy a path uses up to L characters, and that many bases and its insertions.
-  rows_ahead_ = 2 * last + drift + 2;
+  rows_ahead_ = 2 * last + indels + 2;
   rows_per_segment_ = std::max(kSegmentBytes / static_cast<std::int64_t>(lane_count_),
                                kMinSegmentHalos * rows_ahead_);
   rows_per_segment_ = std::min((rows_per_segment_ + 1) / 2 * 2, row_count());
@@ -60,46 +76,48 @@ CLagGrid::CLagGrid(const char* text, std::uint64_t length, const LagRule& rule)
 }
 
 void CLagGrid::choose_weights() {
-  const std::int64_t least = rule_.scoring.min_penalty();
+  const std::int64_t min_penalty = rule_.scoring.min_penalty();
   weights_.mismatch = as_byte(rule_.scoring.mismatch_penalty);
   weights_.indel = as_byte(rule_.scoring.indel_penalty);
-  assert(least >= kMinLagPenalty);
+  assert(min_penalty >= kMinLagPenalty);
   // The cost has to be below the penalties, and so high that noise collects nothing.
-  const std::int64_t reward = least > kMinLagPenalty ? 1 : 2;
-  const std::int64_t cost = least > kMinLagPenalty ? 2 : 3;
+  const std::int64_t reward = min_penalty > kMinLagPenalty ? 1 : 2;
+  const std::int64_t cost = min_penalty > kMinLagPenalty ? 2 : 3;
   weights_.reward = as_byte(reward);
   weights_.cost = as_byte(cost);
   weights_.is_half_enough =
-      2 * (reward + cost) <= least + 1 && 2 * cost <= rule_.scoring.indel_penalty;
+      2 * (reward + cost) <= min_penalty + 1 && 2 * cost <= rule_.scoring.indel_penalty;
   // All of the score on entry is enough, an edit costs less here than in points, and matches pay
   // for the edits that they allow for.
-  assert(reward + cost <= least + 1 && cost <= least && reward * least >= cost);
+  assert(reward + cost <= min_penalty + 1 && cost <= min_penalty && reward * min_penalty >= cost);
 }
 
 /// Insertions or deletions on a path through one copy that begins with at most `kHighestGain`: they
-/// cost at most that score, a match for each character, and what lies above minus the unit length.
+/// cost no more than that score, a match for each character, and what lies above minus the unit
+/// length.
 std::int64_t CLagGrid::max_indels(std::int64_t unit_length) const {
   return (kHighestGain + 2 * unit_length - 1) / rule_.scoring.indel_penalty;
 }
 
-/// The persistence of a path that begins with score 0 and lives on behind the first copy.
+/// The persistence of a path that begins with score 0 and lives on after the first copy.
 std::int64_t CLagGrid::min_persistence(std::int64_t unit_length) const {
-  const std::int64_t least = rule_.scoring.min_penalty();
+  const std::int64_t min_penalty = rule_.scoring.min_penalty();
   const std::int64_t budget = 2 * unit_length - 1;
   // A mismatch or deletion costs a character and its reward, too.
-  const std::int64_t most_lost = std::max((weights_.reward + weights_.cost) * budget / (least + 1),
-                                          weights_.cost * budget / rule_.scoring.indel_penalty);
-  return std::max<std::int64_t>(weights_.reward * unit_length - most_lost, 0);
+  const std::int64_t max_loss =
+      std::max((weights_.reward + weights_.cost) * budget / (min_penalty + 1),
+               weights_.cost * budget / rule_.scoring.indel_penalty);
+  return std::max<std::int64_t>(weights_.reward * unit_length - max_loss, 0);
 }
 
 void CLagGrid::fill_lanes() {
   lane_values_.assign(10 * lane_count_, 0);
-  const std::int64_t least = rule_.scoring.min_penalty();
+  const std::int64_t min_penalty = rule_.scoring.min_penalty();
   const auto first = rule_.first_unit_length;
   const auto last = rule_.last_unit_length();
   // A path that lives has never collected less than minus this, with score 0 on entry.
   const auto deepest_fall = [&](std::int64_t unit_length) {
-    return divided_up(weights_.cost * unit_length, least) + 1;
+    return divided_up(weights_.cost * unit_length, min_penalty) + 1;
   };
   for (std::size_t parity = 0; parity < 2; ++parity) {
     std::uint8_t* const values = lane_values_.data() + 5 * parity * lane_count_;

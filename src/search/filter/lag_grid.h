@@ -14,8 +14,9 @@
 /// matters gets there. Rows are whole vectors, so they have some lags more at the upper end, and at
 /// the lower end one where that makes `first_lag` odd.
 ///
-/// What a path needs to persist and how far it may fall grow with the unit length, and so does its
-/// lowest lag. So the caps of a lane are those of the longest unit length whose paths come there.
+/// What a path needs to persist and how far it may fall increase with the unit length, and so does
+/// its lowest lag. So the caps of a lane are those of the longest unit length whose paths come
+/// there.
 
 #include <algorithm>
 #include <array>
@@ -88,7 +89,7 @@ class CLagGrid {
  public:
   /// Rows are whole vectors of this many lanes.
   static constexpr std::size_t kLaneGrain = 32;
-  /// A higher gain to the right is not bounded farther: such a seed is let through. So it bounds
+  /// A higher gain to the right is not bounded farther: such a seed is undecided. So it bounds
   /// the score on entry of the other side, and with it `max_indels`. Any value would be sound.
   static constexpr std::uint8_t kHighestGain = 31;
 
@@ -186,7 +187,7 @@ class CLagGrid {
   std::int64_t length_;
   const LagRule& rule_;
   LagWeights weights_{};
-  std::int64_t first_lag_ = 1;  ///< odd, at most the lowest lag that a path may use
+  std::int64_t first_lag_ = 1;  ///< odd, no higher than the lowest lag that a path may use
   std::size_t lane_count_ = 0;
   std::int64_t rows_ahead_ = 0;
   std::int64_t rows_per_segment_ = 0;

@@ -1,3 +1,26 @@
+// A lane is a lag, a row is a sum of base and character. The tables are filled row by row, right to
+// left for extensions to the right, then left to right for the others:
+//
+//     lag           1   2   3   4   5   6   7   8          lanes of one parity: 4
+//     row t         .       .      <v>      .              <v> = max of
+//     row t + 1         .      (n)     (n)      .            (n) less an indel, the last row filled
+//     row t + 2     .       .      [d]      .                [d] and a match or mismatch, before it
+//
+// Invariants:
+//
+// - Whole rows are filled, so each lane of the two rows before holds its value. Beside the lanes
+//   there are zeros, which no path that matters reads (search/filter/lag_grid.h).
+// - Three rows are held. Of the rightward ones a byte per lane is kept: the gain, or 255 if the
+//   seed is undecided whatever its left side does. So a segment needs a byte for each cell.
+// - The left table stands at the mirror image of row t when row t is joined: a seed's left side
+//   begins with the base before it and its last character, which is two rows further down.
+//
+// Beyond a segment rows are filled up to `row_ahead` and from `row_before` on: paths of its seeds
+// leave their first copy within them, and what they do after it is not asked for.
+//
+// Instructions of a whole search (phage lambda, unit lengths up to 100): without the sieve 26 times
+// as many; with 16 unit lengths at once instead of all, 1.8 times.
+
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "search/filter/lag_sieve.cpp"
 #include <hwy/foreach_target.h>  // compiles the rest of this file once for each kind of processor
@@ -92,7 +115,8 @@ void keep_row(const CLagGrid& grid, const CLagRows& rows, std::int64_t t, std::u
   }
 }
 
-/// Joins row `t` of growth to the right, as kept, with `rows`, which stand at its mirror image.
+/// Joins row `t` of the extension to the right, as kept, with `rows`, which stand at its mirror
+/// image.
 void join_row(CLagGrid& grid, const CLagRows& rows, std::int64_t t, const std::uint8_t* kept) {
   const hn::CappedTag<std::uint8_t, CLagGrid::kLaneGrain> d;
   using Vector = hn::Vec<decltype(d)>;
@@ -102,15 +126,15 @@ void join_row(CLagGrid& grid, const CLagRows& rows, std::int64_t t, const std::u
   for (std::size_t i = 0; i < grid.lane_count(); i += hn::Lanes(d)) {
     const Vector right_gain = hn::LoadU(d, kept + i);
     const Vector gain = hn::SaturatedAdd(right_gain, hn::LoadU(d, rows.gain(0) + i));
-    // The score on entry allows for more edits. A gain to the right that is kept as 255 lets the
-    // seed through, whatever the minimum score, which is 255 here at most.
+    // The score on entry allows for more edits. A gain to the right that is kept as 255 leaves
+    // the seed undecided, whatever the minimum score, which is 255 here at most.
     const Vector lent = is_half ? hn::AverageRound(right_gain, zero) : right_gain;
     const Vector persistence = hn::SaturatedAdd(hn::LoadU(d, rows.persistence(0) + i), lent);
-    const auto is_let_through =
+    const auto is_undecided =
         hn::Or(is_at_least(gain, hn::LoadU(d, lanes.min_gain + i)),
                is_at_least(persistence, hn::LoadU(d, lanes.min_persistence + i)));
     const auto searched = hn::Ne(hn::LoadU(d, lanes.is_searched + i), zero);
-    const auto found = hn::And(is_let_through, searched);
+    const auto found = hn::And(is_undecided, searched);
     if (hn::AllFalse(d, found)) continue;
     std::uint8_t bits[HWY_MAX_BYTES / 8 + 8] = {};
     hn::StoreMaskBits(d, found, bits);

@@ -28,11 +28,12 @@
 /// with a
 ///    mismatch or deletion. With v insertions, an edit leaves a score above -L, so (q + 1) u + g v
 ///    <= S + 2 L - 1: each of the u costs a match as well. The persistence is r L - (r + c) u - c
-///    v, so it is least if all edits are of one kind, and with S = 0 at least r L - max((r + c) (2
+///    v, so it is lowest if all edits are of one kind, and with S = 0 at least r L - max((r + c) (2
 ///    L - 1) / (q + 1), c (2 L - 1) / g), see `min_persistence`. S takes away S max((r + c) / (q
 ///    + 1), c / g) more, which is S at most, or half of S if `is_half_enough`; that much, rounded
 ///    up, is lent to the left side.
-/// 2. The best score to the right bounds S, and a higher gain than `kHighestGain` is let through,
+/// 2. The best score to the right bounds S, and a seed with a higher gain than `kHighestGain` is
+/// undecided,
 ///    so S is that at most. Hence g times the indels is S + 2 L - 1 at most, and lags farther than
 ///    that many indels from L are never used, see `max_indels`. The grid has all lags of its unit
 ///    lengths but those below 1: within a copy, a base lies after its character. Beside its lanes
@@ -43,12 +44,12 @@
 ///    + a) / q, so its persistence up to there is above -c (L + S) / q, as r >= c / q. What is left
 ///    of S is lent, as above. So a path that persists still does if a cell on its way is cut off.
 ///    The cell's unit length may differ; the longest that can come to its lag is taken, and what is
-///    needed and the fall grow with the unit length.
+///    needed and the fall increase with the unit length.
 /// 4. Where a byte ends below that sum, a path needs only 255 less the fall, or nothing. Where it
 ///    ends below L, a gain of 255 from a cell means a persistence of 255 from there, since r is 1
 ///    or more and c no more than a penalty, so by 3 the seed persists. For the same reason a
-///    penalty above 255 may count as 255. A minimum score above 255 counts as 255, too, which lets
-///    more through.
+///    penalty above 255 may count as 255. A minimum score above 255 counts as 255, too, which
+///    rejects less.
 /// 5. Beyond the seeds of a segment, rows are filled on either side as far as their copies and
 ///    insertions reach: 2 L + `max_indels` rows. So no segment needs another one, but how many
 ///    paths a seed sees beyond that depends on where its segment lies: borders are fixed.

@@ -1,3 +1,27 @@
+// Runs are found word by word, as set bits of the matches at one lag. A word is 64 boundaries:
+//
+//     bit              0   1   2   3   4   5   6   7 ...
+//     matches          0   1   1   1   0   0   1   1         base i equals the one a lag before
+//     first bits       0   1   0   0   0   0   1   0         matches & ~(matches << 1)
+//     run starts (3)   0   1   0   0   0   0   ?   ?         the bits of the next word decide
+//
+// Invariant of the scan: the seeds before `decided` have their verdict, all others are as they
+// came. A run [first, last) is the boundary run of the seeds first - L to last - L, and a seed has
+// no other one. So clearing the seeds between those of two undecided runs rejects exactly the seeds
+// whose run is too short or has no run one edit away, and seeds at no run at all.
+//
+// What is skipped, and why that is sound:
+//
+// - A word without a first bit: no run begins in it.
+// - A first bit that is no run start for `min_run`, or for 64 if that is less: the run is too
+// short.
+// - A bit that is no candidate of `CNearRuns`: neither run of the two has half of what both need.
+//
+// A run that began before the segment is found by going back to its first base, once.
+//
+// Instructions of a whole search (phage lambda, default options unless said otherwise): without the
+// sieve 11 times as many in a search of exact repeats; without `CNearRuns` 19 % more.
+
 #include "search/filter/run_sieve.h"
 
 #include <algorithm>
@@ -71,7 +95,7 @@ std::uint64_t run_start_at(const CBitSet& bits, std::uint64_t position) {
   return position;
 }
 
-/// Tells where a run may begin that a run one edit away makes long enough, or that is long enough
+/// Finds where a run may begin that a run one edit away makes long enough, or that is long enough
 /// by itself. Of two runs that make up `chained_runs` together one has half of them, or as much as
 /// the unit allows for; where no run of that length is near, none has to be looked at.
 ///
@@ -106,7 +130,7 @@ class CNearRuns {
                                                        first + kWordBits + half_)) {
       return ~std::uint64_t{0};
     }
-    // A run to the left ends one or two bases before; one to the right begins up to a base behind
+    // A run to the left ends one or two bases before; one to the right begins up to a base after
     // the end of a short run.
     std::uint64_t candidates = here_;
     for (std::uint64_t i = 1; i <= half_; ++i) candidates |= here_ >> i | after_ << (kWordBits - i);
@@ -116,7 +140,7 @@ class CNearRuns {
   }
 
  private:
-  /// Where a run at one of the lags has as many bases behind it as are told of.
+  /// Bit i: at one of the lags a run of `near_` bases begins at base i of word `w`.
   [[nodiscard]] std::uint64_t long_runs(std::size_t w) const {
     const auto starts = [&](const CBitSet& matches) {
       return w + 1 < matches.words().size() ? run_starts(matches.words(), w, near_) : 0;

@@ -9,6 +9,14 @@
 ///   lag_sieve     many unit lengths   a lane is a lag, a vector holds up to 32 of them
 /// ```
 ///
+/// The calls are alike, too: what is known of the text, the rule, the segment, the seeds.
+///
+/// ```
+///   sift_by_runs(lags, rule, segment, seeds)     `lags` are the base planes, compared at a lag
+///   sift_by_chains(planes, rule, segment, seeds)
+///   sift_by_lags(workspace, segment, seeds)      `workspace` has text and rule
+/// ```
+///
 /// A sieve gets a bit set for each unit length of its rule, with a bit for each base p that has a
 /// base after its unit, and clears the bits of seeds that it rejects. It changes no bits but those
 /// of the seeds of one segment. It keeps nothing between two calls: what it reads beyond the

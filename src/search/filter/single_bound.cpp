@@ -241,7 +241,7 @@ bool may_repeat_reach(const ScoredText& text, const ExtendableRepeat& repeat,
   assert(repeat.left_phase >= 0 && repeat.left_phase < unit_length);
   assert(text.begin <= repeat.start && repeat.end <= text.end);
   // Without a gain the differences reach as far as the score can pay for; half as much again is for
-  // gains. A guess: whatever goes farther meets the edge of the rows and is let through.
+  // gains. A guess: whatever goes farther meets the edge of the rows and stays undecided.
   const std::int64_t reach =
       (repeat.score + unit_length) * 3 / (2 * text.scoring.indel_penalty) + 3;
   if (reach > kMaxSingleLanes || unit_length > kMaxSingleUnit ||

@@ -28,7 +28,7 @@ function(quorix_set_build_options target)
   endif()
 endfunction()
 
-# Lets a fuzzer see which edges of the target's code an input takes. Of comparisons it is told
+# Lets a fuzzer see which edges of the target's code an input takes. About comparisons it learns
 # nothing: that would cost a third of the speed, and short words it finds without.
 function(quorix_show_edges target)
   if(QUORIX_BUILD_FUZZ)

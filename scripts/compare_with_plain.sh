@@ -61,7 +61,7 @@ compare() {
 }
 export -f compare
 
-# Prints file, mode and options of every comparison, each with a NUL behind it.
+# Prints file, mode and options of every comparison, each with a NUL after it.
 list_comparisons() {
   local file mode options
   find "$folder" -maxdepth 1 -type f \( -name '*.fa' -o -name '*.fasta' \) -print0 |

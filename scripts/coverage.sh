@@ -10,7 +10,7 @@ set -euo pipefail
 source "$(dirname -- "$(readlink -f -- "${BASH_SOURCE[0]}")")/usage.sh"
 [ $# -eq 0 ] || refuse_arguments
 
-readonly least_lines=98 least_branches=95 # percent
+readonly min_lines=98 min_branches=95 # percent
 
 cd -- "$(dirname -- "$(readlink -f -- "${BASH_SOURCE[0]}")")/.."
 jobs=$(nproc)
@@ -26,4 +26,4 @@ ctest --preset coverage --parallel "$jobs"
 printf '\n'
 gcovr --root . --filter src/ --exclude-throw-branches build-coverage
 gcovr --root . --filter src/ --exclude-throw-branches --branches --print-summary \
-  --fail-under-line "$least_lines" --fail-under-branch "$least_branches" build-coverage
+  --fail-under-line "$min_lines" --fail-under-branch "$min_branches" build-coverage

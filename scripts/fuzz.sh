@@ -25,7 +25,7 @@ source "$(dirname -- "$(readlink -f -- "${BASH_SOURCE[0]}")")/usage.sh"
 readonly all_harnesses=(parse search kernel report args)
 
 # Bytes of the longest input: beyond them nothing new can come.
-declare -rA most_bytes=([parse]=4200 [search]=330 [kernel]=160 [report]=300 [args]=48)
+declare -rA max_bytes=([parse]=4200 [search]=330 [kernel]=160 [report]=300 [args]=48)
 
 # Of `args` the library's tables take most of the time whatever the input is; how often an edge is
 # taken tells nothing then, and counting costs a fifth. Weighing thousands of inputs by how rare
@@ -46,7 +46,7 @@ is_number() { [[ $1 =~ ^[1-9][0-9]*$ ]]; }
 # count_files FOLDER
 count_files() { find "$1" -type f | wc -l; }
 
-# findings_of HARNESS: inputs that ended a run; slow ones are told in its log alone.
+# findings_of HARNESS: inputs that ended a run; slow ones are in its log alone.
 findings_of() {
   find "build-fuzz/findings/$1" -type f \
     \( -name 'crash-*' -o -name 'leak-*' -o -name 'timeout-*' -o -name 'oom-*' \) | sort
@@ -66,7 +66,7 @@ run() {
   read -ra options <<<"${own_options[$harness]-}"
   printf '== %s, log in %s\n' "$harness" "$log" >&2
   "build-fuzz/tests/fuzz/${harness}_fuzz" "$limit" "${options[@]}" \
-    -max_len="${LONGEST_INPUT-${most_bytes[$harness]}}" -timeout=120 \
+    -max_len="${LONGEST_INPUT-${max_bytes[$harness]}}" -timeout=120 \
     -close_fd_mask=3 -print_final_stats=1 -artifact_prefix="build-fuzz/findings/$harness/" \
     "build-fuzz/found/$harness" "tests/fuzz/corpus/$harness" &>"$log" || status=$?
   seconds=$((SECONDS - begin))
@@ -90,7 +90,7 @@ minimise() {
   # What has another name was put there by a person, for a reason.
   find "$corpus" -type f -not -name "$generated" -exec cp --target-directory="$kept" -- {} +
   "build-fuzz/tests/fuzz/${harness}_fuzz" -merge=1 -set_cover_merge=1 -use_counters=0 \
-    -max_len="${most_bytes[$harness]}" -close_fd_mask=3 \
+    -max_len="${max_bytes[$harness]}" -close_fd_mask=3 \
     "$kept" "$corpus" "build-fuzz/found/$harness" &>"build-fuzz/logs/$harness"
   [ "$(count_files "$kept")" -gt 0 ]
   find "$corpus" -type f -name "$generated" -delete
@@ -118,7 +118,7 @@ main() {
   harnesses=("$@")
   [ $# -gt 0 ] || harnesses=("${all_harnesses[@]}")
   for harness in "${harnesses[@]}"; do
-    [ -n "${most_bytes[$harness]-}" ] || refuse_arguments
+    [ -n "${max_bytes[$harness]-}" ] || refuse_arguments
   done
 
   cd -- "$(dirname -- "$(readlink -f -- "${BASH_SOURCE[0]}")")/.."

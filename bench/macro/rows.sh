@@ -1,5 +1,5 @@
 # shellcheck shell=bash disable=SC2034,SC2154 # the variables are shared with the other files
-# The rows of bench/macro/run.sh: inputs, options and targets. Sourced after measuring.sh, which
+# The rows of bench/macro/measure_runs.sh: inputs, options and targets. Sourced after measuring.sh, which
 # explains `seconds`, `peak`, `outcome` and `made`.
 
 # compare NAME TARGET OPTIONS INPUT [PLAIN_INPUT]: prints a row of the program beside the plain engine.

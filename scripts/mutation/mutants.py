@@ -175,7 +175,7 @@ def all_sites(file, source, has_texts=False):
 
 
 def with_switches(source, mutants, single=None):
-    """The source in which each function has one body for each of its mutants, and the own one. Gives
+    """The source in which each function has one body for each of its mutants, and the own one. Returns
     it with the number of the mutant that each line belongs to. `single` is made once for all."""
     edits = []
     for body in sorted({mutant.body for mutant in mutants}):

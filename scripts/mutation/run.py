@@ -148,7 +148,7 @@ class Run:
         self.tell(mutant, status, by)
 
     def build_switched(self, chosen, targets):
-        """Builds the mutants that are chosen at run time; those that do not compile are told."""
+        """Builds the mutants that are chosen at run time; those that do not compile are reported."""
         left = [mutant for mutant in chosen if mutant.number not in self.done
                 or self.done[mutant.number]["status"] != "not compiling"]
         while True:

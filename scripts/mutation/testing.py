@@ -151,10 +151,10 @@ class Tree:
                  "GTEST_FAIL_FAST": "1"})
         is_stuck = threading.Event()
 
-        def stop():
+        def end_run():
             is_stuck.set()
             os.killpg(process.pid, signal.SIGKILL)
-        timer = threading.Timer(20 * limit + 10, stop)  # it waits for something
+        timer = threading.Timer(20 * limit + 10, end_run)  # it waits for something
         timer.start()
         _, wait_status, usage = os.wait4(process.pid, 0)
         timer.cancel()

@@ -7,8 +7,8 @@
 #include <cstddef>
 
 #include "console/clock.h"
+#include "console/number_text.h"
 #include "console/run_clock.h"
-#include "settings/number_text.h"
 
 namespace quorix {
 

@@ -229,12 +229,15 @@ struct Options {
       true};
 };
 
+/// Stores the names of input and report. Of more than two none is stored: `open_input_and_report`
+/// then refuses the run.
 void store_file_names(const std::vector<std::string>& names) {
   if (names.size() > 2) return;
   global_input_filename = names.front();
   if (names.size() == 2) global_output_filename = names.back();
 }
 
+/// Stores all settings that any value of their type may have here; `check_settings` looks at them.
 void store_search_settings(const Options& options) {
   global_sequence_from = std::bit_cast<std::uint32_t>(options.firstSeq.getValue());
   global_sequence_to = std::bit_cast<std::uint32_t>(options.lastSeq.getValue());
@@ -258,6 +261,7 @@ void store_search_settings(const Options& options) {
   global_mask_repeats = options.maskX.getValue();
 }
 
+/// Returns the mode of a name. The library has refused names of no mode.
 int search_mode_of(const std::string& name) {
   if (name == "exact") return kSearchExact;
   if (name == "extendExact") return kSearchExtendExact;

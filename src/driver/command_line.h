@@ -10,7 +10,7 @@ struct CommandLineEnd {
   int status;  ///< 0 after help and version, 1 after the message about a malformed command line
 };
 
-/// Gives every setting its default, reads the arguments over them and checks the result.
+/// Sets every setting to its default, reads the arguments over them and checks the result.
 ///
 /// One file name is the input, a second one the report; with three or more neither is taken, so
 /// that the input cannot be opened. Returns `kSuccess`, or `kInvalidSetting` or `kUnknownMode`

@@ -13,10 +13,10 @@ namespace quorix {
 /// pipes, /dev/null) have no identity: writing to them destroys nothing.
 class CFileIdentity {
  public:
-  /// The file behind a name, which need not exist.
+  /// The file that a name refers to, which need not exist.
   [[nodiscard]] static CFileIdentity of_name(const std::string& filename);
 
-  /// The file behind an open descriptor.
+  /// The file that an open descriptor refers to.
   [[nodiscard]] static CFileIdentity of_descriptor(int descriptor);
 
   /// True if both are known and denote one regular file.

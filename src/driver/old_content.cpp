@@ -1,3 +1,6 @@
+// A user who swaps the names of input and report would lose the sequences. So the first character
+// of the old content is read before it is replaced.
+
 #include "driver/old_content.h"
 
 #include <fcntl.h>

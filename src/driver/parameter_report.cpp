@@ -1,10 +1,16 @@
+// The same lines go to the terminal and, as comments, to the head of the report. Labels end in the
+// same column, apart from those that are too long for it. The spelling of two of them ("succesive",
+// "nucletides") is part of the program's face and stays.
+//
+// File names may hold percent signs, which are doubled: `general_PrintMessage` undoubles them.
+
 #include "driver/parameter_report.h"
 
 #include <string>
 
 #include "console/console_texts.h"
+#include "console/number_text.h"
 #include "report/output_format.h"
-#include "settings/number_text.h"
 #include "settings/settings.h"
 
 namespace quorix {

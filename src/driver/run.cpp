@@ -65,6 +65,8 @@ int process_record(std::uint64_t number, CSequence_Mol& record, RunFiles& files)
   if (!files.report.flush()) return end_on_write_error(files.report);
   if (!global_mask_repeats) return kSuccess;
 
+  // The copy was opened before the search. That it failed is said only now, when there is something
+  // to write.
   if (files.masked.stream() == nullptr) {
     return refuse_output_file(files.masked.name(), "", kOutputWriteError);
   }

@@ -7,7 +7,7 @@
 
 #include "console/console_texts.h"
 #include "console/exit_status.h"
-#include "settings/number_text.h"
+#include "console/number_text.h"
 #include "settings/settings.h"
 
 namespace quorix {
@@ -29,9 +29,11 @@ long double smallest_threshold(int constant, int offset, float factor) {
 
 /// A repeat must need at least two matches or two bases, or every base would be one.
 bool has_selective_threshold() {
-  constexpr long double kLeast = 2.0L;
-  return smallest_threshold(global_min_score, global_min_score_a, global_min_score_bx) >= kLeast ||
-         smallest_threshold(global_min_length, global_min_length_a, global_min_length_bx) >= kLeast;
+  constexpr long double kMinThreshold = 2.0L;
+  return smallest_threshold(global_min_score, global_min_score_a, global_min_score_bx) >=
+             kMinThreshold ||
+         smallest_threshold(global_min_length, global_min_length_a, global_min_length_bx) >=
+             kMinThreshold;
 }
 
 }  // namespace

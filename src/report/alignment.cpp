@@ -1,3 +1,7 @@
+// The lines are built from edit to edit: the bases between two edits are appended in one piece,
+// with as many characters of consecutive copies of the unit. The first base of a repeat need not
+// match the first character of its unit; the left cursor says which one it matches.
+
 #include "report/alignment.h"
 
 #include <algorithm>
@@ -83,6 +87,7 @@ Flanks flanks_of(const Csat& repeat, const SequenceText& text, std::int64_t flan
 
 Alignment align(const Csat& repeat, const SequenceText& text, std::int64_t flanking_length) {
   const Flanks flanks = flanks_of(repeat, text, flanking_length);
+  // A column for each base, each deletion and both colons: the lines are allocated once.
   const auto column_count =
       static_cast<std::size_t>((flanks.right_end - flanks.left_begin) + repeat.deletions + 2);
   Alignment alignment;

@@ -1,3 +1,7 @@
+// The figures of one repeat, and the orders of edits and of repeats; report_sat.cpp writes it. Ends
+// and unit cursors move together: a base that is dropped from an end moves that end's cursor back
+// by one unit character.
+
 #include "report/csat.h"
 
 #include <cstdlib>
@@ -8,7 +12,8 @@ namespace quorix {
 
 namespace {
 
-/// Exit status for a perfection mode that the command line refuses.
+/// Exit status for a perfection mode that the command line refuses, so only a caller of the library
+/// can have set it.
 constexpr int kUnknownPerfectionMode = 2;
 
 /// Returns the place of a kind in the order in which an alignment consumes edits at one base:

@@ -1,3 +1,7 @@
+// The legend lists the columns of the quorix formats in the order in which report_sat.cpp writes
+// them. The sputnik compatible format has the legend of the plain quorix format, although its lines
+// have no column for the length in the sequence.
+
 #include "report/output_format.h"
 
 #include "settings/settings.h"

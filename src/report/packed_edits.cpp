@@ -24,12 +24,14 @@ constexpr std::uint64_t kFarDistance = (1U << kKindShift) - 1;
 constexpr unsigned kRestShift = 7;
 constexpr std::uint64_t kRestMask = (1U << kRestShift) - 1;
 
+/// An odd factor that spreads offsets over all 64 bits; the top seven decide.
 constexpr std::uint64_t kMixer = 0x9E3779B97F4A7C15U;
 constexpr unsigned kHashShift = 57;
 /// A chunk ends at this size, whatever its offsets are; one edit may exceed it.
 constexpr std::size_t kMaxChunkBytes = 4096;
 constexpr std::size_t kMinTableSize = 64;
 
+/// Returns true if an edit at this offset ends its chunk, in whatever list it stands.
 bool is_end_of_chunk(std::uint64_t offset) {
   return (offset * kMixer) >> kHashShift == 0;
 }
@@ -38,6 +40,7 @@ void append_byte(std::string& bytes, std::uint64_t byte) {
   bytes.push_back(static_cast<char>(static_cast<unsigned char>(byte)));
 }
 
+/// Appends the code of an edit, as described above.
 void append_code(std::string& bytes, char kind, std::uint64_t distance) {
   assert(kKinds.find(kind) != std::string_view::npos);
   const unsigned code = kind == 'M' ? 0 : kind == 'I' ? 1 : 2;
@@ -60,6 +63,7 @@ std::uint64_t take_rest(const char*& from) {
   }
 }
 
+/// Appends the edits of one chunk.
 void append_edits(std::string_view bytes, fastvector<Edit>& edits) {
   const char* position = nullptr;
   std::memcpy(&position, bytes.data(), sizeof position);
@@ -107,6 +111,7 @@ CPackedEdits CEditStore::pack(const fastvector<Edit>& edits, const char* text_be
   }
   if (!bytes_.empty()) chunks_.push_back(shared_chunk());
 
+  // The list is allocated once its length is known: pointers follow it in the same block.
   const List list{edits.size(), chunks_.size()};
   const std::size_t pointer_bytes = chunks_.size() * sizeof(const Chunk*);
   auto* const block = static_cast<char*>(allocate(sizeof list + pointer_bytes));

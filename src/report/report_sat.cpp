@@ -1,5 +1,9 @@
 // The report of one repeat: its unit in the chosen normal form, an information line in one of three
-// formats, and on request its bases or its alignment.
+// formats, and on request its bases or its alignment. Other programs parse these lines, so every
+// width, blank and label stays as it is.
+//
+// The text is gathered in a block on the stack and handed to the stream in one piece, see
+// sequence/stream_text.h.
 
 #include <cmath>
 #include <cstddef>
@@ -88,18 +92,22 @@ void add_common_columns(CStreamText& report, const Csat& repeat, const RepeatFig
   report.add(" % |");
 }
 
+/// Appends the end of an information line.
 void add_unit(CStreamText& report, std::string_view unit) {
   report.add(" unit ");
   report.add(unit);
   report.add('\n');
 }
 
+/// Appends the line of the plain format.
 void add_quorix_format(CStreamText& report, const Csat& repeat, const RepeatFigures& figures,
                        std::string_view unit) {
   add_common_columns(report, repeat, figures);
   add_unit(report, unit);
 }
 
+/// Appends the shared columns, counts of edits, and a second line with each edit: its 1-based
+/// position in the repeat, and its kind.
 void add_extended_format(CStreamText& report, const Csat& repeat, const RepeatFigures& figures,
                          std::string_view unit) {
   add_common_columns(report, repeat, figures);
@@ -119,6 +127,7 @@ void add_extended_format(CStreamText& report, const Csat& repeat, const RepeatFi
   report.add('\n');
 }
 
+/// Appends the line of the sputnik compatible format, with the perfection in whole percent.
 void add_sputnik_format(CStreamText& report, const Csat& repeat, const RepeatFigures& figures,
                         std::string_view unit) {
   // A repeat of N's alone has no perfection, and NaN must not become a number.
@@ -134,6 +143,7 @@ void add_sputnik_format(CStreamText& report, const Csat& repeat, const RepeatFig
   add_unit(report, unit);
 }
 
+/// Appends the information line in the chosen format.
 void add_information(CStreamText& report, const Csat& repeat, const SequenceText& text,
                      std::string_view unit) {
   const RepeatFigures figures = figures_of(repeat, text);
@@ -152,6 +162,7 @@ void add_bases(CStreamText& report, const char* first, const char* last, char en
   report.add(end_mark);
 }
 
+/// Appends the line of bases, with flanks set off by colons.
 void add_sequence(CStreamText& report, const Csat& repeat, const SequenceText& text) {
   if (global_flanking <= 0) return add_bases(report, repeat.start, repeat.end, '\n');
   const Flanks flanks = flanks_of(repeat, text, global_flanking);
@@ -160,6 +171,7 @@ void add_sequence(CStreamText& report, const Csat& repeat, const SequenceText& t
   add_bases(report, repeat.end, flanks.right_end, '\n');
 }
 
+/// Appends the three lines of the alignment.
 void add_alignment(CStreamText& report, const Csat& repeat, const SequenceText& text) {
   const Alignment alignment = align(repeat, text, global_flanking);
   for (const std::string* line : {&alignment.bases, &alignment.marks, &alignment.unit}) {
@@ -175,6 +187,7 @@ void Csat::report_sat(std::FILE* stream, CSequence_Mol& sequence) const {
   const SequenceText text{text_begin, text_begin + sequence.sequence.size()};
 
   CDnaString unit(std::string_view(unit_begin, static_cast<std::size_t>(unit_length())));
+  // A repeat of ATAT is one of AT, so it is left to the search for AT.
   if (normalize_unit(unit)) return;
 
   char block[kBlockSize];

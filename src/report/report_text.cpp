@@ -1,3 +1,6 @@
+// Numbers are spelled by std::to_chars: it ignores the locale and needs no format, and it rounds
+// decimals as printf does. Only what is no number is left to printf.
+
 #include "report/report_text.h"
 
 #include <charconv>

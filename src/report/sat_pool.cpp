@@ -1,3 +1,7 @@
+// Records move between lists together with their list nodes. So a container that returns its
+// records allocates nothing and cannot fail, not even in its destructor; only `release` needs a new
+// node.
+
 #include "report/sat_pool.h"
 
 namespace quorix {

@@ -1,9 +1,9 @@
 #pragma once
 
 /// @file
-/// The pool of spare repeat records. A search acquires and drops a record at nearly every base, so
-/// records are never freed during a run: they return to the pool with their edit blocks, and the
-/// last one released is the first one reused.
+/// The pool of spare repeat records. The overlap removal drops many repeats of a sequence, and
+/// the end of the sequence drops the rest. Records are never freed during a run: they return to the
+/// pool with their edit blocks, and the last one released is the first one reused.
 
 #include <cstddef>
 #include <list>

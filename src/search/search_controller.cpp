@@ -1,3 +1,10 @@
+// Nearly every member forwards to the part that does the work. Two things are decided here: which
+// text is searched, and which thresholds are active.
+//
+// The threshold tables depend on the settings alone, so they are computed once and outlive the
+// controllers. A search for exact repeats that are to be extended has tables of its own, with
+// thresholds so low that edits can still make up for what a repeat lacks.
+
 #include "search/search_controller.h"
 
 #include "report/sequence_block.h"
@@ -19,6 +26,7 @@ namespace {
 /// An exact repeat waits to be extended if it scores this much, and its own unit length.
 constexpr std::int32_t kMinSeedScore = 4;
 
+/// Computes `table` if no earlier controller has.
 void make_table_unless_there(std::unique_ptr<const CThresholdTable>& table,
                              const ThresholdRule& rule) {
   if (table == nullptr) {

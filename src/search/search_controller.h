@@ -6,13 +6,19 @@
 ///
 /// The driver builds one controller for a record, runs one search on it, has overlapping repeats
 /// removed and the rest reported, and destroys it before the next record is read. The controller
-/// only holds the parts together and forwards to them:
+/// only holds the parts together and forwards to them. Where to read on:
 ///
-/// - modes/: the searches, the overlap removal, and what no option of the program reaches
-/// - scan/: the scan of one unit length over the bases that are still open
-/// - extension/: what becomes of a seed, over perfect copies and over edits
-/// - filter/: which seeds are worth extending
-/// - rules/: scores, thresholds and unit lengths
+/// - modes/: exact_search.h, extend_exact_search.h and imperfect_search.h are the modes of the
+///   program, overlap_removal.h drops what others overlap; library_members.h and
+///   minimum_perfection.h are for callers of the library alone
+/// - scan/: seed_scan.h iterates over the seeds of one unit length, anchor_seq.h holds the bases
+///   that are still open
+/// - extension/: extender.h extends a seed and tests it; exact_extension.h extends over perfect
+///   copies, imperfect_extension.h over edits, which look_ahead.h chooses
+/// - filter/: filter_plan.h says which sieve and bounds drop seeds that cannot become a repeat
+/// - rules/: score.h, thresholds.h and unit_range.h
+///
+/// Members in another spelling than the rest keep the names by which callers know them.
 ///
 /// Positions are pointers into the record's text. A `limit` bounds what may be read: to the right
 /// it is one past the last base, to the left it is the position before the first one. Nothing here
@@ -60,22 +66,21 @@ class CSearchController {
   /// then. Returns 0. No controller may be in use.
   static int reset_minimum_arrays();
 
+  // The modes of the program.
+
   /// Finds exact repeats: all unit lengths in ascending order, each region once. Appends to
   /// `exact_sat_list` those that pass the active thresholds, and sorts it. Throws: std::bad_alloc.
+  /// See modes/exact_search.h.
   void exact_search_2();
-
-  /// An older single pass over the sequence, which nothing in the program calls: at each base all
-  /// unit lengths, skipping those whose region has been found. Appends to `exact_sat_list`,
-  /// unsorted. Throws: std::bad_alloc.
-  void exact_search();
 
   /// Finds exact repeats with lax thresholds, extends each over edits and keeps in
   /// `imperfect_sat_list`, sorted, those that pass the user's, which are the active ones
-  /// afterwards. Throws: std::bad_alloc.
+  /// afterwards. Throws: std::bad_alloc. See modes/extend_exact_search.h.
   void search_exact_and_extend_to_imperfect_repeats();
 
   /// Extends a seed from every admissible base for every unit length and keeps in
   /// `imperfect_sat_list`, sorted, those that pass. The stream is not used. Throws: std::bad_alloc.
+  /// See modes/imperfect_search.h, also for the two scans that follow.
   void complete_imperfect_search(std::FILE* stream);
 
   /// The scan of `complete_imperfect_search` for unit length 1. Appends to `accepted`.
@@ -85,14 +90,24 @@ class CSearchController {
   void one_unit_len_complete_imperfect_search(std::uint64_t unit_length, CAnchorSeq& anchors,
                                               std::list<Csat*>& accepted);
 
-  /// A first-hit scan, which the driver does not call: the first accepted repeat at a base is
-  /// reported at once and the scan goes on after it, so that its repeats never overlap.
+  // Searches for callers of the library: no option of the program leads here.
+
+  /// An older single pass over the sequence: at each base all unit lengths, skipping those whose
+  /// region has been found. Appends to `exact_sat_list`, unsorted. Throws: std::bad_alloc.
+  /// See modes/library_members.h.
+  void exact_search();
+
+  /// A first-hit scan: the first accepted repeat at a base is written to `stream` at once and the
+  /// scan goes on after it, so that its repeats never overlap. Throws: std::bad_alloc.
+  /// See modes/library_members.h.
   void simple_imperfect_search(std::FILE* stream);
 
   /// Does nothing; the name is kept for callers of old.
   void imperfect_search();
 
-  /// See search/extension/exact_extension.h.
+  // Extension of one repeat.
+
+  /// See extension/exact_extension.h.
   [[nodiscard]] static bool valid_starting_pattern(const Csat& sat);
   [[nodiscard]] static bool valid_starting_pattern(const char* pattern_begin,
                                                    const char* pattern_end, const char* next_N);
@@ -100,14 +115,14 @@ class CSearchController {
   static bool extend_exact_backward(Csat& sat, const char* limit);
 
   /// Extends a repeat over matches and edits and leaves it at the best-scoring extent met.
-  /// Throws: std::bad_alloc.
+  /// Throws: std::bad_alloc. See extension/extender.h and imperfect_extension.h.
   void extend_imperfect_forward(Csat& sat, const char* limit);
   void extend_imperfect_backward(Csat& sat, const char* limit);
 
   /// The highest score that can be reached from a state within the recursion depth and the score
   /// reduction limit; changes nothing. `pos` is the next base to read (backward: one past it),
   /// `unit_pos` the unit character that it has to match, `best_score` the best score so far.
-  /// Throws: std::bad_alloc.
+  /// Throws: std::bad_alloc. See extension/look_ahead.h.
   [[nodiscard]] int extend_imperfect_forward_leap_ahead(
       const char* pos, const char* unit_pos, const char* unit_begin, const char* unit_end,
       int score, std::int64_t unit_length, std::uint8_t level, const char* limit, int best_score);
@@ -115,20 +130,25 @@ class CSearchController {
       const char* pos, const char* unit_pos, const char* unit_begin, const char* unit_end,
       int score, std::int64_t unit_length, std::uint8_t level, const char* limit, int best_score);
 
-  /// See search/modes/overlap_removal.h.
+  // What is done with the repeats found.
+
+  /// Drops repeats that others mostly overlap. See modes/overlap_removal.h.
   static void remove_hidden(CsatContainer& container);
 
   /// Writes the sequence's head, each repeat of the list and the closing line, and flushes.
+  /// See report/sequence_block.h and `Csat::report_sat`.
   void report_SATList(std::FILE* stream, std::list<Csat*> repeats);
 
   /// Writes the exact repeats, each whole or broken up into parts of at least
   /// `global_perfection_minimum`. No option leads here, nor to the two that follow; see
-  /// search/modes/minimum_perfection.h.
+  /// modes/minimum_perfection.h.
   void report_exact_sat_with_minimum_perfection(std::FILE* stream);
   void find_and_report_all_sat_with_minimum_perfection_in_previously_determined_exact_sat(
       std::FILE* stream, const Csat& sat);
   static void find_one_exact_sat_with_minimum_perfection_in_previously_determined_exact_repeat(
       const Csat& sat, const char* from, Csat& best);
+
+  // What the search has done so far, for tests and measurements.
 
   /// Bytes that the edits of the repeats found take.
   [[nodiscard]] std::size_t edit_bytes() const { return extender_.edit_bytes(); }
@@ -148,10 +168,10 @@ class CSearchController {
   static const CThresholdTable* minScores;
   static const CThresholdTable* minLengths;
 
-  std::uint64_t sequence_number;
-  CSequence_Mol& sequence_record;
-  CsatContainer exact_sat_list;
-  CsatContainer imperfect_sat_list;
+  std::uint64_t sequence_number;     ///< in its file, from 1
+  CSequence_Mol& sequence_record;    ///< the record searched, which is not owned
+  CsatContainer exact_sat_list;      ///< filled by the exact searches
+  CsatContainer imperfect_sat_list;  ///< filled by the searches over edits
 
  private:
   /// The bases of `record`, which stay where they are from now on.
@@ -162,9 +182,9 @@ class CSearchController {
   /// A search under the settings of now and the active thresholds.
   [[nodiscard]] SearchContext search_context();
 
-  SearchedText text_;
-  CExtender extender_;
-  CSeedScan scan_;
+  SearchedText text_;   ///< the bases of `sequence_record`
+  CExtender extender_;  ///< the caches and the edits of the repeats found
+  CSeedScan scan_;      ///< the seed filter
 };
 
 }  // namespace quorix

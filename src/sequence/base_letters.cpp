@@ -1,3 +1,7 @@
+// Genomes consist of A, C, G, T and N, in either case, apart from a few other letters and the line
+// ends. So letters are copied sixteen at a time in upper case, as two words, and the words are
+// tested for any other letter. Only a group that has one is done again, by the table.
+
 #include "sequence/base_letters.h"
 
 #include <array>
@@ -9,6 +13,7 @@ namespace quorix {
 
 namespace {
 
+/// Bytes that are not listed stay `kNoLetter`.
 constexpr std::array<char, 256> make_base_table() {
   std::array<char, 256> bases{};
   const auto set = [&bases](std::string_view letters, char base) {

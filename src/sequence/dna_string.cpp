@@ -1,3 +1,8 @@
+// The least rotation is found by a duel of two starts, `best` and `rival`. As long as their letters
+// agree, neither wins. The first letters that differ rule out a whole stretch of starts at once, so
+// the starts pass over the text once and no other rotation is ever built. Two starts that agree
+// over the whole length show that the text repeats a shorter unit.
+
 #include "sequence/dna_string.h"
 
 #include <algorithm>
@@ -8,6 +13,7 @@ namespace quorix {
 
 namespace {
 
+/// Stands for the complement of a letter that has none.
 constexpr char kNoComplement = '?';
 
 constexpr std::array<char, 256> make_complement_table() {
@@ -23,6 +29,7 @@ constexpr std::array<char, 256> make_complement_table() {
 
 constexpr std::array<char, 256> kComplementOf = make_complement_table();
 
+/// The rotation that comes first in byte order.
 struct LeastRotation {
   std::size_t start;  ///< where in the text the rotation begins, 0-based
   bool is_periodic;   ///< another rotation equals it

@@ -1,3 +1,10 @@
+// After a refill the buffer begins with the last character taken, so one step back is possible even
+// then. Line ends are normalised in place: a CR becomes a LF in the buffer, and so stays one if it
+// is read again.
+//
+// What was read before an end or an error is still delivered: the end flag is set only when a
+// character is asked for and none is left.
+
 #include "sequence/file.h"
 
 #include <algorithm>

@@ -1,3 +1,6 @@
+// The length of a file is looked at twice only: when it is opened, and when a read returns nothing.
+// That is enough to find out that the file was cut in between, and costs nothing in any other read.
+
 #include "sequence/posix_source.h"
 
 #include <fcntl.h>

@@ -1,3 +1,8 @@
+// A unit of n letters that repeats a block repeats a block of n / p letters for some prime p: if
+// the block fits m times and p divides m, then m / p blocks in a row are a block too. So only the
+// prime factors of n are tried. The table of these factors is filled by a sieve when the program is
+// loaded.
+
 #include "sequence/reducible_unit.h"
 
 #include <cstddef>
@@ -7,6 +12,7 @@ namespace quorix {
 
 namespace {
 
+/// Appends each prime to the rows of its multiples, so that every row is in ascending order.
 std::array<PrimeFactorRow, kMaxTabledLength + 1> make_prime_factors() {
   std::array<PrimeFactorRow, kMaxTabledLength + 1> rows{};
   std::array<std::size_t, kMaxTabledLength + 1> factor_counts{};

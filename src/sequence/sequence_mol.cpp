@@ -1,3 +1,8 @@
+// Almost every byte of a FASTA file is a plain letter of a name or a base. So both are taken in
+// stretches of the buffer, and only the byte at which a stretch ends goes through `getchar`, which
+// knows all kinds of line ends, refills the buffer and counts lines. The two steps alternate until
+// the line ends.
+
 #include "sequence/sequence_mol.h"
 
 #include <algorithm>
@@ -28,6 +33,7 @@ std::string_view stretch_of_line(const CFile& file) {
   return stretch;
 }
 
+/// Independent of the locale, unlike the C library's test.
 bool is_white_space(int character) {
   return character == ' ' || (character >= '\t' && character <= '\r');
 }
@@ -57,6 +63,7 @@ bool has_another_line(CFile& file) {
   return !file.is_at_end() && character != '>';
 }
 
+/// Takes all characters up to the line feed.
 void skip_line(CFile& file) {
   while (!file.is_at_end() && file.getchar() != '\n') {
   }

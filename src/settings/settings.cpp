@@ -1,3 +1,6 @@
+// Defaults are set by `init_param`, not where the settings are defined: the arguments are read over
+// them, and every reading, of which a test has many, has to start from the same values.
+
 #include "settings/settings.h"
 
 namespace quorix {

@@ -4,7 +4,7 @@
 #   check_file_lengths.sh SOURCE_FOLDER
 set -euo pipefail
 
-readonly most_lines=500
+readonly max_lines=500
 
 [ $# -eq 1 ] || { echo 'usage: check_file_lengths.sh SOURCE_FOLDER' >&2 && exit 2; }
 
@@ -14,7 +14,7 @@ files=$(find "$1" -type f -size +0)
 findings=''
 while IFS= read -r file; do
   lines=$(wc -l <"$file")
-  [ "$lines" -le "$most_lines" ] || findings+="$file: $lines lines, more than $most_lines"$'\n'
+  [ "$lines" -le "$max_lines" ] || findings+="$file: $lines lines, more than $max_lines"$'\n'
 done <<<"$files"
 
 printf '%s' "$findings"

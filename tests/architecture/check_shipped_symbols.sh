@@ -7,7 +7,7 @@ set -euo pipefail
 [ $# -eq 1 ] || { echo 'usage: check_shipped_symbols.sh PROGRAM' >&2 && exit 2; }
 
 symbols=$(nm --demangle "$1")
-# Of a stripped program nothing could be told.
+# Nothing could be said of a stripped program.
 if ! grep -q 'quorix::read_and_init_parameters(' <<<"$symbols"; then
   echo "$1 has no symbols of the program"
   exit 1

@@ -55,7 +55,7 @@ in_locale() {
   env LOCPATH="$kept/locales" LC_ALL="$locale.UTF-8" "$@"
 }
 
-# body FILE: the report without the lines that tell the names of the files and of the masked copy.
+# body FILE: the report without the lines with the names of the files and of the masked copy.
 body() {
   sed -e '/^# Input file name:/d' -e '/^# *Write file with masked seq/d' "$1"
 }
@@ -67,7 +67,7 @@ differ() {
 }
 
 # check WAY COMMAND [WORD]...: runs the command, which searches in.fa and writes report and masked
-# copy, with the options behind it.
+# copy, with the options after it.
 check() {
   local way=$1 file
   shift

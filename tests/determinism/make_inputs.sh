@@ -49,5 +49,5 @@ make 2 1 60 6000 1000000 >"$1/units.fa"
 make 3 12 6 500 60 | tr ACGT acgt >"$1/small.fa"
 make 4 3 12 2000 80 | sed 's/$/\r/' >"$1/crlf.fa"
 make 5 3 12 2000 7 | tr '\n' '\r' >"$1/cr.fa"
-# Behind the first megabyte, so that a repeat lies across the end of the read buffer.
+# After the first megabyte, so that a repeat lies across the end of the read buffer.
 { printf '>gap\n' && head --bytes=999900 /dev/zero | tr '\0' 'N' && echo && make 6 1 6 2000 70 | sed 1d; } >"$1/gap.fa"

@@ -24,7 +24,8 @@ std::vector<NamedBases> all_short_texts() {
   return texts;
 }
 
-/// Penalties of -2 or -3 and the extended format: edits fit into nine bases, and are told.
+/// Penalties of -2 or -3 and the extended format: edits fit into nine bases, and the report lists
+/// them.
 bool expects_edits(const Options& options) {
   const auto has = [&options](const char* option) {
     return std::find(options.begin(), options.end(), option) != options.end();

@@ -34,14 +34,14 @@ using reference::ThresholdSet;
 
 CaseArguments arguments{1000, 1};
 
-/// Seeds, by what became of them; those of short units are told by runs, of long ones by lags.
+/// Seeds, by what became of them; short units are tested by runs, long ones by lags.
 struct Tally {
   std::uint64_t seeds = 0;
   std::uint64_t accepted = 0;
   std::uint64_t refuted_by_runs = 0;
   std::uint64_t refuted_by_lags = 0;
   std::uint64_t refuted_by_score = 0;
-  std::uint64_t refuted_by_batches = 0;  ///< let through by runs or lags, but cannot grow
+  std::uint64_t refuted_by_batches = 0;  ///< let through by runs or lags, but extend to no repeat
   std::uint64_t refuted_at_all = 0;
 } tally;
 
@@ -107,47 +107,48 @@ class CJudgedRecord {
     CSeedFilter edit_filter = filter_for(SeedUse::kExtendOverEdits, user);
     const CBitSet& edited = edit_filter.seeds(unit_length);
     const CBitSet extended = seeds_for(unit_length, SeedUse::kExtendExactlyFirst, intern);
-    const bool is_told_by_lags = static_cast<std::int64_t>(unit_length) >=
-                                 -std::max(global_mismatch_score, global_indel_score);
+    const bool is_tested_by_lags = static_cast<std::int64_t>(unit_length) >=
+                                   -std::max(global_mismatch_score, global_indel_score);
 
     const auto signed_length = static_cast<std::int64_t>(unit_length);
     for (std::int64_t p = 0; p + signed_length < length(); ++p) {
       if (!reference::is_valid_starting_pattern(bases_, p, p + signed_length)) continue;
       const Repeat seed = reference::repeat_from_unit(p, p + signed_length);
-      const Repeat run = grown_exactly(seed);
-      const Repeat grown = grown_over_edits(seed);
+      const Repeat run = extended_exactly(seed);
+      const Repeat repeat = extended_over_edits(seed);
       const auto at = static_cast<std::uint64_t>(p);
 
       ++tally.seeds;
       if (!exact.test(at) && reference::passes_thresholds(run, ThresholdSet::kUser)) {
-        return describe("exact growth", run);
+        return describe("exact extension", run);
       }
-      const bool is_accepted = reference::passes_thresholds(grown, ThresholdSet::kUser);
+      const bool is_accepted = reference::passes_thresholds(repeat, ThresholdSet::kUser);
       if (is_accepted) ++tally.accepted;
       const bool is_bounded = !may_reach(seed);
       if ((!edited.test(at) || is_bounded) && is_accepted) {
-        return describe(is_bounded ? "the score bound" : "growth over edits", grown);
+        return describe(is_bounded ? "the score bound" : "extension over edits", repeat);
       }
       // As a scan asks: only for seeds that the other filters let through, in ascending order.
       if (edited.test(at) && !edit_filter.has_verdict(at))
         edit_filter.decide(at, ~std::uint64_t{0});
       if (edited.test(at) && !edit_filter.is_undecided(at)) {
         ++tally.refuted_by_batches;
-        if (is_accepted) return describe("growth over edits, asked for with its neighbours", grown);
+        if (is_accepted)
+          return describe("extension over edits, asked for with its neighbours", repeat);
       }
-      if (!edited.test(at)) ++(is_told_by_lags ? tally.refuted_by_lags : tally.refuted_by_runs);
+      if (!edited.test(at)) ++(is_tested_by_lags ? tally.refuted_by_lags : tally.refuted_by_runs);
       if (is_bounded) ++tally.refuted_by_score;
       if (is_bounded || !edited.test(at)) ++tally.refuted_at_all;
 
       if (!reference::passes_thresholds(run, ThresholdSet::kIntern)) continue;
-      const Repeat extension = grown_over_edits(run);
+      const Repeat extension = extended_over_edits(run);
       const bool is_extended = reference::passes_thresholds(extension, ThresholdSet::kUser);
       if (is_extended && (!extended.test(at) || !may_reach(run))) {
-        return describe("exact growth with edits behind it", extension);
+        return describe("exact extension with edits after it", extension);
       }
       // Such a run closes its bases to the seeds of longer units.
       if (!extended.test(at) && reference::passes_thresholds(run, ThresholdSet::kUser)) {
-        return describe("exact growth before edits", run);
+        return describe("exact extension before edits", run);
       }
     }
     return "";
@@ -166,14 +167,14 @@ class CJudgedRecord {
     return filter_for(use, thresholds).seeds(unit_length);
   }
 
-  [[nodiscard]] Repeat grown_exactly(Repeat repeat) const {
+  [[nodiscard]] Repeat extended_exactly(Repeat repeat) const {
     reference::extend_exact_forward(repeat, bases_, length());
     reference::extend_exact_backward(repeat, bases_, -1);
     reference::remove_Ns_at_ends(repeat, bases_);
     return repeat;
   }
 
-  [[nodiscard]] Repeat grown_over_edits(Repeat repeat) const {
+  [[nodiscard]] Repeat extended_over_edits(Repeat repeat) const {
     reference::extend_imperfect_forward(repeat, bases_, length());
     reference::extend_imperfect_backward(repeat, bases_, -1);
     reference::remove_Ns_at_ends(repeat, bases_);
@@ -193,7 +194,7 @@ class CJudgedRecord {
 
   [[nodiscard]] std::string describe(const std::string& how, const Repeat& repeat) const {
     return "refuted, but accepted by " + how + ": unit [" + std::to_string(repeat.unit_begin) +
-           "," + std::to_string(repeat.unit_end) + ") grows to [" + std::to_string(repeat.start) +
+           "," + std::to_string(repeat.unit_end) + ") extends to [" + std::to_string(repeat.start) +
            "," + std::to_string(repeat.end) + ") of " + bases_ + " with score " +
            std::to_string(repeat.score);
   }
@@ -216,7 +217,7 @@ void run_case(std::uint64_t seed) {
 }
 
 /// Copies of a long unit, which the bounds hold in numbers that end: one copy begins or ends with
-/// many mismatches, which those behind it have to pay for.
+/// many mismatches, which those after it have to pay for.
 void run_case_of_a_long_unit(std::uint64_t seed) {
   RandomEngine engine(seed);
   const std::size_t unit_length = draw_between(engine, 150, 700);

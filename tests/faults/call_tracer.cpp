@@ -36,7 +36,7 @@ namespace {
 constexpr int kCannotTrace = 125;
 
 /// Where a call of a number names its file.
-enum class Names { kDescriptor, kPath, kPathBehindFolder, kNothing };
+enum class Names { kDescriptor, kPath, kPathAfterFolder, kNothing };
 
 struct KnownCall {
   long number;
@@ -53,14 +53,14 @@ constexpr std::array<KnownCall, 20> kKnownCalls{{
     {SYS_writev, CallKind::kWrite, Names::kDescriptor},
     {SYS_open, CallKind::kOpen, Names::kPath},
     {SYS_creat, CallKind::kOpen, Names::kPath},
-    {SYS_openat, CallKind::kOpen, Names::kPathBehindFolder},
+    {SYS_openat, CallKind::kOpen, Names::kPathAfterFolder},
     {SYS_close, CallKind::kClose, Names::kDescriptor},
     {SYS_flock, CallKind::kLock, Names::kDescriptor},
     {SYS_ftruncate, CallKind::kEmpty, Names::kDescriptor},
     {SYS_stat, CallKind::kStatus, Names::kPath},
     {SYS_lstat, CallKind::kStatus, Names::kPath},
     {SYS_fstat, CallKind::kStatus, Names::kDescriptor},
-    {SYS_newfstatat, CallKind::kStatus, Names::kPathBehindFolder},
+    {SYS_newfstatat, CallKind::kStatus, Names::kPathAfterFolder},
     {SYS_readlink, CallKind::kStatus, Names::kPath},
     {SYS_mmap, CallKind::kMemory, Names::kNothing},
     {SYS_mremap, CallKind::kMemory, Names::kNothing},
@@ -108,7 +108,7 @@ class CTracer {
  public:
   CTracer(pid_t process, const Meddling& meddling) : process_(process), meddling_(meddling) {}
 
-  /// Gives what `waitpid` told of the end of the process.
+  /// Returns the status with which `waitpid` reported the end of the process.
   int follow() {
     int status = wait_for_change();
     require(WIFSTOPPED(status), "this process may not trace another one");
@@ -163,7 +163,7 @@ class CTracer {
     const Call& call = calls_.back();
     if (call.kind == CallKind::kRead && meddling_.read_piece > 0) shorten_to(meddling_.read_piece);
     if (!is_to_be_hit(call)) return;
-    if (meddling_.most_bytes > 0) shorten_to(meddling_.most_bytes);
+    if (meddling_.max_bytes > 0) shorten_to(meddling_.max_bytes);
     if (meddling_.is_at_end) shorten_to(0);
     if (meddling_.signal != 0) ::kill(process_, meddling_.signal);
     if (meddling_.error != 0) fail();
@@ -203,7 +203,7 @@ class CTracer {
         return file_of(static_cast<int>(registers_.rdi));
       case Names::kPath:
         return last_part_at(registers_.rdi);
-      case Names::kPathBehindFolder: {
+      case Names::kPathAfterFolder: {
         const std::string name = last_part_at(registers_.rsi);
         return name.empty() ? file_of(static_cast<int>(registers_.rdi)) : name;
       }

@@ -33,7 +33,7 @@ constexpr std::size_t kNoCall = static_cast<std::size_t>(-1);
 struct Meddling {
   std::size_t call = kNoCall;  ///< which call, counted from 0 as `TracedRun::calls` is
   int error = 0;               ///< it fails with this `errno`, without being carried out
-  std::size_t most_bytes = 0;  ///< or: it reads or writes so many bytes at the most
+  std::size_t max_bytes = 0;   ///< or: it reads or writes so many bytes at the most
   bool is_at_end = false;      ///< or: it reads nothing, as at the end of a file
   int signal = 0;              ///< or: this signal comes while it is carried out
   bool is_lasting = false;     ///< the same for all later calls of its kind to its target

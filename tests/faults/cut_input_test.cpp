@@ -51,7 +51,7 @@ std::string compare(const Outcome& outcome, const Outcome& expected) {
                                                        : "another line than the plain engine's";
 }
 
-/// Cuts `input` to each length that is a multiple of `step`: with 1 at every byte, and behind the
+/// Cuts `input` to each length that is a multiple of `step`: with 1 at every byte, and after the
 /// last one.
 void cut_everywhere(const std::string& mode, const std::string& input, std::size_t step,
                     CPointLog& log) {

@@ -23,11 +23,11 @@ class CPointCheck : public ::testing::Environment {
   void TearDown() override {
     const std::size_t point_count = print_points();
     if (::testing::GTEST_FLAG(filter) != "*") return;
-    EXPECT_GE(point_count, fault_settings.least_points) << "fewer points than were asked for";
+    EXPECT_GE(point_count, fault_settings.min_points) << "fewer points than were asked for";
   }
 };
 
-/// Gives the text behind `name` if the word begins with it.
+/// Returns the text after `name` if the word begins with it.
 bool take_option(std::string_view word, std::string_view name, std::string& value) {
   if (!word.starts_with(name)) return false;
   value = word.substr(name.size());
@@ -49,7 +49,7 @@ bool read_option(std::string_view word) {
     return true;
   }
   if (take_option(word, "--least-points=", number)) {
-    fault_settings.least_points = std::stoul(number);
+    fault_settings.min_points = std::stoul(number);
     return true;
   }
   if (take_option(word, "--seed=", number)) {

@@ -17,7 +17,7 @@ struct FaultSettings {
   std::string careless_program;  ///< one that looks at no result of its writes
   std::string failing_memory;    ///< the library whose allocations fail
   std::uint64_t seed = 1;        ///< for moments that are random
-  std::size_t least_points = 0;  ///< that all tests together have to reach
+  std::size_t min_points = 0;    ///< that all tests together have to reach
   bool is_brief = false;         ///< fewer runs, for programs that a sanitizer slows down
 };
 

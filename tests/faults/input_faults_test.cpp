@@ -18,7 +18,7 @@ namespace {
 constexpr int kInputReadError = 231;
 constexpr std::size_t kPiece = 16;
 
-/// Where every read gives sixteen bytes, the read of this number, from 0, fails behind so many
+/// Where every read gives sixteen bytes, the read of this number, from 0, fails after so many
 /// lines, and tells this reason.
 Expectation expect_failed_read(std::size_t number, const std::string& reason) {
   const std::string read = CFaultFolder::input().substr(0, number * kPiece);
@@ -55,7 +55,7 @@ void fail_every_read(const RunShape& shape, Meddling meddling, CPointLog& log) {
               expectation_of_read(number, meddling));
     ++number;
   }
-  // All pieces, and the one that tells of the end.
+  // All pieces, and the one that reports the end.
   const std::size_t piece_count = (CFaultFolder::input().size() + kPiece - 1) / kPiece;
   EXPECT_EQ(number, piece_count + 1);
 }
@@ -83,8 +83,8 @@ TEST(BrokenOffRead, is_made_again) {
 
 TEST(ShortRead, is_carried_on) {
   CPointLog log("short reads");
-  fail_every_read({"imperfect", true, true}, {.most_bytes = 1}, log);
-  if (!fault_settings.is_brief) fail_every_read({"exact", false, false}, {.most_bytes = 3}, log);
+  fail_every_read({"imperfect", true, true}, {.max_bytes = 1}, log);
+  if (!fault_settings.is_brief) fail_every_read({"exact", false, false}, {.max_bytes = 3}, log);
   log.expect_no_findings(32);
 }
 

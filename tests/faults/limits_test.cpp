@@ -38,7 +38,7 @@ bool could_not_begin(const Outcome& outcome) {
 }
 
 // From more than enough down to where the loader itself fails.
-TEST(AddressSpace, that_is_too_small_is_told) {
+TEST(AddressSpace, that_is_too_small_is_reported) {
   CPointLog log("steps of the address space");
   for (const RunShape& shape : three_file_shapes()) {
     const CFaultFolder folder;
@@ -120,7 +120,7 @@ TEST(FileLength, of_a_limit_whose_signal_is_not_ignored_ends_the_run) {
 
 // Three descriptors are the standard streams, and the loader needs a fourth for a moment, as the
 // input does for the whole run.
-TEST(OpenFiles, that_are_too_many_are_told) {
+TEST(OpenFiles, that_are_too_many_are_reported) {
   CPointLog log("limits of open files");
   for (const RunShape& shape : three_file_shapes()) {
     const CFaultFolder folder;

@@ -9,23 +9,23 @@ namespace {
 
 constexpr int kOutputWriteError = 153;
 
-/// True if nothing is written to the target behind the call.
+/// True if nothing is written to the target after the call.
 bool is_last_write(const std::vector<Call>& calls, std::size_t index) {
   const Call write{CallKind::kWrite, calls[index].target};
   return std::find(calls.begin() + static_cast<std::ptrdiff_t>(index) + 1, calls.end(), write) ==
          calls.end();
 }
 
-/// True if the run has gone on to further records behind the failed call. Once it may write: what
+/// True if the run has gone on to further records after the failed call. Once it may write: what
 /// was gathered of a report whose head has failed leaves when the file is closed.
 bool goes_on(const RunShape& shape, const std::vector<Call>& calls, std::size_t failed) {
-  constexpr std::ptrdiff_t kMostWrites = 1;
+  constexpr std::ptrdiff_t kMaxWrites = 1;
   const auto is_output = [&shape](const Call& call) {
     return call.kind == CallKind::kWrite &&
            (call.target == shape.report_target() || call.target == kMaskedName);
   };
   return std::count_if(calls.begin() + static_cast<std::ptrdiff_t>(failed) + 1, calls.end(),
-                       is_output) > kMostWrites;
+                       is_output) > kMaxWrites;
 }
 
 std::string describe(const RunShape& shape, const std::vector<Call>& calls,
@@ -70,7 +70,7 @@ void fail_every_output(const std::string& program, const RunShape& shape, CallKi
     if (i >= disturbed.calls.size() || disturbed.calls[i] != undisturbed.calls[i]) {
       log.add(place, disturbed.outcome, "the runs are not alike up to this call");
     } else if (expectation.statuses.count(0) == 0 && goes_on(shape, disturbed.calls, i)) {
-      log.add(place, disturbed.outcome, "the run goes on behind a failure");
+      log.add(place, disturbed.outcome, "the run goes on after a failure");
     } else {
       log.judge(place, disturbed.outcome, undisturbed.outcome, expectation);
     }

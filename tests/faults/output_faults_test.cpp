@@ -36,7 +36,7 @@ void fail_every_write_by_a_signal(const RunShape& shape, CPointLog& log) {
   }
 }
 
-TEST(FailedWrite, is_told_and_never_passes_for_success) {
+TEST(FailedWrite, is_reported_and_never_passes_for_success) {
   CPointLog log("failed writes");
   for (const RunShape& shape : shapes()) {
     for (const int error : errors()) {
@@ -58,7 +58,7 @@ TEST(FailedWrite, leaves_the_beginning_of_the_output_when_no_later_one_succeeds)
 TEST(ShortWrite, is_carried_on) {
   CPointLog log("short writes");
   for (const RunShape& shape : shapes()) {
-    fail_every_output(fault_settings.program, shape, CallKind::kWrite, {.most_bytes = 1}, log);
+    fail_every_output(fault_settings.program, shape, CallKind::kWrite, {.max_bytes = 1}, log);
   }
   log.expect_no_findings(fault_settings.is_brief ? 50 : 200);
 }
@@ -71,7 +71,7 @@ TEST(BrokenOffWrite, is_made_again) {
   log.expect_no_findings(fault_settings.is_brief ? 15 : 60);
 }
 
-TEST(FailedClosing, of_an_output_is_told) {
+TEST(FailedClosing, of_an_output_is_reported) {
   CPointLog log("failed closings");
   for (const RunShape& shape : all_run_shapes()) {
     for (const int error : {EIO, ENOSPC, EDQUOT, EINTR}) {

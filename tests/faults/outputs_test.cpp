@@ -23,7 +23,7 @@ void redirect_to_device(int descriptor, const char* device) {
   if (opened < 0 || ::dup2(opened, descriptor) < 0) ::_exit(kOutputWriteError + 1);
 }
 
-TEST(FullDevice, is_told_in_the_place_of_each_output) {
+TEST(FullDevice, is_reported_in_the_place_of_each_output) {
   CPointLog log("full devices");
   for (const RunShape& shape : all_run_shapes()) {
     const CFaultFolder folder;
@@ -48,7 +48,7 @@ TEST(FullDevice, is_told_in_the_place_of_each_output) {
   log.expect_no_findings(search_modes().size() * 8);
 }
 
-TEST(FullDevice, under_the_masked_copy_is_told) {
+TEST(FullDevice, under_the_masked_copy_is_reported) {
   CPointLog log("full devices");
   for (const std::string& mode : search_modes()) {
     const CFaultFolder folder;
@@ -87,7 +87,7 @@ TEST(ClosedStream, does_no_harm_unless_the_report_goes_there) {
   log.expect_no_findings(search_modes().size() * 4 * 7);
 }
 
-TEST(LibraryText, that_cannot_be_written_is_told) {
+TEST(LibraryText, that_cannot_be_written_is_reported) {
   CPointLog log("usage and version without a place");
   for (const char* const asked : {"--help", "-h", "--version"}) {
     const CFaultFolder folder;
@@ -161,7 +161,7 @@ class CShortPipe {
   int length_ = 0;
 };
 
-/// Lets the reader of standard output go away behind each of some numbers of bytes.
+/// Lets the reader of standard output go away after each of some numbers of bytes.
 void leave_every_reader(const RunShape& shape, bool is_ignored, CPointLog& log) {
   const CFaultFolder folder;
   const Outcome undisturbed = run_program_once(folder, shape.plan());
@@ -196,7 +196,7 @@ void leave_every_reader(const RunShape& shape, bool is_ignored, CPointLog& log) 
   }
 }
 
-TEST(LostReader, ends_the_run_by_its_signal_or_is_told) {
+TEST(LostReader, ends_the_run_by_its_signal_or_is_reported) {
   CPointLog log("readers that go away");
   leave_every_reader({"imperfect", false, false}, false, log);
   leave_every_reader({"imperfect", false, false}, true, log);

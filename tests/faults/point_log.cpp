@@ -8,7 +8,7 @@ namespace quorix::testing {
 
 namespace {
 
-constexpr std::size_t kMostShown = 10;
+constexpr std::size_t kMaxShown = 10;
 
 struct Row {
   std::size_t point_count = 0;
@@ -46,7 +46,7 @@ void CPointLog::expect_no_findings(std::size_t least) const {
   for (const auto& [ending, count] : endings_) row.endings[ending] += count;
 
   EXPECT_GE(point_count_, least) << kind_;
-  for (std::size_t i = 0; i < findings_.size() && i < kMostShown; ++i) {
+  for (std::size_t i = 0; i < findings_.size() && i < kMaxShown; ++i) {
     ADD_FAILURE() << kind_ << ", " << findings_[i];
   }
   EXPECT_EQ(findings_.size(), 0U) << "of " << point_count_ << " points of " << kind_;

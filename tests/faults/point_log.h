@@ -41,7 +41,7 @@ class CPointLog {
   std::vector<std::string> findings_;
 };
 
-/// Prints the table of all points so far and gives their number.
+/// Prints the table of all points so far and returns their number.
 std::size_t print_points();
 
 }  // namespace quorix::testing

@@ -17,7 +17,7 @@ namespace quorix::testing {
 namespace {
 
 constexpr int kNotStarted = 126;
-constexpr std::size_t kMostSeconds = 60;
+constexpr std::size_t kMaxSeconds = 60;
 
 [[noreturn]] void throw_system_error(const char* what) {
   throw std::system_error(errno, std::generic_category(), what);
@@ -50,11 +50,11 @@ void redirect(int opened, int descriptor) {
   if (opened != descriptor) ::close(opened);
 }
 
-/// Lets the program inherit the standard streams alone. Who started the tests may have left more
-/// open, and a limit of open files would count them.
+/// Lets the program inherit the standard streams alone. Whoever started the tests may have left
+/// more open, and a limit of open files would count them.
 void keep_standard_streams_only() {
-  constexpr int kMostDescriptors = 256;
-  for (int descriptor = STDERR_FILENO + 1; descriptor < kMostDescriptors; ++descriptor) {
+  constexpr int kMaxDescriptors = 256;
+  for (int descriptor = STDERR_FILENO + 1; descriptor < kMaxDescriptors; ++descriptor) {
     ::fcntl(descriptor, F_SETFD, FD_CLOEXEC);  // fails where there is none
   }
 }
@@ -98,7 +98,7 @@ void CProgramRun::become_program(const RunPlan& plan) const {
   if (::dup2(messages_[1], STDERR_FILENO) < 0) ::_exit(kNotStarted);
   for (const int signal : {SIGPIPE, SIGXFSZ, SIGINT, SIGTERM}) std::signal(signal, SIG_DFL);
   keep_standard_streams_only();
-  limit_resource(RLIMIT_CPU, kMostSeconds);
+  limit_resource(RLIMIT_CPU, kMaxSeconds);
   limit_resource(RLIMIT_CORE, 0);
 
   std::vector<std::string> words{"quorix"};

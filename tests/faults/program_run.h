@@ -35,7 +35,7 @@ struct Outcome {
 /// How a run is started.
 struct RunPlan {
   std::string program;                   ///< its path
-  std::vector<std::string> arguments;    ///< behind the program's name
+  std::vector<std::string> arguments;    ///< after the program's name
   std::vector<std::string> environment;  ///< NAME=VALUE, beside what this process has
   /// Called in the new process when its streams are set and the program is about to start: the
   /// place for limits and closed descriptors.
@@ -60,7 +60,7 @@ class CProgramRun {
   /// Waits for the end of the run.
   Outcome wait();
 
-  /// The outcome of a run whose end the caller has waited for; `wait_status` is what told it.
+  /// The outcome of a run whose end the caller has waited for; `wait_status` is the status it got.
   Outcome finish(int wait_status);
 
  private:

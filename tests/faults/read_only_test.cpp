@@ -34,7 +34,7 @@ class CReadOnly : public ::testing::Test {
   CReadOnly(const CReadOnly&) = delete;
   CReadOnly& operator=(const CReadOnly&) = delete;
 
-  /// Runs each mode with these arguments behind it.
+  /// Runs each mode with these arguments after it.
   void expect_status(const std::vector<std::string>& arguments, int status,
                      const std::string& message) {
     for (const std::string& mode : search_modes()) {
@@ -72,7 +72,7 @@ TEST_F(ReadOnly, folder_takes_no_masked_copy) {
     Outcome outcome = run_program_once(folder_, plan);
     EXPECT_NE(outcome.report.find("\n# Analysis of sequence \"mismatch\" completed."),
               std::string::npos);
-    outcome.report.clear();  // its head tells of the masked copy
+    outcome.report.clear();  // its head names the masked copy
     log_.judge(mode, outcome, undisturbed,
                {.statuses = {{153, failed_open_text(inner_input_ + ".masked")}}});
   }
@@ -86,7 +86,7 @@ TEST_F(ReadOnly, report_stays_as_it_was) {
   log_.expect_no_findings(search_modes().size());
 }
 
-TEST_F(ReadOnly, input_that_may_not_be_read_is_told) {
+TEST_F(ReadOnly, input_that_may_not_be_read_is_reported) {
   const std::string message =
       "Sorry! The input file \n   \"" + inner_input_ + "\"\ncould not be opened.";
   ASSERT_EQ(::chmod(inner_input_.c_str(), 0222), 0);

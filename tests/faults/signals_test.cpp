@@ -55,7 +55,7 @@ class CSignalled : public ::testing::Test {
 using Signalled = CSignalled;
 
 /// A run that a signal ends leaves the beginning of its outputs, and the mark of success only
-/// behind all of the report. One that has ended before has done all its work.
+/// after all of the report. One that has ended before has done all its work.
 TEST_F(Signalled, run_that_is_ended_leaves_the_beginning_of_its_outputs) {
   CPointLog log("signals that end a run");
   const int run_count = fault_settings.is_brief ? 15 : 60;
@@ -81,12 +81,12 @@ TEST_F(Signalled, run_that_is_ended_leaves_the_beginning_of_its_outputs) {
   log.expect_no_findings(static_cast<std::size_t>(3 * run_count));
 }
 
-/// Stops a run, unless it has ended before. Gives whether it was stopped.
+/// Stops a run, unless it has ended before. Returns true if it was stopped.
 bool stop_unless_ended(pid_t process) {
   siginfo_t change{};
   ::kill(process, SIGSTOP);
   const auto id = static_cast<id_t>(process);
-  // The end is left for who waits for it.
+  // The end is left to whoever waits for it.
   if (::waitid(P_PID, id, &change, WSTOPPED | WEXITED | WNOWAIT) != 0) return false;
   if (change.si_code != CLD_STOPPED) return false;
   return ::waitid(P_PID, id, &change, WSTOPPED) == 0;

@@ -33,7 +33,7 @@ bool has_success_mark(const Outcome& outcome) {
 std::string find_fault_without_edits(Outcome outcome, const Outcome& undisturbed) {
   outcome.output.erase(outcome.output.size() - std::strlen(kNoEdits));
   if (has_success_mark(outcome)) return "a mark of success without all edits";
-  if (contains(outcome.messages, kSuccessText)) return "success is told without all edits";
+  if (contains(outcome.messages, kSuccessText)) return "success is reported without all edits";
   for (std::size_t i = 0; i < outputs_of(outcome).size(); ++i) {
     if (!is_beginning_of(*outputs_of(outcome)[i], *outputs_of(undisturbed)[i])) {
       return "an output without all edits is not the beginning of the undisturbed one";
@@ -59,7 +59,7 @@ std::string find_fault_of_messages(const Outcome& outcome, const std::string& ex
   const std::size_t place = messages.find(expected);
   if (place == std::string::npos) return "the message is missing";
   if (messages.find(kSuccessText, place) != std::string::npos) {
-    return "success is told behind the message";
+    return "success is reported after the message";
   }
   if (outcome.status < kFirstErrorStatus || outcome.status > kLastErrorStatus) return {};
   const std::string closing_text = "\nAnalysis has been aborted due to errors. Error number: " +
@@ -74,10 +74,10 @@ std::string find_fault_of_remains(const Outcome& outcome, const Outcome& undistu
     const bool is_whole =
         outcome.output == undisturbed.output && outcome.report == undisturbed.report;
     if (!is_whole) return "a mark of success in a report that is not whole";
-    if (!expectation.is_at_the_end) return "a mark of success behind a failure";
+    if (!expectation.is_at_the_end) return "a mark of success after a failure";
   }
   if (!expectation.is_at_the_end && contains(outcome.messages, kSuccessText)) {
-    return "success is told of a run that has failed";
+    return "success is reported of a run that has failed";
   }
   if (expectation.may_have_holes) return {};
   for (std::size_t i = 0; i < outputs_of(outcome).size(); ++i) {

@@ -4,7 +4,7 @@
 /// What a run that met a fault may have come to.
 ///
 /// A run may fail, but never silently: with status 0 all outputs are those of the undisturbed run,
-/// with any other one there is a message, no mark of success behind it, and what the outputs hold
+/// with any other one there is a message, no mark of success after it, and what the outputs hold
 /// is the beginning of what they would have held.
 
 #include <map>
@@ -28,7 +28,7 @@ struct Expectation {
   bool has_no_messages = false;
   /// A single write was lost, so the outputs of a failed run may have a hole.
   bool may_have_holes = false;
-  /// What fails is the end of the report itself, when the success has been told already.
+  /// What fails is the end of the report itself, when the success has been reported already.
   bool is_at_the_end = false;
   /// Status 0 may also mean that the edits of a repeat could not grow: then the last line of
   /// standard output says so, and the report has no mark of success.

@@ -96,22 +96,22 @@ TEST(Verdict, asks_for_the_message_of_a_failure) {
   EXPECT_EQ(verdict_on(outcome, expectation), "");
 }
 
-TEST(Verdict, finds_a_success_that_is_told_of_a_failure) {
+TEST(Verdict, finds_a_success_that_is_reported_of_a_failure) {
   Outcome outcome = failed();
   outcome.messages += kSuccessTold;
-  EXPECT_EQ(verdict_on(outcome, failed_write()), "success is told behind the message");
+  EXPECT_EQ(verdict_on(outcome, failed_write()), "success is reported after the message");
   outcome.messages =
       "banner\n" + std::string(kSuccessTold) + failed_write_text("report", ENOSPC) + kAborted;
-  EXPECT_EQ(verdict_on(outcome, failed_write()), "success is told of a run that has failed");
+  EXPECT_EQ(verdict_on(outcome, failed_write()), "success is reported of a run that has failed");
   Expectation expectation = failed_write();
   expectation.is_at_the_end = true;
   EXPECT_EQ(verdict_on(outcome, expectation), "");
 }
 
-TEST(Verdict, finds_a_mark_of_success_behind_a_failure) {
+TEST(Verdict, finds_a_mark_of_success_after_a_failure) {
   Outcome outcome = failed();
   outcome.report = undisturbed().report;
-  EXPECT_EQ(verdict_on(outcome, failed_write()), "a mark of success behind a failure");
+  EXPECT_EQ(verdict_on(outcome, failed_write()), "a mark of success after a failure");
   Expectation expectation = failed_write();
   expectation.is_at_the_end = true;
   EXPECT_EQ(verdict_on(outcome, expectation), "");
@@ -143,7 +143,7 @@ TEST(Verdict, knows_a_run_whose_edits_could_not_grow) {
   expectation.may_lack_edits = true;
   EXPECT_EQ(verdict_on(outcome, expectation), "");
   outcome.messages = kSuccessTold;
-  EXPECT_EQ(verdict_on(outcome, expectation), "success is told without all edits");
+  EXPECT_EQ(verdict_on(outcome, expectation), "success is reported without all edits");
   outcome.report = undisturbed().report;
   EXPECT_EQ(verdict_on(outcome, expectation), "a mark of success without all edits");
   outcome.report = "block\n";

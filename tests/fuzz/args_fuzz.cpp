@@ -31,7 +31,7 @@ namespace {
 using Arguments = std::vector<std::string>;
 
 /// Once the library has met "--" it takes arguments as they stand ever after, and offers no way
-/// back. The name of its mark is private, but to an explicit instantiation it may be told.
+/// back. The name of its mark is private, but an explicit instantiation may name it.
 template <bool& (*kMark)()>
 struct IgnoreRestMark {
   friend void take_options_again() { kMark() = false; }
@@ -204,7 +204,7 @@ bool is_stored(std::string_view word, const std::string& value, const Settings& 
   return modes[static_cast<std::size_t>(global_search_mode)] == value;
 }
 
-/// In what was accepted a word that is an option is one, and the word behind it its value: no value
+/// In what was accepted a word that is an option is one, and the word after it its value: no value
 /// and no file name looks like an option, up to "--".
 void expect_stored_values(const Arguments& arguments, const Settings& defaults) {
   for (std::size_t i = 0; i < arguments.size(); ++i) {

@@ -59,7 +59,7 @@ inline const std::array kFloatOptions{
     FloatOption{"", "--minScore_b", &global_min_score_bx},
 };
 
-/// Each of them stands for itself behind a byte of 128 and more in an input of the harness.
+/// Each of them stands for itself after a byte of 128 and more in an input of the harness.
 inline constexpr std::array kWords{"-N",
                                    "--succN",
                                    "--reportUnit",

@@ -26,19 +26,18 @@ class CFuzzInput {
 
   bool take_flag() { return (take_byte() & 1) != 0; }
 
-  /// A number from `first` to `last`, both inclusive, told by one byte. REQUIRES: at most 256 of
-  /// them.
+  /// A number from `first` to `last`, both inclusive, from one byte. REQUIRES: at most 256 of them.
   std::int64_t take_between(std::int64_t first, std::int64_t last) {
     return first + take_byte() % (last - first + 1);
   }
 
-  /// One of `choices`, told by one byte.
+  /// One of `choices`, from one byte.
   template <class Value>
   Value take_one_of(const std::vector<Value>& choices) {
     return choices[take_byte() % choices.size()];
   }
 
-  /// Any 32 bits, told by four bytes.
+  /// Any 32 bits, from four bytes.
   std::uint32_t take_word() {
     std::uint32_t word = 0;
     for (int i = 0; i < 4; ++i) word = word << 8U | take_byte();

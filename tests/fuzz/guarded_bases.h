@@ -20,7 +20,7 @@ template <class Check>
 void at_both_guards(const std::string& text, const Check& check) {
   static testing::CGuardedText guarded(kLargestText);
   check(guarded.before_guard(text));
-  check(guarded.behind_guard(text));
+  check(guarded.after_guard(text));
 }
 
 /// The same with the instructions of every kind of processor, each at one of the two places; the
@@ -32,7 +32,7 @@ void on_every_processor(const std::string& text, const Check& check) {
   for (const std::int64_t target : testing::vector_targets()) {
     testing::use_vector_targets(target);
     const bool is_before = ++turn % 2 == 0;
-    check(is_before ? guarded.before_guard(text) : guarded.behind_guard(text),
+    check(is_before ? guarded.before_guard(text) : guarded.after_guard(text),
           hwy::TargetName(target));
   }
 }

@@ -13,10 +13,10 @@ trap 'rm -rf -- "$scratch"' EXIT
 expect() {
   local expected=$1 status=0
   shift
-  "$replay" "$@" >"$scratch/told" 2>&1 || status=$?
+  "$replay" "$@" >"$scratch/output" 2>&1 || status=$?
   [ "$status" -eq "$expected" ] || {
     printf '%s %s: status %d, not %d\n' "$replay" "$*" "$status" "$expected"
-    cat "$scratch/told"
+    cat "$scratch/output"
     exit 1
   }
 }

@@ -1,5 +1,5 @@
-// Settings and repeats to text: who reads the report gets the same settings and numbers back, and
-// the text of the repeats is that of the plain engine.
+// Settings and repeats to text: whoever reads the report gets the same settings and numbers back,
+// and the text of the repeats is that of the plain engine.
 
 #include <algorithm>
 #include <bit>
@@ -49,7 +49,7 @@ std::string take_file_name(CFuzzInput& input) {
   return name;
 }
 
-/// Any value for what is only told, and one of their own for the modes.
+/// Any value for what is only printed, and one of their own for the modes.
 void take_settings(CFuzzInput& input) {
   init_param();
   take_report_settings(input);
@@ -135,17 +135,17 @@ class CReportCheck {
     expect(is_right, [&] { return std::string("read back wrong: ") + what + " of\n" + text_; });
   }
 
-  void expect_setting(const char* label, const std::string& value, bool is_told = true) const {
+  void expect_setting(const char* label, const std::string& value, bool is_printed = true) const {
     const auto found = report_.settings.find(label);
-    require((found != report_.settings.end()) == is_told, label);
-    if (is_told) require(found->second == value, label);
+    require((found != report_.settings.end()) == is_printed, label);
+    if (is_printed) require(found->second == value, label);
   }
 
-  void expect_number(const char* label, std::int64_t number, bool is_told = true) const {
-    expect_setting(label, std::to_string(number), is_told);
+  void expect_number(const char* label, std::int64_t number, bool is_printed = true) const {
+    expect_setting(label, std::to_string(number), is_printed);
   }
 
-  /// A factor is told with six digits.
+  /// A factor is printed with six digits.
   void expect_threshold(const char* label, int constant, int offset, float factor) const {
     const auto found = report_.settings.find(label);
     require(found != report_.settings.end(), label);
@@ -206,23 +206,24 @@ class CReportCheck {
 
   void check_repeat(const ReadRepeat& read, const Repeat& repeat, const std::string& unit) const {
     const bool is_extended = global_print_sat_mode == kFormatExtendedQuorix;
-    const auto is_told_as = [&](const std::optional<std::int64_t>& number, std::int64_t true_number,
-                                bool is_told) {
-      return is_told ? number == true_number : !number.has_value();
+    const auto is_printed_as = [&](const std::optional<std::int64_t>& number,
+                                   std::int64_t true_number, bool is_printed) {
+      return is_printed ? number == true_number : !number.has_value();
     };
     require(read.unit_length == reference::unit_length(repeat), "the class");
     require(read.first_position == repeat.start + 1, "the start");
     require(read.last_position == repeat.end, "the end");
-    require(
-        is_told_as(read.length, repeat.end - repeat.start, global_print_sat_mode != kFormatSputnik),
-        "bp");
+    require(is_printed_as(read.length, repeat.end - repeat.start,
+                          global_print_sat_mode != kFormatSputnik),
+            "bp");
     require(read.normalized_length == reference::normalized_length(repeat), "BP");
     require(read.score == repeat.score, "the score");
-    require(is_told_as(read.mismatches, repeat.mismatches, is_extended), "the mismatches");
-    require(is_told_as(read.insertions, repeat.insertions, is_extended), "the insertions");
-    require(is_told_as(read.deletions, repeat.deletions, is_extended), "the deletions");
-    require(is_told_as(read.n_count, repeat.n_count, is_extended && !global_treat_Ns_as_missense),
-            "the N's");
+    require(is_printed_as(read.mismatches, repeat.mismatches, is_extended), "the mismatches");
+    require(is_printed_as(read.insertions, repeat.insertions, is_extended), "the insertions");
+    require(is_printed_as(read.deletions, repeat.deletions, is_extended), "the deletions");
+    require(
+        is_printed_as(read.n_count, repeat.n_count, is_extended && !global_treat_Ns_as_missense),
+        "the N's");
     require(read.unit == unit, "the unit");
     if (is_extended) require(read.edits == edits_of(repeat), "the edits");
     check_perfection(read, repeat);
@@ -250,16 +251,16 @@ class CReportCheck {
     const std::int64_t counted = length - (are_Ns_neutral ? repeat.n_count : 0);
     const bool is_sputnik = global_print_sat_mode == kFormatSputnik;
     char* end = nullptr;
-    const double told = std::strtod(read.perfection.c_str(), &end);
+    const double printed = std::strtod(read.perfection.c_str(), &end);
     require(*end == '\0' && !read.perfection.empty(), "the perfection");
     if (counted == 0) {
-      require(is_sputnik ? told == 0 : !std::isfinite(told), "the perfection of nothing");
+      require(is_sputnik ? printed == 0 : !std::isfinite(printed), "the perfection of nothing");
       return;
     }
     const double exact = 100.0 * static_cast<double>(matched) / static_cast<double>(counted);
     // Below 0, which no search leads to, a whole percent is cut off and not rounded.
     const double tolerance = !is_sputnik ? 0.0005 : exact < 0 ? 1.5 : 0.5;
-    require(std::abs(told - exact) <= tolerance + 1e-12 * std::abs(exact), "the perfection");
+    require(std::abs(printed - exact) <= tolerance + 1e-12 * std::abs(exact), "the perfection");
   }
 
   [[nodiscard]] std::string flanked(const Repeat& repeat, const std::string& line) const {
@@ -269,19 +270,19 @@ class CReportCheck {
            stretch(repeat.end, repeat.end + flanking);
   }
 
-  /// The three lines tell the bases, the edits, and the unit from phase to phase.
+  /// The three lines show the bases, the edits, and the unit from phase to phase.
   void check_alignment(const ReadRepeat& read, const Repeat& repeat) const {
     const auto& [bases, marks, unit_line] = std::tie(read.lines[0], read.lines[1], read.lines[2]);
     require(bases.size() == marks.size() && bases.size() == unit_line.size(), "the line lengths");
     const std::size_t before = global_flanking == 0 ? 0 : bases.find(':') + 1;
-    const std::size_t behind = global_flanking == 0 ? bases.size() : bases.rfind(':');
-    require(behind != std::string::npos && before <= behind, "the colons");
+    const std::size_t after = global_flanking == 0 ? bases.size() : bases.rfind(':');
+    require(after != std::string::npos && before <= after, "the colons");
 
     const std::string unit = unit_of(repeat);
     std::int64_t character = repeat.unit_pos_left - repeat.unit_begin;
     std::string own_bases;
     std::vector<ReadEdit> edits;
-    for (std::size_t i = before; i < behind; ++i) {
+    for (std::size_t i = before; i < after; ++i) {
       const auto position = static_cast<std::int64_t>(own_bases.size()) + 1;
       if (bases[i] != '-') own_bases += bases[i];
       if (unit_line[i] != '-') {
@@ -296,9 +297,9 @@ class CReportCheck {
     }
     require(own_bases == stretch(repeat.start, repeat.end), "the bases of the alignment");
     require(edits == edits_of(repeat), "the edits of the alignment");
-    require(bases.substr(0, before) + bases.substr(behind) == flanked(repeat, ""), "the flanks");
+    require(bases.substr(0, before) + bases.substr(after) == flanked(repeat, ""), "the flanks");
     const auto is_blank_beside = [&](const std::string& line) {
-      return (line.substr(0, before) + line.substr(behind)).find_first_not_of(' ') ==
+      return (line.substr(0, before) + line.substr(after)).find_first_not_of(' ') ==
              std::string::npos;
     };
     require(is_blank_beside(marks) && is_blank_beside(unit_line), "the lines beside the repeat");

@@ -14,8 +14,8 @@ namespace {
 
 using reference::Repeat;
 
-constexpr std::int64_t kMostUnitLength = 12;
-constexpr int kMostRepeats = 4;
+constexpr std::int64_t kMaxUnitLength = 12;
+constexpr int kMaxRepeats = 4;
 
 std::int64_t length_of(const std::string& bases) {
   return static_cast<std::int64_t>(bases.size());
@@ -25,7 +25,7 @@ char other_base(char base) {
   return base == 'A' ? 'G' : base == 'G' ? 'T' : base == 'T' ? 'C' : 'A';
 }
 
-/// Grows a repeat to the right, base by base and edit by edit.
+/// Extends a repeat to the right, base by base and edit by edit.
 class CRepeatWriter {
  public:
   CRepeatWriter(std::string& bases, std::string unit, std::int64_t phase)
@@ -94,7 +94,7 @@ class CRepeatWriter {
 
 Repeat take_repeat(CFuzzInput& input, std::string& bases) {
   std::string unit;
-  const std::int64_t unit_length = input.take_between(1, kMostUnitLength);
+  const std::int64_t unit_length = input.take_between(1, kMaxUnitLength);
   while (length_of(unit) < unit_length) unit += "ACGT"[input.take_between(0, 3)];
   CRepeatWriter writer(bases, unit, input.take_between(0, unit_length - 1));
   for (std::int64_t count = input.take_between(0, 40); count > 0; --count) {
@@ -132,7 +132,7 @@ ReportScene take_scene(CFuzzInput& input) {
   scene.name = input.take_text(input.take_byte() % 40);
   // A line end would have ended it.
   std::erase_if(scene.name, [](char letter) { return letter == '\n' || letter == '\r'; });
-  for (std::int64_t count = input.take_between(0, kMostRepeats); count > 0; --count) {
+  for (std::int64_t count = input.take_between(0, kMaxRepeats); count > 0; --count) {
     scene.repeats.push_back(take_repeat(input, scene.bases));
   }
   scene.bases += input.take_bases(20);
@@ -140,7 +140,7 @@ ReportScene take_scene(CFuzzInput& input) {
 }
 
 std::list<Csat*> as_program_holds(const ReportScene& scene, CSequence_Mol& record) {
-  static std::deque<Csat> pool(kMostRepeats);
+  static std::deque<Csat> pool(kMaxRepeats);
   testing::set_record(record, scene.name, scene.bases);
   const char* const text = record.sequence.data();
   std::list<Csat*> repeats;

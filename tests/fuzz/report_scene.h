@@ -20,7 +20,7 @@ struct ReportScene {
   std::vector<reference::Repeat> repeats;
 };
 
-/// A record of some repeats in a row, each behind a copy of its unit. N's are edits or unknown
+/// A record of some repeats in a row, each after a copy of its unit. N's are edits or unknown
 /// bases, as the settings say. Most counts are true, and some are far larger, up to 2^40.
 [[nodiscard]] ReportScene take_scene(CFuzzInput& input);
 

@@ -89,7 +89,7 @@ void check_match_runs(CFuzzInput& input) {
 
   static testing::CGuardedText other(kLargestText);
   for (const bool is_before : {true, false}) {
-    const char* const there = is_before ? other.before_guard(right) : other.behind_guard(right);
+    const char* const there = is_before ? other.before_guard(right) : other.after_guard(right);
     at_both_guards(left, [&](const char* here) {
       compare(common_prefix(here, there, most),
               testing::plain_prefix(left_begin, right_begin, most), "common_prefix");
@@ -115,7 +115,7 @@ void check_copied_bases(CFuzzInput& input) {
   at_both_guards(letters, [&](const char* source) {
     for (const bool is_before : {true, false}) {
       const std::string blank(letters.size(), ' ');
-      char* const copy = is_before ? copies.before_guard(blank) : copies.behind_guard(blank);
+      char* const copy = is_before ? copies.before_guard(blank) : copies.after_guard(blank);
       const std::size_t count = copy_bases(source, letters.size(), copy);
       expect(std::string(copy, count) == expected, [&] {
         return "copy_bases gives " + std::string(copy, count) + " of " + quoted(letters);
@@ -202,7 +202,7 @@ void check_match_window(CFuzzInput& input) {
   const std::int64_t phase = wish % static_cast<std::int64_t>(unit.size());
   static testing::CGuardedText units(kLargestText);
   for (const bool is_before : {true, false}) {
-    const char* const characters = is_before ? units.before_guard(unit) : units.behind_guard(unit);
+    const char* const characters = is_before ? units.before_guard(unit) : units.after_guard(unit);
     at_both_guards(text, [&](const char* bases) {
       const auto expect_none = [&](const std::string& fault, const char* direction) {
         expect(fault.empty(), [&] {

@@ -10,7 +10,7 @@
 
 namespace quorix::testing {
 
-/// Statuses that the shell sees, as docs/formats.md tells them.
+/// Statuses that the shell sees, as docs/formats.md lists them.
 enum Status : int {
   kOk = 0,
   kMalformed = 1,  ///< the command-line library has ended the run
@@ -29,9 +29,9 @@ enum class Copies { kFound, kNotFound, kNotLookedAt };
 struct ValueRow {
   std::string value;
   int status;
-  /// A success: how the head of the report shows the setting, behind its label. A failure: a part
+  /// A success: how the head of the report shows the setting, after its label. A failure: a part
   /// of the message.
-  std::string told;
+  std::string expected_text;
   Copies copies = Copies::kFound;
 };
 
@@ -55,12 +55,13 @@ struct ArgumentRow {
   std::vector<std::string> arguments;
   int status;
   /// A success: a part of standard output. A failure: a part of standard error.
-  std::string told;
+  std::string expected_text;
 };
 
 /// Missing values, options given twice, unknown options, signs and hyphens.
 std::vector<ArgumentRow> malformed_rows();
-/// Several settings at odds, of which the first that is checked is told; and lists that are good.
+/// Several settings at odds, of which the first that is checked is reported; and lists that are
+/// good.
 std::vector<ArgumentRow> combination_rows();
 
 /// A name of a file, as the input and as the report.

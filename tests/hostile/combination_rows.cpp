@@ -57,7 +57,7 @@ std::vector<ArgumentRow> combination_rows() {
       {{"in.fa", std::string(5000, 'n')}, kNoReport, "as output file.\n"},
       {{"in.fa", "/dev/full"}, kWriteFailed, "\"/dev/full\"\nNo space left on device\n"},
       {{"in.fa", "/dev/null"}, kOk, ""},
-      // Words with a blank, hyphens, and what stands behind two of them.
+      // Words with a blank, hyphens, and what stands after two of them.
       {{"-N 3", "in.fa"}, kOk, "N's allowed:      3\n"},
       {{"--succN 3", "in.fa"}, kOk, "N's allowed:      3\n"},
       {{"-N", "3", "--", "in.fa"}, kOk, "N's allowed:      3\n"},
@@ -99,7 +99,7 @@ std::vector<ArgumentRow> combination_rows() {
       {{"in.fa", "-f", "2147483647", "--printRepeatSeqMode", "1"}, kOk, "\n:ACACACACACACACAC:\n"},
       {{"in.fa", "-N", "2147483647", "-r", "2147483647", "-R", "0"}, kOk, copies},
       {{"in.fa", "-m", "-2147483648", "-g", "-2147483648"}, kOk, copies},
-      // The first that is checked is told, and no other.
+      // The first that is checked is reported, and no other.
       {{"in.fa", "--reportUnit", "-1", "--outputFormat", "3"},
        kUnknownCode,
        "outputFormat with a value of 3"},

@@ -9,9 +9,9 @@ InputRows foreign_file_rows() {
       // Reads.
       {"FASTQ", "@a\nACACACAC\n+\nIIIIIIII\n", {}, 1},
       {"FASTQ in CR LF", "@a\r\nACACACAC\r\n+\r\nIIIIIIII\r\n", {}, 1},
-      {"FASTQ behind a blank line", "\n@a\nACACACAC\n+\nIIIIIIII\n", {}, 2},
+      {"FASTQ after a blank line", "\n@a\nACACACAC\n+\nIIIIIIII\n", {}, 2},
       {"FASTQ with a sign of FASTA", ">a\nACACACAC\n+\nIIIIIIII\n", {}, 3},
-      {"FASTQ behind FASTA", ">a\nACACACAC\n@b\nACAC\n+\nIIII\n", {}, 3},
+      {"FASTQ after FASTA", ">a\nACACACAC\n@b\nACAC\n+\nIIII\n", {}, 3},
       {"qualities of FASTA", ">a\n40 40 40 40\n", {}, 2},
       {"alignments of reads", "@HD\tVN:1.6\n@SQ\tSN:a\tLN:9\n", {}, 1},
       {"reads of an alignment", "r1\t0\ta\t1\t60\t8M\t*\t0\t0\tACACACAC\t*\n", {}, 1},
@@ -19,7 +19,7 @@ InputRows foreign_file_rows() {
       {"variants", "##fileformat=VCFv4.3\n#CHROM\tPOS\na\t1\t.\tA\tC\n", {}, 3},
       {"heads of variants alone", "##fileformat=VCFv4.3\n#CHROM\tPOS\n", {}, 3},
       {"features", "##gff-version 3\na\t.\tgene\t1\t9\n", {}, 2},
-      {"features with bases behind them",
+      {"features with bases after them",
        "##gff-version 3\n##FASTA\n>a\nACACACAC\n",
        {{"a", 8, "AC 1-8"}}},
       {"regions", "a\t1\t9\n", {}, 1},
@@ -65,7 +65,7 @@ InputRows foreign_file_rows() {
       // Compressed files, by their first bytes.
       {"gzip", "\037\213\b\0\0\0\0\0\0\003"s, {}, 1},
       {"gzip with a line feed in it", "\037\213\b\n>a\nACAC\n", {}, 1},
-      {"gzip behind FASTA", ">a\nACACACAC\n\037\213\b\0"s, {}, 3},
+      {"gzip after FASTA", ">a\nACACACAC\n\037\213\b\0"s, {}, 3},
       {"gzip on a line of bases", ">a\n\037\213\b\0\0"s, {}, 2},
       {"bzip2", "BZh91AY&SY", {}, 1},
       {"xz",
@@ -104,7 +104,7 @@ InputRows foreign_file_rows() {
       {"numbers of a matrix", "\211HDF\r\n\032\n", {}, 1},
       {"a core of Java", "\312\376\272\276\0"s, {}, 1},
       {"bytes from 0 to 31", "\0\001\002\003\004\005\006\a\b\t\n\v\f\r\016\017"s, {}, 1},
-      {"half a picture behind FASTA", ">a\nACACACAC\n>b\n\211PNG\r\n", {{"a", 8, "AC 1-8"}}, 4},
+      {"half a picture after FASTA", ">a\nACACACAC\n>b\n\211PNG\r\n", {{"a", 8, "AC 1-8"}}, 4},
   };
 }
 

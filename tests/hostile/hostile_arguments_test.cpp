@@ -10,7 +10,7 @@
 namespace quorix::testing {
 namespace {
 
-constexpr std::size_t kLeastRows = 400;
+constexpr std::size_t kMinRows = 400;
 
 std::string joined_words(const std::vector<std::string>& words) {
   std::string text = "quorix";
@@ -48,7 +48,7 @@ class HostileArguments : public ::testing::Test {
       SCOPED_TRACE(joined_words(row.arguments));
       const ProcessResult result = run_hostile(folder_, row.arguments);
       EXPECT_EQ(result.status, row.status);
-      check_told(result, row.told);
+      check_text(result, row.expected_text);
     }
   }
 
@@ -61,19 +61,20 @@ class HostileArguments : public ::testing::Test {
     SCOPED_TRACE(joined_words({option.option, row.value}));
     const ProcessResult result = run_hostile(folder_, {option.option, row.value, "in.fa"});
     EXPECT_EQ(result.status, row.status);
-    const std::string line = "\n# " + option.label + row.told + "\n";
-    check_told(result, row.status == kOk ? line : row.told);
+    const std::string line = "\n# " + option.label + row.expected_text + "\n";
+    check_text(result, row.status == kOk ? line : row.expected_text);
     if (row.status == kOk && row.copies != Copies::kNotLookedAt) {
       const std::size_t count = row.copies == Copies::kFound ? 1 : 0;
-      const std::string body = behind_head(result.out);
+      const std::string body = after_head(result.out);
       EXPECT_EQ(count_of(body, " unit AC\n"), count) << body;
       EXPECT_EQ(count_of(body, " unit "), count) << body;
     }
   }
 
-  static void check_told(const ProcessResult& result, const std::string& told) {
+  static void check_text(const ProcessResult& result, const std::string& expected_text) {
     const std::string& where = result.status == kOk ? result.out : result.err;
-    EXPECT_TRUE(contains(where, told)) << "not told: " << visible(told) << "\n" << result.err;
+    EXPECT_TRUE(contains(where, expected_text)) << "missing: " << visible(expected_text) << "\n"
+                                                << result.err;
     if (result.status == kMalformed || result.status >= kNoReport) {
       EXPECT_FALSE(contains(result.out, "unit AC\n")) << result.out;
     }
@@ -115,7 +116,7 @@ TEST_F(HostileArguments, names_of_files) {
     EXPECT_EQ(searched.status, kOk);
     EXPECT_TRUE(
         contains(searched.out, "\n# Input file name:                    " + row.name + "\n"));
-    EXPECT_EQ(count_of(behind_head(searched.out), " unit AC\n"), 1U);
+    EXPECT_EQ(count_of(after_head(searched.out), " unit AC\n"), 1U);
 
     const std::string report = row.name + "x";
     EXPECT_EQ(run_hostile(folder, {"--maskX", row.name, report}).status, kOk);
@@ -136,7 +137,7 @@ TEST(HostileArgumentsTable, has_its_rows) {
   }
   std::printf("%zu argument lists by hand, and %zu names of files\n", count,
               file_name_rows().size());
-  EXPECT_GE(count, kLeastRows);
+  EXPECT_GE(count, kMinRows);
 }
 
 }  // namespace

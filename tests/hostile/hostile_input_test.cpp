@@ -11,7 +11,7 @@
 namespace quorix::testing {
 namespace {
 
-constexpr std::size_t kLeastRows = 300;
+constexpr std::size_t kMinRows = 300;
 
 std::string class_name(std::size_t unit_length) {
   constexpr const char* kNames[] = {"mono", "di", "tri", "tetra", "penta", "hexa"};
@@ -68,14 +68,14 @@ class HostileInput : public ::testing::Test {
     arguments.push_back("in.fa");
     const ProcessResult result = run_hostile(folder_, arguments);
     EXPECT_EQ(result.status, row.error_line == 0 ? 0 : 231);
-    EXPECT_EQ(behind_head(result.out), expected_body(row));
-    const std::string told =
+    EXPECT_EQ(after_head(result.out), expected_body(row));
+    const std::string expected_text =
         row.error_line == 0
             ? "\nAnalysis finished successfully.\n\nQuorix says goodbye.\n\n"
             : "\n\nAn error occurred while reading the input file. It might not be a valid fasta "
               "file.\nFile position: line " +
                   std::to_string(row.error_line) + "\n";
-    EXPECT_TRUE(result.err.ends_with(told)) << visible(
+    EXPECT_TRUE(result.err.ends_with(expected_text)) << visible(
         result.err.substr(result.err.size() - std::min<std::size_t>(result.err.size(), 200)));
   }
 
@@ -139,7 +139,7 @@ TEST(HostileInputTable, has_its_rows) {
     count += rows.size();
   }
   std::printf("%zu inputs by hand, and 256 of one byte each\n", count);
-  EXPECT_GE(count, kLeastRows);
+  EXPECT_GE(count, kMinRows);
 }
 
 }  // namespace

@@ -42,16 +42,16 @@ ProcessResult run_hostile(const CRunFolder& folder, const std::vector<std::strin
   return result;
 }
 
-std::string behind_head(const std::string& report) {
+std::string after_head(const std::string& report) {
   const std::size_t end_of_head = report.find(kEndOfHead);
   if (end_of_head == std::string::npos) return "(no head) " + report;
   return report.substr(end_of_head + kEndOfHead.size());
 }
 
 std::string visible(const std::string& bytes) {
-  constexpr std::size_t kMost = 400;
+  constexpr std::size_t kMax = 400;
   std::string text;
-  for (const char byte : bytes.substr(0, kMost)) {
+  for (const char byte : bytes.substr(0, kMax)) {
     if (byte >= ' ' && byte <= '~') {
       text += byte;
     } else {
@@ -60,7 +60,7 @@ std::string visible(const std::string& bytes) {
       text += escape.data();
     }
   }
-  return bytes.size() > kMost ? text + "..." : text;
+  return bytes.size() > kMax ? text + "..." : text;
 }
 
 }  // namespace quorix::testing

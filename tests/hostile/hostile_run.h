@@ -19,8 +19,8 @@ inline constexpr unsigned kLongestRun = 300;
 /// SIGALRM.
 ProcessResult run_hostile(const CRunFolder& folder, const std::vector<std::string>& arguments);
 
-/// What a report has behind its head, from the first sequence to the end.
-std::string behind_head(const std::string& report);
+/// What a report has after its head, from the first sequence to the end.
+std::string after_head(const std::string& report);
 
 /// The bytes with those that cannot be seen written as escapes, cut after some hundred.
 std::string visible(const std::string& bytes);

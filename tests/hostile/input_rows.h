@@ -12,7 +12,7 @@
 
 namespace quorix::testing {
 
-/// What the report has to tell of a record.
+/// What the report has to say of a record.
 struct ExpectedRecord {
   std::string name;
   std::size_t length;  ///< in bases
@@ -26,7 +26,7 @@ struct InputRow {
   std::string bytes;
   /// The records that are reported, up to the one with the error.
   std::vector<ExpectedRecord> records;
-  /// The line (from 1) that the error is told of; 0 if the run succeeds.
+  /// The line (from 1) at which the error is reported; 0 if the run succeeds.
   int error_line = 0;
   /// Options beside those of the test, parted by blanks.
   std::string_view options = {};
@@ -44,7 +44,7 @@ InputRows letter_rows();
 InputRows byte_rows();
 /// Files of other kinds: FASTQ, tables, compressed files, pictures.
 InputRows foreign_file_rows();
-/// Several records, with errors before, between and behind those that are searched.
+/// Several records, with errors before, between and after those that are searched.
 InputRows record_rows();
 
 }  // namespace quorix::testing

@@ -12,14 +12,14 @@ namespace {
 
 constexpr std::size_t kLength = 100'000'000;
 
-/// Writes `before`, so many times `letter`, and `behind`, a piece at a time.
+/// Writes `before`, so many times `letter`, and `after`, a piece at a time.
 void write_long(const std::string& path, const std::string& before, char letter,
-                const std::string& behind) {
+                const std::string& after) {
   const std::string piece(1'000'000, letter);
   std::ofstream file(path, std::ios::binary);
   file << before;
   for (std::size_t written = 0; written < kLength; written += piece.size()) file << piece;
-  file << behind;
+  file << after;
 }
 
 /// Reads the file a piece at a time: `text`, or where that is empty so many times `letter`.
@@ -76,7 +76,7 @@ TEST(LongLine, comment_is_skipped) {
   const ProcessResult result =
       run_hostile(folder, {"--outputFormat", "2", "--printRepeatSeqMode", "0", "in.fa"});
   EXPECT_EQ(result.status, 0);
-  EXPECT_TRUE(behind_head(result.out).starts_with(">a\nsequence length: 8\ndinucleotide 1 : 8 "));
+  EXPECT_TRUE(after_head(result.out).starts_with(">a\nsequence length: 8\ndinucleotide 1 : 8 "));
 }
 
 TEST(LongLine, gaps_take_no_position) {
@@ -85,7 +85,7 @@ TEST(LongLine, gaps_take_no_position) {
   const ProcessResult result =
       run_hostile(folder, {"--outputFormat", "2", "--printRepeatSeqMode", "0", "in.fa"});
   EXPECT_EQ(result.status, 0);
-  EXPECT_TRUE(behind_head(result.out).starts_with(">a\nsequence length: 8\ndinucleotide 1 : 8 "));
+  EXPECT_TRUE(after_head(result.out).starts_with(">a\nsequence length: 8\ndinucleotide 1 : 8 "));
 }
 
 TEST(LongLine, blanks_alone_are_refused_on_line_1) {

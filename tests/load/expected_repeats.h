@@ -1,7 +1,7 @@
 #pragma once
 
 /// @file
-/// What a report has to tell of the planted repeats.
+/// What a report has to say of the planted repeats.
 
 #include <cstdint>
 #include <string>

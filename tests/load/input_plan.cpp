@@ -25,7 +25,7 @@ std::string record_name(const InputPlan& plan, std::uint64_t number) {
 bool write_input(const InputPlan& plan) {
   CPlantedBases bases(plan.seed);
   const std::size_t piece_length =
-      plan.line_length == 0 ? CPlantedBases::kMostBases : plan.line_length;
+      plan.line_length == 0 ? CPlantedBases::kMaxBases : plan.line_length;
   for (std::uint64_t number = 1; number <= plan.record_count; ++number) {
     put(">");
     put(record_name(plan, number));

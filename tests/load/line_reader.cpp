@@ -11,10 +11,10 @@ namespace quorix::load {
 namespace {
 
 constexpr std::size_t kBufferSize = 1'000'000;
-constexpr std::size_t kMostQuoted = 200;
+constexpr std::size_t kMaxQuoted = 200;
 
 std::string quoted(std::string_view text) {
-  return '"' + std::string(text.substr(0, kMostQuoted)) + '"';
+  return '"' + std::string(text.substr(0, kMaxQuoted)) + '"';
 }
 
 }  // namespace

@@ -54,7 +54,7 @@ class COutputCheck {
   }
 
  private:
-  /// Reads the block of a record behind its name, and keeps what has to be masked.
+  /// Reads the block of a record after its name, and keeps what has to be masked.
   void check_block(const std::string& name) {
     report_.expect("sequence length: " + std::to_string(plan_.bases));
     const std::vector<ExpectedRepeat> expected =
@@ -85,17 +85,17 @@ class COutputCheck {
     checked_.most_repeats = std::max(checked_.most_repeats, repeats);
   }
 
-  /// Takes the number at `text`, behind blanks and in front of `behind`.
-  std::uint64_t take_number(std::string_view& text, std::string_view behind) const {
+  /// Takes the number at `text`, after blanks and before `suffix`.
+  std::uint64_t take_number(std::string_view& text, std::string_view suffix) const {
     text.remove_prefix(std::min(text.find_first_not_of(' '), text.size()));
     std::uint64_t number = 0;
     const std::from_chars_result result =
         std::from_chars(text.data(), text.data() + text.size(), number);
     text.remove_prefix(static_cast<std::size_t>(result.ptr - text.data()));
-    if (result.ec != std::errc() || text.substr(0, behind.size()) != behind) {
+    if (result.ec != std::errc() || text.substr(0, suffix.size()) != suffix) {
       report_.complain("not a line of a repeat");
     }
-    text.remove_prefix(behind.size());
+    text.remove_prefix(suffix.size());
     return number;
   }
 
@@ -111,7 +111,7 @@ class COutputCheck {
     return {first - 1, last};
   }
 
-  /// Reads an alignment. Gives its bases.
+  /// Reads an alignment. Returns its bases.
   std::string check_alignment(const Stretch& stretch) {
     std::string bases(report_.next());
     const std::size_t width = bases.size();

@@ -19,10 +19,10 @@ struct CheckedOutput {
 };
 
 /// Reads both outputs, record by record, the report first. All of the planted repeats have to be
-/// told, to the letter; of the others, which the random bases hold, positions, order and lengths
-/// have to agree. Of the masked copy every byte is known then: what the report tells is X, and all
-/// else the base of the input. Throws: CWrongText where something is wrong, std::runtime_error if a
-/// file cannot be read.
+/// reported, to the letter; of the others, which the random bases hold, positions, order and
+/// lengths have to agree. Of the masked copy every byte is known then: what the report lists is X,
+/// and all else the base of the input. Throws: CWrongText where something is wrong,
+/// std::runtime_error if a file cannot be read.
 [[nodiscard]] CheckedOutput check_output(const InputPlan& plan, bool is_exact_search,
                                          const std::string& report_name,
                                          const std::string& masked_name);

@@ -16,7 +16,7 @@ constexpr std::size_t kBasesADraw = 32;
 constexpr std::size_t kBasesAByte = 4;
 constexpr std::uint64_t kDistance = 400;
 
-/// Units are of A and C, and so no base of a guard matches: growth cannot go on through it.
+/// Units are of A and C, and so no base of a guard matches: no extension goes on through it.
 constexpr std::string_view kGuard = "GTTTGGTGGGTT";
 
 /// Least rotations, none of them a repetition of a shorter unit.
@@ -57,7 +57,7 @@ PlantedRepeat CPlantedBases::exact_repeat() {
   return made;
 }
 
-/// A T for the A of a copy, a G in front of another copy, a third copy without its A: with one A in
+/// A T for the A of a copy, a G before another copy, a third copy without its A: with one A in
 /// a unit of C's no other edits explain as much.
 PlantedRepeat CPlantedBases::diverged_repeat() {
   PlantedRepeat made;
@@ -106,7 +106,7 @@ void CPlantedBases::plant_across(std::uint64_t boundary, bool is_diverged) {
 void CPlantedBases::plant_all() {
   plant(exact_repeat(), 0);
   bool is_diverged = is_diverged_first_;
-  std::uint64_t boundary = kLeastPlantedLength;
+  std::uint64_t boundary = kMinPlantedLength;
   // The last plants need some room.
   for (; boundary + 4 * kDistance <= length_; boundary *= 2) {
     plant_across(boundary, is_diverged);
@@ -123,7 +123,7 @@ void CPlantedBases::begin_record(std::uint64_t length) {
   length_ = length;
   planted_.clear();
   patches_.clear();
-  if (length >= kLeastPlantedLength) plant_all();
+  if (length >= kMinPlantedLength) plant_all();
   next_patch_ = 0;
   drawn_ = 0;
   block_.clear();
@@ -156,7 +156,7 @@ void CPlantedBases::draw_block() {
 }
 
 std::string_view CPlantedBases::next(std::size_t count) {
-  assert(count <= kMostBases);
+  assert(count <= kMaxBases);
   const auto take = [&](std::size_t most) {
     const std::string_view taken = std::string_view(block_).substr(given_, most);
     given_ += taken.size();

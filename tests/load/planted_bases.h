@@ -3,7 +3,7 @@
 /// @file
 /// Records of any length, base by base from a seed, with repeats planted where large numbers turn:
 /// at both ends of a record and across every power of two in it. Nobody holds such a record as a
-/// whole: who writes it and who checks what became of it both draw it anew.
+/// whole: the writer of the input and the checker of the outputs both draw it anew.
 
 #include <cstddef>
 #include <cstdint>
@@ -29,14 +29,14 @@ struct PlantedRepeat {
   [[nodiscard]] std::uint64_t end() const { return start + bases.size(); }
 };
 
-/// Random bases between planted repeats. A record of at least `kLeastPlantedLength` bases has an
+/// Random bases between planted repeats. A record of at least `kMinPlantedLength` bases has an
 /// exact repeat at its beginning; across each power of two from that length on an exact or a
 /// diverged one, and the other kind some 400 bases after it; and both kinds at its end, where the
 /// last base of one is the record's last. The seed decides which kind comes first. Shorter records
 /// have none.
 class CPlantedBases {
  public:
-  static constexpr std::uint64_t kLeastPlantedLength = 4096;
+  static constexpr std::uint64_t kMinPlantedLength = 4096;
 
   /// The same seed gives the same records on every machine.
   explicit CPlantedBases(std::uint64_t seed);
@@ -47,11 +47,11 @@ class CPlantedBases {
   /// What is planted in the record, by position.
   [[nodiscard]] const std::vector<PlantedRepeat>& planted() const { return planted_; }
 
-  /// The next bases of the record: `count` of them, fewer where it ends, none behind its end. Valid
-  /// until the next call. REQUIRES: count <= kMostBases.
+  /// The next bases of the record: `count` of them, fewer where it ends, none after its end. Valid
+  /// until the next call. REQUIRES: count <= kMaxBases.
   [[nodiscard]] std::string_view next(std::size_t count);
 
-  static constexpr std::size_t kMostBases = 65'536;
+  static constexpr std::size_t kMaxBases = 65'536;
 
  private:
   struct Patch {

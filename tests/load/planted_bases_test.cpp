@@ -32,7 +32,7 @@ std::string record_of(std::uint64_t length, std::uint64_t seed, std::size_t piec
 }
 
 TEST(PlantedBases, gives_the_same_bases_in_pieces_of_any_length) {
-  const std::string whole = record_of(kMillion, 1, CPlantedBases::kMostBases);
+  const std::string whole = record_of(kMillion, 1, CPlantedBases::kMaxBases);
   EXPECT_EQ(whole.size(), kMillion);
   for (const std::size_t piece_length : {1U, 60U, 80U, 4095U}) {
     EXPECT_TRUE(record_of(kMillion, 1, piece_length) == whole) << piece_length;
@@ -79,7 +79,7 @@ TEST(PlantedBases, plants_both_kinds_across_and_near_every_power_of_two) {
     for (const std::uint64_t length : {kMillion, kMillion + 5000}) {
       CPlantedBases bases(seed);
       bases.begin_record(length);
-      for (std::uint64_t power = CPlantedBases::kLeastPlantedLength; power < length; power *= 2) {
+      for (std::uint64_t power = CPlantedBases::kMinPlantedLength; power < length; power *= 2) {
         expect_planted_at(bases, power);
       }
     }
@@ -90,7 +90,7 @@ TEST(PlantedBases, turns_kinds_round_with_the_seed) {
   for (const std::uint64_t seed : {kOddSeed, kEvenSeed}) {
     CPlantedBases bases(seed);
     bases.begin_record(kMillion);
-    // The second, behind that of the begin, lies across the least power of two.
+    // The second, after that of the begin, lies across the least power of two.
     EXPECT_EQ(bases.planted().at(1).edits.empty(), seed == kEvenSeed);
   }
 }

@@ -1,4 +1,4 @@
-# shellcheck shell=bash disable=SC2034 # what is set here is for those who source it
+# shellcheck shell=bash disable=SC2034 # what is set here is for the scripts that source it
 # How a run gets its input from one pipe and leaves report and masked copy in two others, so that
 # nothing of it is ever on a disk. Sourced, with the name of quorix_load in `quorix_load`.
 #
@@ -9,7 +9,7 @@
 readonly grace_in_tenths_of_a_second=50
 
 # start_pipes FOLDER MODE RECORDS NAME_LENGTH BASES LINE_LENGTH SEED: makes the pipes in a folder
-# that has none yet and starts who reads the outputs, and then who writes the input. Sets
+# that has none yet and starts the readers of the outputs, and then the writer of the input. Sets
 # `input_pipe` and `report_pipe`. The masked copy goes to the pipe that has its name; the reader
 # opens the two outputs in the order of the program, since each opening waits for the other side.
 start_pipes() {
@@ -24,7 +24,7 @@ start_pipes() {
   writer=$!
 }
 
-# end_helper PID: who is not done soon after the program's end has nothing to wait for, and is ended.
+# end_helper PID: a process that is not done soon after the program's end has nothing to wait for, and is ended.
 # 1 if it had to be.
 end_helper() {
   local waited

@@ -1,7 +1,7 @@
 #pragma once
 
 /// @file
-/// The plain engine as a whole: what the program reports of a record, by the shortest way.
+/// The plain engine as a whole: what the program reports of a record, in the plainest code.
 ///
 /// This header gathers all parts of the engine and adds what ties them together. Everything obeys
 /// the settings as they are at the time of the call. Never link it into the product.

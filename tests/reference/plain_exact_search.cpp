@@ -21,7 +21,7 @@ std::int64_t skip_Ns(const std::string& bases, std::int64_t position) {
   return position;
 }
 
-Repeat grown_exactly(const std::string& bases, std::int64_t position, std::int64_t unit_length) {
+Repeat extended_exactly(const std::string& bases, std::int64_t position, std::int64_t unit_length) {
   Repeat candidate = repeat_from_unit(position, position + unit_length);
   extend_exact_forward(candidate, bases, base_count(bases));
   extend_exact_backward(candidate, bases, -1);
@@ -33,7 +33,7 @@ void find_mononucleotide_repeats(const std::string& bases, ThresholdSet threshol
                                  std::vector<Repeat>& repeats) {
   std::int64_t position = skip_Ns(bases, 0);
   while (position + 1 < base_count(bases)) {
-    const Repeat candidate = grown_exactly(bases, position, 1);
+    const Repeat candidate = extended_exactly(bases, position, 1);
     if (passes_thresholds(candidate, thresholds)) {
       repeats.push_back(candidate);
       position = candidate.end - 1;
@@ -52,7 +52,7 @@ void find_repeats_of_unit_length(const std::string& bases, std::int64_t length,
     if (!is_valid_starting_pattern(bases, position, position + length)) {
       continue;
     }
-    const Repeat candidate = grown_exactly(bases, position, length);
+    const Repeat candidate = extended_exactly(bases, position, length);
     if (!passes_thresholds(candidate, thresholds)) {
       continue;
     }
@@ -102,7 +102,7 @@ std::vector<Repeat> exact_search(const std::string& bases) {
       if (!is_valid_starting_pattern(bases, position, position + length)) {
         continue;
       }
-      const Repeat candidate = grown_exactly(bases, position, length);
+      const Repeat candidate = extended_exactly(bases, position, length);
       if (!passes_thresholds(candidate, ThresholdSet::kUser)) {
         continue;
       }

@@ -3,8 +3,8 @@
 /// @file
 /// Finding every perfect repeat of a record.
 ///
-/// A candidate is tried at every position for every unit length, shorter units first, and grown in
-/// both directions. Bases of a kept repeat are closed to the seeds of further candidates.
+/// A candidate is tried at every position for every unit length, shorter units first, and extended
+/// in both directions. Bases of a kept repeat are closed to the seeds of further candidates.
 /// Mononucleotide repeats are found by a pass of their own that closes nothing.
 
 #include <string>

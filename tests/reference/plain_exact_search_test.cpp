@@ -71,7 +71,7 @@ TEST_F(PlainSeedRules, refuse_units_with_an_N_or_of_one_base_repeated) {
   EXPECT_TRUE(is_valid_starting_pattern("T", 0, 1));
   EXPECT_TRUE(is_valid_starting_pattern("TTA", 0, 3));
   EXPECT_TRUE(is_valid_starting_pattern("ATAT", 0, 4));
-  // The N behind the unit is none of its business.
+  // The N after the unit is none of its business.
   EXPECT_TRUE(is_valid_starting_pattern("ACN", 0, 2));
 }
 
@@ -83,7 +83,7 @@ TEST_F(PlainSeedRules, let_a_closed_base_start_a_unit_between_open_ones) {
   EXPECT_TRUE(is_open_for_seed(marks, 1, 2));
   marks.cover(repeat_from_unit(2, 3));
   EXPECT_FALSE(is_open_for_seed(marks, 1, 2));
-  // Base 0 is open, but neither the unit's last base nor the one behind it.
+  // Base 0 is open, but neither the unit's last base nor the one after it.
   EXPECT_FALSE(is_open_for_seed(marks, 0, 2));
   EXPECT_TRUE(is_open_for_seed(marks, 3, 2));
   // The guards are open: base 5 is the last one.
@@ -114,7 +114,7 @@ TEST_F(PlainExactSearch, finds_nothing_in_records_of_no_or_one_base) {
   EXPECT_TRUE(exact_search("A").empty());
 }
 
-TEST_F(PlainExactSearch, needs_a_base_behind_the_unit) {
+TEST_F(PlainExactSearch, needs_a_base_after_the_unit) {
   search_units_of(2);
   require_score(2);
   // AC at 0 reaches the end with two matches; CA at 1 lies in it.
@@ -130,7 +130,7 @@ TEST_F(PlainExactSearch, starts_at_the_first_base_that_is_not_N) {
 TEST_F(PlainExactSearch, bridges_as_many_Ns_as_are_allowed) {
   search_units_of(2);
   global_Ns_allowed_in_a_row = 2;
-  // Six bases behind the first unit match, the two N's score nothing.
+  // Six bases after the first unit match, the two N's score nothing.
   EXPECT_EQ(describe(exact_search_2("ACACNNACAC")), (Texts{"[0,10) unit [0,2) score 6 N 2"}));
 
   require_score(2);
@@ -160,7 +160,7 @@ TEST_F(PlainExactSearch, does_not_find_a_repeat_again_with_a_multiple_of_its_uni
 }
 
 TEST_F(PlainExactSearch, sorts_across_unit_lengths) {
-  // The run of T is found first, by the pass for single bases, and stands behind the run of AC.
+  // The run of T is found first, by the pass for single bases, and stands after the run of AC.
   const Texts sorted = {"[0,8) unit [0,2) score 6", "[8,15) unit [8,9) score 6"};
   EXPECT_EQ(describe(exact_search_2("ACACACACTTTTTTT")), sorted);
 }
@@ -168,7 +168,7 @@ TEST_F(PlainExactSearch, sorts_across_unit_lengths) {
 TEST_F(PlainExactSearch, keeps_a_seed_in_each_phase_where_only_the_internal_thresholds_pass) {
   search_units_of(2);
   // 4 is enough inside and not for the user, so nothing is covered: units at 0 to 3 all give the
-  // whole text; one at 4 would have no base behind it.
+  // whole text; one at 4 would have no base after it.
   const Texts phases = {"[0,6) unit [0,2) score 4", "[0,6) unit [1,3) score 4",
                         "[0,6) unit [2,4) score 4", "[0,6) unit [3,5) score 4"};
   EXPECT_EQ(describe(exact_search_2("ACACAC", ThresholdSet::kIntern)), phases);

@@ -12,7 +12,7 @@ constexpr char kMismatch = 'M';
 constexpr char kInsertion = 'I';
 constexpr char kDeletion = 'D';
 
-/// The edit to apply in front of a base at `repeat.end` that differs, or `kNoEdit`.
+/// The edit to apply before a base at `repeat.end` that differs, or `kNoEdit`.
 char choose_edit_forward(const Repeat& repeat, const std::string& bases, std::int64_t limit,
                          int best_score) {
   const std::int64_t length = unit_length(repeat);
@@ -69,7 +69,7 @@ void apply_edit_forward(Repeat& repeat, char choice) {
   }
 }
 
-/// The edit to apply in front of a base before `repeat.start` that differs, or `kNoEdit`.
+/// The edit to apply before a base before `repeat.start` that differs, or `kNoEdit`.
 char choose_edit_backward(const Repeat& repeat, const std::string& bases, std::int64_t limit,
                           int best_score) {
   const std::int64_t length = unit_length(repeat);

@@ -1,5 +1,5 @@
-// Growing seeds by hand. Unless a test says otherwise a match scores 1, an edit -6, and the unit is
-// the first one of the text, which itself scores nothing.
+// Extending seeds by hand. Unless a test says otherwise a match scores 1, an edit -6, and the unit
+// is the first one of the text, which itself scores nothing.
 
 #include <limits>
 #include <utility>
@@ -16,14 +16,14 @@ using PlainLookAhead = CWithDefaultSettings;
 constexpr int kLowest = std::numeric_limits<int>::min();
 constexpr int kHighest = std::numeric_limits<int>::max();
 
-std::string grown_forward(const std::string& bases, std::int64_t unit_length) {
+std::string extended_forward(const std::string& bases, std::int64_t unit_length) {
   Repeat repeat = repeat_from_unit(0, unit_length);
   extend_imperfect_forward(repeat, bases, static_cast<std::int64_t>(bases.size()));
   return describe(repeat);
 }
 
-/// Grows from the last unit of the text to the left.
-std::string grown_backward(const std::string& bases, std::int64_t unit_length) {
+/// Extends from the last unit of the text to the left.
+std::string extended_backward(const std::string& bases, std::int64_t unit_length) {
   const auto end = static_cast<std::int64_t>(bases.size());
   Repeat repeat = repeat_from_unit(end - unit_length, end);
   extend_imperfect_backward(repeat, bases, -1);
@@ -56,7 +56,7 @@ TEST_F(PlainExactExtension, takes_no_base_of_a_run_of_Ns_that_is_too_long) {
 TEST_F(PlainExactExtension, counts_Ns_without_scoring_them) {
   global_Ns_allowed_in_a_row = 2;
   Repeat repeat = repeat_from_unit(0, 2);
-  // Two N's keep the phase: the A behind them is the expected one.
+  // Two N's keep the phase: the A after them is the expected one.
   EXPECT_TRUE(extend_exact_forward(repeat, "ACNNAT", 6));
   EXPECT_EQ(describe(repeat), "[0,5) unit [0,2) score 1 N 2");
 }
@@ -94,43 +94,43 @@ TEST_F(PlainExactExtension, keeps_the_score_at_the_largest_32_bit_number) {
 }
 
 TEST_F(PlainExtension, ends_before_a_mismatch_that_only_wins_back_what_it_cost) {
-  // Six matches up to the G. The mismatch there leaves 0, six matches behind it make 6 again, which
-  // only ties; the end of the text then restores the state in front of the G.
-  EXPECT_EQ(grown_forward("ACACACACGCACACAT", 2), "[0,8) unit [0,2) score 6");
+  // Six matches up to the G. The mismatch there leaves 0, six matches after it make 6 again, which
+  // only ties; the end of the text then restores the state before the G.
+  EXPECT_EQ(extended_forward("ACACACACGCACACAT", 2), "[0,8) unit [0,2) score 6");
 }
 
 TEST_F(PlainExtension, keeps_a_mismatch_that_one_match_more_pays_for) {
-  // As above with a seventh match: 6 - 6 + 7 = 7. The T behind is given back.
-  EXPECT_EQ(grown_forward("ACACACACGCACACACT", 2), "[0,16) unit [0,2) score 7 mis 1 8M");
-  EXPECT_EQ(grown_backward("TCACACACGCACACACA", 2), "[1,17) unit [15,17) score 7 mis 1 8M");
+  // As above with a seventh match: 6 - 6 + 7 = 7. The T after is given back.
+  EXPECT_EQ(extended_forward("ACACACACGCACACACT", 2), "[0,16) unit [0,2) score 7 mis 1 8M");
+  EXPECT_EQ(extended_backward("TCACACACGCACACACA", 2), "[1,17) unit [15,17) score 7 mis 1 8M");
 }
 
 TEST_F(PlainExtension, leaves_a_seed_at_the_limit_as_it_is) {
-  EXPECT_EQ(grown_forward("AC", 2), "[0,2) unit [0,2) score 0");
-  EXPECT_EQ(grown_backward("AC", 2), "[0,2) unit [0,2) score 0");
+  EXPECT_EQ(extended_forward("AC", 2), "[0,2) unit [0,2) score 0");
+  EXPECT_EQ(extended_backward("AC", 2), "[0,2) unit [0,2) score 0");
 }
 
 TEST_F(PlainExtension, inserts_a_base_that_stands_between_two_unit_characters) {
   set_small_penalties();
   // A and C score 2; T stands where G is expected. Insertion: 0 + GACG = 4. Mismatch: 0, then G
   // stands where A is expected, a further insertion gives -2 + ACG = 1.
-  EXPECT_EQ(grown_forward("ACGACTGACG", 3), "[0,10) unit [0,3) score 4 ins 1 5I");
-  EXPECT_EQ(grown_backward("GCAGTCAGCA", 3), "[0,10) unit [7,10) score 4 ins 1 4I");
+  EXPECT_EQ(extended_forward("ACGACTGACG", 3), "[0,10) unit [0,3) score 4 ins 1 5I");
+  EXPECT_EQ(extended_backward("GCAGTCAGCA", 3), "[0,10) unit [7,10) score 4 ins 1 4I");
 }
 
 TEST_F(PlainExtension, deletes_a_unit_character_that_the_text_lacks) {
   set_small_penalties();
-  // ACG ACG -CG ACG: 3 in front of the C at 6, where A is expected; 3 - 2 + 5 = 6. The deletion
+  // ACG ACG -CG ACG: 3 before the C at 6, where A is expected; 3 - 2 + 5 = 6. The deletion
   // stands at the base to its right, which to the left is the last base taken so far.
-  EXPECT_EQ(grown_forward("ACGACGCGACG", 3), "[0,11) unit [0,3) score 6 del 1 6D");
-  EXPECT_EQ(grown_backward("GCAGCGCAGCA", 3), "[0,11) unit [8,11) score 6 del 1 5D");
+  EXPECT_EQ(extended_forward("ACGACGCGACG", 3), "[0,11) unit [0,3) score 6 del 1 6D");
+  EXPECT_EQ(extended_backward("GCAGCGCAGCA", 3), "[0,11) unit [8,11) score 6 del 1 5D");
 }
 
 TEST_F(PlainExtension, prefers_a_mismatch_to_an_insertion_of_equal_worth) {
   set_small_penalties();
   // With a unit of one base both lead to the same state: 3 - 2 + 3 = 4.
-  EXPECT_EQ(grown_forward("AAAAGAAA", 1), "[0,8) unit [0,1) score 4 mis 1 4M");
-  EXPECT_EQ(grown_backward("AAAGAAAA", 1), "[0,8) unit [7,8) score 4 mis 1 3M");
+  EXPECT_EQ(extended_forward("AAAAGAAA", 1), "[0,8) unit [0,1) score 4 mis 1 4M");
+  EXPECT_EQ(extended_backward("AAAGAAAA", 1), "[0,8) unit [7,8) score 4 mis 1 3M");
 }
 
 TEST_F(PlainExtension, prefers_an_insertion_to_a_deletion_of_equal_worth) {
@@ -140,19 +140,19 @@ TEST_F(PlainExtension, prefers_an_insertion_to_a_deletion_of_equal_worth) {
   // ACG ACG then C A T, A expected at 6, score 3. Inserting the C: 1, A matches, 2. Deleting A: 1,
   // C matches, 2. A single walk is all that counts at depth 1. Then the T is inserted, too, and
   // CGACGACG follow: 3 - 2 + 1 - 2 + 8 = 8.
-  EXPECT_EQ(grown_forward("ACGACGCATCGACGACG", 3), "[0,17) unit [0,3) score 8 ins 2 6I 8I");
+  EXPECT_EQ(extended_forward("ACGACGCATCGACGACG", 3), "[0,17) unit [0,3) score 8 ins 2 6I 8I");
 }
 
 TEST_F(PlainExtension, takes_back_an_edit_that_led_nowhere) {
-  EXPECT_EQ(grown_forward("ACACACACGTTTTTTT", 2), "[0,8) unit [0,2) score 6");
+  EXPECT_EQ(extended_forward("ACACACACGTTTTTTT", 2), "[0,8) unit [0,2) score 6");
 }
 
 TEST_F(PlainExtension, needs_more_than_the_penalty_less_the_unit_length_to_try_an_edit) {
   // Unit of 2: the score after an edit must exceed -2, so 4 does not do and 5 does. A G stands in
   // front of so many matches that any edit would pay.
   const std::string tail = "ACACACACACACACAC";
-  EXPECT_EQ(grown_forward("ACACACGC" + tail, 2), "[0,6) unit [0,2) score 4");
-  EXPECT_EQ(grown_forward("ACACACAG" + tail, 2), "[0,24) unit [0,2) score 15 mis 1 7M");
+  EXPECT_EQ(extended_forward("ACACACGC" + tail, 2), "[0,6) unit [0,2) score 4");
+  EXPECT_EQ(extended_forward("ACACACAG" + tail, 2), "[0,24) unit [0,2) score 15 mis 1 7M");
 }
 
 TEST_F(PlainExtension, is_purely_exact_when_no_edit_can_pass_the_threshold) {
@@ -160,32 +160,32 @@ TEST_F(PlainExtension, is_purely_exact_when_no_edit_can_pass_the_threshold) {
   const std::string exact = "[0,8) unit [0,2) score 6";
   for (const int reduction : {6, 0, kLowest}) {
     global_maximum_scorereduction = reduction;
-    EXPECT_EQ(grown_forward(bases, 2), exact) << reduction;
+    EXPECT_EQ(extended_forward(bases, 2), exact) << reduction;
   }
   // One more and the mismatch passes: 6 - 6 > 6 - 7.
   global_maximum_scorereduction = 7;
-  EXPECT_EQ(grown_forward(bases, 2), "[0,16) unit [0,2) score 7 mis 1 8M");
+  EXPECT_EQ(extended_forward(bases, 2), "[0,16) unit [0,2) score 7 mis 1 8M");
 
   init_param();
   global_mismatch_score = kLowest;
   global_indel_score = kLowest;
-  EXPECT_EQ(grown_forward(bases, 2), exact);
+  EXPECT_EQ(extended_forward(bases, 2), exact);
 }
 
 TEST_F(PlainExtension, gives_a_tie_to_the_shorter_state_at_the_end_of_the_text) {
   // Two N's score nothing: 0 ties with the seed.
-  EXPECT_EQ(grown_forward("ACNN", 2), "[0,2) unit [0,2) score 0");
-  EXPECT_EQ(grown_backward("NNAC", 2), "[2,4) unit [2,4) score 0");
+  EXPECT_EQ(extended_forward("ACNN", 2), "[0,2) unit [0,2) score 0");
+  EXPECT_EQ(extended_backward("NNAC", 2), "[2,4) unit [2,4) score 0");
 }
 
 TEST_F(PlainExtension, gives_a_tie_to_the_longer_state_when_out_of_edits) {
-  EXPECT_EQ(grown_forward("ACNNGT", 2), "[0,4) unit [0,2) score 0 N 2");
-  EXPECT_EQ(grown_backward("GTNNAC", 2), "[2,6) unit [4,6) score 0 N 2");
+  EXPECT_EQ(extended_forward("ACNNGT", 2), "[0,4) unit [0,2) score 0 N 2");
+  EXPECT_EQ(extended_backward("GTNNAC", 2), "[2,6) unit [4,6) score 0 N 2");
 }
 
 TEST_F(PlainExtension, aligns_an_N_as_a_mismatch_when_told_to) {
   global_treat_Ns_as_missense = true;
-  EXPECT_EQ(grown_forward("ACACACACNCACACACT", 2), "[0,16) unit [0,2) score 7 mis 1 8M");
+  EXPECT_EQ(extended_forward("ACACACACNCACACACT", 2), "[0,16) unit [0,2) score 7 mis 1 8M");
 }
 
 TEST_F(PlainLookAhead, walks_through_a_run_of_Ns_of_any_length) {
@@ -248,10 +248,10 @@ TEST_F(PlainLookAhead, tries_an_edit_only_above_minus_the_unit_length) {
 
 TEST_F(PlainLookAhead, finds_the_edit_that_helps) {
   set_small_penalties();
-  // In front of the T, G is expected: without the T follow GACG, 2 - 2 + 4.
+  // Before the T, G is expected: without the T follow GACG, 2 - 2 + 4.
   EXPECT_EQ(extend_imperfect_forward_leap_ahead("ACGACTGACG", 5, 2, 0, 3, 2, 3, 1, 10, 2), 4);
   EXPECT_EQ(extend_imperfect_backward_leap_ahead("GCAGTCAGCA", 5, 7, 7, 10, 2, 3, 1, -1, 2), 4);
-  // In front of the second C, A is expected: without it follow CGACG, 3 - 2 + 5.
+  // Before the second C, A is expected: without it follow CGACG, 3 - 2 + 5.
   EXPECT_EQ(extend_imperfect_forward_leap_ahead("ACGCGACG", 3, 0, 0, 3, 3, 3, 1, 8, 3), 6);
   EXPECT_EQ(extend_imperfect_backward_leap_ahead("GCAGCGCA", 5, 7, 5, 8, 3, 3, 1, -1, 3), 6);
 }

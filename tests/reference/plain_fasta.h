@@ -14,7 +14,7 @@
 namespace quorix::reference {
 
 struct FastaRecord {
-  /// The header line behind its '>'.
+  /// The header line after its '>'.
   std::string name;
   std::string bases;
 

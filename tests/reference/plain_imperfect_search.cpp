@@ -22,8 +22,8 @@ std::int64_t skip_Ns(const std::string& bases, std::int64_t position) {
   return position;
 }
 
-/// Grows the seed both ways; true if the result is to be kept, and then its edits are in order.
-bool grow_and_test(Repeat& repeat, const std::string& bases, std::int64_t left_limit) {
+/// Extends the seed both ways; true if the result is to be kept, and then its edits are in order.
+bool extend_and_test(Repeat& repeat, const std::string& bases, std::int64_t left_limit) {
   extend_imperfect_forward(repeat, bases, base_count(bases));
   extend_imperfect_backward(repeat, bases, left_limit);
   remove_Ns_at_ends(repeat, bases);
@@ -37,7 +37,7 @@ bool grow_and_test(Repeat& repeat, const std::string& bases, std::int64_t left_l
 void try_seed(const std::string& bases, std::int64_t position, std::int64_t length,
               CPlainMarks& marks, std::vector<Repeat>& repeats) {
   Repeat repeat = repeat_from_unit(position, position + length);
-  if (grow_and_test(repeat, bases, -1)) {
+  if (extend_and_test(repeat, bases, -1)) {
     marks.cover(repeat);
     repeats.push_back(repeat);
   }
@@ -73,7 +73,7 @@ bool find_first_hit(const std::string& bases, std::int64_t position, std::int64_
       continue;
     }
     Repeat repeat = repeat_from_unit(position, position + length);
-    if (grow_and_test(repeat, bases, left_limit)) {
+    if (extend_and_test(repeat, bases, left_limit)) {
       hits.push_back(repeat);
       return true;
     }
@@ -86,7 +86,7 @@ bool find_first_hit(const std::string& bases, std::int64_t position, std::int64_
 std::vector<Repeat> search_exact_and_extend(const std::string& bases) {
   std::vector<Repeat> repeats;
   for (Repeat repeat : exact_search_2(bases, ThresholdSet::kIntern)) {
-    if (grow_and_test(repeat, bases, -1)) {
+    if (extend_and_test(repeat, bases, -1)) {
       repeats.push_back(repeat);
     }
   }

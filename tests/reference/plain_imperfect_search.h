@@ -1,10 +1,10 @@
 #pragma once
 
 /// @file
-/// Finding imperfect repeats: three ways to choose the seeds that are grown through edits.
+/// Finds imperfect repeats: three ways to choose the seeds that are extended through edits.
 ///
-/// A grown seed is kept when it passes the user's thresholds. Two of the ways serve the search
-/// modes of the program, the third one (first hit, then on behind it) is called by nobody else.
+/// An extended seed is kept when it passes the user's thresholds. Two of the ways serve the search
+/// modes of the program, the third one (first hit, then on after it) is called by nobody else.
 
 #include <string>
 #include <vector>
@@ -13,8 +13,8 @@
 
 namespace quorix::reference {
 
-/// Seeds are the exact repeats that pass the internal thresholds, each grown on its own, from the
-/// text's start to its end. Sorted by start and end.
+/// Seeds are the exact repeats that pass the internal thresholds, each extended on its own, from
+/// the text's start to its end. Sorted by start and end.
 std::vector<Repeat> search_exact_and_extend(const std::string& bases);
 
 /// Seeds are all admissible positions for every unit length, shorter units first; kept repeats
@@ -22,7 +22,7 @@ std::vector<Repeat> search_exact_and_extend(const std::string& bases);
 /// unit length 1 close is opened again for the longer ones. Sorted by start and end.
 std::vector<Repeat> complete_imperfect_search(const std::string& bases);
 
-/// At each position the first unit length whose repeat passes wins, and the search goes on behind
+/// At each position the first unit length whose repeat passes wins, and the search goes on after
 /// that repeat: hits do not overlap. In the order of finding.
 std::vector<Repeat> simple_imperfect_search(const std::string& bases);
 

@@ -1,4 +1,4 @@
-// The choice of seeds by hand. The growth itself is tested with the extension.
+// The choice of seeds by hand. The extension itself has its own test.
 
 #include "reference/plain_test_support.h"
 
@@ -12,7 +12,7 @@ using PlainSimpleSearch = CWithDefaultSettings;
 TEST_F(PlainImperfectSearch, closes_what_it_found_to_further_seeds) {
   search_units_of(2);
   // One repeat over a mismatch: 6 - 6 + 7. Its edit site at 8 stays open, but no unit that starts
-  // there or behind it ends on an open base.
+  // there or after it ends on an open base.
   EXPECT_EQ(describe(complete_imperfect_search("ACACACACGCACACACT")),
             (Texts{"[0,16) unit [0,2) score 7 mis 1 8M"}));
 }
@@ -22,12 +22,12 @@ TEST_F(PlainImperfectSearch, finds_no_seed_among_Ns) {
   EXPECT_TRUE(complete_imperfect_search("").empty());
 }
 
-TEST_F(PlainImperfectSearch, needs_a_base_behind_the_unit) {
+TEST_F(PlainImperfectSearch, needs_a_base_after_the_unit) {
   require_score(0);
   // With these thresholds a unit alone is a repeat, but not the last base of a record.
   search_units_of(1);
   EXPECT_EQ(describe(complete_imperfect_search("AC")), (Texts{"[0,1) unit [0,1) score 0"}));
-  // AC closes the bases 0 and 1 to CG; nothing stands behind GT.
+  // AC closes the bases 0 and 1 to CG; nothing stands after GT.
   search_units_of(2);
   EXPECT_EQ(describe(complete_imperfect_search("ACGT")), (Texts{"[0,2) unit [0,2) score 0"}));
 }
@@ -64,10 +64,10 @@ TEST_F(PlainImperfectSearch, stands_the_largest_unit_lengths) {
   EXPECT_TRUE(complete_imperfect_search("ACACACAC").empty());
 }
 
-TEST_F(PlainExtendExact, grows_each_seed_on_its_own) {
+TEST_F(PlainExtendExact, extends_each_seed_on_its_own) {
   search_units_of(2);
   // The left stretch is one seed, since its score 6 satisfies the user and covers it. The right one
-  // scores 5 and seeds in every phase from 9 to 14. All seven grow over the mismatch to the same
+  // scores 5 and seeds in every phase from 9 to 14. All seven extend over the mismatch to the same
   // repeat; equal repeats stay in the order of their seeds.
   const std::string bases = "ACACACACGCACACACT";
   Texts expected;
@@ -99,18 +99,18 @@ TEST_F(PlainExtendExact, sorts_edits_of_both_directions) {
   }
 }
 
-TEST_F(PlainSimpleSearch, goes_on_behind_each_hit) {
+TEST_F(PlainSimpleSearch, goes_on_after_each_hit) {
   search_units_of(2);
   const Texts hits = {"[0,8) unit [0,2) score 6", "[8,16) unit [8,10) score 6"};
   EXPECT_EQ(describe(simple_imperfect_search("ACACACACGTGTGTGT")), hits);
 }
 
-TEST_F(PlainSimpleSearch, does_not_grow_back_into_the_last_hit) {
+TEST_F(PlainSimpleSearch, does_not_extend_back_into_the_last_hit) {
   search_units_of(2);
   set_small_penalties();
   require_score(2);
   global_maximum_scorereduction = 0;
-  // The C at 5, last of the first hit, would also do in front of TCTCT.
+  // The C at 5, last of the first hit, would also do before TCTCT.
   const Texts hits = {"[0,6) unit [0,2) score 4", "[6,11) unit [6,8) score 3"};
   EXPECT_EQ(describe(simple_imperfect_search("ACACACTCTCT")), hits);
   const Texts overlapping = {"[0,6) unit [0,2) score 4", "[5,11) unit [6,8) score 4"};

@@ -5,8 +5,8 @@
 ///
 /// Plain recursion over the three edits (mismatch, insertion, deletion). Between two edits the walk
 /// takes every matching base and every N (with score 0, however long the run of N's is, unlike
-/// exact growth). The number of edits on a path is bounded by `global_maximum_recursion_depth`, the
-/// score on it by minus the unit length and by `global_maximum_scorereduction` below the best.
+/// exact extension). The number of edits on a path is bounded by `global_maximum_recursion_depth`,
+/// the score on it by minus the unit length and by `global_maximum_scorereduction` below the best.
 ///
 /// Nothing is changed, a value alone is returned. The cost is up to three to the power of the depth
 /// for each call; above a depth of 255 there is no limit of depth, so that small penalties together

@@ -4,7 +4,7 @@
 /// The other way to report exact repeats: those below a minimum perfection are broken up.
 ///
 /// Only N's can lower the perfection of an exact repeat, and only where they count as mismatches.
-/// No option of the program reaches this way, since the command line admits no minimum but 0.
+/// No option of the program leads here, since the command line admits no minimum but 0.
 
 #include <optional>
 #include <string>

@@ -65,14 +65,14 @@ TEST_F(PlainOverlapRemoval, lets_a_repeat_that_dropped_others_be_dropped_in_turn
             (Scores{9}));
 }
 
-TEST_F(PlainOverlapRemoval, goes_on_behind_a_dropped_repeat_with_the_one_that_followed_it) {
+TEST_F(PlainOverlapRemoval, goes_on_after_a_dropped_repeat_with_the_one_that_followed_it) {
   // 3 and 12 overlap by two bases and keep a unit each. 3 and 9 overlap by one, which leaves 9 no
   // room for its unit of 11, and 3 goes. The next pair is 12 and 9, not 9 and what follows it.
   EXPECT_EQ(surviving_scores({made(0, 10, 6, 3), made(8, 14, 2, 12), made(9, 20, 11, 9)}),
             (Scores{12}));
 }
 
-TEST_F(PlainOverlapRemoval, stops_looking_at_the_first_repeat_behind_the_end) {
+TEST_F(PlainOverlapRemoval, stops_looking_at_the_first_repeat_after_the_end) {
   EXPECT_EQ(surviving_scores({made(0, 5, 2, 3), made(5, 50, 2, 9), made(6, 9, 2, 1)}),
             (Scores{3, 9}));
 }

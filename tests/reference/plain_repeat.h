@@ -9,7 +9,7 @@
 ///
 /// Positions are 0-based offsets into the text of one record, stretches are half-open. The unit is
 /// itself a stretch of that text and is read cyclically by two cursors, one for each direction in
-/// which a repeat can grow. Bases are upper-case A, C, G, T and N.
+/// which a repeat can be extended. Bases are upper-case A, C, G, T and N.
 
 #include <cstdint>
 #include <string>
@@ -57,13 +57,13 @@ std::int64_t unit_length(const Repeat& repeat);
 /// Unit positions that the repeat spans: its bases, less the inserted, plus the missing ones.
 std::int64_t normalized_length(const Repeat& repeat);
 
-/// Perfection in percent; how N's count is told by `global_N_and_perfection_mode`. An unknown mode
-/// ends the process with status 2.
-/// REQUIRES: a denominator other than zero, so not a repeat of N's alone when N's are neutral.
+/// Perfection in percent; `global_N_and_perfection_mode` says how N's count. An unknown mode ends
+/// the process with status 2. REQUIRES: a denominator other than zero, so not a repeat of N's alone
+/// when N's are neutral.
 double percentage_perfection(const Repeat& repeat);
 
-/// Gives back N's at both ends, with cursors and count.
-/// REQUIRES: at least one base of the repeat is not N.
+/// Drops N's at both ends, with cursors and count. REQUIRES: at least one base of the repeat is not
+/// N.
 void remove_Ns_at_ends(Repeat& repeat, const std::string& bases);
 
 /// The order of repeat lists: by start, then by end.

@@ -132,7 +132,7 @@ TEST_F(PlainReport, writes_units_in_the_form_that_was_asked_for) {
   EXPECT_EQ(unit_in_report("GTT"), "AAC");
   EXPECT_EQ(unit_in_report("ACG"), "ACG");
   EXPECT_EQ(unit_in_report("TTTG"), "AAAC");
-  // Its own reverse complement's rotation: AT either way.
+  // Its own reverse complement's rotation: AT on either strand.
   EXPECT_EQ(unit_in_report("TA"), "AT");
   global_report_unit_mode = kUnitAlphabetical;
   EXPECT_EQ(unit_in_report("TTTG"), "GTTT");

@@ -83,8 +83,8 @@ LeastRotation least_rotation(const std::string& unit) {
 
 ReverseComplement reverse_complement(const std::string& text) {
   ReverseComplement result{"", 0};
-  for (std::size_t behind = text.size(); behind > 0; --behind) {
-    const char complement = complement_of(text[behind - 1]);
+  for (std::size_t after = text.size(); after > 0; --after) {
+    const char complement = complement_of(text[after - 1]);
     result.text += complement;
     if (complement == '?') {
       result.unknown_count += 1;

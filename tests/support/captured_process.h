@@ -87,7 +87,7 @@ ProcessResult run_in_child(const Body& body) {
 
 /// What `body` writes to standard error.
 template <class Body>
-std::string told_by(const Body& body) {
+std::string messages_of(const Body& body) {
   ::testing::internal::CaptureStderr();
   body();
   return ::testing::internal::GetCapturedStderr();

@@ -1,7 +1,7 @@
 #pragma once
 
 /// @file
-/// What programs that test many drawn cases are told: how many, and where to begin.
+/// The arguments of programs that test many drawn cases: how many, and where to begin.
 
 #include <gtest/gtest.h>
 
@@ -18,7 +18,7 @@ struct CaseArguments {
 };
 
 /// Runs all tests of the program, after `--cases=N` and `--seed=N` have changed `arguments` and
-/// GoogleTest has taken what is its own. Gives the exit status: 2 for an argument that nobody
+/// GoogleTest has taken what is its own. Returns the exit status: 2 for an argument that nobody
 /// knows.
 inline int run_tests_of_cases(int argc, char** argv, CaseArguments& arguments) {
   const auto is_read = [](std::string_view argument, std::string_view flag, std::uint64_t& value) {

@@ -1,7 +1,7 @@
 #pragma once
 
 /// @file
-/// The program beside the plain engine, and what is told when they differ.
+/// The program beside the plain engine, and the message when they differ.
 
 #include <string>
 

@@ -31,14 +31,14 @@ class CGuardedText {
   CGuardedText(const CGuardedText&) = delete;
   CGuardedText& operator=(const CGuardedText&) = delete;
 
-  /// A copy of `text` right before the page behind it. Valid until the next call. Throws:
+  /// A copy of `text` right before the page after it. Valid until the next call. Throws:
   /// std::length_error.
   char* before_guard(std::string_view text) {
     return copy(text, begin_of_room() + room_ - text.size());
   }
 
-  /// A copy right behind the page before it.
-  char* behind_guard(std::string_view text) { return copy(text, begin_of_room()); }
+  /// A copy right after the page before it.
+  char* after_guard(std::string_view text) { return copy(text, begin_of_room()); }
 
  private:
   [[nodiscard]] char* begin_of_room() const { return static_cast<char*>(mapping_) + page_; }

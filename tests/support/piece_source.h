@@ -1,7 +1,7 @@
 #pragma once
 
 /// @file
-/// Input bytes of a text that come in pieces of one length, and what comes behind them. It copies
+/// Input bytes of a text that come in pieces of one length, and what comes after them. It copies
 /// nothing, so that a reader can be tried at full speed.
 
 #include <algorithm>

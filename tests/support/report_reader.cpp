@@ -38,11 +38,11 @@ class CReportCursor {
     return value;
   }
 
-  /// A number to the right of its column, and what stands behind it.
-  std::int64_t figure(std::string_view behind) {
+  /// A number to the right of its column, and what stands after it.
+  std::int64_t figure(std::string_view suffix) {
     skip_blanks();
     const std::int64_t value = number();
-    expect(behind);
+    expect(suffix);
     return value;
   }
 
@@ -74,14 +74,14 @@ class CReportCursor {
   std::size_t place_ = 0;
 };
 
-/// What the head tells of how repeats look.
+/// What the head says of the format of repeats.
 struct ReportForm {
   std::string format;
   std::string sequence_mode;
   bool has_n_column;
 };
 
-/// Reads "# LABEL:   VALUE" lines: the value begins in column 36 behind the prefix, or behind a
+/// Reads "# LABEL:   VALUE" lines: the value begins in column 36 after the prefix, or after a
 /// label that is longer.
 void read_settings(CReportCursor& cursor, ReadReport& report) {
   constexpr std::size_t kValueColumn = 36;

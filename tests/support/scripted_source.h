@@ -46,7 +46,7 @@ inline ReadScript in_pieces(std::string_view text, std::size_t piece_length) {
   return script;
 }
 
-/// The same, with `last` behind the pieces.
+/// The same, with `last` after the pieces.
 inline ReadScript in_pieces(std::string_view text, std::size_t piece_length, ScriptedRead last) {
   ReadScript script = in_pieces(text, piece_length);
   script.push_back(std::move(last));
@@ -55,7 +55,7 @@ inline ReadScript in_pieces(std::string_view text, std::size_t piece_length, Scr
 
 class CScriptedSource : public CByteSource {
  public:
-  /// Plays `script` once; behind it the input has ended.
+  /// Plays `script` once; after it the input has ended.
   explicit CScriptedSource(ReadScript script) : script_(std::move(script)) {}
 
   [[nodiscard]] ReadResult read(char* destination, std::size_t room) override {

@@ -1,8 +1,8 @@
 #pragma once
 
 /// @file
-/// The two directions in which a repeat grows. They are mirror images, so an algorithm is written
-/// once, against these names, and compiled for both.
+/// The two directions in which a repeat is extended. They are mirror images, so an algorithm is
+/// written once, against these names, and compiled for both.
 ///
 /// An edge lies between two bases: the base just beyond it is the next to be read. `limit` is the
 /// bound of its direction: one past the last base, or the position before the first one.
@@ -55,14 +55,14 @@ struct Rightward {
     return load_up_to_eight(edge, count);
   }
 
-  /// How many bases beyond `edge`, at most `most`, equal those beyond `other`.
-  static std::int64_t common_bases(const char* edge, const char* other, std::int64_t most) {
-    return common_prefix(edge, other, most);
+  /// How many bases beyond `edge`, up to `max_count`, equal those beyond `other`.
+  static std::int64_t common_bases(const char* edge, const char* other, std::int64_t max_count) {
+    return common_prefix(edge, other, max_count);
   }
   /// The same with the characters from `character` on.
   static std::int64_t common_characters(const char* edge, const char* character,
-                                        std::int64_t most) {
-    return common_prefix(edge, character, most);
+                                        std::int64_t max_count) {
+    return common_prefix(edge, character, max_count);
   }
 
   /// The unit character `count` characters on, cyclically.
@@ -107,12 +107,12 @@ struct Leftward {
     return reverse_bytes(load_up_to_eight(edge - count, count)) >> (64U - 8U * count);
   }
 
-  static std::int64_t common_bases(const char* edge, const char* other, std::int64_t most) {
-    return common_suffix(edge, other, most);
+  static std::int64_t common_bases(const char* edge, const char* other, std::int64_t max_count) {
+    return common_suffix(edge, other, max_count);
   }
   static std::int64_t common_characters(const char* edge, const char* character,
-                                        std::int64_t most) {
-    return common_suffix(edge, character + 1, most);
+                                        std::int64_t max_count) {
+    return common_suffix(edge, character + 1, max_count);
   }
 
   static const char* character_beyond(const char* character, std::int64_t count,
@@ -123,7 +123,8 @@ struct Leftward {
   }
 };
 
-/// How many bases beyond `edge` equal the unit, read on cyclically from `character`.
+/// Returns how many bases beyond `edge`, up to `limit`, equal the unit read cyclically from
+/// `character` on. The first difference ends the count.
 template <class Direction>
 [[nodiscard]] std::int64_t matches_beyond(const char* edge, const char* character,
                                           const char* unit_begin, const char* unit_end,
@@ -142,7 +143,8 @@ template <class Direction>
                                           first_copy - matches);
   if (matches < first_copy) return matches;
 
-  // One copy is behind: from here on the bases are their own unit.
+  // A whole copy matches. From here on each base is compared with the one a unit length before it,
+  // so the comparison never has to wrap around again.
   return matches + Direction::common_bases(Direction::edge_beyond(edge, matches),
                                            Direction::edge_beyond(edge, matches - unit_length),
                                            room - matches);

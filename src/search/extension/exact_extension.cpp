@@ -1,5 +1,9 @@
 // Extension over perfect copies: one pass over the bases with a cursor that runs through the unit
 // cyclically, so that the unit is never copied, by as many bases at a time as match.
+//
+// Where N's are neutral, the cursor moves over a short run of them as over matches, so the copies
+// after it stay in phase. Of a run that is too long none is taken: the extension ends before it, as
+// it does at the limit.
 
 #include "search/extension/exact_extension.h"
 
@@ -33,6 +37,8 @@ std::int64_t count_Ns(const char* edge, const char* limit, std::int64_t max_coun
   return count;
 }
 
+/// Takes matches and short runs of neutral N's in turn. Returns false if a limit or a long run of
+/// N's ends the extension.
 template <class Direction>
 bool extend_exact(Csat& sat, const char* limit) {
   while (true) {

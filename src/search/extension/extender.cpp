@@ -1,3 +1,13 @@
+// The right side is extended first, and the left side starts with the score that the right side has
+// left. The order matters: that score decides how far the left side may drop off.
+//
+// An extension may make thousands of edits, and few extensions become repeats. So all of them
+// gather their edits in one block, which is lent to the repeat by a swap and swapped back when the
+// repeat is dropped or its edits are packed.
+//
+// The caches hold for one text, and cached paths for its whole length only: a repeat of another
+// text is extended without caches, and one with a limit inside the text without paths.
+
 #include "search/extension/extender.h"
 
 #include <algorithm>
@@ -81,6 +91,7 @@ void CExtender::clear_caches() {
 }
 
 bool CExtender::is_of_own_text(const Csat& sat) const {
+  // Unlike `<`, this orders pointers into different texts too.
   const std::less<> is_before;
   return !is_before(sat.start, text_.begin) && !is_before(text_.end, sat.end);
 }

@@ -4,9 +4,8 @@
 /// Extension of seeds in one text, to both sides, and the test of what becomes of them.
 ///
 /// An extender owns whatever lasts from one extension to the next: the look-ahead, the caches of
-/// edits and paths, the block in which edits are gathered, and the
-/// store of the edits of accepted repeats. It knows neither where seeds come from nor where
-/// accepted repeats go.
+/// edits and paths, the block in which edits are gathered, and the store of the edits of accepted
+/// repeats. It knows neither where seeds come from nor where accepted repeats go.
 
 #include <cstddef>
 #include <cstdint>

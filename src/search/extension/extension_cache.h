@@ -7,8 +7,8 @@
 /// seeds are extended over the same bases, and all meet the same edit sites:
 ///
 ///     bases     ACGTACGTACCTACGTAACGTACGTAGTACGT
-///     seed 1    [--]......M......I........D.....     at each edit site a look-ahead chooses the
-///     edit seed 2     [--].....M......I........D.....     the edits are known
+///     seed 1    [--]......M......I........D.....     a look-ahead chooses each edit
+///     seed 2     [--].....M......I........D.....     the edits are cached
 ///     ...                                            and, in long arrays, where they lead
 ///     seed 13               [--].I........D.....
 ///

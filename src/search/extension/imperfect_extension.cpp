@@ -80,6 +80,8 @@ void apply_edit(Csat& sat, char kind) {
   sat.score = saturated_score(std::int64_t{sat.score} + penalty);
 }
 
+// The exact extension by direction, for the templates below.
+
 bool extend_exact(Rightward /*direction*/, Csat& sat, const char* limit) {
   return extend_exact_forward(sat, limit);
 }
@@ -94,6 +96,7 @@ template <class Direction>
 bool extend_to_end(Csat& sat, const char* limit, const EditAdvisers& advisers,
                    CPathFollower<Direction>& follower, CRepeatSnapshot& best) {
   while (extend_exact(Direction(), sat, limit)) {
+    // Before the cache moves the repeat on: the state at this site may remain the best one.
     if (sat.score > best.score()) best = CRepeatSnapshot(sat, follower.section_count());
     follower.follow(sat, limit, best);
     const char kind = choose_edit<Direction>(sat, limit, best.score(), advisers);
@@ -104,6 +107,7 @@ bool extend_to_end(Csat& sat, const char* limit, const EditAdvisers& advisers,
   return false;
 }
 
+/// Extends to one side and leaves the repeat at its best state, with all edits up to there.
 template <class Direction>
 void extend_imperfect(Csat& sat, const char* limit, const EditAdvisers& advisers) {
   CRepeatSnapshot best(sat);

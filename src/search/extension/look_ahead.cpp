@@ -141,6 +141,7 @@ std::int64_t CLookAhead::highest_score_of_all_paths(const LookAheadState& from,
     LookAheadState state = pending_.back();
     pending_.pop_back();
     state.score += follow_matches<Direction>(state.edge, state.character, bounds);
+    // Before the tests that end a path: its last state counts too.
     highest = std::max(highest, state.score);
     if (state.edit_count == global_maximum_recursion_depth ||
         Direction::is_at_limit(state.edge, bounds.limit)) {
@@ -165,6 +166,7 @@ void CLookAhead::begin(const LookAheadState& site, const LookAheadBounds& bounds
 
 template <class Direction>
 std::int64_t CLookAhead::follow_cell(WavefrontCell& cell, std::ptrdiff_t diagonal) {
+  // Where the window shows the end of the run, no base is read.
   const std::int64_t shown = window_.matches(cell.offset, diagonal);
   if (shown >= 0) {
     cell.offset += shown;
@@ -259,6 +261,8 @@ void CLookAhead::read_window(int max_edits) {
 }
 
 void CLookAhead::drop_cells_without_gain(int max_edits) {
+  // The window is read only once the first cells turn out not to decide, so they were added without
+  // it.
   next_.restart(wavefront_.min_diagonal);
   for (std::size_t i = 0; i + 1 < wavefront_.begins.size(); ++i) {
     for (std::size_t k = wavefront_.begins[i]; k < wavefront_.begins[i + 1]; ++k) {
@@ -273,6 +277,8 @@ void CLookAhead::drop_cells_without_gain(int max_edits) {
 template <class Direction>
 void CLookAhead::make_wavefront(int max_edits) {
   next_.restart(wavefront_.min_diagonal - 1);
+  // One diagonal more on either side, but no more than the modulus in all: the next ones would meet
+  // the unit where the first ones do.
   const std::ptrdiff_t last_diagonal =
       std::min(wavefront_.max_diagonal() + 1,
                wavefront_.min_diagonal + diagonal_modulus(frame_.bounds.unit_length) - 2);

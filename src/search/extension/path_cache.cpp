@@ -30,7 +30,9 @@ namespace quorix {
 
 namespace {
 
+/// Few slots at first: many records store few sites.
 constexpr std::size_t kMinSlots = std::size_t{1} << 10U;
+/// Sites that are noted before they are stored: a longer path is stored in parts.
 constexpr std::size_t kMaxNoted = std::size_t{1} << 15U;
 
 constexpr std::string_view kKinds = "MID";
@@ -57,6 +59,7 @@ std::int32_t sum_of_heights(std::int64_t left, std::int64_t right) {
 }  // namespace
 
 void CPathCache::clear() {
+  // The blocks stay, for the next sites.
   noted_.clear();
   site_count_ = 0;
   n_counts_.clear();
@@ -98,6 +101,8 @@ CPathCache::Section CPathCache::follow_path(SiteId from, std::int64_t score,
   for (; node_at(section.to).is_root == 0; ++steps) {
     const Node& node = node_at(section.to);
     const bool is_same_score = root_score + node.height == node.score;
+    // Every site of the skip is met again if all scores up to the root are the same as then, or if
+    // all of them were safe then and are safe now.
     const bool is_whole_skip_sure =
         (is_same_score && node.is_score_of_root != 0) ||
         (node.is_skip_safe != 0 && root_score + node.min_height >= safe_score);
@@ -253,6 +258,7 @@ void CPathCache::assign_slots(std::size_t count) {
 }
 
 CPathCache::Sums CPathCache::between(SiteId from, SiteId to) const {
+  // Each node holds sums over all edits from its site to the root.
   const Node& first = node_at(from);
   const Node& last = node_at(to);
   const auto edits = static_cast<std::int64_t>(first.edits - last.edits);

@@ -107,6 +107,7 @@ class CPathFollower {
     return true;
   }
 
+  /// Returns the edit site at the edge of `sat`.
   static EditSite site_of(Csat& sat) {
     return {Direction::edge(sat),
             unit_code_of<Direction>(sat),
@@ -117,8 +118,10 @@ class CPathFollower {
             sat.n_count};
   }
 
+  /// Moves `sat` from one site of a cached path to a later one.
   void move(Csat& sat, CPathCache::SiteId from, CPathCache::SiteId to) {
     const CPathCache::Sums sums = paths_->between(from, to);
+    // Each base takes a unit character, except an inserted one; so does each deletion.
     const std::int64_t characters =
         Direction::distance(Direction::edge(sat), sums.edge) - sums.insertions + sums.deletions;
     assert(characters >= 0);
@@ -133,10 +136,10 @@ class CPathFollower {
     sections_.push_back({sat.missense.size(), from, to});
   }
 
-  CPathCache* paths_;
-  int sites_ = 0;
-  std::int64_t safe_score_ = 0;
-  std::vector<FollowedSection> sections_;
+  CPathCache* paths_;                      ///< null if this extension uses no cached paths
+  int sites_ = 0;                          ///< edit sites met so far, each on its own
+  std::int64_t safe_score_ = 0;            ///< of the unit length
+  std::vector<FollowedSection> sections_;  ///< in the order in which they were followed
 };
 
 }  // namespace quorix

@@ -27,6 +27,7 @@ void search_mononucleotides(const SearchContext& context, const CFilterPlan& pla
     Csat& repeat = spare.seed(text + p, text + p + 1);
     if (!context.extender.extend_exactly_and_test(repeat, context.thresholds)) return p + 1;
     spare.keep_in(found);
+    // All other bases of the run would find it again.
     return static_cast<std::uint64_t>(repeat.end - text);
   });
 }

@@ -35,6 +35,7 @@ void extend_exact_repeats(const SearchContext& context, const Thresholds& exact_
     if (!extender.is_rejected(repeat, context.thresholds) &&
         extender.extend_over_edits_and_test(repeat, context.text.before(), context.thresholds)) {
       extender.pack_edits(repeat);
+      // The list node moves along, so the move allocates nothing.
       accepted.splice(accepted.end(), exact, first);
     } else {
       sat_alloc.take(exact, first, std::next(first));

@@ -1,3 +1,12 @@
+// Two plain scans, without a filter of seeds: each unit that may start a repeat is extended.
+//
+// The one-pass search skips a unit that lies within an exact repeat of the same unit length or of a
+// divisor of it, since it would find that repeat again. A unit that reaches out of the repeat is
+// tried.
+//
+// The first-hit search goes on at the end of each repeat, and no later repeat extends to the left
+// of that base, so all repeats lie apart.
+
 #include "search/modes/library_members.h"
 
 #include <algorithm>
@@ -38,12 +47,13 @@ bool find_first_hit(const SearchContext& context, const char* position, const ch
 void search_exact_repeats_in_one_pass(const SearchContext& context, std::list<Csat*>& found) {
   const SearchedText& text = context.text;
   const std::uint64_t last_unit_length = context.units.last;
-  std::vector<const char*> next_starts(last_unit_length + 1, text.begin);
+  // By unit length, the earliest end of a unit that is tried.
+  std::vector<const char*> min_unit_ends(last_unit_length + 1, text.begin);
   CSpareRecord spare(sat_alloc);
   for (const char* p = text.begin; p < text.end; ++p) {
     for (std::uint64_t unit_length = first_unit_length(context);
          unit_length <= last_unit_length && p + unit_length < text.end; ++unit_length) {
-      if (p + unit_length < next_starts[unit_length]) continue;
+      if (p + unit_length < min_unit_ends[unit_length]) continue;
       Csat& repeat = spare.seed(p, p + unit_length);
       if (!valid_starting_pattern(repeat) ||
           !context.extender.extend_exactly_and_test(repeat, context.thresholds)) {
@@ -51,7 +61,7 @@ void search_exact_repeats_in_one_pass(const SearchContext& context, std::list<Cs
       }
       for (std::uint64_t multiple = unit_length; multiple <= last_unit_length;
            multiple += unit_length) {
-        next_starts[multiple] = std::max(next_starts[multiple], repeat.end + 1);
+        min_unit_ends[multiple] = std::max(min_unit_ends[multiple], repeat.end + 1);
       }
       spare.keep_in(found);
     }

@@ -1,5 +1,9 @@
 // An exact repeat falls short of a minimum perfection only by its N's, and only where N's count as
 // mismatches; such a repeat is broken up into the parts that reach it.
+//
+// Parts are found one after the other: from each base every end is tried, the best part is reported
+// if it passes the thresholds, and the next part begins after it. That costs O(length^2) for a
+// repeat without any such part.
 
 #include "search/modes/minimum_perfection.h"
 
@@ -31,6 +35,7 @@ Csat empty_part_of(const Csat& sat, const char* from) {
   return part;
 }
 
+/// Extends a part by one base to the right and scores it: a match, an N or a mismatch.
 void take_next_base(Csat& part) {
   if (*part.end == *part.unit_pos_right) {
     ++part.score;

@@ -15,6 +15,7 @@ namespace quorix {
 
 namespace {
 
+/// Returns true if a whole unit of the repeat lies outside the overlap.
 bool has_unit_beside(const Csat& sat, std::int64_t overlap_length) {
   return sat.unit_length() + overlap_length <= sat.end - sat.start;
 }
@@ -40,6 +41,7 @@ void remove_hidden(CsatContainer& container) {
       if (has_unit_beside(**earlier, overlap_length) && has_unit_beside(**later, overlap_length)) {
         ++later;
       } else if ((*earlier)->score < (*later)->score) {
+        // The repeats after the later one are compared with that one in the next round.
         is_earlier_dropped = true;
         break;
       } else {

@@ -16,12 +16,14 @@ namespace quorix {
 
 namespace {
 
+/// A repeat with a copy of its position.
 struct PlacedRepeat {
   const char* start;
   const char* end;
   Csat* repeat;
 };
 
+/// The order of `lessThan_sat`.
 bool is_before(const PlacedRepeat& left, const PlacedRepeat& right) {
   return left.start != right.start ? left.start < right.start : left.end < right.end;
 }
@@ -69,7 +71,7 @@ void sort_by_position(std::list<Csat*>& repeats) {
     placed.push_back({repeat->start, repeat->end, repeat});
   }
   Stretches begins = sorted_stretches(placed);
-  if (begins.size() <= 2) return;
+  if (begins.size() <= 2) return;  // one stretch, or none
   PlacedRepeats merged(placed.size());
   while (begins.size() > 2) merge_pairs(placed, merged, begins);
   std::transform(placed.begin(), placed.end(), repeats.begin(),

@@ -17,12 +17,12 @@ namespace quorix {
 
 /// One search: the text, the rules, and the parts that do the work. Owns nothing.
 struct SearchContext {
-  SearchedText text;
-  UnitRange units;
+  SearchedText text;           ///< what is searched
+  UnitRange units;             ///< the unit lengths that are tried
   Thresholds thresholds;       ///< of repeats that the search finds
   Thresholds user_thresholds;  ///< of repeats that are reported
-  CExtender& extender;
-  CSeedScan& scan;
+  CExtender& extender;         ///< extends seeds and tests the result
+  CSeedScan& scan;             ///< iterates over seeds
 
   /// The plan of the filter of seeds for `use`, under these thresholds and the rules of the
   /// settings.

@@ -1,3 +1,7 @@
+// On x86-64 a `long double` has 64 bits of precision, so the product of a single-precision factor
+// (24 bits) and a unit length (32 bits) is exact. In double precision it might be rounded to a
+// whole number, and the threshold would be one lower.
+
 #include "search/rules/thresholds.h"
 
 #include <algorithm>

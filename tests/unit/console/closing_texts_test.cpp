@@ -13,45 +13,45 @@
 namespace quorix {
 namespace {
 
-using testing::told_by;
+using testing::messages_of;
 
-std::string told_at_the_end_by(int code) {
-  return told_by([=] { good_bye_on_error(code); });
+std::string closing_messages_of(int code) {
+  return messages_of([=] { good_bye_on_error(code); });
 }
 
 TEST(GoodBye, marks_the_report_and_takes_leave_on_standard_error) {
   std::string report;
-  const std::string told = told_by([&] { report = testing::printed_by(good_bye); });
+  const std::string messages = messages_of([&] { report = testing::printed_by(good_bye); });
   EXPECT_EQ(report, "## Finished successfully. ##\n");
-  EXPECT_EQ(told, "\nAnalysis finished successfully.\n\nQuorix says goodbye.\n\n");
+  EXPECT_EQ(messages, "\nAnalysis finished successfully.\n\nQuorix says goodbye.\n\n");
 }
 
 TEST(GoodBye, comes_after_the_mark_where_both_go_to_one_stream) {
-  EXPECT_EQ(told_by([] { good_bye(stderr); }),
+  EXPECT_EQ(messages_of([] { good_bye(stderr); }),
             "## Finished successfully. ##\n\nAnalysis finished successfully.\n\n"
             "Quorix says goodbye.\n\n");
 }
 
 TEST(GoodByeOnError, names_codes_below_minus_one) {
-  EXPECT_EQ(told_at_the_end_by(-7),
+  EXPECT_EQ(closing_messages_of(-7),
             "\nAnalysis has been aborted due to errors. Error number: -7\n\n");
-  EXPECT_EQ(told_at_the_end_by(-2),
+  EXPECT_EQ(closing_messages_of(-2),
             "\nAnalysis has been aborted due to errors. Error number: -2\n\n");
-  EXPECT_EQ(told_at_the_end_by(std::numeric_limits<int>::min()),
+  EXPECT_EQ(closing_messages_of(std::numeric_limits<int>::min()),
             "\nAnalysis has been aborted due to errors. Error number: -2147483648\n\n");
 }
 
 TEST(GoodByeOnError, ends_with_an_empty_line_after_minus_one) {
-  EXPECT_EQ(told_at_the_end_by(-1), "\n\n");
+  EXPECT_EQ(closing_messages_of(-1), "\n\n");
 }
 
 TEST(GoodByeOnError, is_silent_after_zero) {
-  EXPECT_EQ(told_at_the_end_by(0), "");
+  EXPECT_EQ(closing_messages_of(0), "");
 }
 
 TEST(GoodByeOnError, tells_of_a_stop_by_the_user_after_positive_codes) {
   for (const int code : {1, 2, std::numeric_limits<int>::max()}) {
-    EXPECT_EQ(told_at_the_end_by(code), "\nAnalysis has been stopped by the user.\n\n") << code;
+    EXPECT_EQ(closing_messages_of(code), "\nAnalysis has been stopped by the user.\n\n") << code;
   }
 }
 

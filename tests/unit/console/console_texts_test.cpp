@@ -19,8 +19,8 @@ namespace {
 using Banner = testing::CDefaultSettings;
 using CreatorMessage = testing::CDefaultSettings;
 using Message = testing::CDefaultSettings;
+using testing::messages_of;
 using testing::printed_by;
-using testing::told_by;
 
 TEST_F(Message, is_one_to_four_pieces_with_nothing_between_them) {
   EXPECT_EQ(printed_by([](std::FILE* out) { general_PrintMessage(out, "one"); }), "one");
@@ -31,10 +31,10 @@ TEST_F(Message, is_one_to_four_pieces_with_nothing_between_them) {
 }
 
 TEST_F(Message, is_the_same_on_standard_error) {
-  EXPECT_EQ(told_by([] { general_PrintMessage(stderr, "one"); }), "one");
-  EXPECT_EQ(told_by([] { general_PrintMessage(stderr, "one", "two"); }), "onetwo");
-  EXPECT_EQ(told_by([] { general_PrintMessage(stderr, "a", "b", "c"); }), "abc");
-  EXPECT_EQ(told_by([] { general_PrintMessage(stderr, "a%%", "b", "", "d\n"); }), "a%bd\n");
+  EXPECT_EQ(messages_of([] { general_PrintMessage(stderr, "one"); }), "one");
+  EXPECT_EQ(messages_of([] { general_PrintMessage(stderr, "one", "two"); }), "onetwo");
+  EXPECT_EQ(messages_of([] { general_PrintMessage(stderr, "a", "b", "c"); }), "abc");
+  EXPECT_EQ(messages_of([] { general_PrintMessage(stderr, "a%%", "b", "", "d\n"); }), "a%bd\n");
 }
 
 TEST_F(Message, can_be_handed_to_another_stream_straight) {
@@ -106,7 +106,7 @@ TEST_F(CreatorMessage, begins_both_lines_with_the_prefix) {
 }
 
 TEST(ProgressHead, ends_in_72_hyphens) {
-  EXPECT_EQ(told_by([] { print_progress_head(); }),
+  EXPECT_EQ(messages_of([] { print_progress_head(); }),
             "\n\nSearch progress:\n\nTime     - SeqNr - PatLen - Seq-Name\n" +
                 std::string(72, '-') + "\n");
 }
@@ -116,7 +116,7 @@ std::string progress_line(std::time_t seconds, std::uint64_t number = 1, const c
                           std::uint64_t unit_length = 1) {
   time_analysis_started = 20000;
   testing::set_current_time(20000 + seconds);
-  return told_by([&] { report_status(number, name, unit_length, 'r'); });
+  return messages_of([&] { report_status(number, name, unit_length, 'r'); });
 }
 
 TEST(ProgressLine, tells_hours_minutes_and_seconds) {
@@ -162,8 +162,8 @@ TEST(ProgressLine, prints_percent_signs_of_a_name_as_they_stand) {
 TEST(ProgressLine, does_not_show_its_mode_letter) {
   time_analysis_started = 20000;
   testing::set_current_time(20000);
-  EXPECT_EQ(told_by([] { report_status(1, "a", 1, 'r'); }),
-            told_by([] { report_status(1, "a", 1, 'x'); }));
+  EXPECT_EQ(messages_of([] { report_status(1, "a", 1, 'r'); }),
+            messages_of([] { report_status(1, "a", 1, 'x'); }));
 }
 
 }  // namespace

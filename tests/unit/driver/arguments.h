@@ -36,7 +36,8 @@ inline int status_of_end(std::initializer_list<const char*> arguments) {
 inline std::string verdict_on(std::initializer_list<const char*> arguments,
                               const char* invocation_name = "quorix") {
   int code = 0;
-  const std::string message = told_by([&] { code = read_arguments(arguments, invocation_name); });
+  const std::string message =
+      messages_of([&] { code = read_arguments(arguments, invocation_name); });
   return std::to_string(code) + (message.empty() ? "" : " ") + message;
 }
 

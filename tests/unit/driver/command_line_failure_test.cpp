@@ -1,5 +1,5 @@
 // Command lines that the library ends the process for, and what only the process that reads them
-// may see: behind "--" the library takes arguments as they stand ever after.
+// may see: after "--" the library takes arguments as they stand ever after.
 
 #include <gtest/gtest.h>
 
@@ -16,7 +16,7 @@ namespace quorix {
 namespace {
 
 using MalformedCommandLine = testing::CDefaultSettings;
-using ArgumentsBehindTwoDashes = testing::CDefaultSettings;
+using ArgumentsAfterTwoDashes = testing::CDefaultSettings;
 
 testing::ProcessResult read_in_child(std::initializer_list<const char*> arguments) {
   return testing::run_in_child([&] { return testing::status_of_end(arguments); });
@@ -111,7 +111,7 @@ TEST_F(MalformedCommandLine, gets_a_short_usage_and_the_way_to_the_help) {
   EXPECT_NE(err.find("For complete USAGE and HELP type: \n   quorix --help\n"), std::string::npos);
 }
 
-/// Both file names as "<in.fa> <report.txt>", with what was told before them.
+/// Both file names as "<in.fa> <report.txt>", with the messages before them.
 testing::ProcessResult file_names_of(std::initializer_list<const char*> arguments) {
   return testing::run_in_child([&] {
     const int code = testing::read_arguments(arguments);
@@ -120,24 +120,24 @@ testing::ProcessResult file_names_of(std::initializer_list<const char*> argument
   });
 }
 
-TEST_F(ArgumentsBehindTwoDashes, are_file_names_also_when_they_begin_with_a_dash) {
+TEST_F(ArgumentsAfterTwoDashes, are_file_names_also_when_they_begin_with_a_dash) {
   const testing::ProcessResult result = file_names_of({"--", "-in.fa", "--maskX"});
   EXPECT_EQ(result.status, 0);
   EXPECT_EQ(result.err, "");
   EXPECT_EQ(result.out, "<-in.fa> <--maskX>");
 }
 
-TEST_F(ArgumentsBehindTwoDashes, may_be_a_lone_dash_and_no_options) {
+TEST_F(ArgumentsAfterTwoDashes, may_be_a_lone_dash_and_no_options) {
   const testing::ProcessResult result = file_names_of({"-N", "3", "--", "-", "-N"});
   EXPECT_EQ(result.status, 0);
   EXPECT_EQ(result.out, "<-> <-N>");
 }
 
-TEST_F(ArgumentsBehindTwoDashes, follow_the_file_names_before_them) {
+TEST_F(ArgumentsAfterTwoDashes, follow_the_file_names_before_them) {
   EXPECT_EQ(file_names_of({"in.fa", "--ignore_rest", "-report"}).out, "<in.fa> <-report>");
 }
 
-TEST_F(ArgumentsBehindTwoDashes, may_be_none) {
+TEST_F(ArgumentsAfterTwoDashes, may_be_none) {
   const testing::ProcessResult result = file_names_of({"--"});
   EXPECT_EQ(result.status, 255);
   EXPECT_EQ(result.err,

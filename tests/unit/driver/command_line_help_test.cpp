@@ -20,7 +20,7 @@ testing::ProcessResult output_of(const char* argument) {
   return testing::run_in_child([&] { return testing::status_of_end({argument}); });
 }
 
-/// The text with every break and indent a blank. The library may break a line in front of ',' and
+/// The text with every break and indent a blank. The library may break a line before ',' and
 /// '|' where there is no blank.
 std::string folded(const std::string& text) {
   std::string words;

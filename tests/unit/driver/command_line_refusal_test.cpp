@@ -182,7 +182,7 @@ TEST_F(RefusedCommandLine, tells_only_the_first_of_its_faults) {
     }
     if (first <= 5) words.insert(words.end(), {"--minScore_b", "0"});
     int code = 0;
-    const std::string message = testing::told_by(
+    const std::string message = testing::messages_of(
         [&] { code = read_and_init_parameters(static_cast<int>(words.size()), words.data()); });
     EXPECT_EQ(std::to_string(code) + " " + message, faults[first].message);
   }

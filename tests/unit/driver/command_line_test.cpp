@@ -55,7 +55,7 @@ TEST_F(CommandLine, takes_neither_of_three_file_names_and_says_nothing) {
   EXPECT_EQ(global_output_filename, "");
 }
 
-TEST_F(CommandLine, may_have_options_between_and_behind_the_file_names) {
+TEST_F(CommandLine, may_have_options_between_and_after_the_file_names) {
   EXPECT_EQ(set_by({"in.fa", "-N", "3", "report.txt", "-D"}),
             "Ns_allowed_in_a_row=3 remove_mostly_hidden=0");
   EXPECT_EQ(global_input_filename, "in.fa");

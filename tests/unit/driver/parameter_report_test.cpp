@@ -20,7 +20,7 @@ std::string report_with(const char* prefix) {
   return testing::printed_by([&](std::FILE* stream) { print_search_parameters(stream, prefix); });
 }
 
-/// What stands behind the label that begins with `label`, from column `width` on, or
+/// What stands after the label that begins with `label`, from column `width` on, or
 /// "(no such line)".
 std::string value_of(const std::string& label, std::size_t width = 36) {
   const std::string report = report_with("");
@@ -61,7 +61,7 @@ TEST_F(ParameterReport, tells_all_the_defaults) {
 
 TEST_F(ParameterReport, is_the_same_on_standard_error) {
   global_input_filename = "seq.fa";
-  EXPECT_EQ(testing::told_by([] { print_search_parameters(stderr, ""); }), kDefaultReport);
+  EXPECT_EQ(testing::messages_of([] { print_search_parameters(stderr, ""); }), kDefaultReport);
 }
 
 TEST_F(ParameterReport, begins_every_line_with_the_prefix) {
@@ -96,7 +96,7 @@ TEST_F(ParameterReport, begins_every_line_with_the_prefix) {
 
 TEST_F(ParameterReport, shows_the_output_file_on_standard_error_too) {
   global_output_filename = "report.txt";
-  const std::string report = testing::told_by([] { print_search_parameters(stderr, ""); });
+  const std::string report = testing::messages_of([] { print_search_parameters(stderr, ""); });
   EXPECT_NE(report.find("\nOutput file name:                   report.txt\n   Sequence range"),
             std::string::npos);
 }

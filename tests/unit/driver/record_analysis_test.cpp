@@ -26,10 +26,10 @@ class CRecordAnalysis : public testing::CDefaultSettings {
     time_analysis_started = 30000;
   }
 
-  /// Analyses a record of these bases as number 7 and gives its report.
+  /// Analyses a record of these bases as number 7 and returns its report.
   std::string report_of(std::string_view bases, bool is_masked = false) {
     std::string report;
-    told_ = testing::told_by([&] {
+    messages_ = testing::messages_of([&] {
       report = testing::printed_by([&](std::FILE* stream) {
         testing::set_record(record_, "chr7", bases);
         analyse_record(7, record_, stream, is_masked);
@@ -43,12 +43,12 @@ class CRecordAnalysis : public testing::CDefaultSettings {
     return {record_.sequence.data(), record_.sequence.size()};
   }
 
-  /// What the analysis told on standard error.
-  [[nodiscard]] const std::string& told() const { return told_; }
+  /// What the analysis wrote to standard error.
+  [[nodiscard]] const std::string& messages() const { return messages_; }
 
  private:
   CSequence_Mol record_;
-  std::string told_;
+  std::string messages_;
 };
 
 using RecordAnalysis = CRecordAnalysis;
@@ -71,7 +71,7 @@ TEST_F(RecordAnalysis, finds_exact_repeats_in_the_exact_mode) {
             "# Analysis of sequence \"chr7\" completed.\n");
 }
 
-TEST_F(RecordAnalysis, grows_exact_repeats_in_the_extending_mode) {
+TEST_F(RecordAnalysis, extends_exact_repeats_in_the_extending_mode) {
   global_search_mode = kSearchExtendExact;
   // 21 of 22 bases match: 95.45 %.
   EXPECT_EQ(report_of(kOneMismatch),
@@ -112,7 +112,7 @@ TEST_F(RecordAnalysis, removes_overlapping_repeats_unless_told_otherwise) {
   ASSERT_NE(first, std::string::npos);
   EXPECT_EQ(report.find(one_repeat, first + 1), std::string::npos);
 
-  // Each exact part is a seed that grows into the whole.
+  // Each exact part is a seed that extends into the whole.
   global_remove_mostly_hidden = false;
   EXPECT_NE(report_of(kOneMismatch).find(one_repeat + one_repeat), std::string::npos);
 }
@@ -120,7 +120,7 @@ TEST_F(RecordAnalysis, removes_overlapping_repeats_unless_told_otherwise) {
 TEST_F(RecordAnalysis, writes_a_progress_line_with_the_smallest_unit_length) {
   global_min_unit_length = 4;
   report_of("ACGT");
-  EXPECT_EQ(told(), "00.00.00 - #   7 -    4bp - chr7\n");
+  EXPECT_EQ(messages(), "00.00.00 - #   7 -    4bp - chr7\n");
 }
 
 TEST_F(RecordAnalysis, puts_the_next_progress_line_off) {
@@ -129,7 +129,7 @@ TEST_F(RecordAnalysis, puts_the_next_progress_line_off) {
   report_of(kOneMismatch);
   EXPECT_EQ(time_next_status_report, 30159);
   // Put off before the search, which would else have written a line of its own.
-  EXPECT_EQ(told(), "00.01.40 - #   7 -    1bp - chr7\n");
+  EXPECT_EQ(messages(), "00.01.40 - #   7 -    1bp - chr7\n");
 }
 
 TEST_F(RecordAnalysis, changes_no_base_unless_it_masks) {

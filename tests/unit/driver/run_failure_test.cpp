@@ -43,7 +43,7 @@ TEST_F(FailedRun, with_three_file_names_has_an_input_without_a_name) {
   folder_.write("in.fa", ">a\nACGT\n");
   const ProcessResult result = folder_.run({"in.fa", "report.txt", "third"});
   EXPECT_EQ(result.status, 155);
-  EXPECT_EQ(testing::told_after_banner(result.err),
+  EXPECT_EQ(testing::messages_after_banner(result.err),
             "Sorry! The input file \n   \"\"\n"
             "could not be opened. I guess it does not exist.\n"
             "Name one input file and, after it, at most one report file. Of more names none is "
@@ -111,12 +111,12 @@ TEST_F(FailedRun, does_not_accept_a_folder_as_input) {
   EXPECT_EQ(testing::progress_of(result.err), unreadable_at("1") + "Is a directory\n");
 }
 
-TEST_F(FailedRun, gives_the_code_behind_its_status) {
+TEST_F(FailedRun, gives_the_code_after_its_status) {
   EXPECT_EQ(kInputReadError, -25);
   folder_.write("in.fa", ">a\nACGT7\n");
   int code = 0;
   const std::string input = folder_.path("in.fa");
-  testing::told_by([&] {
+  testing::messages_of([&] {
     const char* const words[] = {"quorix", input.c_str(), "/dev/null"};
     code = run(3, words);
   });

@@ -14,11 +14,12 @@ namespace {
 
 class CRunFilesOpening : public testing::CInRunFolder {
  protected:
-  /// Opens the files that the settings name. Gives "0", or code and message.
+  /// Opens the files that the settings name. Returns "0", or code and message.
   std::string opened() {
     int code = 0;
-    const std::string told = testing::told_by([&] { code = open_input_and_report(files_); });
-    return std::to_string(code) + (told.empty() ? "" : " ") + told;
+    const std::string messages =
+        testing::messages_of([&] { code = open_input_and_report(files_); });
+    return std::to_string(code) + (messages.empty() ? "" : " ") + messages;
   }
 
   RunFiles files_;
@@ -72,9 +73,9 @@ TEST_F(RunFilesOpening, names_a_report_that_cannot_be_opened) {
 TEST_F(RunFilesOpening, looks_at_the_input_before_the_report) {
   global_input_filename = folder_.path("missing.fa");
   global_output_filename = folder_.path("no folder/report.txt");
-  const std::string told = opened();
-  EXPECT_EQ(told.substr(0, 5), "-101 ");
-  EXPECT_FALSE(testing::contains(told, "report.txt"));
+  const std::string messages = opened();
+  EXPECT_EQ(messages.substr(0, 5), "-101 ");
+  EXPECT_FALSE(testing::contains(messages, "report.txt"));
 }
 
 TEST_F(RunFilesOpening, leaves_an_old_report_alone_when_the_input_is_missing) {
@@ -118,8 +119,9 @@ TEST_F(RunFilesOpening, refuses_a_masked_copy_that_another_run_writes_before_any
     RunFiles files;
     global_output_filename = folder_.path(report);
     if (std::string(report) == "report.txt") folder_.write(report, "old report");
-    EXPECT_EQ(testing::told_by([&] { EXPECT_EQ(open_input_and_report(files), kOutputNotOpened); }),
-              "Sorry! Failed to open file\n   \"" + masked_filename() + kIsInUse);
+    EXPECT_EQ(
+        testing::messages_of([&] { EXPECT_EQ(open_input_and_report(files), kOutputNotOpened); }),
+        "Sorry! Failed to open file\n   \"" + masked_filename() + kIsInUse);
   }
   EXPECT_EQ(folder_.text("in.fa.masked"), "old copy");
   EXPECT_EQ(folder_.text("report.txt"), "old report");
@@ -164,23 +166,23 @@ TEST_F(RunFilesOpening, creates_the_masked_copy) {
 TEST_F(RunFilesOpening, says_nothing_when_the_masked_copy_cannot_be_created) {
   global_input_filename = folder_.write("in.fa", ">a\nACGT\n");
   folder_.make_folder("in.fa.masked");
-  EXPECT_EQ(testing::told_by([&] { open_masked_copy(files_); }), "");
+  EXPECT_EQ(testing::messages_of([&] { open_masked_copy(files_); }), "");
   EXPECT_EQ(files_.masked.stream(), nullptr);
   EXPECT_EQ(files_.masked.name(), folder_.path("in.fa.masked"));
 }
 
 TEST(RunFilesRefusal, adds_a_line_that_says_why) {
   int code = 0;
-  EXPECT_EQ(
-      testing::told_by([&] { code = refuse_output_file("50%%.txt", "It is 50%% full.", -103); }),
-      "Sorry! Failed to open file\n   \"50%%.txt\"\nas output file.\nIt is 50%% full.\n"
-      "\nAnalysis has been aborted due to errors. Error number: -103\n\n");
+  EXPECT_EQ(testing::messages_of(
+                [&] { code = refuse_output_file("50%%.txt", "It is 50%% full.", -103); }),
+            "Sorry! Failed to open file\n   \"50%%.txt\"\nas output file.\nIt is 50%% full.\n"
+            "\nAnalysis has been aborted due to errors. Error number: -103\n\n");
   EXPECT_EQ(code, -103);
 }
 
 TEST(RunFilesRefusal, adds_no_line_where_there_is_nothing_to_say) {
   int code = 0;
-  EXPECT_EQ(testing::told_by([&] { code = refuse_output_file("report.txt", "", -102); }),
+  EXPECT_EQ(testing::messages_of([&] { code = refuse_output_file("report.txt", "", -102); }),
             "Sorry! Failed to open file\n   \"report.txt\"\nas output file.\n"
             "\nAnalysis has been aborted due to errors. Error number: -102\n\n");
   EXPECT_EQ(code, -102);
@@ -192,7 +194,7 @@ TEST(RunFilesRefusal, of_a_failed_write_names_the_file_and_the_reason) {
   std::fputs("line\n", full.stream());
   EXPECT_FALSE(full.flush());
   int code = 0;
-  EXPECT_EQ(testing::told_by([&] { code = end_on_write_error(full); }),
+  EXPECT_EQ(testing::messages_of([&] { code = end_on_write_error(full); }),
             "Sorry! Failed to write to file\n   \"/dev/full\"\nNo space left on device\n"
             "\nAnalysis has been aborted due to errors. Error number: -103\n\n");
   EXPECT_EQ(code, -103);

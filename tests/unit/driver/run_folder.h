@@ -34,7 +34,7 @@ class CRunFolder {
   /// The path of a file in the folder.
   [[nodiscard]] std::string path(const std::string& name) const { return folder_ + "/" + name; }
 
-  /// Writes a file and gives its path.
+  /// Writes a file and returns its path.
   std::string write(const std::string& name, const std::string& text) const {
     std::ofstream(path(name), std::ios::binary) << text;
     return path(name);

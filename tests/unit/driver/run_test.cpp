@@ -158,12 +158,12 @@ TEST_F(WholeRun, counts_time_from_its_own_start) {
 }
 
 TEST_F(WholeRun, searches_in_the_mode_that_is_asked_for) {
-  // Exact: 1 to 10 and 12 to 22; grown over the G: 1 to 22 (one mismatch of 22 bases).
+  // Exact: 1 to 10 and 12 to 22; extended over the G: 1 to 22 (one mismatch of 22 bases).
   folder_.write("in.fa", ">a\nACACACACACGCACACACACAC\n");
   const std::string head = ">a\nsequence length: 22\n";
   const std::string end =
       "# Analysis of sequence \"a\" completed.\n" + std::string(testing::kSuccessMark);
-  const std::string grown = "dinucleotide 1 : 22 -- length 22 score 13 perfection 95 unit AC\n";
+  const std::string whole = "dinucleotide 1 : 22 -- length 22 score 13 perfection 95 unit AC\n";
   const auto run = [&](const char* mode) {
     return folder_.run({"in.fa", "-M", mode, "--outputFormat", "2", "--printRepeatSeqMode", "0"});
   };
@@ -172,10 +172,10 @@ TEST_F(WholeRun, searches_in_the_mode_that_is_asked_for) {
                 "dinucleotide 1 : 10 -- length 10 score 8 perfection 100 unit AC\n"
                 "dinucleotide 12 : 22 -- length 11 score 9 perfection 100 unit AC\n" +
                 end);
-  EXPECT_EQ(testing::blocks_of(run("imperfect").out), head + grown + end);
+  EXPECT_EQ(testing::blocks_of(run("imperfect").out), head + whole + end);
 
   const ProcessResult extended = run("extendExact");
-  EXPECT_EQ(testing::blocks_of(extended.out), head + grown + end);
+  EXPECT_EQ(testing::blocks_of(extended.out), head + whole + end);
   EXPECT_EQ(testing::progress_of(extended.err),
             "00.00.00 - #   1 -    1bp - a\n"
             "  Searching for exact repeats.\n"
@@ -218,7 +218,7 @@ TEST_F(WholeRun, finds_no_unit_without_a_base) {
   EXPECT_EQ(testing::blocks_of(result.out), std::string(kFiveCopies) + testing::kSuccessMark);
 }
 
-TEST_F(WholeRun, reads_a_file_whose_name_begins_with_a_dash_behind_two_dashes) {
+TEST_F(WholeRun, reads_a_file_whose_name_begins_with_a_dash_after_two_dashes) {
   folder_.write("-in.fa", ">chr 1\nACACACACAC\n");
   const ProcessResult result = folder_.run({"--", "-in.fa", "--report"});
   EXPECT_EQ(result.status, 0);
@@ -263,8 +263,8 @@ TEST_F(WholeRun, greets_before_help_version_and_a_malformed_command_line) {
   folder_.write("in.fa", ">a\nACGTTGCACC\n");
   const ProcessResult malformed = folder_.run({"--foo", "in.fa", "report.txt"});
   EXPECT_EQ(malformed.status, 1);
-  EXPECT_EQ(testing::told_after_banner(malformed.err).rfind("PARSE ERROR: Argument: --foo\n", 0),
-            0U);
+  EXPECT_EQ(
+      testing::messages_after_banner(malformed.err).rfind("PARSE ERROR: Argument: --foo\n", 0), 0U);
   EXPECT_FALSE(folder_.has("report.txt"));
 }
 

@@ -29,8 +29,8 @@ inline std::string aborted_with(int code) {
          "\n\n";
 }
 
-/// What follows `mark`, or all of the text behind a remark if there is no such mark.
-inline std::string text_behind(const std::string& mark, const std::string& text) {
+/// What follows `mark`, or all of the text after a remark if there is no such mark.
+inline std::string text_after(const std::string& mark, const std::string& text) {
   const std::size_t found = text.find(mark);
   return found == std::string::npos ? "(without its head) " + text
                                     : text.substr(found + mark.size());
@@ -38,17 +38,18 @@ inline std::string text_behind(const std::string& mark, const std::string& text)
 
 /// The blocks of a report, without the comments at its head.
 inline std::string blocks_of(const std::string& report) {
-  return text_behind(": Repeat unit\n# \n", report);
+  return text_after(": Repeat unit\n# \n", report);
 }
 
-/// What a run told on standard error below the head of the progress table.
-inline std::string progress_of(const std::string& told) {
-  return text_behind(std::string(72, '-') + "\n", told);
+/// What a run wrote to standard error below the head of the progress table.
+inline std::string progress_of(const std::string& messages) {
+  return text_after(std::string(72, '-') + "\n", messages);
 }
 
-/// What a run told on standard error between the banner and its end, where it never came to search.
-inline std::string told_after_banner(const std::string& told) {
-  return text_behind(kBanner, told);
+/// What a run wrote to standard error between the banner and its end, where it never came to
+/// search.
+inline std::string messages_after_banner(const std::string& messages) {
+  return text_after(kBanner, messages);
 }
 
 /// The block of a record that is ten bases long and in which nothing is found.

@@ -27,9 +27,9 @@ class COneFileForTwo : public testing::CInRunFolder {
                       const std::string& why) const {
     EXPECT_EQ(result.status, 154);
     EXPECT_EQ(result.out, "");
-    EXPECT_EQ(testing::told_after_banner(result.err), "Sorry! Failed to open file\n   \"" + output +
-                                                          "\"\nas output file.\n" + why +
-                                                          testing::aborted_with(-102));
+    EXPECT_EQ(testing::messages_after_banner(result.err), "Sorry! Failed to open file\n   \"" +
+                                                              output + "\"\nas output file.\n" +
+                                                              why + testing::aborted_with(-102));
     EXPECT_EQ(folder_.text("in.fa"), kInput);
   }
 

@@ -70,18 +70,18 @@ TEST_F(SequenceRange, that_ends_before_the_first_record_searches_nothing_and_end
   expect_run({"--lastSeq", "0", "in.fa"}, "", "");
 }
 
-TEST_F(SequenceRange, that_begins_behind_its_end_searches_nothing) {
+TEST_F(SequenceRange, that_begins_after_its_end_searches_nothing) {
   write_five_records();
   expect_run({"--firstSeq", "3", "--lastSeq", "2", "in.fa"}, "", "");
 }
 
-TEST_F(SequenceRange, that_begins_behind_the_file_searches_nothing) {
+TEST_F(SequenceRange, that_begins_after_the_file_searches_nothing) {
   write_five_records();
   expect_run({"--firstSeq", "6", "in.fa"}, "", "");
   expect_run({"--firstSeq", "-1", "in.fa"}, "", "");
 }
 
-TEST_F(SequenceRange, may_end_behind_the_file) {
+TEST_F(SequenceRange, may_end_after_the_file) {
   write_five_records();
   expect_run({"--lastSeq", "-2", "in.fa"}, kAllBlocks, kAllProgress);
 }
@@ -91,7 +91,7 @@ TEST_F(SequenceRange, begins_with_the_first_record_also_from_zero) {
   expect_run({"--firstSeq", "0", "in.fa"}, kAllBlocks, kAllProgress);
 }
 
-TEST_F(SequenceRange, does_not_end_the_reading_at_a_malformed_record_behind_it) {
+TEST_F(SequenceRange, does_not_end_the_reading_at_a_malformed_record_after_it) {
   write_five_records(">six\nAC1GT\n");
   const ProcessResult result = folder_.run({"--firstSeq", "2", "--lastSeq", "2", "in.fa"});
   EXPECT_EQ(result.status, 231);

@@ -37,7 +37,7 @@ constexpr const char* kUnitLengthMessage =
 /// "0" where the settings pass in silence, else the code and the message: "-1 Sorry, ...".
 std::string verdict() {
   int code = 0;
-  const std::string message = testing::told_by([&] { code = check_settings(); });
+  const std::string message = testing::messages_of([&] { code = check_settings(); });
   return std::to_string(code) + (message.empty() ? "" : " ") + message;
 }
 
@@ -48,14 +48,15 @@ std::string refusal(const char* message) {
 TEST_F(ModeCode, from_0_to_2_is_stored_in_silence) {
   for (int code = 0; code <= 2; ++code) {
     int setting = 77;
-    EXPECT_EQ(testing::told_by([&] { EXPECT_TRUE(store_mode_code(setting, code, "b", "a")); }), "");
+    EXPECT_EQ(testing::messages_of([&] { EXPECT_TRUE(store_mode_code(setting, code, "b", "a")); }),
+              "");
     EXPECT_EQ(setting, code);
   }
 }
 
-TEST_F(ModeCode, outside_its_range_is_told_and_not_stored) {
+TEST_F(ModeCode, outside_its_range_is_reported_and_not_stored) {
   int setting = 77;
-  EXPECT_EQ(testing::told_by([&] {
+  EXPECT_EQ(testing::messages_of([&] {
               EXPECT_FALSE(store_mode_code(setting, 3, "A colour of ", " is unknown.\n\n"));
             }),
             "Sorry, a problem occured when parsing the command line options. A colour of 3 is "
@@ -63,9 +64,9 @@ TEST_F(ModeCode, outside_its_range_is_told_and_not_stored) {
   EXPECT_EQ(setting, 77);
 }
 
-TEST_F(ModeCode, below_zero_is_told_with_its_minus_sign) {
+TEST_F(ModeCode, below_zero_is_reported_with_its_minus_sign) {
   int setting = 77;
-  EXPECT_EQ(testing::told_by(
+  EXPECT_EQ(testing::messages_of(
                 [&] { EXPECT_FALSE(store_mode_code(setting, kSmallestInt, "Value ", "!\n")); }),
             "Sorry, a problem occured when parsing the command line options. Value -2147483648!\n");
   EXPECT_EQ(setting, 77);

@@ -15,7 +15,7 @@
 namespace quorix {
 namespace {
 
-/// What stands behind a descriptor: "closed", "null for reading", "null for writing", "other".
+/// What a descriptor refers to: "closed", "null for reading", "null for writing", "other".
 const char* kind_of(int descriptor) {
   const int flags = ::fcntl(descriptor, F_GETFL);
   if (flags == -1) return "closed";

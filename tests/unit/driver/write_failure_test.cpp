@@ -51,7 +51,7 @@ TEST_F(WriteFailure, of_the_report_ends_the_run_after_the_first_record) {
             kFirstProgressLine + failed_to_write("/dev/full", kNoSpace));
 }
 
-TEST_F(WriteFailure, of_the_report_is_told_also_when_no_record_is_in_the_range) {
+TEST_F(WriteFailure, of_the_report_is_reported_also_when_no_record_is_in_the_range) {
   const ProcessResult result = folder_.run({"--lastSeq", "0", "in.fa", "/dev/full"});
   EXPECT_EQ(result.status, 153);
   EXPECT_EQ(testing::progress_of(result.err), failed_to_write("/dev/full", kNoSpace));
@@ -88,7 +88,7 @@ void limit_files_to(std::size_t length) {
   if (::setrlimit(RLIMIT_FSIZE, &limit) != 0) std::abort();
 }
 
-/// A record whose name makes the report longer than all that is told on standard error, since a
+/// A record whose name makes the report longer than all that is written to standard error, since a
 /// limit of file lengths is one of all files of a process.
 const std::string kLongName(5000, 'n');
 
@@ -105,7 +105,7 @@ TEST_F(WriteFailure, in_the_middle_of_the_run_leaves_the_blocks_before_it) {
   EXPECT_TRUE(testing::contains(report, testing::empty_block("a")));
 }
 
-TEST_F(WriteFailure, of_the_mark_of_success_is_told_after_the_closing_text) {
+TEST_F(WriteFailure, of_the_mark_of_success_is_reported_after_the_closing_text) {
   folder_.write("in.fa", ">" + kLongName + "\nACGTTGCACC\n");
   ASSERT_EQ(folder_.run({"in.fa", "whole.txt"}).status, 0);
   const std::size_t length = folder_.text("whole.txt").size();
@@ -118,7 +118,7 @@ TEST_F(WriteFailure, of_the_mark_of_success_is_told_after_the_closing_text) {
       folder_.run_after([=] { limit_files_to(length); }, {"in.fa", "report.txt"});
   EXPECT_EQ(result.status, 153);
   const std::string after_search =
-      testing::text_behind("bp - " + std::string(70, 'n') + "\n", result.err);
+      testing::text_after("bp - " + std::string(70, 'n') + "\n", result.err);
   EXPECT_EQ(after_search, testing::kGoodBye + failed_to_write("report.txt", "File too large"));
 }
 
@@ -130,7 +130,7 @@ void break_standard_output() {
   ::close(ends[1]);
 }
 
-TEST_F(WriteFailure, to_a_broken_pipe_is_told_where_the_signal_is_ignored) {
+TEST_F(WriteFailure, to_a_broken_pipe_is_reported_where_the_signal_is_ignored) {
   const ProcessResult result = folder_.run_after(
       [] {
         std::signal(SIGPIPE, SIG_IGN);
@@ -152,7 +152,7 @@ TEST_F(WriteFailure, to_a_broken_pipe_ends_the_run_by_the_signal_by_default) {
   EXPECT_EQ(result.status, 128 + SIGPIPE);
 }
 
-TEST_F(WriteFailure, to_a_standard_output_that_the_caller_closed_is_told) {
+TEST_F(WriteFailure, to_a_standard_output_that_the_caller_closed_is_reported) {
   const ProcessResult result = folder_.run_after(
       [] {
         ::close(STDOUT_FILENO);

@@ -72,7 +72,7 @@ TEST(AlignmentRuns, between_random_edits_are_as_their_columns) {
     const std::int64_t unit_length = 1 + static_cast<std::int64_t>(random() % 12);
     scene.set_unit(1, unit_length, 1 + static_cast<std::int64_t>(random() % 12) % unit_length);
     const auto gap = static_cast<std::int64_t>(1 + random() % 40);
-    // From before the repeat in a few cases, where an entry holds up all behind it.
+    // From before the repeat in a few cases, where an entry holds up all after it.
     std::int64_t position = random() % 20 == 0 ? 0 : 1;
     for (; position <= static_cast<std::int64_t>(length) + 1;
          position += static_cast<std::int64_t>(random()) % gap) {

@@ -164,7 +164,7 @@ TEST(Alignment, shows_an_edit_at_the_first_base) {
   EXPECT_EQ(lines_of(deleted), "\n-GACGACG\n |||||||\nCGACGACG\n");
 }
 
-TEST(Alignment, shows_an_edit_at_the_last_base_but_none_behind_it) {
+TEST(Alignment, shows_an_edit_at_the_last_base_but_none_after_it) {
   CRepeatScene scene("", "ACGACT", "AAA", 3);
   scene.add_edit(6, 'M');
   scene.add_edit(7, 'D');

@@ -151,7 +151,7 @@ TEST(TrimmingOfNs, gives_back_three_ns_of_NNACACAN_and_moves_the_cursors_along) 
   Csat repeat = repeat_over(kRepeat, 2, 2);
   const char* const unit_a = kRepeat.data() + 2;
   const char* const unit_c = kRepeat.data() + 3;
-  repeat.unit_pos_right = unit_a;  // the base behind the last N, which stands for a C
+  repeat.unit_pos_right = unit_a;  // the base after the last N, which stands for a C
   repeat.unit_pos_left = unit_c;   // the base before the first N, which stands for an A
   repeat.n_count = 3;
   repeat.remove_Ns_at_ends();
@@ -170,7 +170,7 @@ TEST(TrimmingOfNs, lets_the_count_of_ns_go_below_0) {
 }
 
 TEST(TrimmingOfNs, walks_the_right_cursor_backward_round_the_unit) {
-  // The unit ACG; behind ACG come five N's, for A, C, G, A and C: G would be next.
+  // The unit ACG; after ACG come five N's, for A, C, G, A and C: G would be next.
   constexpr std::string_view kRepeat = "ACGNNNNN";
   Csat repeat = repeat_over(kRepeat, 0, 3);
   repeat.unit_pos_right = kRepeat.data() + 2;

@@ -198,7 +198,7 @@ TEST(Csat, forgets_packed_edits_when_it_is_used_again) {
   EXPECT_EQ(in_pairs(repeat.edits()), Edits());
 }
 
-TEST(Csat, takes_no_more_room_than_a_pointer_besides_what_it_tells) {
+TEST(Csat, takes_no_more_room_than_a_pointer_besides_its_figures) {
   EXPECT_EQ(sizeof(Csat), 15 * sizeof(void*));
 }
 

@@ -18,7 +18,7 @@ using testing::set_report;
 using ReportOfEditedRepeat = testing::CDefaultSettings;
 
 TEST_F(ReportOfEditedRepeat, with_a_mismatch) {
-  // ACG ACT ACG: the T stands for G. 5 matches behind the first copy and -2: 3. 8 of 9.
+  // ACG ACT ACG: the T stands for G. 5 matches after the first copy and -2: 3. 8 of 9.
   CRepeatScene scene("TTTT", "ACGACTACG", "T", 3);
   scene.add_edit(6, 'M');
   scene.repeat.score = 3;
@@ -33,7 +33,7 @@ TEST_F(ReportOfEditedRepeat, with_a_mismatch) {
 }
 
 TEST_F(ReportOfEditedRepeat, with_an_inserted_base) {
-  // TATATA G TATATA: 10 matches behind the first copy and -6: 4. 13 bp span 12; 11 of 12 is 91.67.
+  // TATATA G TATATA: 10 matches after the first copy and -6: 4. 13 bp span 12; 11 of 12 is 91.67.
   // TA is its own reverse complement; its least rotation is AT.
   CRepeatScene scene("", "TATATAGTATATA", "", 2);
   scene.add_edit(7, 'I');
@@ -47,7 +47,7 @@ TEST_F(ReportOfEditedRepeat, with_an_inserted_base) {
 }
 
 TEST_F(ReportOfEditedRepeat, with_a_deleted_base) {
-  // CAG CAG CA- CAG CAG: the G is missing before the 9th base. 11 matches behind the first copy and
+  // CAG CAG CA- CAG CAG: the G is missing before the 9th base. 11 matches after the first copy and
   // -6: 5. 14 bp span 15; 14 of 15.
   CRepeatScene scene("GGGGGGGGG", "CAGCAGCACAGCAG", "", 3);
   scene.add_edit(9, 'D');
@@ -113,7 +113,7 @@ TEST_F(ReportOfEditedRepeat, with_a_deletion_and_an_insertion_at_one_base) {
 }
 
 TEST_F(ReportOfEditedRepeat, with_ns_that_count_in_three_ways) {
-  // AC AC NC AT AC NC: 7 matches behind the first copy and -6: 1. One edit and two N's of 12:
+  // AC AC NC AT AC NC: 7 matches after the first copy and -6: 1. One edit and two N's of 12:
   // 9 of 12 is 75; without the N's 9 of 10; with them as matches 11 of 12, 91.67.
   CRepeatScene scene("", "ACACNCATACNC", "", 2);
   scene.add_edit(8, 'M');
@@ -136,7 +136,7 @@ TEST_F(ReportOfEditedRepeat, with_ns_that_count_in_three_ways) {
 }
 
 TEST_F(ReportOfEditedRepeat, with_flanks_that_the_sequence_cuts_off) {
-  // GATA GTTA GATA C GATA, the T for an A and the C inserted. 11 matches behind the first copy and
+  // GATA GTTA GATA C GATA, the T for an A and the C inserted. 11 matches after the first copy and
   // twice -2: 7. 17 bp span 16; 14 of 16. Least rotation AGAT; other strand TATC, least ATCT.
   CRepeatScene scene("TG", "GATAGTTAGATACGATA", "C", 4);
   scene.add_edit(6, 'M');
@@ -154,7 +154,7 @@ TEST_F(ReportOfEditedRepeat, with_flanks_that_the_sequence_cuts_off) {
 }
 
 TEST_F(ReportOfEditedRepeat, with_23_of_40_bases_matching) {
-  // AC twenty times, with T's for the C's of 17 copies from the second on. 21 matches behind the
+  // AC twenty times, with T's for the C's of 17 copies from the second on. 21 matches after the
   // first copy and 17 times -2: -13. 23 / 40 * 100 is a little below 57.5 and rounds to 57, while
   // three decimal places round it up again.
   std::string bases = "AC";

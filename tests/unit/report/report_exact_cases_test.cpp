@@ -16,7 +16,7 @@ using testing::set_report;
 using ReportOfExactRepeat = testing::CDefaultSettings;
 
 TEST_F(ReportOfExactRepeat, that_is_the_whole_sequence) {
-  // Ten A's: positions 1 to 10. Nine bases behind the first copy.
+  // Ten A's: positions 1 to 10. Nine bases after the first copy.
   CRepeatScene scene("", "AAAAAAAAAA", "", 1);
   scene.repeat.score = 9;
   set_report(kFormatQuorix, kUnitAsFound, kPrintNoSequence);
@@ -26,7 +26,7 @@ TEST_F(ReportOfExactRepeat, that_is_the_whole_sequence) {
 }
 
 TEST_F(ReportOfExactRepeat, of_t_which_reads_a_on_the_other_strand) {
-  // Behind three bases, so 4 to 8. The complement A comes before T.
+  // After three bases, so 4 to 8. The complement A comes before T.
   CRepeatScene scene("ACG", "TTTTT", "GG", 1);
   scene.repeat.score = 4;
   set_report(kFormatQuorix, kUnitAlphabeticalBothStrands, kPrintNoSequence);
@@ -36,7 +36,7 @@ TEST_F(ReportOfExactRepeat, of_t_which_reads_a_on_the_other_strand) {
 }
 
 TEST_F(ReportOfExactRepeat, that_ends_within_a_copy) {
-  // TA three times and a T: 7 bases, 5 of them behind the first copy. The rotations of TA are TA
+  // TA three times and a T: 7 bases, 5 of them after the first copy. The rotations of TA are TA
   // and AT.
   CRepeatScene scene("GG", "TATATAT", "", 2);
   scene.repeat.score = 5;
@@ -47,7 +47,7 @@ TEST_F(ReportOfExactRepeat, that_ends_within_a_copy) {
 }
 
 TEST_F(ReportOfExactRepeat, of_CAG_whose_least_form_is_AGC) {
-  // Rotations CAG, AGC, GCA: AGC. Other strand CTG, TGC, GCT: CTG. 12 bases, 9 behind the first.
+  // Rotations CAG, AGC, GCA: AGC. Other strand CTG, TGC, GCT: CTG. 12 bases, 9 after the first.
   CRepeatScene scene("T", "CAGCAGCAGCAG", "T", 3);
   scene.repeat.score = 9;
   set_report(kFormatSputnik, kUnitAlphabeticalBothStrands, kPrintNoSequence);
@@ -55,7 +55,7 @@ TEST_F(ReportOfExactRepeat, of_CAG_whose_least_form_is_AGC) {
 }
 
 TEST_F(ReportOfExactRepeat, of_GATA_with_two_bases_beside_it) {
-  // Behind three bases, so 4 to 15; AAC ends in AC, CCT begins with CC.
+  // After three bases, so 4 to 15; AAC ends in AC, CCT begins with CC.
   CRepeatScene scene("AAC", "GATAGATAGATA", "CCT", 4);
   scene.repeat.score = 8;
   set_report(kFormatQuorix, kUnitAsFound, kPrintSequence, 2);
@@ -93,7 +93,7 @@ TEST_F(ReportOfExactRepeat, of_a_telomere) {
 }
 
 TEST_F(ReportOfExactRepeat, of_a_unit_without_a_name) {
-  // Two copies of 7 bases and two bases more: 16, of which 9 are behind the first copy.
+  // Two copies of 7 bases and two bases more: 16, of which 9 are after the first copy.
   CRepeatScene scene("", "AAACCCTAAACCCTAA", "", 7);
   scene.repeat.score = 9;
   set_report(kFormatQuorix, kUnitAsFound, kPrintNoSequence);
@@ -118,7 +118,7 @@ TEST_F(ReportOfExactRepeat, with_an_n_that_was_walked_over) {
 }
 
 TEST_F(ReportOfExactRepeat, that_begins_within_a_copy) {
-  // Found as ACG at its second base and grown by the G before it: that is the unit's third base.
+  // Found as ACG at its second base and extended by the G before it: that is the unit's third base.
   CRepeatScene scene("T", "GACGACGA", "A", 3);
   scene.set_unit(2, 3, 3);
   scene.repeat.score = 5;

@@ -39,7 +39,7 @@ std::string unit_in_mode(int mode) {
   return "GTT";
 }
 
-/// The lines behind the information, between the flanks CAC and GAAA.
+/// The lines after the information, between the flanks CAC and GAAA.
 std::string lines_of(int print_mode, int flanking) {
   if (print_mode == 1) {
     if (flanking == 0) return "TTGTTGNTGATTG\n";

@@ -34,7 +34,7 @@ TEST_F(ReportSat, prints_the_quorix_format) {
             "  88.889 % | unit ACG\n");
 }
 
-TEST_F(ReportSat, prints_the_extended_format_with_its_edit_list_and_a_comma_behind_each_edit) {
+TEST_F(ReportSat, prints_the_extended_format_with_its_edit_list_and_a_comma_after_each_edit) {
   set_report(kFormatExtendedQuorix, kUnitAsFound, kPrintNoSequence);
   EXPECT_EQ(inserted_base_scene().report(),
             "   trinucleotide       101 :       110 |     10 bp |      9 BP |      4 pt |"
@@ -48,7 +48,7 @@ TEST_F(ReportSat, prints_the_sputnik_format) {
             "trinucleotide 101 : 110 -- length 9 score 4 perfection 89 unit ACG\n");
 }
 
-TEST_F(ReportSat, prints_the_alignment_behind_the_information) {
+TEST_F(ReportSat, prints_the_alignment_after_the_information) {
   set_report(kFormatSputnik, kUnitAsFound, kPrintAlignment);
   EXPECT_EQ(inserted_base_scene().report(),
             "trinucleotide 101 : 110 -- length 9 score 4 perfection 89 unit ACG\n"
@@ -225,7 +225,7 @@ off_t bytes_flushed_by(CRepeatScene scene) {
   return status.st_size;
 }
 
-TEST_F(ReportSat, flushes_the_stream_behind_the_line_of_the_sputnik_format_alone) {
+TEST_F(ReportSat, flushes_the_stream_after_the_line_of_the_sputnik_format_alone) {
   set_report(kFormatSputnik, kUnitAsFound, kPrintSequence);
   const std::string line = "trinucleotide 101 : 110 -- length 9 score 4 perfection 89 unit ACG\n";
   EXPECT_EQ(bytes_flushed_by(inserted_base_scene()), static_cast<off_t>(line.size()));

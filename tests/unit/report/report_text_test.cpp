@@ -28,7 +28,7 @@ std::string added_by(const Add& add) {
   });
 }
 
-/// Expects that the numbers, one behind the other, look as printf prints them.
+/// Expects that the numbers, one after the other, look as printf prints them.
 void expect_decimals(const std::vector<double>& numbers) {
   std::string expected;
   for (const double number : numbers) {
@@ -50,9 +50,9 @@ TEST(ReportText, puts_a_column_to_the_right_of_its_width) {
 }
 
 TEST(ReportText, has_numbers_up_to_the_64_bit_limits) {
-  constexpr long long kLeast = std::numeric_limits<long long>::min();
+  constexpr long long kMin = std::numeric_limits<long long>::min();
   constexpr long long kLargest = std::numeric_limits<long long>::max();
-  for (const long long number : {kLeast, -123456LL, -1LL, 0LL, 7LL, 99'999LL, kLargest}) {
+  for (const long long number : {kMin, -123456LL, -1LL, 0LL, 7LL, 99'999LL, kLargest}) {
     for (const std::size_t width : {0U, 1U, 5U, 6U, 25U}) {
       char expected[40];
       std::snprintf(expected, sizeof expected, "%*lld", static_cast<int>(width), number);

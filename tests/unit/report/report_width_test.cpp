@@ -18,7 +18,7 @@ using testing::printed_by;
 using testing::set_report;
 using ReportWidth = testing::CDefaultSettings;
 
-/// Two copies of a unit of A's and one C behind them.
+/// Two copies of a unit of A's and one C after them.
 CRepeatScene scene_of_unit_length(std::size_t unit_length) {
   const std::string unit = std::string(unit_length - 1, 'A') + "C";
   return {"", unit + unit, "", unit_length};

@@ -36,7 +36,7 @@ TEST(SatPool, makes_a_new_record_of_one_unit_copy_when_none_is_spare) {
   pool.release(second);
 }
 
-TEST(SatPool, puts_a_released_record_behind_all_other_spare_ones) {
+TEST(SatPool, puts_a_released_record_after_all_other_spare_ones) {
   Csat_garbagecollector pool;
   Csat* const first = pool.acquire(kFirst, kFirst + 1);
   Csat* const second = pool.acquire(kFirst, kFirst + 1);
@@ -93,7 +93,7 @@ TEST(SatPool, starts_a_used_record_anew_but_keeps_its_edit_block) {
   pool.release(again);
 }
 
-TEST(SatPool, takes_over_a_list_in_its_order_behind_all_other_spare_records) {
+TEST(SatPool, takes_over_a_list_in_its_order_after_all_other_spare_records) {
   Csat_garbagecollector pool;
   Csat* const spare = pool.acquire(kFirst, kFirst + 1);
   std::list<Csat*> results;

@@ -32,7 +32,7 @@ std::string bases_of(const std::string& letters) {
   return bases;
 }
 
-/// Expects that `letters` are copied as they are one by one, and that nothing behind is written.
+/// Expects that `letters` are copied as they are one by one, and that nothing after is written.
 void expect_copied(const std::string& letters) {
   const std::string expected = bases_of(letters);
   std::string bases(letters.size() + 1, kUntouched);

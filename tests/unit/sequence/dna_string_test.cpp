@@ -40,7 +40,7 @@ Rotated least_rotation(std::string_view text) {
   return {std::string(result.view()), is_reducible};
 }
 
-/// The rule as it is told: every rotation is compared with the best one so far.
+/// The rule as it is stated: every rotation is compared with the best one so far.
 Rotated plain_least_rotation(const std::string& text) {
   const std::string twice = text + text;
   Rotated best{text, false};

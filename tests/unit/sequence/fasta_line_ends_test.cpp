@@ -66,7 +66,7 @@ TEST(FastaLineEnds, may_be_missing_or_a_lone_cr_at_the_end_of_the_file) {
 }
 
 TEST(FastaLineEnds, may_stand_where_a_block_ends) {
-  // The line end begins some bytes before, at or behind the end of the first full block.
+  // The line end begins some bytes before, at or after the end of the first full block.
   for (const std::string_view line_end : {"\n", "\r\n", "\r"}) {
     for (std::size_t start = 999'998; start <= 1'000'001; ++start) {
       const std::string bases(start - 3, 'A');

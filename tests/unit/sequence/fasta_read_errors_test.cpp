@@ -39,7 +39,7 @@ TEST(FastaReadError, in_a_header_is_a_format_error_and_not_the_last_record) {
                  read_error());
 }
 
-TEST(FastaReadError, behind_a_header_is_a_format_error_at_the_next_line) {
+TEST(FastaReadError, after_a_header_is_a_format_error_at_the_next_line) {
   expect_records(">one\n", {{"one", "", kFormatError, 2}}, read_error());
 }
 
@@ -47,18 +47,18 @@ TEST(FastaReadError, in_a_sequence_line_is_a_format_error_at_that_line) {
   expect_records(">one\nAC\nG", {{"one", "ACG", kFormatError, 3}}, read_error());
 }
 
-TEST(FastaReadError, behind_a_sequence_line_is_a_format_error_at_the_next_line) {
+TEST(FastaReadError, after_a_sequence_line_is_a_format_error_at_the_next_line) {
   expect_records(">one\nAC\n", {{"one", "AC", kFormatError, 3}}, read_error());
 }
 
-TEST(FastaReadError, just_behind_a_cr_is_a_format_error_at_the_next_line) {
+TEST(FastaReadError, just_after_a_cr_is_a_format_error_at_the_next_line) {
   expect_records(">one\r", {{"one", "", kFormatError, 2}}, read_error());
   expect_records(">one\r\nAC\r", {{"one", "AC", kFormatError, 3}}, read_error());
   expect_records("# note\r", {{"", "", kFormatError, 2}}, read_error());
   expect_records(">\r", {{"", "", kFormatError, 2}}, read_error());
 }
 
-/// Expects that the record behind the failure or the end is never read.
+/// Expects that the record after the failure or the end is never read.
 void expect_nothing_after(const ReadScript& script, int last_state) {
   CScriptedFile file(script);
   CSequence_Mol record;

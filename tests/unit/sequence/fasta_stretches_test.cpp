@@ -85,7 +85,7 @@ TEST(FastaStretches, take_an_odd_character_at_every_place_of_a_line_in_any_piece
   }
 }
 
-TEST(FastaStretches, may_end_behind_a_cr_whose_lf_comes_with_the_next_block) {
+TEST(FastaStretches, may_end_after_a_cr_whose_lf_comes_with_the_next_block) {
   for (std::size_t length = 0; length <= 40; ++length) {
     const std::string bases = bases_of_length(length);
     const ReadRecord expected = {"s", bases + "GT", kCleanEnd, 4};

@@ -52,8 +52,8 @@ void expect_steps_back(CFile& file, std::string_view folded, std::size_t first_t
   ASSERT_EQ(file.line_number(), line_number);
 }
 
-TEST(FileRefill, leaves_one_step_back_possible_behind_every_character) {
-  // All line ends, next to each other in all ways, each behind and before a letter too.
+TEST(FileRefill, leaves_one_step_back_possible_after_every_character) {
+  // All line ends, next to each other in all ways, each after and before a letter too.
   const std::string bytes = "A\nC\rG\r\nT\n\nA\n\rC\r\rG\r\r\nT\r\n\nA\r\n\rC\r\n\r\nG";
   for (const std::size_t piece_length : {1U, 2U, 3U, 4U, 5U, 7U, 64U}) {
     CScriptedFile file(in_pieces(bytes, piece_length));
@@ -66,9 +66,9 @@ TEST(FileRefill, keeps_line_ends_whole_where_a_full_block_ends) {
   for (const std::string_view line_end : {"\n", "\r", "\r\n", "\r\r", "\n\r"}) {
     for (std::size_t start = kBlockLength - 2; start <= kBlockLength; ++start) {
       const std::string before(start, 'A');
-      const std::string behind = std::string(line_end) + "CGT";
-      CScriptedFile file(in_pieces(before + behind, 2 * kBlockLength));
-      expect_steps_back(file, before + fold_line_ends(behind), kBlockLength - 10);
+      const std::string after = std::string(line_end) + "CGT";
+      CScriptedFile file(in_pieces(before + after, 2 * kBlockLength));
+      expect_steps_back(file, before + fold_line_ends(after), kBlockLength - 10);
     }
   }
 }

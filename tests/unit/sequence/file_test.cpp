@@ -174,7 +174,7 @@ TEST(File, steps_back_at_its_end_too_but_counts_no_lines_there) {
 TEST(File, stays_at_its_end_even_if_the_device_gives_more) {
   CScriptedFile file({read_of("A"), end_of_input(), read_of("C")});
   EXPECT_EQ(read_to_end(file), "A");
-  for (const int state : {5, 1}) {  // as it is, and as a reader leaves it behind a cut-off header
+  for (const int state : {5, 1}) {  // as it is, and as a reader leaves it after a cut-off header
     file.set_state(static_cast<std::uint8_t>(state));
     EXPECT_EQ(file.getchar(), 0);
     EXPECT_EQ(file.state(), 5);

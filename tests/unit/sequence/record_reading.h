@@ -71,7 +71,7 @@ inline std::vector<ReadRecord> read_records(std::string_view text) {
 /// Block lengths from the least to all that fits into one read.
 inline constexpr std::array<std::size_t, 6> kPieceLengths = {1, 2, 7, 64, 4096, 1'000'000};
 
-/// Expects that `text` reads as `expected`, in whatever pieces it comes; `last` comes behind them.
+/// Expects that `text` reads as `expected`, in whatever pieces it comes; `last` comes after them.
 inline void expect_records(std::string_view text, const std::vector<ReadRecord>& expected,
                            const ScriptedRead& last = end_of_input()) {
   for (const std::size_t piece_length : kPieceLengths) {

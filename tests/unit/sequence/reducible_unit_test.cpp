@@ -19,7 +19,7 @@ std::string copies_of(std::string_view block, std::size_t count) {
   return text;
 }
 
-/// A block without a shorter period: one C behind A's.
+/// A block without a shorter period: one C after A's.
 std::string irreducible_block(std::size_t length) {
   return std::string(length - 1, 'A') + 'C';
 }
@@ -105,7 +105,7 @@ TEST(ReducibleUnit, is_not_one_of_a_single_letter_or_none) {
   EXPECT_FALSE(is_reducible(""));
 }
 
-TEST(ReducibleUnit, is_told_from_the_stretch_alone_and_not_from_what_follows) {
+TEST(ReducibleUnit, is_decided_by_the_stretch_alone_and_not_by_what_follows) {
   const std::string text = "ATATCATAT";
   EXPECT_TRUE(isReducibleUnit_global(text.c_str(), text.c_str() + 4));
   EXPECT_FALSE(isReducibleUnit_global(text.c_str(), text.c_str() + 6));

@@ -55,7 +55,7 @@ TEST(FastaReader, stops_at_a_digit_in_a_sequence_line_with_a_format_error_at_tha
   expect_records(">s\n1ACGT\n", {{"s", "", kFormatError, 2}});
 }
 
-TEST(FastaReader, keeps_a_format_error_that_is_the_last_byte_and_has_no_line_end_behind_it) {
+TEST(FastaReader, keeps_a_format_error_that_is_the_last_byte_and_has_no_line_end_after_it) {
   expect_records(">s\nACGT\nAC1", {{"s", "ACGTAC", kFormatError, 3}});
   expect_records(">s\nAC\n>t\n!", {{"s", "AC", kMoreFollows, 3}, {"t", "", kFormatError, 4}});
 }
@@ -85,7 +85,7 @@ TEST(FastaReader, takes_an_empty_name) {
                  {{"", "AC", kMoreFollows, 3}, {"", "", kMoreFollows, 4}, {"", "G", kCleanEnd, 6}});
 }
 
-TEST(FastaReader, keeps_everything_behind_the_sign_as_the_name) {
+TEST(FastaReader, keeps_everything_after_the_sign_as_the_name) {
   expect_records("> chr 1 \t>x#y \nAC\n", {{" chr 1 \t>x#y ", "AC", kCleanEnd, 3}});
   expect_records(">50%d%n\nAC\n", {{"50%d%n", "AC", kCleanEnd, 3}});
 }
@@ -102,7 +102,7 @@ TEST(FastaReader, takes_a_last_sequence_line_without_a_line_end) {
   expect_records(">s\nACGT\nAC", {{"s", "ACGTAC", kCleanEnd, 3}});
 }
 
-TEST(FastaReader, takes_blank_lines_among_and_behind_the_bases) {
+TEST(FastaReader, takes_blank_lines_among_and_after_the_bases) {
   expect_records(">s\n\nAC\n\n\nGT\n\n", {{"s", "ACGT", kCleanEnd, 8}});
   expect_records(">s\nAC\n\n>t\nG\n", {{"s", "AC", kMoreFollows, 4}, {"t", "G", kCleanEnd, 6}});
 }
@@ -120,7 +120,7 @@ TEST(FastaReader, skips_white_space_before_and_among_the_first_comments_and_the_
   expect_records(" \n\t\v\f # one\n\n  # two\n \n  >s\nAC\n", {{"s", "AC", kCleanEnd, 8}});
 }
 
-TEST(FastaReader, takes_a_comment_line_behind_a_header_for_a_bad_sequence_line) {
+TEST(FastaReader, takes_a_comment_line_after_a_header_for_a_bad_sequence_line) {
   expect_records(">s\n#AC\n", {{"s", "", kFormatError, 2}});
   expect_records(">s\nAC\n# note\n>t\nG\n", {{"s", "AC", kFormatError, 3}});
 }

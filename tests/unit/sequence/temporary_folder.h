@@ -32,7 +32,7 @@ class CTemporaryFolder {
     return path_ + "/" + std::string(name);
   }
 
-  /// Writes a file and gives its path.
+  /// Writes a file and returns its path.
   [[nodiscard]] std::string file_of(std::string_view name, std::string_view bytes) const {
     const std::string path = path_of(name);
     std::ofstream(path, std::ios::binary) << bytes;

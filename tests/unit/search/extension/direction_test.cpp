@@ -39,7 +39,7 @@ TEST(Rightward, reads_the_base_at_the_edge_up_to_the_limit_itself) {
   EXPECT_TRUE(Rightward::is_at_limit(kText + 2, limit));
 }
 
-TEST(Rightward, goes_back_to_the_first_unit_character_behind_the_last) {
+TEST(Rightward, goes_back_to_the_first_unit_character_after_the_last) {
   EXPECT_EQ(Rightward::next_in_unit(kText, kText, kText + 3), kText + 1);
   EXPECT_EQ(Rightward::next_in_unit(kText + 1, kText, kText + 3), kText + 2);
   EXPECT_EQ(Rightward::next_in_unit(kText + 2, kText, kText + 3), kText);
@@ -56,7 +56,7 @@ TEST(Rightward, counts_bases_and_unit_characters_to_the_right) {
   EXPECT_EQ(Rightward::character_beyond(kText + 1, 3'000'000'001, kText, unit_end), kText + 2);
 }
 
-TEST(Rightward, tells_what_lies_beyond_an_edge_and_behind_a_character) {
+TEST(Rightward, returns_what_lies_beyond_an_edge_and_after_a_character) {
   EXPECT_EQ(Rightward::edge_beyond(kText + 1, 0), kText + 1);
   EXPECT_EQ(Rightward::edge_beyond(kText + 1, 3), kText + 4);
   EXPECT_EQ(Rightward::bases_beyond(kText + 1, kText + 4), 3);
@@ -80,7 +80,7 @@ TEST(Leftward, moves_the_start_and_the_left_cursor) {
   EXPECT_EQ(&Leftward::unit_cursor(sat), &sat.unit_pos_left);
 }
 
-TEST(Leftward, reads_the_base_before_the_edge_down_to_the_one_behind_the_limit) {
+TEST(Leftward, reads_the_base_before_the_edge_down_to_the_one_after_the_limit) {
   const char* const limit = kText + 1;
   EXPECT_EQ(Leftward::base_beyond(kText + 3), kText + 2);
   EXPECT_EQ(Leftward::edge_beyond(kText + 3), kText + 2);

@@ -77,7 +77,7 @@ TEST_F(ExactExtensionForward, leaves_a_repeat_that_ends_at_the_limit_as_it_is) {
 TEST_F(ExactExtensionForward, walks_over_as_many_Ns_as_are_allowed_without_scoring_them) {
   global_Ns_allowed_in_a_row = 2;
   EXPECT_EQ(extend_right("ACNNACG", 2), (Extended{true, "[0,6) AC@0 score 2 N 2", 0}));
-  // An odd number of N's moves the phase: the C behind them is the one that is expected.
+  // An odd number of N's moves the phase: the C after them is the one that is expected.
   EXPECT_EQ(extend_right("ACNCAG", 2), (Extended{true, "[0,5) AC@0 score 2 N 1", 1}));
 }
 
@@ -140,7 +140,7 @@ TEST_F(ExactExtensionBackward, does_not_take_the_base_at_the_limit) {
   EXPECT_EQ(extend_left("ACACAC", 2, 0), (Extended{false, "[1,6) AC@4 score 3", 0}));
 }
 
-TEST_F(ExactExtensionBackward, leaves_a_repeat_that_starts_behind_the_limit_as_it_is) {
+TEST_F(ExactExtensionBackward, leaves_a_repeat_that_starts_after_the_limit_as_it_is) {
   EXPECT_EQ(extend_left("AC", 2), (Extended{false, "[0,2) AC@0 score 0", 1}));
   EXPECT_EQ(extend_left("ACAC", 2, 1), (Extended{false, "[2,4) AC@2 score 0", 1}));
 }

@@ -1,5 +1,5 @@
-// What is accepted: a candidate that has grown is held against the thresholds of its unit length,
-// both of which count as reached when they are met exactly.
+// What is accepted: an extended seed is held against the thresholds of its unit length, both of
+// which count as reached when they are met exactly.
 
 #include <string>
 
@@ -49,7 +49,7 @@ TEST_F(Acceptance, of_an_imperfect_repeat_needs_the_minimum_score) {
   EXPECT_EQ(imperfect_repeats_of(kFourCopies), Words{});
 }
 
-// The thresholds that grow with the unit length are those of the candidate's own unit.
+// The thresholds that grow with the unit length are those of the seed's own unit.
 TEST_F(Acceptance, asks_for_more_of_a_longer_unit) {
   global_min_score = 0;
   global_min_score_bx = 3.0F;
@@ -100,8 +100,8 @@ TEST_F(Acceptance, measures_the_length_without_the_Ns_at_the_ends) {
   }
 }
 
-// The one seed lies between the two mismatches. It grows to the right first, so that the edit at 11
-// is the first of its list.
+// The one seed lies between the two mismatches. It extends to the right first, so that the edit at
+// 11 is the first of its list.
 TEST_F(Acceptance, puts_the_edits_in_order_of_position) {
   search_units_of(2);
   set_penalties(-2, -2);

@@ -108,10 +108,10 @@ TEST_F(ImperfectExtensionLimits, keep_the_score_at_the_highest_32_bit_number) {
   EXPECT_EQ(in_words(sat, bases.begin()), "[0,6) AC@0 score 2147483647");
 }
 
-// After two matches comes A where G is expected. Depth 1 sees one walk behind each edit: mismatch
-// 0, insertion 1 over the G, deletion 1 over the A. The insertion is chosen; another one leads to 2
-// at the T, which only ties with the 2 at the beginning. Depth 2 sees that a mismatch behind the
-// deletion leads over ACG to 3.
+// After two matches comes A where G is expected. Depth 1 sees one run of matches after each edit:
+// mismatch 0, insertion 1 over the G, deletion 1 over the A. The insertion is chosen; another one
+// leads to 2 at the T, which only ties with the 2 at the beginning. Depth 2 sees that a mismatch
+// after the deletion leads over ACG to 3.
 TEST_F(ImperfectExtensionLimits, let_a_deeper_look_ahead_choose_another_edit) {
   set_penalties(-2, -2);
   for (const int depth : {2, 5, 255, 256, 300}) {

@@ -16,7 +16,7 @@ using testing::extended_left;
 using testing::extended_right;
 using testing::in_words;
 
-// Six matches up to the G. A mismatch there leaves 0, six matches behind it make 6 again, which
+// Six matches up to the G. A mismatch there leaves 0, six matches after it make 6 again, which
 // only ties; the mismatch at the T is undone with the rest when the text ends.
 TEST_F(ImperfectExtension, ends_before_a_mismatch_that_only_wins_back_what_it_cost) {
   EXPECT_EQ(extended_right("ACACACACGCACACAT", 2), "[0,8) AC@0 score 6");
@@ -55,7 +55,7 @@ TEST_F(ImperfectExtension, prefers_a_mismatch_to_an_insertion_of_equal_worth) {
 
 // Depth 1: each edit is judged by one walk. After three matches comes A where G is expected.
 // Mismatch: 1, then A matches. Insertion: 1, then A for G. Deletion of the G: 1, then A matches,
-// then A for T. Behind the mismatch, C stands for T and another one leads over GATGAT to 6.
+// then A for T. After the mismatch, C stands for T and another one leads over GATGAT to 6.
 TEST_F(ImperfectExtension, prefers_a_mismatch_to_a_deletion_of_equal_worth) {
   set_penalties(-2, -2);
   global_maximum_recursion_depth = 1;
@@ -64,7 +64,7 @@ TEST_F(ImperfectExtension, prefers_a_mismatch_to_a_deletion_of_equal_worth) {
 }
 
 // Depth 1, no mismatches. After three matches comes A where G is expected. Insertion of the A: 1,
-// then G matches, then C for A. Deletion of the G: 1, then A matches, then G for T. Behind the
+// then G matches, then C for A. Deletion of the G: 1, then A matches, then G for T. After the
 // insertion another one, of the C, leads over eight matches to 8.
 TEST_F(ImperfectExtension, prefers_an_insertion_to_a_deletion_of_equal_worth) {
   set_penalties(-20, -2);
@@ -97,14 +97,14 @@ TEST_F(ImperfectExtension, takes_back_deletions_and_insertions_too) {
   EXPECT_EQ(extended_left("GCATGCAGCAGCA", 3), "[4,13) GCA@10 score 6");
 }
 
-// 6, 0 behind the G, 2 in front of the T, where no edit is allowed.
+// 6, 0 after the G, 2 before the T, where no edit is allowed.
 TEST_F(ImperfectExtension,
        restores_the_best_state_where_no_edit_is_allowed_and_the_score_is_lower) {
   EXPECT_EQ(extended_right("ACACACACGCATTTTT", 2), "[0,8) AC@0 score 6");
   EXPECT_EQ(extended_left("TTTTTACGCACACACA", 2), "[8,16) CA@14 score 6");
 }
 
-// As long as the score only ties, the end of the text gives back the six matches behind the G.
+// As long as the score only ties, the end of the text gives back the six matches after the G.
 TEST_F(ImperfectExtension, restores_the_shorter_of_two_equal_states_at_the_end_of_the_text) {
   EXPECT_EQ(extended_right("ACACACACGCACACA", 2), "[0,8) AC@0 score 6");
   EXPECT_EQ(extended_left("ACACACGCACACACA", 2), "[7,15) CA@13 score 6");
@@ -112,7 +112,7 @@ TEST_F(ImperfectExtension, restores_the_shorter_of_two_equal_states_at_the_end_o
   EXPECT_EQ(extended_left("NNCA", 2), "[2,4) CA@2 score 0");
 }
 
-// Five N's are one too many, so extension ends in front of them as it does at the end of a text.
+// Five N's are one too many, so extension ends before them as it does at the end of a text.
 TEST_F(ImperfectExtension, restores_the_shorter_of_two_equal_states_before_a_long_run_of_Ns) {
   EXPECT_EQ(extended_right("ACACACACGCACACANNNNNC", 2), "[0,8) AC@0 score 6");
   EXPECT_EQ(extended_left("CNNNNNACACACGCACACACA", 2), "[13,21) CA@19 score 6");
@@ -132,7 +132,7 @@ TEST_F(ImperfectExtension, takes_in_runs_of_as_many_Ns_as_are_allowed) {
 TEST_F(ImperfectExtension,
        ends_before_a_longer_run_of_Ns_although_the_look_ahead_walks_through_it) {
   EXPECT_EQ(extended_right("ACACACACNNNNNCACACACACAC", 2), "[0,8) AC@0 score 6");
-  // The look-ahead sees ten matches behind the N's and would choose the mismatch for them.
+  // The look-ahead sees ten matches after the N's and would choose the mismatch for them.
   EXPECT_EQ(extended_right("ACACACACGNNNNNACACACACAC", 2), "[0,8) AC@0 score 6");
   EXPECT_EQ(extended_left("CACACACACANNNNNGCACACACA", 2), "[16,24) CA@22 score 6");
 }

@@ -14,7 +14,7 @@ using testing::CBases;
 using testing::CSearchedSequence;
 using testing::repeated;
 
-// Score of the start, and what a text of `climb_beyond` gives behind its last mismatch.
+// Score of the start, and what a text of `climb_beyond` gives after its last mismatch.
 constexpr int kScore = 7;
 constexpr int kClimb = 20;
 
@@ -23,8 +23,8 @@ class LookAheadDepth : public testing::CSearchSettings {
   LookAheadDepth() { search_units_of(2); }
 
   /// AC, then `mismatch_count` times a mismatch that its six matches make up for, then matches that
-  /// a look-ahead reaches only if it gets behind all mismatches. The other edits lead nowhere,
-  /// since the base behind the G does not fit them.
+  /// a look-ahead reaches only if it gets past all mismatches. The other edits lead nowhere,
+  /// since the base after the G does not fit them.
   static std::string climb_beyond(std::size_t mismatch_count) {
     return "AC" +
            repeated(
@@ -35,7 +35,7 @@ class LookAheadDepth : public testing::CSearchSettings {
                                     : "GCACACA" + repeated("CA", kClimb / 2));
   }
 
-  /// The value from behind the AC on, seen from `level` edits.
+  /// The value from after the AC on, seen from `level` edits.
   static int value(std::size_t mismatch_count, std::uint8_t level) {
     const std::string text = climb_beyond(mismatch_count);
     CSearchedSequence any("A");

@@ -51,8 +51,8 @@ TEST_F(LookAheadGap, a_look_ahead_that_has_been_everywhere_sees_what_a_fresh_one
 TEST_F(LookAheadGap, a_jump_over_Ns_keeps_the_phase_of_the_unit) {
   for (std::size_t gap_length = 1; gap_length <= 10; ++gap_length) {
     const std::string gap(gap_length, 'N');
-    const std::string behind = std::string("ACGACGACG").substr(gap_length % 3, 6);
-    const CBases bases("ACG" + gap + behind);
+    const std::string after = std::string("ACGACGACG").substr(gap_length % 3, 6);
+    const CBases bases("ACG" + gap + after);
     const LookAheadBounds bounds{bases.begin(), bases.begin() + 3, kUnitLength, bases.end()};
     CLookAhead look_ahead;
     const LookAheadState from{bases.begin() + 3, bases.begin(), 0, 0, 1};

@@ -19,7 +19,7 @@ using testing::CSearchedSequence;
 constexpr int kLowest = std::numeric_limits<int>::min();
 constexpr int kHighest = std::numeric_limits<int>::max();
 
-/// Where a look-ahead begins: behind the first unit, whose first character is expected next.
+/// Where a look-ahead begins: after the first unit, whose first character is expected next.
 struct From {
   int score = 0;
   int best_score = 0;
@@ -92,7 +92,7 @@ TEST_F(LookAhead, takes_an_N_for_a_base_that_differs_where_none_is_allowed) {
   EXPECT_EQ(value("ACNCACACACA", 2, {.score = 5, .best_score = 5}), 7);
 }
 
-TEST_F(LookAhead, sees_behind_a_mismatch) {
+TEST_F(LookAhead, sees_beyond_a_mismatch) {
   // 5 - 6 + 8
   EXPECT_EQ(value("ACGTCGACGACG", 3, {.score = 5, .best_score = 5}), 7);
   global_mismatch_score = -7;
@@ -101,7 +101,7 @@ TEST_F(LookAhead, sees_behind_a_mismatch) {
   EXPECT_EQ(value("ACGTCGACGACG", 3, {.score = 5, .best_score = 5}), 5);
 }
 
-TEST_F(LookAhead, sees_behind_an_insertion) {
+TEST_F(LookAhead, sees_beyond_an_insertion) {
   // 5 - 6 + 9
   EXPECT_EQ(value("ACGTACGACGACG", 3, {.score = 5, .best_score = 5}), 8);
   global_indel_score = -7;
@@ -110,7 +110,7 @@ TEST_F(LookAhead, sees_behind_an_insertion) {
   EXPECT_EQ(value("ACGTACGACGACG", 3, {.score = 5, .best_score = 5}), 5);
 }
 
-TEST_F(LookAhead, sees_behind_a_deletion) {
+TEST_F(LookAhead, sees_beyond_a_deletion) {
   // 5 - 6 + 8
   EXPECT_EQ(value("ACGCGACGACG", 3, {.score = 5, .best_score = 5}), 7);
   global_indel_score = -7;
@@ -158,10 +158,10 @@ TEST_F(LookAhead, does_not_measure_an_edit_by_what_one_tried_before_it_led_to) {
   EXPECT_EQ(value("CACAACACAA", 2), 5);
 }
 
-// GA: two matches, then A where G is expected. A deletion and another one behind it lead to 4. A
+// GA: two matches, then A where G is expected. A deletion and another one after it lead to 4. A
 // mismatch leads over five matches to 5; measured from 4, with a reduction of 4, it could not have
 // been made.
-TEST_F(LookAhead, does_not_measure_an_edit_by_what_one_tried_behind_it_led_to) {
+TEST_F(LookAhead, does_not_measure_an_edit_by_what_one_tried_after_it_led_to) {
   set_penalties(-2, -2);
   global_maximum_recursion_depth = 3;
   global_maximum_scorereduction = 4;
@@ -173,7 +173,7 @@ TEST_F(LookAhead, gives_the_highest_score_met_and_not_the_last_one) {
   EXPECT_EQ(value("ACACACATACT", 2), 5);
 }
 
-// Behind the limit a mismatch would lead over nine matches.
+// After the limit a mismatch would lead over nine matches.
 TEST_F(LookAhead, makes_no_edit_at_the_limit) {
   set_penalties(-2, -2);
   EXPECT_EQ(value("ACACACAC", 2), 6);
@@ -181,7 +181,7 @@ TEST_F(LookAhead, makes_no_edit_at_the_limit) {
 }
 
 // 4 - 6 is above -3, though not above -2.
-TEST_F(LookAhead, takes_the_floor_from_the_unit_length_that_it_is_told) {
+TEST_F(LookAhead, takes_the_floor_from_the_unit_length_that_it_is_given) {
   const CBases bases("ACGCACACACACA");
   CSearchedSequence any("A");
   const auto value_with_unit_length = [&](std::int64_t unit_length) {

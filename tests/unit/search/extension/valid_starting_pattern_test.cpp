@@ -55,14 +55,14 @@ TEST(ValidStartingPattern, is_not_empty) {
   EXPECT_FALSE(CSearchController::valid_starting_pattern(bases.at(1), bases.at(1), bases.end()));
 }
 
-TEST(ValidStartingPattern, ignores_an_N_behind_the_unit) {
+TEST(ValidStartingPattern, ignores_an_N_after_the_unit) {
   const CBases bases("ACNACN");
   EXPECT_TRUE(CSearchController::valid_starting_pattern(bases.unit_copy(0, 2)));
   EXPECT_TRUE(CSearchController::valid_starting_pattern(bases.at(0), bases.at(2), bases.at(2)));
   EXPECT_TRUE(CSearchController::valid_starting_pattern(bases.at(3), bases.at(5), bases.at(5)));
 }
 
-TEST(ValidStartingPattern, trusts_the_position_of_the_next_N_that_it_is_told) {
+TEST(ValidStartingPattern, trusts_the_position_of_the_next_N_that_it_is_given) {
   const CBases bases("ACGACG");
   EXPECT_FALSE(CSearchController::valid_starting_pattern(bases.at(1), bases.at(4), bases.at(1)));
   EXPECT_FALSE(CSearchController::valid_starting_pattern(bases.at(1), bases.at(4), bases.at(3)));

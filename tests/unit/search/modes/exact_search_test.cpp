@@ -17,9 +17,9 @@ using testing::exact_repeats_of;
 using testing::repeated;
 using testing::Words;
 
-/// All repeats that grow, with every seed that leads to them: nothing is too poor for the active
+/// All repeats that seeds extend to, with each of these seeds: nothing is too poor for the active
 /// thresholds, and nothing good enough for the user's, so that no base is ever closed.
-Words all_exact_growths_of(std::string_view bases) {
+Words all_exact_extensions_of(std::string_view bases) {
   global_min_score = std::numeric_limits<int>::max();
   CSearchedSequence sequence(bases);
   const CThresholdTable anything({0, 0, 0.0F}, 0);
@@ -39,21 +39,21 @@ TEST_F(ExactSearch, finds_nothing_if_the_largest_unit_length_is_0) {
   EXPECT_EQ(exact_repeats_of("AAAAAAAAAAAAAAAAAAAAAAAA"), Words{});
 }
 
-TEST_F(ExactSearch, needs_a_base_behind_the_first_unit) {
-  // In ACAC a unit of two bases starts at 0 and at 1; both grow over all of it.
+TEST_F(ExactSearch, needs_a_base_after_the_first_unit) {
+  // In ACAC a unit of two bases starts at 0 and at 1; both extend over all of it.
   search_units_of(2);
-  EXPECT_EQ(all_exact_growths_of("ACAC"), (Words{"[0,4) AC@0 score 2", "[0,4) CA@1 score 2"}));
+  EXPECT_EQ(all_exact_extensions_of("ACAC"), (Words{"[0,4) AC@0 score 2", "[0,4) CA@1 score 2"}));
   reset();
   search_units_of(3);
-  EXPECT_EQ(all_exact_growths_of("ACAC"), Words{"[0,3) ACA@0 score 0"});
+  EXPECT_EQ(all_exact_extensions_of("ACAC"), Words{"[0,3) ACA@0 score 0"});
   reset();
   search_units_of(4);
-  EXPECT_EQ(all_exact_growths_of("ACAC"), Words{});
+  EXPECT_EQ(all_exact_extensions_of("ACAC"), Words{});
 }
 
 TEST_F(ExactSearch, never_starts_a_unit_of_one_base_at_the_last_base) {
   search_units_of(1);
-  EXPECT_EQ(all_exact_growths_of("CAG"), (Words{"[0,1) C@0 score 0", "[1,2) A@1 score 0"}));
+  EXPECT_EQ(all_exact_extensions_of("CAG"), (Words{"[0,1) C@0 score 0", "[1,2) A@1 score 0"}));
 }
 
 TEST_F(ExactSearch, starts_runs_of_one_base_at_the_first_base_that_is_not_N) {
@@ -61,7 +61,7 @@ TEST_F(ExactSearch, starts_runs_of_one_base_at_the_first_base_that_is_not_N) {
   EXPECT_EQ(exact_repeats_of("NNNNAAAAAAAG"), Words{"[4,11) A@4 score 6"});
   reset();
   search_units_of(1);
-  EXPECT_EQ(all_exact_growths_of("NNNNCAG"), (Words{"[4,5) C@4 score 0", "[5,6) A@5 score 0"}));
+  EXPECT_EQ(all_exact_extensions_of("NNNNCAG"), (Words{"[4,5) C@4 score 0", "[5,6) A@5 score 0"}));
 }
 
 TEST_F(ExactSearch, joins_runs_across_as_many_Ns_as_are_allowed) {
@@ -93,8 +93,8 @@ TEST_F(ExactSearch, finds_nothing_where_all_bases_are_N) {
   EXPECT_EQ(exact_repeats_of("NNNNNNNNNNNN"), Words{});
 }
 
-// As a unit, the first N behind the A would match all the others.
-TEST_F(ExactSearch, finds_nothing_in_a_run_of_Ns_behind_a_base) {
+// As a unit, the first N after the A would match all the others.
+TEST_F(ExactSearch, finds_nothing_in_a_run_of_Ns_after_a_base) {
   search_units_of(1);
   require_length(0);
   EXPECT_EQ(exact_repeats_of("ANNNNNNNNNNNNC"), Words{});
@@ -119,11 +119,11 @@ TEST_F(ExactSearch, does_not_tell_a_repeat_again_by_a_multiple_of_its_unit) {
 TEST_F(ExactSearch, orders_equal_starts_by_their_ends_and_leaves_equals_in_the_order_found) {
   // Found as AC, CA and, with units of three, ACA, which no base follows that matches.
   search_units_from_to(2, 3);
-  EXPECT_EQ(all_exact_growths_of("ACAC"),
+  EXPECT_EQ(all_exact_extensions_of("ACAC"),
             (Words{"[0,3) ACA@0 score 0", "[0,4) AC@0 score 2", "[0,4) CA@1 score 2"}));
 }
 
-TEST_F(ExactSearch, goes_on_right_behind_a_run_of_one_base) {
+TEST_F(ExactSearch, goes_on_right_after_a_run_of_one_base) {
   search_units_of(1);
   EXPECT_EQ(exact_repeats_of("AAAAAAACCCCCCC"), (Words{"[0,7) A@0 score 6", "[7,14) C@7 score 6"}));
   EXPECT_EQ(exact_repeats_of("AAAAAAANCCCCCCC"),
@@ -161,7 +161,7 @@ TEST_F(ExactSearch, seeds_at_a_closed_base_between_an_open_one_and_an_open_last_
 TEST_F(ExactSearch, takes_no_unit_with_an_N_in_it) {
   global_Ns_allowed_in_a_row = 0;
   search_units_of(2);
-  EXPECT_EQ(all_exact_growths_of("ACNGTNNCATNG"),
+  EXPECT_EQ(all_exact_extensions_of("ACNGTNNCATNG"),
             (Words{"[0,2) AC@0 score 0", "[3,5) GT@3 score 0", "[7,9) CA@7 score 0",
                    "[8,10) AT@8 score 0"}));
 }

@@ -1,4 +1,4 @@
-// Mode "extendExact": exact repeats found with lax thresholds, then grown over edits.
+// Mode "extendExact": exact repeats found with lax thresholds, then extended over edits.
 
 #include <iterator>
 #include <limits>
@@ -37,7 +37,8 @@ TEST_F(ExtendExactSearch, tells_its_two_steps_on_standard_error_as_they_begin) {
 }
 
 // ACACAC scores 4: enough for a seed, not for the user, so it closes nothing and seeds at each base
-// that a unit of it starts at. All grow over the G to the same repeat, 4 - 2 + 5. CACAC is no seed.
+// that a unit of it starts at. All extend over the G to the same repeat, 4 - 2 + 5. CACAC is no
+// seed.
 TEST_F(ExtendExactSearch, keeps_every_phase_of_a_seed_below_the_users_thresholds) {
   set_penalties(-2, -2);
   search_units_of(2);
@@ -73,13 +74,13 @@ TEST_F(ExtendExactSearch, asks_seeds_for_a_score_of_4_or_their_unit_length) {
   EXPECT_EQ(extended_repeats_of("ACGTTACGTT"), Words{"[0,10) ACGTT@0 score 5"});
 }
 
-TEST_F(ExtendExactSearch, asks_grown_repeats_for_the_users_score) {
+TEST_F(ExtendExactSearch, asks_extended_repeats_for_the_users_score) {
   search_units_of(2);
   EXPECT_EQ(extended_repeats_of("ACACACA"), Words{});
   EXPECT_EQ(extended_repeats_of("ACACACAC"), Words{"[0,8) AC@0 score 6"});
 }
 
-TEST_F(ExtendExactSearch, asks_grown_repeats_alone_for_the_users_length) {
+TEST_F(ExtendExactSearch, asks_extended_repeats_alone_for_the_users_length) {
   set_penalties(-2, -2);
   search_units_of(2);
   require_length(12);
@@ -101,15 +102,15 @@ TEST_F(ExtendExactSearch, leaves_the_users_thresholds_active) {
   EXPECT_EQ(CSearchController::minLengths, CSearchController::minLengths_user.get());
 }
 
-// Both seeds, ACG at 0 and at 10, grow over the T to 6 - 6 + 9, one to each side.
+// Both seeds, ACG at 0 and at 10, extend over the T to 6 - 6 + 9, one to each side.
 TEST_F(ExtendExactSearch, keeps_a_repeat_for_each_seed_that_grows_into_it) {
   EXPECT_EQ(extended_repeats_of("ACGACGACGTACGACGACG"),
             (Words{"[0,19) ACG@0 score 9 ins 1 9I", "[0,19) ACG@10 score 9 ins 1 9I"}));
 }
 
-// The seed of seven bases, at 8, comes behind the runs of A at 1 and at 8. It grows to the left
+// The seed of seven bases, at 8, comes after the runs of A at 1 and at 8. It extends to the left
 // over the T, to 13 - 6 + 7, and then starts before them.
-TEST_F(ExtendExactSearch, sorts_by_where_the_repeats_start_once_grown) {
+TEST_F(ExtendExactSearch, sorts_by_where_the_repeats_start_once_extended) {
   require_score(5);
   search_units_from_to(1, 7);
   EXPECT_EQ(extended_repeats_of("GAAAAAATAAAAAAGAAAAAAGAAAAAA"),
@@ -117,7 +118,7 @@ TEST_F(ExtendExactSearch, sorts_by_where_the_repeats_start_once_grown) {
                    "[15,21) A@15 score 5", "[22,28) A@22 score 5"}));
 }
 
-TEST_F(ExtendExactSearch, gives_back_the_Ns_at_the_ends_of_a_grown_repeat) {
+TEST_F(ExtendExactSearch, gives_back_the_Ns_at_the_ends_of_an_extended_repeat) {
   search_units_of(2);
   EXPECT_EQ(extended_repeats_of("GNACACACACNNG"), Words{"[2,10) AC@2 score 6"});
 }

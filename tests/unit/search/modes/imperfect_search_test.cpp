@@ -32,8 +32,8 @@ TEST_F(ImperfectSearch, has_no_seed_where_all_bases_are_N) {
   EXPECT_EQ(imperfect_repeats_of("NNNNNNNNNNNN"), Words{});
 }
 
-// N's behind a base are no seed either: as a unit, an N would match all the others.
-TEST_F(ImperfectSearch, has_no_seed_in_a_run_of_Ns_behind_a_base) {
+// N's after a base are no seed either: as a unit, an N would match all the others.
+TEST_F(ImperfectSearch, has_no_seed_in_a_run_of_Ns_after_a_base) {
   search_units_of(1);
   require_length(0);
   EXPECT_EQ(imperfect_repeats_of("ANNNNNNNNNNNNC"), Words{});
@@ -91,7 +91,7 @@ TEST_F(ImperfectSearch, leaves_runs_of_one_base_closed_when_the_shortest_unit_is
 }
 
 // AC closes all but its mismatches at 8 and 14. With six bases GCACAC seeds at 8, since 14 lies
-// behind it; it grows over its second copy to the end, 6, and to the left over five matches, 11,
+// after it; it extends over its second copy to the end, 6, and to the left over five matches, 11,
 // where a mismatch and two matches more only tie.
 TEST_F(ImperfectSearch, leaves_edit_sites_open_as_seeds) {
   set_penalties(-2, -2);
@@ -145,7 +145,7 @@ TEST_F(ImperfectSearch, of_one_unit_length_respects_the_marks_that_it_is_given) 
   anchors.marks[2] = kOpenMark;
   sequence.search.one_unit_len_complete_imperfect_search(2, anchors, found);
   EXPECT_EQ(sequence.in_words(found), Words{});
-  // Base 2 seeds once 4, behind its unit, is open too.
+  // Base 2 seeds once 4, after its unit, is open too.
   anchors.marks[4] = kOpenMark;
   sequence.search.one_unit_len_complete_imperfect_search(2, anchors, found);
   EXPECT_EQ(sequence.in_words(found), Words{"[0,8) AC@2 score 6"});

@@ -36,7 +36,7 @@ class SimpleSearch : public testing::CSearchSettings {
 };
 
 // The C at 7 belongs to the first repeat, so the second one may not have it.
-TEST_F(SimpleSearch, tells_each_repeat_and_does_not_grow_into_the_one_before) {
+TEST_F(SimpleSearch, reports_each_repeat_and_does_not_extend_into_the_one_before) {
   require_score(5);
   const auto [report, repeats] = scan("ACACACACGCGCGCG");
   EXPECT_EQ(report,
@@ -46,7 +46,7 @@ TEST_F(SimpleSearch, tells_each_repeat_and_does_not_grow_into_the_one_before) {
   EXPECT_EQ(repeats, (Words{"[0,8) AC@0 score 6", "[8,15) GC@8 score 5"}));
 }
 
-TEST_F(SimpleSearch, goes_on_at_the_base_behind_a_repeat) {
+TEST_F(SimpleSearch, goes_on_at_the_base_after_a_repeat) {
   EXPECT_EQ(scan("AAAAAAACCCCCCC").repeats, (Words{"[0,7) A@0 score 6", "[7,14) C@7 score 6"}));
 }
 
@@ -71,7 +71,7 @@ TEST_F(SimpleSearch, takes_the_first_base_that_any_unit_is_accepted_at) {
             (Words{"[3,9) T@3 score 5", "[12,18) T@12 score 5"}));
 }
 
-TEST_F(SimpleSearch, grows_over_edits) {
+TEST_F(SimpleSearch, extends_over_edits) {
   const auto [report, repeats] = scan("TACGACGACGTACGACGACGA");
   EXPECT_EQ(repeats, Words{"[1,21) ACG@1 score 10 ins 1 10I"});
   EXPECT_EQ(report,
@@ -79,12 +79,12 @@ TEST_F(SimpleSearch, grows_over_edits) {
             "trinucleotide 2 : 21 -- length 19 score 10 perfection 95 unit ACG\n");
 }
 
-TEST_F(SimpleSearch, grows_to_the_left_up_to_the_start_of_the_sequence) {
+TEST_F(SimpleSearch, extends_to_the_left_up_to_the_start_of_the_sequence) {
   // No unit may hold the N, so the repeat is found from base 2 on.
   EXPECT_EQ(scan("ANACACACAC").repeats, Words{"[0,10) AC@2 score 7 N 1"});
 }
 
-TEST_F(SimpleSearch, needs_a_base_behind_the_first_unit) {
+TEST_F(SimpleSearch, needs_a_base_after_the_first_unit) {
   allow_no_edits();
   require_score(0);
   search_units_of(2);

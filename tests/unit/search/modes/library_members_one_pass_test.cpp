@@ -41,7 +41,7 @@ TEST_F(OlderExactSearch, finds_nothing_in_a_sequence_of_no_base_or_one) {
   for (const char* const bases : {"", "A", "N"}) EXPECT_EQ(older_exact_repeats_of(bases), Words{});
 }
 
-TEST_F(OlderExactSearch, needs_a_base_behind_the_first_unit) {
+TEST_F(OlderExactSearch, needs_a_base_after_the_first_unit) {
   require_score(0);
   search_units_of(3);
   EXPECT_EQ(older_exact_repeats_of("ACG"), Words{});
@@ -73,16 +73,16 @@ TEST_F(OlderExactSearch, leaves_its_repeats_unsorted) {
 }
 
 // AC ends at 8, so the next unit of two may reach 9 at the earliest: it starts at 7.
-TEST_F(OlderExactSearch, lets_the_next_unit_end_one_base_behind_a_repeat) {
+TEST_F(OlderExactSearch, lets_the_next_unit_end_one_base_after_a_repeat) {
   search_units_of(2);
   EXPECT_EQ(older_exact_repeats_of("ACACACACGCGCGCG"),
             (Words{"[0,8) AC@0 score 6", "[7,15) CG@7 score 6"}));
 }
 
 // Minimum scores are 1, 3 and 5. At 0, AA bars units of one, two and three bases from ending before
-// 3, and AAC, which grows over all, bars units of three from ending before 13. At 3 the next AA
-// bars them from ending before 6 only: had that been taken for units of three, AAC would be told
-// again.
+// 3, and AAC, which extends over all, bars units of three from ending before 13. At 3 the next AA
+// bars them from ending before 6 only: had that been taken for units of three, AAC would be
+// reported again.
 TEST_F(OlderExactSearch, never_lowers_an_allowed_start) {
   global_min_score = 1;
   global_min_score_a = -1;

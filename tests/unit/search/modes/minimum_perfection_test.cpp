@@ -1,4 +1,5 @@
-// Exact repeats told by their perfection: whole, or broken up where their N's count as mismatches.
+// Exact repeats reported by their perfection: whole, or broken up where their N's count as
+// mismatches.
 
 #include <string>
 #include <string_view>
@@ -29,7 +30,7 @@ class MinimumPerfection : public testing::CSearchSettings {
   }
 
   /// The repeat lines of the exact repeats, without the head.
-  static std::string told(std::string_view bases) {
+  static std::string reported(std::string_view bases) {
     CSearchedSequence sequence(bases, "chr1");
     sequence.search.exact_search_2();
     const std::string report = printed_by(
@@ -68,12 +69,12 @@ class MinimumPerfection : public testing::CSearchSettings {
 TEST_F(MinimumPerfection, tells_a_repeat_whole_that_reaches_it) {
   for (const float minimum : {0.0F, 88.8F}) {
     global_perfection_minimum = minimum;
-    EXPECT_EQ(told(kBrokenByNs),
+    EXPECT_EQ(reported(kBrokenByNs),
               "dinucleotide 1 : 18 -- length 18 score 14 perfection 89 unit AC\n");
   }
   // 16 of 20 are 80 %.
   global_perfection_minimum = 80.0F;
-  EXPECT_EQ(told("ACACACACNNNNACACACAC"),
+  EXPECT_EQ(reported("ACACACACNNNNACACACAC"),
             "dinucleotide 1 : 20 -- length 20 score 14 perfection 80 unit AC\n");
 }
 
@@ -93,28 +94,28 @@ TEST_F(MinimumPerfection, tells_a_repeat_whole_that_reaches_it_exactly_whatever_
 
 TEST_F(MinimumPerfection, breaks_a_repeat_up_at_its_Ns) {
   global_perfection_minimum = 90.0F;
-  EXPECT_EQ(told(kBrokenByNs),
+  EXPECT_EQ(reported(kBrokenByNs),
             "dinucleotide 1 : 8 -- length 8 score 6 perfection 100 unit AC\n"
             "dinucleotide 11 : 18 -- length 8 score 6 perfection 100 unit AC\n");
 }
 
 TEST_F(MinimumPerfection, asks_parts_for_the_minimum_score) {
   global_perfection_minimum = 90.0F;
-  EXPECT_EQ(told("ACACACACNNACACACA"),
+  EXPECT_EQ(reported("ACACACACNNACACACA"),
             "dinucleotide 1 : 8 -- length 8 score 6 perfection 100 unit AC\n");
 }
 
 TEST_F(MinimumPerfection, asks_parts_for_the_minimum_length) {
   global_perfection_minimum = 90.0F;
   require_length(8);
-  EXPECT_EQ(told(kBrokenByNs),
+  EXPECT_EQ(reported(kBrokenByNs),
             "dinucleotide 1 : 8 -- length 8 score 6 perfection 100 unit AC\n"
             "dinucleotide 11 : 18 -- length 8 score 6 perfection 100 unit AC\n");
   reset();
   set_report_format();
   global_perfection_minimum = 90.0F;
   require_length(9);
-  EXPECT_EQ(told(kBrokenByNs), "");
+  EXPECT_EQ(reported(kBrokenByNs), "");
 }
 
 // Where nothing begins that is good enough, there is nothing to hold against thresholds either.
@@ -123,15 +124,15 @@ TEST_F(MinimumPerfection, tells_nothing_for_a_base_without_a_part_however_lax_th
   require_score(-10);
   global_min_score_a = -10;
   require_length(0);
-  EXPECT_EQ(told(kBrokenByNs),
+  EXPECT_EQ(reported(kBrokenByNs),
             "dinucleotide 1 : 8 -- length 8 score 6 perfection 100 unit AC\n"
             "dinucleotide 11 : 18 -- length 8 score 6 perfection 100 unit AC\n");
 }
 
-TEST_F(MinimumPerfection, goes_on_behind_a_part_and_one_base_further_where_there_is_none) {
+TEST_F(MinimumPerfection, goes_on_after_a_part_and_one_base_further_where_there_is_none) {
   require_score(2);
   global_perfection_minimum = 100.0F;
-  EXPECT_EQ(told("ACACNNACACACNNACAC"),
+  EXPECT_EQ(reported("ACACNNACACACNNACAC"),
             "dinucleotide 1 : 4 -- length 4 score 2 perfection 100 unit AC\n"
             "dinucleotide 7 : 12 -- length 6 score 4 perfection 100 unit AC\n"
             "dinucleotide 15 : 18 -- length 4 score 2 perfection 100 unit AC\n");
@@ -141,7 +142,7 @@ TEST_F(MinimumPerfection, tells_a_repeat_whole_where_Ns_do_not_count_as_mismatch
   global_perfection_minimum = 100.0F;
   for (const int mode : {kNAsNeutral, kNAsMatch}) {
     global_N_and_perfection_mode = mode;
-    EXPECT_EQ(told(kBrokenByNs),
+    EXPECT_EQ(reported(kBrokenByNs),
               "dinucleotide 1 : 18 -- length 18 score 14 perfection 100 unit AC\n");
   }
 }
@@ -174,7 +175,7 @@ TEST_F(MinimumPerfection, prints_no_closing_line_and_does_not_flush) {
 }
 
 // A part scores what it has beyond its first unit. The T costs nothing but perfection: it counts as
-// a mismatch, and the C behind it is the one that the unit expects there.
+// a mismatch, and the C after it is the one that the unit expects there.
 TEST_F(MinimumPerfection, counts_a_base_that_is_neither_expected_nor_N_as_a_mismatch) {
   const CSearchedSequence sequence("ACACTCACAC");
   const Csat whole = whole_of(sequence, 2);

@@ -144,8 +144,8 @@ TEST_F(OverlapRemoval, spares_what_only_a_dropped_repeat_overlaps) {
             (Outcome{{"0-20", "21-29"}, {"1-30"}}));
 }
 
-// What the dropped repeat had not been compared with yet is compared with those behind it.
-TEST_F(OverlapRemoval, goes_on_with_the_repeat_behind_a_dropped_earlier_one) {
+// What the dropped repeat had not been compared with yet is compared with those after it.
+TEST_F(OverlapRemoval, goes_on_with_the_repeat_after_a_dropped_earlier_one) {
   EXPECT_EQ(remove_hidden({{0, 20, 2, 5}, {1, 20, 2, 9}, {2, 19, 2, 7}, {30, 40, 2, 8}}),
             (Outcome{{"1-20", "30-40"}, {"0-20", "2-19"}}));
 }
@@ -172,7 +172,7 @@ TEST_F(OverlapRemoval, drops_nothing_where_the_setting_says_so) {
             (Outcome{{"0-40", "0-40", "20-30"}, {}}));
 }
 
-TEST_F(OverlapRemoval, puts_dropped_repeats_behind_the_spare_ones_of_the_pool) {
+TEST_F(OverlapRemoval, puts_dropped_repeats_after_the_spare_ones_of_the_pool) {
   Csat_garbagecollector pool;
   CsatContainer container(&pool);
   Csat* const spare = pool.acquire(kText, kText + 1);

@@ -32,8 +32,8 @@ Words extended_in(std::string_view bases) {
   return sequence.imperfect();
 }
 
-// ACACAC scores 4 and seeds in each of its phases; CACAC, 3, does not. Each seed grows over the G,
-// 4 - 2 + 5 = 7, and covers all. Of five equal repeats the first one stays.
+// ACACAC scores 4 and seeds in each of its phases; CACAC, 3, does not. Each seed extends over the
+// G, 4 - 2 + 5 = 7, and covers all. Of five equal repeats the first one stays.
 TEST_F(WholeExtendedSearch, keeps_one_of_the_phases_that_a_seed_was_found_in) {
   set_penalties(-2, -2);
   EXPECT_EQ(extended_in("ACACACGCACAC"), Words{"[0,12) AC@0 score 7 mis 1 6M"});
@@ -41,14 +41,14 @@ TEST_F(WholeExtendedSearch, keeps_one_of_the_phases_that_a_seed_was_found_in) {
 
 // ACG three times, T, ACG three times. Each side scores 6 and seeds; from either one the T is an
 // insertion: 6 - 6 + 9 = 9. The two results are equal; the first one stays.
-TEST_F(WholeExtendedSearch, grows_over_an_inserted_base) {
+TEST_F(WholeExtendedSearch, extends_over_an_inserted_base) {
   EXPECT_EQ(extended_in("ACGACGACGTACGACGACG"), Words{"[0,19) ACG@0 score 9 ins 1 9I"});
 }
 
 // ACGT three times, CGT, ACGT twice. The seeds are [0,12), which scores 8, and [12,23), which
 // scores 7 and whose unit is CGTA. The A that is missing before 12 is a deletion from either side:
 // 8 - 6 + 11 = 13.
-TEST_F(WholeExtendedSearch, grows_over_a_deleted_base) {
+TEST_F(WholeExtendedSearch, extends_over_a_deleted_base) {
   EXPECT_EQ(extended_in("ACGTACGTACGTCGTACGTACGT"), Words{"[0,23) ACGT@0 score 13 del 1 12D"});
 }
 
@@ -128,7 +128,7 @@ TEST_F(WholeImperfectSearch, does_not_cross_a_run_of_too_many_Ns) {
 }
 
 // At the G the score would fall from 6 to 0. A reduction by 6 is one too many where 6 is the limit;
-// the seven bases behind the G alone score 5.
+// the seven bases after the G alone score 5.
 TEST_F(WholeImperfectSearch, makes_no_edit_that_reduces_the_score_by_the_limit) {
   global_maximum_scorereduction = 6;
   EXPECT_EQ(found_in("ACACACACGCACACAC"), Words{"[0,8) AC@0 score 6"});

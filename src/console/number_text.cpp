@@ -1,4 +1,6 @@
-#include "settings/number_text.h"
+// One static buffer instead of strings: a number can be printed when memory has run out.
+
+#include "console/number_text.h"
 
 #include <cstdio>
 

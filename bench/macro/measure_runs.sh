@@ -2,7 +2,7 @@
 # Measures whole runs of the release program, beside the plain engine and alone, and prints Markdown
 # tables of their time and memory:
 #
-#   bench/macro/run.sh [--rows PATTERN] [--runs N] [--limit SECONDS] [--output FILE] [--base PROGRAM] [FOLDER]
+#   bench/macro/measure_runs.sh [--rows PATTERN] [--runs N] [--limit SECONDS] [--output FILE] [--base PROGRAM] [FOLDER]
 #
 # FOLDER holds the genomes that some rows need, one unpacked FASTA file each; a row whose file is
 # missing is marked as skipped. All other inputs are generated.

@@ -2,7 +2,7 @@
 # Measures the release program on legal inputs on which a finder of repeats may be slow, and on random
 # DNA of the same length. Prints a Markdown table, the slowest of each set of options first:
 #
-#   bench/shapes/run.sh [--shapes PATTERN] [--sets PATTERN] [--runs N] [--limit SECONDS] [--output FILE]
+#   bench/shapes/measure_shapes.sh [--shapes PATTERN] [--sets PATTERN] [--runs N] [--limit SECONDS] [--output FILE]
 #
 #   --shapes PATTERN  only the shapes whose names match the extended regular expression
 #   --sets PATTERN    only the sets of options that match

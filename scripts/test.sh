@@ -5,8 +5,8 @@
 #   scripts/test.sh --quick    format, build and tests with g++ alone, for daily work
 #
 # --quick leaves out the tests with the label `long`: faults, hostile input, determinism, load, the
-# attack on filters, and random comparisons with the plain engine. On success the summary of ctest is
-# the last that is printed. A compiler cache (ccache) is used where one is installed.
+# attack on filters, and random comparisons with the plain engine. On success the last that is printed
+# is how long each stage took. A compiler cache (ccache) is used where one is installed.
 set -euo pipefail
 
 source "$(dirname -- "$(readlink -f -- "${BASH_SOURCE[0]}")")/usage.sh"
@@ -16,11 +16,28 @@ jobs=$(nproc)
 readonly jobs
 
 current_stage=''
+stage_began=0
+stage_times=''
 
 # stage TEXT: says what comes next, and when it began.
 stage() {
+  end_stage
   current_stage=$1
+  stage_began=$SECONDS
   printf '\n== [%02d:%02d] %s\n' $((SECONDS / 60)) $((SECONDS % 60)) "$1"
+}
+
+# Notes how long the current stage took.
+end_stage() {
+  local text
+  [ -n "$current_stage" ] || return 0
+  printf -v text '%5d s  %s\n' $((SECONDS - stage_began)) "$current_stage"
+  stage_times+=$text
+}
+
+print_stage_times() {
+  end_stage
+  printf '\n== Stages, %d s in all\n%s' "$SECONDS" "$stage_times"
 }
 
 say_where_it_ended() { # STATUS
@@ -52,25 +69,43 @@ run_tests() { # PRESET [WORD]...
   ctest --preset "$1" --parallel "$jobs" "${@:2}"
 }
 
+# What clang-tidy finds in a file by itself alone and not in one that is included: paths through
+# functions, what is declared and not used, and what is for the preprocessor.
+readonly own_checks='-*,clang-analyzer-*,clang-diagnostic-*,misc-unused-*-decls,readability-identifier-naming,bugprone-macro-*,bugprone-reserved-identifier,bugprone-suspicious-include,modernize-deprecated-headers,readability-duplicate-include,readability-redundant-preprocessor'
+# All other checks look at declarations and statements, most of them in headers of the standard
+# library; files of a library that the preset 'clang' compiles at once share that work.
+readonly shared_checks='-clang-analyzer-*,-bugprone-suspicious-include'
+
+# lint_file FOLDER CHECKS FILE: FOLDER tells how FILE is compiled.
 # Warnings of system headers are counted even when they are hidden, so the output of a clean file
 # is dropped. A file that is compiled for each kind of processor is looked at for one of them: the
 # lines are the same for all.
-lint_file() { # FILE
+lint_file() {
   local output
-  output=$(clang-tidy -p build-dev --quiet --extra-arg=-DHWY_COMPILE_ONLY_STATIC "$1" 2>&1) || {
+  output=$(clang-tidy -p "$1" --quiet --checks="$2" --extra-arg=-DHWY_COMPILE_ONLY_STATIC "$3" 2>&1) || {
     printf '%s\n' "$output"
     return 1
   }
 }
 export -f lint_file
 
+# The files that the preset 'clang' compiles for src and bench: joined ones and single ones.
+list_joined_files() {
+  sed --quiet 's/^ *"file": "\(.*\)",\{0,1\}$/\1/p' build-clang/compile_commands.json | sort --unique |
+    grep --extended-regexp "^$PWD/((src|bench)/|build-clang/(src|bench)/.*/Unity/)"
+}
+
 lint() {
   stage "Lint of src and bench (clang-tidy)"
+  # The longest runs first, so that none is left for the end: the search of paths takes most of the
+  # time, and the longer a file, the longer it takes.
   # shellcheck disable=SC2016  # the $1 is for the inner shell
-  # The longest files first, so that none is left for the end.
-  find src bench -name '*.cpp' -printf '%s %p\0' | sort --zero-terminated --numeric-sort --reverse |
-    cut --zero-terminated --delimiter=' ' --fields=2- |
-    xargs --null --max-args=1 --max-procs="$jobs" bash -c 'lint_file "$1"' lint_file
+  {
+    find src bench -name '*.cpp' -printf '%s %p\n' | sort --numeric-sort --reverse |
+      cut --delimiter=' ' --fields=2- |
+      awk -v checks="$own_checks" '{ print "build-dev"; print checks; print }'
+    list_joined_files | awk -v checks="$shared_checks" '{ print "build-clang"; print checks; print }'
+  } | xargs --delimiter='\n' --max-args=3 --max-procs="$jobs" bash -c 'lint_file "$@"' lint_file
 
   stage "Lint of src (cppcheck)"
   cppcheck --std=c++20 --language=c++ --enable=warning,style,performance,portability --quiet \
@@ -103,6 +138,7 @@ main() {
     return
   fi
 
+  configure clang
   lint
   configure release
   build release
@@ -110,12 +146,12 @@ main() {
   tests/architecture/check_hardening.sh build/quorix
   build dev --target all_verify_interface_header_sets all
   run_tests dev
-  configure clang
   build clang --target quorix_unit_tests
   run_tests clang --label-regex unit
   configure asan-ubsan
   build asan-ubsan
   run_tests asan-ubsan
+  print_stage_times
 }
 
 main "$@"

@@ -10,7 +10,7 @@
 namespace quorix::testing {
 namespace {
 
-constexpr std::size_t kMinRows = 400;
+constexpr std::size_t kMinArgumentRows = 400;
 
 std::string joined_words(const std::vector<std::string>& words) {
   std::string text = "quorix";
@@ -137,7 +137,7 @@ TEST(HostileArgumentsTable, has_its_rows) {
   }
   std::printf("%zu argument lists by hand, and %zu names of files\n", count,
               file_name_rows().size());
-  EXPECT_GE(count, kMinRows);
+  EXPECT_GE(count, kMinArgumentRows);
 }
 
 }  // namespace

@@ -11,7 +11,7 @@
 namespace quorix::testing {
 namespace {
 
-constexpr std::size_t kMinRows = 300;
+constexpr std::size_t kMinInputRows = 300;
 
 std::string class_name(std::size_t unit_length) {
   constexpr const char* kNames[] = {"mono", "di", "tri", "tetra", "penta", "hexa"};
@@ -139,7 +139,7 @@ TEST(HostileInputTable, has_its_rows) {
     count += rows.size();
   }
   std::printf("%zu inputs by hand, and 256 of one byte each\n", count);
-  EXPECT_GE(count, kMinRows);
+  EXPECT_GE(count, kMinInputRows);
 }
 
 }  // namespace

@@ -163,7 +163,7 @@ class CQuestions {
       const CBitSet& left = filter.seeds(unit_length_);
       for (const ExtendedSeed& seed : seeds_) {
         // N's that count for the length are given by exact extension alone.
-        const bool is_long = seed.exact.normalized_length >= lengths[unit_length_];
+        const bool is_long = seed.exact.normalized_length >= lengths[signed_length_];
         judge(AttackedFilter::kSearchOfExactRepeats, seed,
               is_long ? seed.exact.score : std::int64_t{-1}, score, !left.test(seed.start));
       }
@@ -179,7 +179,7 @@ class CQuestions {
                           signed_length_});
       const CBitSet& left = filter.seeds(unit_length_);
       for (const ExtendedSeed& seed : seeds_) {
-        if (seed.exact.score < scores[unit_length_]) continue;
+        if (seed.exact.score < scores[signed_length_]) continue;
         judge(AttackedFilter::kSearchOfExactRepeatsToExtend, seed, seed.edited_from_run.score,
               score, !left.test(seed.start));
       }

@@ -28,6 +28,10 @@ std::size_t draw_between(RandomEngine& engine, std::size_t first, std::size_t la
   return first + static_cast<std::size_t>(engine() % (last - first + 1));
 }
 
+std::int64_t draw_number(RandomEngine& engine, std::size_t first, std::size_t last) {
+  return static_cast<std::int64_t>(draw_between(engine, first, last));
+}
+
 bool draw_chance(RandomEngine& engine, std::size_t percent) {
   return draw_between(engine, 1, 100) <= percent;
 }

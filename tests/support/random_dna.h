@@ -5,6 +5,7 @@
 /// nested ones, runs of one base, runs of N, and plain noise between them.
 
 #include <cstddef>
+#include <cstdint>
 #include <random>
 #include <string>
 
@@ -14,6 +15,9 @@ using RandomEngine = std::mt19937_64;
 
 /// A whole number from `first` to `last`, both inclusive.
 std::size_t draw_between(RandomEngine& engine, std::size_t first, std::size_t last);
+
+/// The same with a sign, as positions and scores have one.
+std::int64_t draw_number(RandomEngine& engine, std::size_t first, std::size_t last);
 
 /// True in `percent` of all draws.
 bool draw_chance(RandomEngine& engine, std::size_t percent);

@@ -31,7 +31,7 @@ namespace quorix {
 namespace {
 
 /// Few slots at first: many records store few sites.
-constexpr std::size_t kMinSlots = std::size_t{1} << 10U;
+constexpr std::size_t kMinPathSlots = std::size_t{1} << 10U;
 /// Sites that are noted before they are stored: a longer path is stored in parts.
 constexpr std::size_t kMaxNoted = std::size_t{1} << 15U;
 
@@ -225,7 +225,7 @@ void CPathCache::set_skip(Node& node) const {
 
 CPathCache::SiteId CPathCache::store(const Node& node, std::uint32_t n_count) {
   if (site_count_ >= slots_.size()) {
-    assign_slots(std::max(kMinSlots, 2 * slots_.size()));
+    assign_slots(std::max(kMinPathSlots, 2 * slots_.size()));
   }
   assert(site_count_ < max_sites_);
   if (site_count_ == blocks_.size() * kBlockSize) {

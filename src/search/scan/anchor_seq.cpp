@@ -40,7 +40,7 @@ std::uint64_t CAnchorSeq::may_seed_from(const char* position, std::uint64_t unit
   if (later_units < kWordBits - 1) {
     std::uint64_t units = 0;
     for (std::uint64_t k = 0; k <= later_units; ++k) {
-      units |= std::uint64_t{may_seed(position + k, unit_length)} << k;
+      units |= static_cast<std::uint64_t>(may_seed(position + k, unit_length)) << k;
     }
     return units;
   }

@@ -23,17 +23,17 @@ using testing::RandomEngine;
 /// like.
 using Edits = std::vector<std::pair<std::int64_t, char>>;
 
-constexpr char kText[] = "A";
+constexpr char kOneBase[] = "A";
 
 fastvector<Edit> edits_of(const Edits& edits) {
   fastvector<Edit> list;
-  for (const auto& [offset, kind] : edits) list.push_back({kText + offset, kind});
+  for (const auto& [offset, kind] : edits) list.push_back({kOneBase + offset, kind});
   return list;
 }
 
 Edits in_pairs(const fastvector<Edit>& list) {
   Edits edits;
-  for (const Edit& edit : list) edits.emplace_back(edit.position - kText, edit.kind);
+  for (const Edit& edit : list) edits.emplace_back(edit.position - kOneBase, edit.kind);
   return edits;
 }
 
@@ -45,7 +45,7 @@ Edits unpacked(const CPackedEdits& packed) {
 
 Edits packed_and_unpacked(const Edits& edits) {
   CEditStore store;
-  const CPackedEdits packed = store.pack(edits_of(edits), kText);
+  const CPackedEdits packed = store.pack(edits_of(edits), kOneBase);
   EXPECT_EQ(packed.edit_count(), edits.size());
   return unpacked(packed);
 }
@@ -64,7 +64,7 @@ Edits drawn_edits(std::size_t count, std::int64_t first, std::size_t most, std::
 
 TEST(PackedEdits, are_none_without_a_list_and_take_nothing) {
   CEditStore store;
-  const CPackedEdits packed = store.pack(fastvector<Edit>(), kText);
+  const CPackedEdits packed = store.pack(fastvector<Edit>(), kOneBase);
   EXPECT_TRUE(packed.empty());
   EXPECT_EQ(packed.edit_count(), 0U);
   EXPECT_EQ(unpacked(packed), Edits());
@@ -103,7 +103,7 @@ TEST(PackedEdits, keep_lists_of_many_chunks) {
 
 TEST(PackedEdits, replace_what_a_list_had_and_use_its_block) {
   CEditStore store;
-  const CPackedEdits packed = store.pack(edits_of({{5, 'I'}, {6, 'M'}}), kText);
+  const CPackedEdits packed = store.pack(edits_of({{5, 'I'}, {6, 'M'}}), kOneBase);
   fastvector<Edit> list = edits_of({{1, 'M'}, {2, 'M'}, {3, 'M'}});
   const Edit* const block = list.begin();
   packed.unpack_to(list);
@@ -117,7 +117,7 @@ TEST(PackedEdits, are_copied_as_a_handle) {
   CEditStore store;
   CPackedEdits copy;
   {
-    const CPackedEdits packed = store.pack(edits_of({{5, 'I'}}), kText);
+    const CPackedEdits packed = store.pack(edits_of({{5, 'I'}}), kOneBase);
     copy = packed;
   }
   EXPECT_EQ(unpacked(copy), (Edits{{5, 'I'}}));
@@ -126,7 +126,7 @@ TEST(PackedEdits, are_copied_as_a_handle) {
 TEST(EditStore, packs_an_edit_into_about_a_byte) {
   constexpr std::size_t kCount = 100'000;
   CEditStore store;
-  const CPackedEdits packed = store.pack(edits_of(drawn_edits(kCount, 0, 16, 1)), kText);
+  const CPackedEdits packed = store.pack(edits_of(drawn_edits(kCount, 0, 16, 1)), kOneBase);
   EXPECT_EQ(packed.edit_count(), kCount);
   EXPECT_LT(store.byte_count(), kCount * 5 / 4 + 1024);
 }
@@ -145,7 +145,7 @@ TEST(EditStore, keeps_what_lists_have_in_common_once) {
                common.end() - static_cast<std::ptrdiff_t>(draw_between(random, 0, 50)));
     char& kind = list[draw_between(random, 0, list.size() - 1)].second;
     kind = kind == 'M' ? 'I' : 'M';
-    packed.push_back(store.pack(edits_of(list), kText));
+    packed.push_back(store.pack(edits_of(list), kOneBase));
     lists.push_back(std::move(list));
   }
   for (std::size_t i = 0; i < kLists; ++i) ASSERT_EQ(unpacked(packed[i]), lists[i]) << i;
@@ -155,9 +155,9 @@ TEST(EditStore, keeps_what_lists_have_in_common_once) {
 TEST(EditStore, takes_a_list_alone_for_one_that_it_has) {
   CEditStore store;
   const fastvector<Edit> edits = edits_of(drawn_edits(1'000, 0, 16, 4));
-  const CPackedEdits first = store.pack(edits, kText);
+  const CPackedEdits first = store.pack(edits, kOneBase);
   const std::size_t bytes = store.byte_count();
-  const CPackedEdits second = store.pack(edits, kText);
+  const CPackedEdits second = store.pack(edits, kOneBase);
   EXPECT_LE(store.byte_count() - bytes, 1'000U / 4);
   EXPECT_EQ(unpacked(second), unpacked(first));
 }
@@ -166,7 +166,7 @@ TEST(EditStore, does_not_confuse_equal_distances_at_other_positions) {
   CEditStore store;
   std::vector<CPackedEdits> packed;
   for (std::int64_t first = 0; first < 500; ++first) {
-    packed.push_back(store.pack(edits_of({{first, 'M'}, {first + 9, 'D'}}), kText));
+    packed.push_back(store.pack(edits_of({{first, 'M'}, {first + 9, 'D'}}), kOneBase));
   }
   for (std::int64_t first = 0; first < 500; ++first) {
     EXPECT_EQ(unpacked(packed[static_cast<std::size_t>(first)]),
@@ -183,7 +183,7 @@ TEST(Csat, has_the_same_edits_when_they_are_packed) {
   EXPECT_EQ(repeat.missense.size(), 300U);
 
   CEditStore store;
-  repeat.pack_edits(store, kText);
+  repeat.pack_edits(store, kOneBase);
   EXPECT_TRUE(repeat.missense.empty());
   EXPECT_EQ(in_pairs(repeat.edits()), edits);
   EXPECT_EQ(in_pairs(Csat(repeat).edits()), edits);
@@ -193,8 +193,8 @@ TEST(Csat, forgets_packed_edits_when_it_is_used_again) {
   CEditStore store;
   Csat repeat;
   repeat.missense = edits_of({{5, 'I'}});
-  repeat.pack_edits(store, kText);
-  repeat.init_from_unit(kText, kText + 1);
+  repeat.pack_edits(store, kOneBase);
+  repeat.init_from_unit(kOneBase, kOneBase + 1);
   EXPECT_EQ(in_pairs(repeat.edits()), Edits());
 }
 

@@ -103,7 +103,7 @@ TEST_F(SearchThresholds, for_seeds_are_four_or_the_unit_length_and_no_length) {
   EXPECT_EQ((*CSearchController::minScores_intern)[5], 5);
   EXPECT_EQ((*CSearchController::minScores_intern)[6], 6);
   EXPECT_EQ((*CSearchController::minScores_intern)[5000], 5000);
-  for (const std::uint64_t length : {0U, 1U, 4U, 6U, 5000U}) {
+  for (const std::int64_t length : {0, 1, 4, 6, 5000}) {
     EXPECT_EQ((*CSearchController::minLengths_intern)[length], 0) << length;
   }
 }

@@ -13,15 +13,15 @@ namespace {
 
 using testing::in_words;
 
-constexpr char kText[] = "ACGTACGTACGTACGT";
-constexpr const char* kLimit = kText + 16;
+constexpr char kSiteText[] = "ACGTACGTACGTACGT";
+constexpr const char* kSiteTextEnd = kSiteText + 16;
 
 std::uint64_t code(const std::string& unit, std::size_t phase, bool is_rightward) {
   return unit_code_of(unit.data() + phase, unit.data(), unit.data() + unit.size(), is_rightward);
 }
 
 SiteKey site(std::size_t edge, std::uint64_t unit_code, std::int64_t score_class) {
-  return {kText + edge, unit_code, score_class};
+  return {kSiteText + edge, unit_code, score_class};
 }
 
 TEST(UnitCode, is_the_same_for_all_rotations_of_a_unit_with_the_same_character_next) {
@@ -45,33 +45,33 @@ TEST(UnitCode, differs_between_bases_lengths_and_directions) {
 
 TEST(EditCache, is_empty_at_first) {
   CEditCache cache;
-  EXPECT_EQ(cache.find(site(3, 7, 1), kLimit), '\0');
+  EXPECT_EQ(cache.find(site(3, 7, 1), kSiteTextEnd), '\0');
 }
 
 TEST(EditCache, finds_an_edit_for_its_own_site_alone) {
   CEditCache cache;
-  cache.store(site(3, 7, 1), kLimit, 'I');
-  EXPECT_EQ(cache.find(site(3, 7, 1), kLimit), 'I');
-  EXPECT_EQ(cache.find(site(4, 7, 1), kLimit), '\0');
-  EXPECT_EQ(cache.find(site(3, 8, 1), kLimit), '\0');
-  EXPECT_EQ(cache.find(site(3, 7, 2), kLimit), '\0');
-  EXPECT_EQ(cache.find(site(3, 7, 1), kText + 15), '\0');
+  cache.store(site(3, 7, 1), kSiteTextEnd, 'I');
+  EXPECT_EQ(cache.find(site(3, 7, 1), kSiteTextEnd), 'I');
+  EXPECT_EQ(cache.find(site(4, 7, 1), kSiteTextEnd), '\0');
+  EXPECT_EQ(cache.find(site(3, 8, 1), kSiteTextEnd), '\0');
+  EXPECT_EQ(cache.find(site(3, 7, 2), kSiteTextEnd), '\0');
+  EXPECT_EQ(cache.find(site(3, 7, 1), kSiteText + 15), '\0');
 }
 
 TEST(EditCache, keeps_the_last_edit_of_a_site) {
   CEditCache cache;
-  cache.store(site(3, 7, 1), kLimit, 'I');
-  cache.store(site(3, 7, 1), kLimit, 'D');
-  EXPECT_EQ(cache.find(site(3, 7, 1), kLimit), 'D');
+  cache.store(site(3, 7, 1), kSiteTextEnd, 'I');
+  cache.store(site(3, 7, 1), kSiteTextEnd, 'D');
+  EXPECT_EQ(cache.find(site(3, 7, 1), kSiteTextEnd), 'D');
 }
 
 TEST(EditCache, forgets_few_of_as_many_sites_as_it_has_slots_for) {
   for (const std::uint64_t count : {30U, 100U, 500U, 2000U, 8000U}) {
     CEditCache cache;
-    for (std::uint64_t i = 0; i < count; ++i) cache.store(site(i % 16, i, 0), kLimit, 'I');
+    for (std::uint64_t i = 0; i < count; ++i) cache.store(site(i % 16, i, 0), kSiteTextEnd, 'I');
     std::uint64_t known = 0;
     for (std::uint64_t i = 0; i < count; ++i)
-      known += cache.find(site(i % 16, i, 0), kLimit) == 'I' ? 1 : 0;
+      known += cache.find(site(i % 16, i, 0), kSiteTextEnd) == 'I' ? 1 : 0;
     EXPECT_GT(known, count / 2) << count;
   }
 }
@@ -80,10 +80,11 @@ TEST(EditCache, never_returns_the_edit_of_another_site_when_it_is_full) {
   CEditCache cache;
   constexpr std::uint64_t kMany = 100'000;
   const auto kind_of = [](std::uint64_t i) { return "MID"[i % 3]; };
-  for (std::uint64_t i = 0; i < kMany; ++i) cache.store(site(i % 16, i, 0), kLimit, kind_of(i));
+  for (std::uint64_t i = 0; i < kMany; ++i)
+    cache.store(site(i % 16, i, 0), kSiteTextEnd, kind_of(i));
   std::uint64_t known = 0;
   for (std::uint64_t i = 0; i < kMany; ++i) {
-    const char kind = cache.find(site(i % 16, i, 0), kLimit);
+    const char kind = cache.find(site(i % 16, i, 0), kSiteTextEnd);
     if (kind == '\0') continue;
     ++known;
     EXPECT_EQ(kind, kind_of(i));
@@ -95,8 +96,8 @@ TEST(EditCache, never_returns_the_edit_of_another_site_when_it_is_full) {
 TEST(EditCache, finds_and_moves_as_many_as_its_slots_allow_for) {
   CEditCache cache;
   for (std::uint64_t i = 0; i < 30'000; ++i) {
-    cache.store(site(i % 16, i / 5, static_cast<std::int64_t>(i % 7)), kLimit, 'I');
-    (void)cache.find(site(i / 2 % 16, i / 10, static_cast<std::int64_t>(i / 2 % 7)), kLimit);
+    cache.store(site(i % 16, i / 5, static_cast<std::int64_t>(i % 7)), kSiteTextEnd, 'I');
+    (void)cache.find(site(i / 2 % 16, i / 10, static_cast<std::int64_t>(i / 2 % 7)), kSiteTextEnd);
     if (i == 1000) {
       EXPECT_EQ(in_words(cache.work()), "memo: hits 895, misses 106, stored 1001, moved 537\n");
     }
@@ -106,9 +107,9 @@ TEST(EditCache, finds_and_moves_as_many_as_its_slots_allow_for) {
 
 TEST(EditCache, forgets_everything_when_cleared) {
   CEditCache cache;
-  cache.store(site(3, 7, 1), kLimit, 'I');
+  cache.store(site(3, 7, 1), kSiteTextEnd, 'I');
   cache.clear();
-  EXPECT_EQ(cache.find(site(3, 7, 1), kLimit), '\0');
+  EXPECT_EQ(cache.find(site(3, 7, 1), kSiteTextEnd), '\0');
 }
 
 }  // namespace

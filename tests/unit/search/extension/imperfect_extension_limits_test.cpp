@@ -18,8 +18,8 @@ using testing::extended_right;
 using testing::in_words;
 using testing::repeated;
 
-constexpr int kLowest = std::numeric_limits<int>::min();
-constexpr int kHighest = std::numeric_limits<int>::max();
+constexpr int kMinInt = std::numeric_limits<int>::min();
+constexpr int kMaxInt = std::numeric_limits<int>::max();
 
 // 6 - 6 + 7 with the mismatch at 8, and 6 without it.
 constexpr char kPaidMismatch[] = "ACACACACGCACACAC";
@@ -56,12 +56,12 @@ TEST_F(ImperfectExtensionLimits, let_a_unit_of_six_take_an_edit_above_a_score_of
 
 TEST_F(ImperfectExtensionLimits,
        make_extensions_exact_where_no_penalty_is_below_the_reduction_limit) {
-  for (const int reduction : {kLowest, -1, 0, 1, 5, 6}) {
+  for (const int reduction : {kMinInt, -1, 0, 1, 5, 6}) {
     global_maximum_scorereduction = reduction;
     EXPECT_EQ(extended_right(kPaidMismatch, 2), kMismatchRefused) << reduction;
     EXPECT_EQ(extended_left("CACACACGCACACACA", 2), "[8,16) CA@14 score 6") << reduction;
   }
-  for (const int reduction : {7, 8, 1000, kHighest}) {
+  for (const int reduction : {7, 8, 1000, kMaxInt}) {
     global_maximum_scorereduction = reduction;
     EXPECT_EQ(extended_right(kPaidMismatch, 2), kMismatchTaken) << reduction;
     EXPECT_EQ(extended_left("CACACACGCACACACA", 2), "[0,16) CA@14 score 7 mis 1 7M") << reduction;
@@ -82,17 +82,17 @@ TEST_F(ImperfectExtensionLimits, measure_the_reduction_from_the_best_score) {
 }
 
 TEST_F(ImperfectExtensionLimits, do_not_overflow_with_the_lowest_penalties) {
-  set_penalties(kLowest, kLowest);
+  set_penalties(kMinInt, kMinInt);
   EXPECT_EQ(extended_right(kPaidMismatch, 2), kMismatchRefused);
-  global_maximum_scorereduction = kLowest;
+  global_maximum_scorereduction = kMinInt;
   EXPECT_EQ(extended_right(kPaidMismatch, 2), kMismatchRefused);
 }
 
 TEST_F(ImperfectExtensionLimits, hold_each_penalty_against_the_floor_by_itself) {
-  set_penalties(kLowest, -6);
+  set_penalties(kMinInt, -6);
   EXPECT_EQ(extended_right(kPaidMismatch, 2), kMismatchRefused);
   EXPECT_EQ(extended_right("ACGACGACGTACGACGACG", 3), "[0,19) ACG@0 score 9 ins 1 9I");
-  set_penalties(-6, kLowest);
+  set_penalties(-6, kMinInt);
   EXPECT_EQ(extended_right(kPaidMismatch, 2), kMismatchTaken);
   EXPECT_EQ(extended_right("ACGACGACGTACGACGACG", 3), "[0,9) ACG@0 score 6");
 }
@@ -101,7 +101,7 @@ TEST_F(ImperfectExtensionLimits, keep_the_score_at_the_highest_32_bit_number) {
   const CBases bases("ACACACTCACACAC");
   CSearchedSequence any("A");
   Csat sat = bases.unit_copy(0, 2);
-  sat.score = kHighest - 2;
+  sat.score = kMaxInt - 2;
   any.search.extend_imperfect_forward(sat, bases.end());
   // At its highest with the second of four matches, and as high again at the end: an end of the
   // text gives back what only ties.

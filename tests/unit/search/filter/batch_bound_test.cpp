@@ -18,10 +18,6 @@
 namespace quorix::testing {
 namespace {
 
-std::int64_t draw_number(RandomEngine& engine, std::size_t first, std::size_t last) {
-  return static_cast<std::int64_t>(draw_between(engine, first, last));
-}
-
 std::uint32_t undecided(const Batch& batch, std::uint32_t asked, std::int64_t min_score) {
   const CBases bases(batch.text);
   BoundWorkspace workspace;
@@ -31,7 +27,7 @@ std::uint32_t undecided(const Batch& batch, std::uint32_t asked, std::int64_t mi
       workspace));
 }
 
-struct Tally {
+struct BatchTally {
   std::int64_t rejected = 0;
   std::int64_t had_to_be_rejected = 0;
   std::int64_t let_through = 0;
@@ -41,7 +37,7 @@ struct Tally {
 /// A seed may be rejected only if no path of it gets to `min_score`, and has to be far from the
 /// ends.
 void expect_bound_of(const Batch& batch, const BatchReach& reaches, std::uint32_t asked,
-                     std::int64_t min_score, Tally& tally) {
+                     std::int64_t min_score, BatchTally& tally) {
   const bool is_exact = min_score > 0 && is_in_reach_of_bound(batch, asked, reaches);
   for_each_vector_target([&](const char* target) {
     const std::uint32_t answer = undecided(batch, asked, min_score);
@@ -83,7 +79,7 @@ std::uint32_t draw_mask(RandomEngine& engine) {
 }
 
 /// Asks for all seeds and for some of them, at scores around those that they come to.
-void expect_bounds(RandomEngine& engine, const Batch& batch, Tally& tally) {
+void expect_bounds(RandomEngine& engine, const Batch& batch, BatchTally& tally) {
   const std::uint32_t seeds = batch.units_without_Ns();
   const BatchReach reaches = reach_of(batch, seeds);
   const auto& some_reach = reaches[draw_between(engine, 0, kSeeds - 1)];
@@ -138,7 +134,7 @@ Batch draw_batch(RandomEngine& engine, std::size_t unit_length, std::size_t befo
 
 TEST(BatchBound, is_the_best_of_all_paths_of_each_seed) {
   RandomEngine engine(21);
-  Tally tally;
+  BatchTally tally;
   for (int round = 0; round < 120; ++round) {
     const Batch batch = draw_batch(engine, draw_between(engine, 1, 40), 700, 700);
     ASSERT_NO_FATAL_FAILURE(expect_bounds(engine, batch, tally));
@@ -150,7 +146,7 @@ TEST(BatchBound, is_the_best_of_all_paths_of_each_seed) {
 
 TEST(BatchBound, is_the_best_of_all_paths_of_each_seed_of_long_units) {
   RandomEngine engine(22);
-  Tally tally;
+  BatchTally tally;
   for (int round = 0; round < 12; ++round) {
     const Batch batch = draw_batch(engine, draw_between(engine, 130, 200), 1300, 1300);
     ASSERT_NO_FATAL_FAILURE(expect_bounds(engine, batch, tally));
@@ -162,7 +158,7 @@ TEST(BatchBound, is_the_best_of_all_paths_of_each_seed_of_long_units) {
 
 TEST(BatchBound, rejects_nothing_wrongly_near_the_ends_of_the_text) {
   RandomEngine engine(23);
-  Tally tally;
+  BatchTally tally;
   for (int round = 0; round < 250; ++round) {
     Batch batch = draw_batch(engine, draw_between(engine, 1, 40), draw_between(engine, 0, 90),
                              draw_between(engine, 0, 90));

@@ -106,7 +106,7 @@ class CPlainChains {
   std::int64_t entry_score_ = 0;
 };
 
-struct Tally {
+struct ChainTally {
   std::int64_t let_through = 0;
   std::int64_t refuted = 0;
 };
@@ -123,7 +123,7 @@ CBitSet all_seeds(const std::string& text, const ChainRule& rule) {
   return seeds;
 }
 
-void expect_seeds(const std::string& text, const ChainRule& rule, Tally& tally) {
+void expect_seeds(const std::string& text, const ChainRule& rule, ChainTally& tally) {
   const auto unit_length = static_cast<std::size_t>(rule.unit_length);
   std::vector<bool> expected;
   for (std::size_t p = 0; p + unit_length < text.size(); ++p) {
@@ -184,7 +184,7 @@ std::string draw_text(RandomEngine& engine, std::int64_t unit_length, std::size_
 
 TEST(ChainBound, lets_through_what_a_chain_brings_far_enough) {
   RandomEngine engine(31);
-  Tally tally;
+  ChainTally tally;
   for (int round = 0; round < 150; ++round) {
     const ChainRule rule = draw_rule(engine);
     ASSERT_NO_FATAL_FAILURE(expect_seeds(draw_text(engine, rule.unit_length, 700), rule, tally));
@@ -195,7 +195,7 @@ TEST(ChainBound, lets_through_what_a_chain_brings_far_enough) {
 
 TEST(ChainBound, tells_of_texts_that_are_hardly_longer_than_the_unit) {
   RandomEngine engine(32);
-  Tally tally;
+  ChainTally tally;
   for (int round = 0; round < 1500; ++round) {
     const ChainRule rule = draw_rule(engine);
     const auto longest = static_cast<std::size_t>(rule.unit_length) + 20;

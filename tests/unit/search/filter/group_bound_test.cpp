@@ -23,10 +23,6 @@ namespace {
 
 constexpr std::int64_t kSeeds = kGroupSeeds;
 
-std::int64_t draw_number(RandomEngine& engine, std::size_t first, std::size_t last) {
-  return static_cast<std::int64_t>(draw_between(engine, first, last));
-}
-
 std::uint64_t bit(std::int64_t k) {
   return std::uint64_t{1} << k;
 }

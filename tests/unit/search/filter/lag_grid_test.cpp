@@ -68,7 +68,7 @@ TEST(LagGrid, demands_no_more_than_a_living_path_has) {
   for (const Penalties& penalties : kPenalties) {
     for (const std::int64_t unit_length :
          {1, 2, 3, 5, 6, 7, 8, 13, 20, 50, 100, 255, 256, 257, 300, 540, 600, 1000}) {
-      const LagRule rules = rules_for(static_cast<std::uint64_t>(unit_length), penalties);
+      const LagRule rules = rules_for(unit_length, penalties);
       const std::string text(static_cast<std::size_t>(unit_length) + 1, 'A');
       const CLagGrid grid(text.data(), text.size(), rules);
       const LagLanes& lanes = grid.lanes(1 - unit_length % 2);
@@ -111,7 +111,7 @@ TEST(LagGrid, has_a_lane_for_each_lag_that_a_path_can_pay_for) {
     for (std::int64_t first = 1; first <= 200; ++first) {
       for (const std::int64_t indel : {5, 6, 19, 20, 21, 32, 55, 64, 77, 80, 99, 100}) {
         const std::int64_t last = first + unit_count - 1;
-        LagRule rules = rules_for(static_cast<std::uint64_t>(first), {20, indel});
+        LagRule rules = rules_for(first, {20, indel});
         rules.min_scores.assign(static_cast<std::size_t>(unit_count), 20);
         const CLagGrid grid(text.data(), text.size(), rules);
         // With a gain of up to `kHighestGain` on entry and a match for each character of the copy,
@@ -172,7 +172,7 @@ TEST(LagGrid, lays_the_bases_out_by_rows_and_lanes) {
   for (const std::uint64_t unit : std::vector<std::uint64_t>{1, 2, 9, 50, 101}) {
     const std::string text = draw_letters(engine, unit + 150, "ACGT");
     const CBases bases(text);
-    const LagRule rules = rules_for(unit, {6, 7});
+    const LagRule rules = rules_for(static_cast<std::int64_t>(unit), {6, 7});
     CLagGrid grid(bases.begin(), text.size(), rules);
     const auto lane = static_cast<std::int64_t>(
         searched_lane(grid.lanes(1 - static_cast<std::int64_t>(unit) % 2)));

@@ -22,14 +22,14 @@
 namespace quorix::testing {
 namespace {
 
-struct Tally {
+struct LagTally {
   std::int64_t let_through = 0;
   std::int64_t refuted = 0;
   std::int64_t most_segments = 0;
 };
 
 /// Holds the seeds of every kind of processor against the tables above.
-void expect_seeds_of(const std::string& text, const LagRule& rules, Tally& tally) {
+void expect_seeds_of(const std::string& text, const LagRule& rules, LagTally& tally) {
   const CPlainLagBound twin(text, rules);
   const std::vector<std::vector<bool>> expected = twin.seeds();
   tally.most_segments = std::max(tally.most_segments, twin.segment_count());
@@ -61,12 +61,12 @@ LagRule rules_for(std::uint64_t first_unit, std::uint64_t last_unit, std::int64_
   return rules;
 }
 
-struct Penalties {
+struct SievePenalties {
   std::int64_t mismatch;
   std::int64_t indel;
 };
-constexpr Penalties kPenalties[] = {{5, 5}, {6, 6},  {7, 7},   {9, 9},
-                                    {5, 9}, {30, 6}, {6, 300}, {2147483648, 2147483648}};
+constexpr SievePenalties kSievePenalties[] = {{5, 5}, {6, 6},  {7, 7},   {9, 9},
+                                              {5, 9}, {30, 6}, {6, 300}, {2147483648, 2147483648}};
 
 struct Units {
   std::uint64_t first;
@@ -75,8 +75,8 @@ struct Units {
 
 TEST(LagBound, lets_the_seeds_of_its_tables_through) {
   RandomEngine engine(6);
-  Tally tally;
-  for (const auto& [mismatch, indel] : kPenalties) {
+  LagTally tally;
+  for (const auto& [mismatch, indel] : kSievePenalties) {
     for (const auto& [first, last] :
          {Units{1, 1}, {1, 20}, {7, 30}, {7, 70}, {50, 52}, {50, 130}, {129, 130}}) {
       const std::size_t length = last + draw_between(engine, 1, 500);
@@ -96,7 +96,7 @@ TEST(LagBound, lets_the_seeds_of_its_tables_through) {
 
 TEST(LagBound, tells_of_texts_that_end_behind_the_unit) {
   RandomEngine engine(7);
-  Tally tally;
+  LagTally tally;
   for (const std::uint64_t unit : std::vector<std::uint64_t>{1, 2, 7, 50, 63, 64, 65}) {
     for (const std::uint64_t more : std::vector<std::uint64_t>{1, 2, 3, 20}) {
       for (const char* const alphabet : {"A", "ACGT", "AN"}) {
@@ -113,7 +113,7 @@ TEST(LagBound, tells_of_texts_that_end_behind_the_unit) {
 
 TEST(LagBound, joins_the_segments_of_long_texts) {
   RandomEngine engine(8);
-  Tally tally;
+  LagTally tally;
   for (const bool is_N_neutral : {false, true}) {
     std::string text;
     while (text.size() < 34'000) {
@@ -268,7 +268,7 @@ std::int64_t highest_score(const std::string& text, std::int64_t p, const LagRul
 
 // Not against the bound's own tables: these may lack a lane that a path needs.
 TEST(LagBound, rejects_no_seed_with_a_path_of_the_minimum_score) {
-  constexpr Penalties kDrawn[] = {{5, 5}, {6, 6}, {7, 11}, {12, 6}, {255, 20}, {9, 300}};
+  constexpr SievePenalties kDrawn[] = {{5, 5}, {6, 6}, {7, 11}, {12, 6}, {255, 20}, {9, 300}};
   RandomEngine engine(12);
   std::int64_t reached = 0;
   std::int64_t rejected = 0;

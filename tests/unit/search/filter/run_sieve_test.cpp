@@ -17,13 +17,13 @@
 namespace quorix::testing {
 namespace {
 
-struct Tally {
+struct RunTally {
   std::int64_t let_through = 0;
   std::int64_t refuted = 0;
 };
 
 void expect_seeds_of(const std::string& bases, bool is_N_wild, const RunRule& rule,
-                     CNeighbourLags& lags, Tally& tally) {
+                     CNeighbourLags& lags, RunTally& tally) {
   const CPlainText text(bases, is_N_wild);
   const auto lag = static_cast<std::uint64_t>(rule.unit_length);
   lags.move_to(lag, rule.min_run < rule.sure_run);
@@ -62,7 +62,7 @@ RunRule draw_rule(RandomEngine& engine, std::int64_t unit_length) {
 
 TEST(RunSeeds, are_those_of_the_rule) {
   RandomEngine engine(4);
-  Tally tally;
+  RunTally tally;
   for (int round = 0; round < 1500; ++round) {
     std::string bases = draw_record(engine, 400, draw_chance(engine, 70) ? 4 : 30);
     if (draw_chance(engine, 50)) std::replace(bases.begin(), bases.end(), 'N', 'C');
@@ -97,7 +97,7 @@ std::string edited_copies(RandomEngine& engine, std::size_t unit_length, char ki
 
 TEST(RunSeeds, count_up_to_64_bases_behind_an_edit) {
   RandomEngine engine(6);
-  Tally tally;
+  RunTally tally;
   for (const char kind : {'M', 'I', 'D'}) {
     for (std::size_t matches = 59; matches <= 66; ++matches) {
       for (const std::size_t unit_length : {61U, 63U, 64U, 65U, 66U, 90U}) {
@@ -119,7 +119,7 @@ TEST(RunSeeds, count_up_to_64_bases_behind_an_edit) {
 }
 
 TEST(RunSeeds, reach_from_one_end_of_the_text_to_the_other) {
-  Tally tally;
+  RunTally tally;
   for (const std::size_t length :
        std::vector<std::size_t>{2, 63, 64, 65, 66, 127, 128, 129, 130, 200}) {
     const std::string bases(length, 'A');

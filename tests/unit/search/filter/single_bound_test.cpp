@@ -35,7 +35,7 @@ bool may_reach(const PlainRepeat& repeat, std::int64_t min_score) {
   return may_reach(repeat, min_score, work);
 }
 
-struct Tally {
+struct SingleTally {
   std::int64_t rejected = 0;
   std::int64_t had_to_be_rejected = 0;
   std::int64_t let_through = 0;
@@ -43,7 +43,7 @@ struct Tally {
 };
 
 /// May be rejected at `min_score` only if no path gets there, and must be if nothing hinders it.
-void expect_bound_of(const PlainRepeat& repeat, std::int64_t min_score, Tally& tally) {
+void expect_bound_of(const PlainRepeat& repeat, std::int64_t min_score, SingleTally& tally) {
   const Outcome right = follow_all_paths(repeat, true, repeat.score);
   if (!right.is_complete) return;
   const Outcome both = follow_all_paths(repeat, false, right.best);
@@ -67,10 +67,6 @@ void expect_bound_of(const PlainRepeat& repeat, std::int64_t min_score, Tally& t
     if (must_be_rejected) ++tally.had_to_be_rejected;
     if (!answer && length + min_score >= 256) ++tally.with_16_bits;
   });
-}
-
-std::int64_t draw_number(RandomEngine& engine, std::size_t first, std::size_t last) {
-  return static_cast<std::int64_t>(draw_between(engine, first, last));
 }
 
 /// A repeat of `unit_length` in the midst of an array between stretches of `margin` random bases.
@@ -114,7 +110,7 @@ PlainRepeat draw_repeat(RandomEngine& engine, std::size_t unit_length, std::size
 
 TEST(SingleBound, is_the_best_of_all_paths) {
   RandomEngine engine(12);
-  Tally tally;
+  SingleTally tally;
   for (int round = 0; round < 700; ++round) {
     const PlainRepeat repeat = draw_repeat(engine, draw_between(engine, 1, 40), 700);
     const std::int64_t near = draw_number(engine, 0, 12) - 6;
@@ -133,7 +129,7 @@ TEST(SingleBound, is_the_best_of_all_paths) {
 
 TEST(SingleBound, is_the_best_of_all_paths_of_long_units) {
   RandomEngine engine(13);
-  Tally tally;
+  SingleTally tally;
   for (int round = 0; round < 60; ++round) {
     PlainRepeat repeat = draw_repeat(engine, draw_between(engine, 100, 300), 1300);
     repeat.scoring.mismatch_penalty += 4;
@@ -152,7 +148,7 @@ TEST(SingleBound, is_the_best_of_all_paths_of_long_units) {
 
 TEST(SingleBound, rejects_nothing_wrongly_near_the_ends_of_the_text) {
   RandomEngine engine(14);
-  Tally tally;
+  SingleTally tally;
   for (int round = 0; round < 1500; ++round) {
     const PlainRepeat repeat =
         draw_repeat(engine, draw_between(engine, 1, 40), draw_between(engine, 0, 90));

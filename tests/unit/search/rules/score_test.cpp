@@ -12,24 +12,24 @@ namespace {
 
 using Score = testing::CDefaultSettings;
 
-constexpr std::int32_t kLowest = std::numeric_limits<std::int32_t>::min();
-constexpr std::int32_t kHighest = std::numeric_limits<std::int32_t>::max();
+constexpr std::int32_t kMinScore32 = std::numeric_limits<std::int32_t>::min();
+constexpr std::int32_t kMaxScore32 = std::numeric_limits<std::int32_t>::max();
 
 TEST_F(Score, is_kept_within_32_bits) {
   EXPECT_EQ(saturated_score(0), 0);
   EXPECT_EQ(saturated_score(-7), -7);
-  EXPECT_EQ(saturated_score(kHighest), kHighest);
-  EXPECT_EQ(saturated_score(std::int64_t{kHighest} + 1), kHighest);
-  EXPECT_EQ(saturated_score(std::numeric_limits<std::int64_t>::max()), kHighest);
-  EXPECT_EQ(saturated_score(kLowest), kLowest);
-  EXPECT_EQ(saturated_score(std::int64_t{kLowest} - 1), kLowest);
-  EXPECT_EQ(saturated_score(std::numeric_limits<std::int64_t>::min()), kLowest);
+  EXPECT_EQ(saturated_score(kMaxScore32), kMaxScore32);
+  EXPECT_EQ(saturated_score(std::int64_t{kMaxScore32} + 1), kMaxScore32);
+  EXPECT_EQ(saturated_score(std::numeric_limits<std::int64_t>::max()), kMaxScore32);
+  EXPECT_EQ(saturated_score(kMinScore32), kMinScore32);
+  EXPECT_EQ(saturated_score(std::int64_t{kMinScore32} - 1), kMinScore32);
+  EXPECT_EQ(saturated_score(std::numeric_limits<std::int64_t>::min()), kMinScore32);
 }
 
 TEST_F(Score, must_stay_above_the_unit_length_below_zero_when_no_reduction_limit_is_set) {
   EXPECT_EQ(edit_threshold(0, 2), -2);
   EXPECT_EQ(edit_threshold(1000, 6), -6);
-  EXPECT_EQ(edit_threshold(kHighest, 6), 0);  // no limit is a limit of INT_MAX after all
+  EXPECT_EQ(edit_threshold(kMaxScore32, 6), 0);  // no limit is a limit of INT_MAX after all
 }
 
 TEST_F(Score, must_stay_above_the_best_one_less_the_reduction_limit) {
@@ -43,11 +43,11 @@ TEST_F(Score, must_stay_above_the_best_one_less_the_reduction_limit) {
 }
 
 TEST_F(Score, threshold_does_not_overflow_at_the_extremes_of_the_reduction_limit) {
-  global_maximum_scorereduction = kLowest;
+  global_maximum_scorereduction = kMinScore32;
   EXPECT_EQ(edit_threshold(10, 2), 2147483658);
-  EXPECT_EQ(edit_threshold(kHighest, 2), 4294967295);
-  global_maximum_scorereduction = kHighest;
-  EXPECT_EQ(edit_threshold(kLowest, 2), -2);
+  EXPECT_EQ(edit_threshold(kMaxScore32, 2), 4294967295);
+  global_maximum_scorereduction = kMaxScore32;
+  EXPECT_EQ(edit_threshold(kMinScore32, 2), -2);
 }
 
 TEST_F(Score, is_not_changed_by_an_N_unless_the_settings_say_so) {

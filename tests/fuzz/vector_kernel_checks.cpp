@@ -236,7 +236,7 @@ void check_chain_bound(CFuzzInput& input) {
     seeds.set_range(0, seed_count);
     sift_by_chains(CBasePlanes(bases, text.size()), rule, {0, text.size()}, seeds);
     for (std::size_t p = 0; p < seed_count; ++p) is_rejected[p] = is_rejected[p] || !seeds.test(p);
-    for (std::size_t p = seed_count; p < seeds.words().size() * CBitSet::kWordBits; ++p) {
+    for (std::size_t p = seed_count; p < seeds.words().size() * kWordBits; ++p) {
       expect(!seeds.test(p), [&] { return std::string(target) + ": chains set a bit: " + text; });
     }
   });

@@ -33,8 +33,6 @@ namespace {
 
 using Words = std::vector<std::uint64_t>;
 
-constexpr std::uint64_t kWordBits = CBitSet::kWordBits;
-
 /// Bits of 64 bases: A, C, T and G differ in bits 1 and 2 of their letters, and only N has bit 3.
 struct PlaneWords {
   std::uint64_t low = 0;

@@ -13,10 +13,11 @@
 
 namespace quorix {
 
+/// Bits of a word of a set.
+inline constexpr std::uint64_t kWordBits = 64;
+
 class CBitSet {
  public:
-  static constexpr std::uint64_t kWordBits = 64;
-
   /// `size` clear bits. Throws: std::bad_alloc.
   explicit CBitSet(std::uint64_t size = 0) : size_(size), words_(size / kWordBits + 2) {}
 

@@ -247,7 +247,6 @@ HWY_EXPORT(sift_words);
 
 void sift_by_chains(const CBasePlanes& planes, const ChainRule& rule, const Segment& segment,
                     CBitSet& seeds) {
-  constexpr std::uint64_t kWordBits = CBitSet::kWordBits;
   const std::uint64_t seed_end = std::min(segment.end, seeds.size());
   if (segment.first >= seed_end) return;
   const ChainStates states(rule);

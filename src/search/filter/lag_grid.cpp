@@ -26,7 +26,6 @@ namespace quorix {
 namespace {
 
 constexpr std::int64_t kSignedGrain = CLagGrid::kLaneGrain;
-constexpr std::uint64_t kWordBits = CBitSet::kWordBits;
 /// What is kept of a segment, unless that makes it too short.
 constexpr std::int64_t kSegmentBytes = 2'000'000;
 /// Rows of a segment for each row that is filled beyond it, on either side, at least.

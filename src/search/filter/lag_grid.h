@@ -209,7 +209,7 @@ class CLagGrid {
   [[nodiscard]] std::uint64_t& undecided_word(std::int64_t unit_length, std::uint64_t w) {
     const auto first_base =
         static_cast<std::uint64_t>(std::max<std::int64_t>(first_row_ - unit_length, 0)) / 2;
-    const std::uint64_t i = w - first_base / CBitSet::kWordBits;
+    const std::uint64_t i = w - first_base / kWordBits;
     assert(i < undecided_words_);
     const auto unit = static_cast<std::size_t>(unit_length - rule_.first_unit_length);
     return undecided_[unit * undecided_words_ + i];

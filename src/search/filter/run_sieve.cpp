@@ -32,8 +32,6 @@ namespace quorix {
 
 namespace {
 
-constexpr std::uint64_t kWordBits = CBitSet::kWordBits;
-
 /// The bits of word `w` at which a run of `length` set bits begins, 1 <= length <= 64.
 std::uint64_t run_starts(const std::vector<std::uint64_t>& words, std::size_t w,
                          std::uint64_t length) {

@@ -19,7 +19,7 @@ namespace quorix {
 namespace {
 
 // Neighbours are the bits of a word.
-static_assert(kGroupSeeds == CBitSet::kWordBits && kBatchSeeds == 32);
+static_assert(kGroupSeeds == kWordBits && kBatchSeeds == 32);
 
 }  // namespace
 

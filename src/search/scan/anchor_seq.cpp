@@ -2,13 +2,12 @@
 
 #include <algorithm>
 
+#include "search/bits/bit_set.h"
 #include "search/bits/byte_bits.h"
 
 namespace quorix {
 
 namespace {
-
-constexpr std::uint64_t kWordBits = 64;
 
 // An open mark has the lowest bit of its letter set, a closed one has it clear.
 static_assert((kOpenMark & 1) == 1 && (kClosedMark & 1) == 0);

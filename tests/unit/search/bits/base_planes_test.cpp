@@ -33,7 +33,7 @@ void expect_matches_of(const std::string& text, bool is_N_wild) {
       ASSERT_EQ(matches.test(x), plain_match(text, x, lag, is_N_wild))
           << text << " lag " << lag << " base " << x;
     }
-    for (std::size_t x = text.size(); x < matches.words().size() * CBitSet::kWordBits; ++x) {
+    for (std::size_t x = text.size(); x < matches.words().size() * kWordBits; ++x) {
       ASSERT_FALSE(matches.test(x)) << "behind " << text << " lag " << lag;
     }
   }

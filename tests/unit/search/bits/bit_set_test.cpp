@@ -46,8 +46,8 @@ void expect_equal(const CBitSet& bits, const Bools& bools) {
     ASSERT_EQ(bits.ones_from(i), ones_from(bools, i)) << i << " of " << bools.size();
   }
   // What lies behind the last bit is clear, and there is a spare word.
-  ASSERT_GT(bits.words().size(), bools.size() / CBitSet::kWordBits + 1);
-  for (std::size_t i = bools.size(); i < bits.words().size() * CBitSet::kWordBits; ++i) {
+  ASSERT_GT(bits.words().size(), bools.size() / kWordBits + 1);
+  for (std::size_t i = bools.size(); i < bits.words().size() * kWordBits; ++i) {
     ASSERT_FALSE(bits.test(i)) << "bit " << i << " behind " << bools.size();
   }
 }

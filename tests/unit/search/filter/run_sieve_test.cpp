@@ -38,7 +38,7 @@ void expect_seeds_of(const std::string& bases, bool is_N_wild, const RunRule& ru
     ++(expected ? tally.let_through : tally.refuted);
   }
   // A unit that ends with the text has no base behind it and seeds nothing.
-  for (std::uint64_t p = seeds.size(); p < seeds.words().size() * CBitSet::kWordBits; ++p) {
+  for (std::uint64_t p = seeds.size(); p < seeds.words().size() * kWordBits; ++p) {
     ASSERT_FALSE(seeds.test(p)) << "behind " << bases << " unit " << lag;
   }
 }

@@ -44,16 +44,16 @@ std::int64_t CFilterPlan::min_score(std::int64_t unit_length) const {
 }
 
 RunRule CFilterPlan::run_rule(std::int64_t unit_length) const {
-  const std::int64_t min_score = thresholds_.min_scores[unit_length];
+  const std::int64_t min_run_score = min_score(unit_length);
   // A repeat is as long as its unit and the run together.
   const std::int64_t exact_run =
-      std::max(min_score, thresholds_.min_lengths[unit_length] - unit_length);
+      std::max(min_run_score, thresholds_.min_lengths[unit_length] - unit_length);
   if (use_ == SeedUse::kExtendExactly) return {unit_length, exact_run, exact_run, exact_run};
 
   const std::int64_t edited_run = scoring_.min_penalty() - unit_length + 1;
   const std::int64_t chained_runs = edited_run + scoring_.min_penalty();
   if (use_ == SeedUse::kExtendOverEdits) {
-    return {unit_length, std::min(min_score, edited_run), min_score, chained_runs};
+    return {unit_length, std::min(min_run_score, edited_run), min_run_score, chained_runs};
   }
   const std::int64_t user_min_score = thresholds_.user_min_scores[unit_length];
   return {unit_length, std::max(exact_run, std::min(user_min_score, edited_run)), user_min_score,

@@ -45,7 +45,7 @@ class CAnchorSeq;
 
 /// What the searches of one sequence have done.
 struct SearchWork {
-  std::uint64_t seeds = 0;  ///< seeds left by the sieves, and not next to an N
+  std::uint64_t seeds = 0;  ///< seeds that the sieves left and whose unit holds no N
   ExtenderWork extensions;
 };
 
@@ -62,8 +62,8 @@ class CSearchController {
   CSearchController(const CSearchController&) = delete;
   CSearchController& operator=(const CSearchController&) = delete;
 
-  /// Forgets the threshold tables, so that the next controller computes them from the settings of
-  /// then. Returns 0. No controller may be in use.
+  /// Forgets the threshold tables, so that the next controller computes them from the settings at
+  /// that time. Returns 0. No controller may be in use.
   static int reset_minimum_arrays();
 
   // The modes of the program.
@@ -102,7 +102,7 @@ class CSearchController {
   /// See modes/library_members.h.
   void simple_imperfect_search(std::FILE* stream);
 
-  /// Does nothing; the name is kept for callers of old.
+  /// Does nothing; the name is kept for existing callers.
   void imperfect_search();
 
   // Extension of one repeat.
@@ -121,8 +121,8 @@ class CSearchController {
 
   /// The highest score that can be reached from a state within the recursion depth and the score
   /// reduction limit; changes nothing. `pos` is the next base to read (backward: one past it),
-  /// `unit_pos` the unit character that it has to match, `best_score` the best score so far.
-  /// Throws: std::bad_alloc. See extension/look_ahead.h.
+  /// `unit_pos` the unit character that it has to match, `best_score` the best score so far,
+  /// `level` the number of edits made so far. Throws: std::bad_alloc. See extension/look_ahead.h.
   [[nodiscard]] int extend_imperfect_forward_leap_ahead(
       const char* pos, const char* unit_pos, const char* unit_begin, const char* unit_end,
       int score, std::int64_t unit_length, std::uint8_t level, const char* limit, int best_score);
@@ -152,7 +152,7 @@ class CSearchController {
 
   /// Bytes that the edits of the repeats found take.
   [[nodiscard]] std::size_t edit_bytes() const { return extender_.edit_bytes(); }
-  /// The work done since it was made, and by whom.
+  /// The work done since construction.
   [[nodiscard]] SearchWork work() const { return {scan_.seed_count(), extender_.work()}; }
   [[nodiscard]] const CExtender& extender() const { return extender_; }
   /// The filter of the last scan. Null before the first one.
@@ -179,12 +179,12 @@ class CSearchController {
 
   static void use_user_thresholds();
   [[nodiscard]] static Thresholds active_thresholds() { return {minScores, minLengths}; }
-  /// A search under the settings of now and the active thresholds.
+  /// A search under the current settings and the active thresholds.
   [[nodiscard]] SearchContext search_context();
 
   SearchedText text_;   ///< the bases of `sequence_record`
   CExtender extender_;  ///< the caches and the edits of the repeats found
-  CSeedScan scan_;      ///< the seed filter
+  CSeedScan scan_;      ///< iterates over the seeds; owns the filter
 };
 
 }  // namespace quorix

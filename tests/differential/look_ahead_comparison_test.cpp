@@ -78,7 +78,7 @@ std::size_t plain_best_edit(const Site& site) {
   std::size_t best = kNoEdit;
   int best_value = 0;
   for (std::size_t i = 0; i < kEditKinds; ++i) {
-    if (edits[i].score <= reference::edit_threshold(site.unit_length(), site.best_score)) continue;
+    if (edits[i].score <= reference::drop_off_limit(site.unit_length(), site.best_score)) continue;
     const int value = Plain::value(site, edits[i].edge, edits[i].character, edits[i].score);
     if (best != kNoEdit && value <= best_value) continue;
     best = i;

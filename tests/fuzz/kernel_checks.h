@@ -24,19 +24,19 @@ void check_base_planes(CFuzzInput& input);
 void check_match_window(CFuzzInput& input);
 
 /// search/filter/run_sieve.h
-void check_run_seeds(CFuzzInput& input);
+void check_run_sieve(CFuzzInput& input);
 
 /// search/filter/lag_sieve.h and lag_grid.h
-void check_lag_bound(CFuzzInput& input);
+void check_lag_sieve(CFuzzInput& input);
 
 /// search/filter/single_bound.h
-void check_score_bound(CFuzzInput& input);
+void check_single_bound(CFuzzInput& input);
 
 /// search/filter/batch_bound.h
 void check_batch_bound(CFuzzInput& input);
 
 /// search/filter/chain_sieve.h: no seed is refuted that a path can take to the minimum score
-void check_chain_bound(CFuzzInput& input);
+void check_chain_sieve(CFuzzInput& input);
 
 /// search/filter/group_bound.h, likewise
 void check_group_bound(CFuzzInput& input);

@@ -15,9 +15,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   // The twins of the lag bound and the batch bound cost far more than the others.
   const std::array checks{
       check_match_runs, check_copied_bases, check_bit_set,      check_base_planes,
-      check_run_seeds,  check_score_bound,  check_lag_bound,    check_batch_bound,
+      check_run_sieve,  check_single_bound, check_lag_sieve,    check_batch_bound,
       check_match_runs, check_copied_bases, check_match_window, check_base_planes,
-      check_run_seeds,  check_chain_bound,  check_group_bound,  check_score_bound};
+      check_run_sieve,  check_chain_sieve,  check_group_bound,  check_single_bound};
   checks[input.take_byte() % checks.size()](input);
   return 0;
 }

@@ -140,7 +140,7 @@ void expect_rejectable(const char* kernel, const std::string& text, std::int64_t
 
 }  // namespace
 
-void check_lag_bound(CFuzzInput& input) {
+void check_lag_sieve(CFuzzInput& input) {
   constexpr std::int64_t kMaxScores = 400;
   LagRule rules{input.take_between(1, 40),
                 {},
@@ -168,7 +168,7 @@ void check_lag_bound(CFuzzInput& input) {
   });
 }
 
-void check_score_bound(CFuzzInput& input) {
+void check_single_bound(CFuzzInput& input) {
   PlainRepeat repeat{};
   repeat.scoring.mismatch_penalty = take_penalty(input, 2);
   repeat.scoring.indel_penalty = take_penalty(input, 2);
@@ -220,7 +220,7 @@ void check_batch_bound(CFuzzInput& input) {
   check_reaches(batch, asked, min_score);
 }
 
-void check_chain_bound(CFuzzInput& input) {
+void check_chain_sieve(CFuzzInput& input) {
   constexpr std::size_t kMaxChainTextBases = 80;
   const ScoringRules rules{take_penalty(input, 2), take_penalty(input, 2), input.take_flag()};
   const std::int64_t unit_length = input.take_between(1, 32);

@@ -218,7 +218,7 @@ void check_match_window(CFuzzInput& input) {
   }
 }
 
-void check_run_seeds(CFuzzInput& input) {
+void check_run_sieve(CFuzzInput& input) {
   const bool is_N_wild = input.take_flag();
   const std::int64_t unit_length = input.take_between(1, 70);
   RunRule rule{unit_length, input.take_between(1, 140), 0, 0};

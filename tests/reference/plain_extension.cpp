@@ -16,7 +16,7 @@ constexpr char kDeletion = 'D';
 char choose_edit_forward(const Repeat& repeat, const std::string& bases, std::int64_t limit,
                          int best_score) {
   const std::int64_t length = unit_length(repeat);
-  const std::int64_t threshold = edit_threshold(length, best_score);
+  const std::int64_t threshold = drop_off_limit(length, best_score);
   const std::int64_t mismatch_sum = std::int64_t{repeat.score} + global_mismatch_score;
   const std::int64_t indel_sum = std::int64_t{repeat.score} + global_indel_score;
   const std::int64_t next_unit_pos =
@@ -73,7 +73,7 @@ void apply_edit_forward(Repeat& repeat, char choice) {
 char choose_edit_backward(const Repeat& repeat, const std::string& bases, std::int64_t limit,
                           int best_score) {
   const std::int64_t length = unit_length(repeat);
-  const std::int64_t threshold = edit_threshold(length, best_score);
+  const std::int64_t threshold = drop_off_limit(length, best_score);
   const std::int64_t mismatch_sum = std::int64_t{repeat.score} + global_mismatch_score;
   const std::int64_t indel_sum = std::int64_t{repeat.score} + global_indel_score;
   const std::int64_t previous_unit_pos =

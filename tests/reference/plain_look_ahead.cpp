@@ -18,7 +18,7 @@ bool is_unknown_base(char base) {
 
 }  // namespace
 
-std::int64_t edit_threshold(std::int64_t unit_length, int best_score) {
+std::int64_t drop_off_limit(std::int64_t unit_length, int best_score) {
   return std::max(-unit_length,
                   std::int64_t{best_score} - std::int64_t{global_maximum_scorereduction});
 }
@@ -57,7 +57,7 @@ int extend_imperfect_forward_leap_ahead(const std::string& bases, std::int64_t p
     best_score = score;
   }
 
-  const std::int64_t threshold = edit_threshold(unit_length, best_score);
+  const std::int64_t threshold = drop_off_limit(unit_length, best_score);
   const std::int64_t mismatch_sum = std::int64_t{score} + global_mismatch_score;
   const std::int64_t indel_sum = std::int64_t{score} + global_indel_score;
   const auto next_level = static_cast<std::uint8_t>(level + 1);
@@ -131,7 +131,7 @@ int extend_imperfect_backward_leap_ahead(const std::string& bases, std::int64_t 
     best_score = score;
   }
 
-  const std::int64_t threshold = edit_threshold(unit_length, best_score);
+  const std::int64_t threshold = drop_off_limit(unit_length, best_score);
   const std::int64_t mismatch_sum = std::int64_t{score} + global_mismatch_score;
   const std::int64_t indel_sum = std::int64_t{score} + global_indel_score;
   const auto next_level = static_cast<std::uint8_t>(level + 1);

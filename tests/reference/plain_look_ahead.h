@@ -37,6 +37,6 @@ int extend_imperfect_backward_leap_ahead(const std::string& bases, std::int64_t 
 
 /// The score above which a state after an edit must lie to be tried: the larger of minus the unit
 /// length and the best score less the permitted reduction. In 64 bits, so that it never overflows.
-std::int64_t edit_threshold(std::int64_t unit_length, int best_score);
+std::int64_t drop_off_limit(std::int64_t unit_length, int best_score);
 
 }  // namespace quorix::reference

@@ -48,15 +48,15 @@ HOLES = {
          "compare_letters<false>(d, base, equal, neutral_letter), weights_);")],
     "batch bound: one lane less in each row": [
         (BATCH, "std::max(last.high + 1, before.high)};", "std::max(last.high, before.high)};")],
-    "score bound: paths may leave at the edge of the rows": [
+    "single bound: paths may leave at the edge of the rows": [
         (SCORE, "if (lanes[0] != 0 || lanes[kLanes - 1] != 0) return std::nullopt;", "")],
-    "score bound: the left side begins without the score of the right": [
+    "single bound: the left side begins without the score of the right": [
         (SCORE, "table.start_value = *right;", "")],
-    "score bound: a budget of 256 rows": [
+    "single bound: a budget of 256 rows": [
         (SCORE, "row < kMaxSingleRows;", "row < 256;"),
         (SCORE, "if (!is_alive || !highest) return highest;\n  }\n  return std::nullopt;",
          "if (!is_alive || !highest) return highest;\n  }\n  return rows.highest_value(target);")],
-    "score bound: the phase on the left is one off": [
+    "single bound: the phase on the left is one off": [
         (SCORE, "table.skipped = unit_length - 1 - repeat.left_phase;",
          "table.skipped = (unit_length - repeat.left_phase) % unit_length;")],
     "group bound: fewer offsets wrap": [

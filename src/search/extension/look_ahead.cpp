@@ -149,7 +149,7 @@ std::int64_t CLookAhead::highest_score_of_all_paths(const LookAheadState& from,
     }
 
     state.best_score = std::max(state.best_score, state.score);
-    const std::int64_t threshold = edit_threshold(state.best_score, bounds.unit_length);
+    const std::int64_t threshold = drop_off_limit(state.best_score, bounds.unit_length);
     for (const LookAheadState& edited : edits_at<Direction>(state, bounds)) {
       if (edited.score > threshold) pending_.push_back(edited);
     }
@@ -326,7 +326,7 @@ std::int64_t CLookAhead::highest_score(const LookAheadState& from, const LookAhe
 template <class Direction>
 std::size_t CLookAhead::best_edit(const LookAheadState& site, const LookAheadBounds& bounds) {
   ++work_.calls;
-  const std::int64_t threshold = edit_threshold(site.best_score, bounds.unit_length);
+  const std::int64_t threshold = drop_off_limit(site.best_score, bounds.unit_length);
   const ByEdit<LookAheadState> edited = edits_at<Direction>(site, bounds);
   highest_ = kNoScore;
   if (may_reduction_be_limited<Direction>(site, bounds)) {

@@ -54,7 +54,7 @@ class CLookAhead {
  public:
   /// Returns the highest score that can be met from `from` on, over runs of matches and, between
   /// them, at most `global_maximum_recursion_depth` - `from.edit_count` edits, each of which must
-  /// leave the score above `edit_threshold`. Above a depth of `kDeepestRecursion` only that
+  /// leave the score above `drop_off_limit`. Above a depth of `kDeepestRecursion` only that
   /// threshold bounds the edits.
   ///
   /// `Direction` is `Rightward` or `Leftward`. Throws: std::bad_alloc.

@@ -104,7 +104,7 @@ CPathCache::Section CPathCache::follow_path(SiteId from, std::int64_t score,
     // Every site of the skip is met again if all scores up to the root are the same as then, or if
     // all of them were safe then and are safe now.
     const bool is_whole_skip_sure =
-        (is_same_score && node.is_score_of_root != 0) ||
+        (is_same_score && node.repeats_scores_to_root != 0) ||
         (node.is_skip_safe != 0 && root_score + node.min_height >= safe_score);
     if (is_whole_skip_sure) {
       if (root_score + node.max_height > best_score) {
@@ -170,7 +170,7 @@ CPathCache::SiteId CPathCache::store_root(const NotedSite& last) {
   root.max_at = site_count_ & kIdMask;
   root.is_safe = is_safe ? 1 : 0;
   root.is_skip_safe = root.is_safe;
-  root.is_score_of_root = 1;
+  root.repeats_scores_to_root = 1;
   root.is_root = 1;
   return store(root, 0);
 }
@@ -193,7 +193,8 @@ void CPathCache::store_noted_before(SiteId id, const EditSite& site) {
     node.insertions = (next.insertions + narrow(later->insertions - own.insertions)) & kIdMask;
     node.kind = index_of(noted->kind) & kKindMask;
     node.is_safe = own.score >= noted->safe_score ? 1 : 0;
-    node.is_score_of_root = next.is_score_of_root != 0 && later->score == next.score ? 1 : 0;
+    node.repeats_scores_to_root =
+        next.repeats_scores_to_root != 0 && later->score == next.score ? 1 : 0;
     set_skip(node);
     id = store(node, n_count_at(id) + narrow(later->n_count - own.n_count));
     later = &own;

@@ -41,8 +41,8 @@ class CPathCache {
   using SiteId = std::uint32_t;
   static constexpr SiteId kNone = 0xFFFFFFFFU;
 
-  /// A part of a cached path: from a site over the best one that beats the best score so far,
-  /// `kNone` if none does, to the last one that the arriving score is sure to reach.
+  /// A part of a cached path: it begins at `from`; `best` is the site with the highest score above
+  /// the best so far, or `kNone`; `to` is the last site that the extension is sure to reach.
   struct Section {
     SiteId from;
     SiteId best;
@@ -108,16 +108,17 @@ class CPathCache {
   struct Node {
     const char* edge;
     std::uint64_t unit_code;
-    std::int32_t score;                  ///< of the extension that stored the node
-    std::int32_t height;                 ///< score above that of the root
-    std::int32_t min_height;             ///< of the sites before `skip`, this one included
-    std::int32_t max_height;             ///< of the sites after this one, up to `skip`
-    std::uint64_t next : kIdBits;        ///< the parent; means nothing at the root
-    std::uint64_t skip : kIdBits;        ///< the skip pointer; the root itself at the root
-    std::uint64_t max_at : kIdBits;      ///< the first site with `max_height`
-    std::uint64_t is_safe : 1;           ///< the edit holds for all safe scores
-    std::uint64_t is_skip_safe : 1;      ///< and so do all edits before `skip`
-    std::uint64_t is_score_of_root : 1;  ///< arriving with `score` means that of each site on
+    std::int32_t score;              ///< of the extension that stored the node
+    std::int32_t height;             ///< score above that of the root
+    std::int32_t min_height;         ///< of the sites before `skip`, this one included
+    std::int32_t max_height;         ///< of the sites after this one, up to `skip`
+    std::uint64_t next : kIdBits;    ///< the parent; means nothing at the root
+    std::uint64_t skip : kIdBits;    ///< the skip pointer; the root itself at the root
+    std::uint64_t max_at : kIdBits;  ///< the first site with `max_height`
+    std::uint64_t is_safe : 1;       ///< the edit holds for all safe scores
+    std::uint64_t is_skip_safe : 1;  ///< and so do all edits before `skip`
+    /// An extension that arrives with `score` reproduces every score up to the root.
+    std::uint64_t repeats_scores_to_root : 1;
     std::uint64_t is_root : 1;
     std::uint64_t edits : kIdBits;
     std::uint64_t mismatches : kIdBits;

@@ -76,7 +76,7 @@ template <class Direction>
   if (unit_length > kMaxCachedUnit || sat.recursion_depth != 0) return false;
   const std::int64_t max_score = std::max<std::int64_t>(sat.score, best_score) +
                                  Direction::bases_beyond(Direction::edge(sat), limit);
-  return edit_threshold(max_score, unit_length) == -unit_length;
+  return drop_off_limit(max_score, unit_length) == -unit_length;
 }
 
 }  // namespace quorix

@@ -127,8 +127,8 @@ class CBatchTables {
       const Range computed{std::min(last.low - 1, before.low),
                            std::max(last.high + 1, before.high)};
       const std::ptrdiff_t bases_needed = (row + computed.high + 1) / 2;
-      if (row == max_rows || bases_needed > bases_ahead || computed.high > kMaxBatchDifference ||
-          computed.low < -kMaxBatchDifference) {
+      if (row == max_rows || bases_needed > bases_ahead || computed.high > kMaxBatchDiagonal ||
+          computed.low < -kMaxBatchDiagonal) {
         count_work(row - 1);
         return give_up(best, row, last, before);
       }
@@ -199,7 +199,7 @@ class CBatchTables {
   [[nodiscard]] Value* cell(std::ptrdiff_t row, std::ptrdiff_t difference) {
     // Two rows of a parity do not meet in the same cells as those of the other.
     const std::ptrdiff_t slot = (row + 3) % 3;
-    return cells_[slot][difference + kMaxBatchDifference + 3];
+    return cells_[slot][difference + kMaxBatchDiagonal + 3];
   }
   Vector load(std::ptrdiff_t row, std::ptrdiff_t difference) {
     return hn::Load(Tag(), cell(row, difference));
@@ -226,7 +226,7 @@ class CBatchTables {
     };
     while (low <= high && is_dead(low)) low += 2;
     while (low <= high && is_dead(high)) high -= 2;
-    if (low > high) return {kMaxBatchDifference + 2, -kMaxBatchDifference - 2};
+    if (low > high) return {kMaxBatchDiagonal + 2, -kMaxBatchDiagonal - 2};
     return {low, high};
   }
 
@@ -263,7 +263,7 @@ class CBatchTables {
   BoundWork& work_;
   CellWeights<Vector> weights_;
   Vector target_;
-  HWY_ALIGN Value cells_[3][2 * kMaxBatchDifference + 7][32 / sizeof(Value)];
+  HWY_ALIGN Value cells_[3][2 * kMaxBatchDiagonal + 7][32 / sizeof(Value)];
 };
 
 template <class Value, bool kMayHaveNs>

@@ -1,7 +1,7 @@
 #pragma once
 
 /// @file
-/// Which sieve and which bounds serve a unit length: the table, and every limit in it.
+/// Which sieve and which bounds serve a unit length: the table, and the limits that decide it.
 ///
 /// A search rejects seeds in two stages. One sieve goes over the whole text; then the seeds that it
 /// leaves are bounded, groups and batches of neighbours before single ones. The plan decides from
@@ -60,7 +60,7 @@ inline constexpr std::ptrdiff_t kMaxBatchRows = 8192;
 /// follows them along an array faster than a bound finds where it ends.
 inline constexpr std::ptrdiff_t kMaxCachedUnitRows = 1024;
 /// Bases less characters, or the other way round, of the states that are followed.
-inline constexpr std::ptrdiff_t kMaxBatchDifference = 400;
+inline constexpr std::ptrdiff_t kMaxBatchDiagonal = 400;
 inline constexpr std::int64_t kMaxBatchUnit = 30'000;  ///< values have 16 bits
 
 // Bound of single seeds.
@@ -89,9 +89,10 @@ struct SeedThresholds {
 /// What a run must be like for the seeds at it to be undecided. Lengths are in matching bases.
 struct RunRule {
   std::int64_t unit_length;
-  std::int64_t min_run;   ///< at a shorter run there are none; at least 1
-  std::int64_t sure_run;  ///< at a run of this length all are; at a run of min_run, if smaller
-  /// In between, the run and one of those one edit off have to make up this many together.
+  std::int64_t min_run;   ///< seeds at a shorter run are rejected; below 1 runs do not serve
+  std::int64_t sure_run;  ///< seeds at a run of this length are undecided, if it reaches `min_run`
+  /// In between, a seed is undecided if the run and one of those one edit away have together at
+  /// least this many matches.
   std::int64_t chained_runs;
 
   /// A run of this length is near each seed that a run in between leaves undecided; 0 if that is

@@ -15,7 +15,7 @@
 ///   Minimum lengths count for exact extension only. Where a minimum score is 0 or less, no seed is
 ///   rejected.
 /// - A verdict depends on text, unit length and plan, and on nothing that a search does meanwhile,
-///   so it stays valid. Which bases are open only decides which neighbours get a verdict, too.
+///   so it stays valid. Open bases only decide which neighbours are bounded along with a seed.
 /// - Bits of `seeds` stand for bases with a base after the unit, so neighbours that are set have
 ///   their units in the text. The verdict on a unit with an N is meaningless and must not be asked
 ///   for.
@@ -41,7 +41,7 @@ struct SeedFilterWork {
   std::uint64_t singles = 0;  ///< seeds that were bounded one by one
   BoundWork group_bound;
   BoundWork batch_bound;
-  BoundWork score_bound;
+  BoundWork single_bound;
 };
 
 class CSeedFilter {
@@ -74,7 +74,7 @@ class CSeedFilter {
     all.lags_made = lags_.made_count();
     all.group_bound = for_groups_.work;
     all.batch_bound = for_batches_.work;
-    all.score_bound = for_singles_.work;
+    all.single_bound = for_singles_.work;
     return all;
   }
 

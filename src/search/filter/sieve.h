@@ -18,7 +18,8 @@
 /// ```
 ///
 /// A sieve gets a bit set for each unit length of its rule, with a bit for each base p that has a
-/// base after its unit, and clears the bits of seeds that it rejects. It changes no bits but those
+/// base after its unit, and clears the bits of seeds that it rejects: those that no extension can
+/// turn into an accepted repeat. It changes no bits but those
 /// of the seeds of one segment. It keeps nothing between two calls: what it reads beyond the
 /// segment is read again for the next one. So segments may be taken in any order, and a text comes
 /// out the same. What a sieve needs meanwhile is handed in as a workspace.

@@ -20,7 +20,7 @@ namespace quorix {
 
 /// What a score must stay above after an edit: the unit's own length below zero, or the best score
 /// less `global_maximum_scorereduction`, whichever is higher.
-[[nodiscard]] inline std::int64_t edit_threshold(std::int64_t best_score,
+[[nodiscard]] inline std::int64_t drop_off_limit(std::int64_t best_score,
                                                  std::int64_t unit_length) {
   return std::max(-unit_length, best_score - std::int64_t{global_maximum_scorereduction});
 }

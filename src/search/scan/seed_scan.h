@@ -38,7 +38,7 @@ class CSeedScan {
   template <class Visit>
   void for_each_base(const CFilterPlan& plan, const Visit& visit);
 
-  /// Seeds that the sieves left and that do not reach into N's, since the scan was made.
+  /// Seeds that the sieves left and whose unit holds no N, since the scan was made.
   [[nodiscard]] std::uint64_t seed_count() const { return seed_count_; }
   /// The filter of the last scan. Null before the first one.
   [[nodiscard]] const CSeedFilter* last_filter() const { return filter_.get(); }

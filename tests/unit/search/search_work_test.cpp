@@ -54,7 +54,7 @@ TEST_F(SearchWork, of_short_units) {
               "asked: batches 667, singles 341\n"
               "group bound:\n"
               "batch bound: tables 1330, rows 50394, cells 257195\n"
-              "score bound: tables 637, rows 29093, cells 465488\n");
+              "single bound: tables 637, rows 29093, cells 465488\n");
 }
 
 TEST_F(SearchWork, of_short_units_with_mild_penalties) {
@@ -72,7 +72,7 @@ TEST_F(SearchWork, of_short_units_with_mild_penalties) {
               "asked: batches 145, singles 23\n"
               "group bound:\n"
               "batch bound: tables 276, rows 15680, cells 46090\n"
-              "score bound: tables 42, rows 1559, cells 24944\n");
+              "single bound: tables 42, rows 1559, cells 24944\n");
 }
 
 TEST_F(SearchWork, of_short_units_with_high_penalties) {
@@ -90,7 +90,7 @@ TEST_F(SearchWork, of_short_units_with_high_penalties) {
               "asked: batches 567, singles 110\n"
               "group bound:\n"
               "batch bound: tables 1134, rows 67299, cells 245620\n"
-              "score bound: tables 214, rows 11332, cells 181312\n");
+              "single bound: tables 214, rows 11332, cells 181312\n");
 }
 
 TEST_F(SearchWork, of_long_units) {
@@ -106,7 +106,7 @@ TEST_F(SearchWork, of_long_units) {
               "asked: groups 235, batches 167, singles 6\n"
               "group bound: tables 470, rows 133584\n"
               "batch bound: tables 364, rows 76841, cells 2157892\n"
-              "score bound: tables 12, rows 1687, cells 107968\n");
+              "single bound: tables 12, rows 1687, cells 107968\n");
 }
 
 TEST_F(SearchWork, of_long_units_beside_an_array_of_short_ones) {
@@ -126,7 +126,7 @@ TEST_F(SearchWork, of_long_units_beside_an_array_of_short_ones) {
               "asked: groups 1399, batches 114, singles 25\n"
               "group bound: tables 2798, rows 865473\n"
               "batch bound: tables 230, rows 28760, cells 622722\n"
-              "score bound: tables 50, rows 5799, cells 371136\n");
+              "single bound: tables 50, rows 5799, cells 371136\n");
 }
 
 TEST_F(SearchWork, of_units_too_long_for_the_lag_bound) {
@@ -142,7 +142,7 @@ TEST_F(SearchWork, of_units_too_long_for_the_lag_bound) {
       "asked: groups 31, singles 1\n"
       "group bound: tables 62, rows 35137\n"
       "batch bound:\n"
-      "score bound: tables 1, rows 76, cells 19456\n");
+      "single bound: tables 1, rows 76, cells 19456\n");
 }
 
 TEST_F(SearchWork, where_a_score_reduction_limits_extension) {
@@ -158,7 +158,7 @@ TEST_F(SearchWork, where_a_score_reduction_limits_extension) {
               "asked: batches 648, singles 335\n"
               "group bound:\n"
               "batch bound: tables 1292, rows 46117, cells 232912\n"
-              "score bound: tables 632, rows 27715, cells 443440\n");
+              "single bound: tables 632, rows 27715, cells 443440\n");
 }
 
 TEST_F(SearchWork, of_deep_look_aheads) {
@@ -175,7 +175,7 @@ TEST_F(SearchWork, of_deep_look_aheads) {
       "asked: batches 271, singles 39\n"
       "group bound:\n"
       "batch bound: tables 542, rows 13007, cells 39153\n"
-      "score bound: tables 75, rows 2151, cells 34416\n");
+      "single bound: tables 75, rows 2151, cells 34416\n");
 }
 
 TEST_F(SearchWork, of_shallow_look_aheads) {
@@ -192,7 +192,7 @@ TEST_F(SearchWork, of_shallow_look_aheads) {
               "asked: batches 688, singles 334\n"
               "group bound:\n"
               "batch bound: tables 1372, rows 55786, cells 310573\n"
-              "score bound: tables 627, rows 30427, cells 486832\n");
+              "single bound: tables 627, rows 30427, cells 486832\n");
 }
 
 TEST_F(SearchWork, along_a_long_array) {
@@ -209,7 +209,7 @@ TEST_F(SearchWork, along_a_long_array) {
               "asked: batches 299, singles 339\n"
               "group bound:\n"
               "batch bound: tables 598, rows 25656, cells 105173\n"
-              "score bound: tables 516, rows 24582, cells 393312\n");
+              "single bound: tables 516, rows 24582, cells 393312\n");
 }
 
 TEST_F(SearchWork, among_gaps) {
@@ -230,7 +230,7 @@ TEST_F(SearchWork, among_gaps) {
               "asked: batches 824, singles 541\n"
               "group bound:\n"
               "batch bound: tables 1620, rows 137545, cells 721062\n"
-              "score bound: tables 991, rows 93294, cells 1492704\n");
+              "single bound: tables 991, rows 93294, cells 1492704\n");
 }
 
 TEST_F(SearchWork, of_exact_repeats) {
@@ -246,7 +246,7 @@ TEST_F(SearchWork, of_exact_repeats) {
       "asked:\n"
       "group bound:\n"
       "batch bound:\n"
-      "score bound:\n");
+      "single bound:\n");
 }
 
 TEST_F(SearchWork, of_exact_repeats_that_are_extended) {
@@ -264,7 +264,7 @@ TEST_F(SearchWork, of_exact_repeats_that_are_extended) {
       "asked:\n"
       "group bound:\n"
       "batch bound:\n"
-      "score bound:\n");
+      "single bound:\n");
 }
 
 }  // namespace

@@ -68,7 +68,7 @@ inline std::string in_words(const SeedFilterWork& work) {
                   {{"groups", work.groups}, {"batches", work.batches}, {"singles", work.singles}}) +
          in_words("group bound:",
                   {{"tables", work.group_bound.tables}, {"rows", work.group_bound.rows}}) +
-         in_words("batch bound:", work.batch_bound) + in_words("score bound:", work.score_bound);
+         in_words("batch bound:", work.batch_bound) + in_words("single bound:", work.single_bound);
 }
 
 /// The work of extensions; it does not depend on the vectors of the processor as long as the seeds

@@ -27,27 +27,27 @@ TEST_F(Score, is_kept_within_32_bits) {
 }
 
 TEST_F(Score, must_stay_above_the_unit_length_below_zero_when_no_reduction_limit_is_set) {
-  EXPECT_EQ(edit_threshold(0, 2), -2);
-  EXPECT_EQ(edit_threshold(1000, 6), -6);
-  EXPECT_EQ(edit_threshold(kMaxScore32, 6), 0);  // no limit is a limit of INT_MAX after all
+  EXPECT_EQ(drop_off_limit(0, 2), -2);
+  EXPECT_EQ(drop_off_limit(1000, 6), -6);
+  EXPECT_EQ(drop_off_limit(kMaxScore32, 6), 0);  // no limit is a limit of INT_MAX after all
 }
 
 TEST_F(Score, must_stay_above_the_best_one_less_the_reduction_limit) {
   global_maximum_scorereduction = 8;
-  EXPECT_EQ(edit_threshold(10, 2), 2);
-  EXPECT_EQ(edit_threshold(7, 2), -1);
-  EXPECT_EQ(edit_threshold(6, 2), -2);
-  EXPECT_EQ(edit_threshold(5, 2), -2);
+  EXPECT_EQ(drop_off_limit(10, 2), 2);
+  EXPECT_EQ(drop_off_limit(7, 2), -1);
+  EXPECT_EQ(drop_off_limit(6, 2), -2);
+  EXPECT_EQ(drop_off_limit(5, 2), -2);
   global_maximum_scorereduction = 0;
-  EXPECT_EQ(edit_threshold(10, 2), 10);
+  EXPECT_EQ(drop_off_limit(10, 2), 10);
 }
 
 TEST_F(Score, threshold_does_not_overflow_at_the_extremes_of_the_reduction_limit) {
   global_maximum_scorereduction = kMinScore32;
-  EXPECT_EQ(edit_threshold(10, 2), 2147483658);
-  EXPECT_EQ(edit_threshold(kMaxScore32, 2), 4294967295);
+  EXPECT_EQ(drop_off_limit(10, 2), 2147483658);
+  EXPECT_EQ(drop_off_limit(kMaxScore32, 2), 4294967295);
   global_maximum_scorereduction = kMaxScore32;
-  EXPECT_EQ(edit_threshold(kMinScore32, 2), -2);
+  EXPECT_EQ(drop_off_limit(kMinScore32, 2), -2);
 }
 
 TEST_F(Score, is_not_changed_by_an_N_unless_the_settings_say_so) {

@@ -20,9 +20,9 @@ HOLES = {
         (LAG_GRID, "first_lag_ = (lowest_lag - 1) | 1;",
          "first_lag_ = lowest_lag | 1;\n  if (first_lag_ > first) first_lag_ -= 2;")],
     "lag grid: room for one indel fewer": [
-        (LAG_GRID, "return (kHighestGain + 2 * unit_length - 1) / rule_.scoring.indel_penalty;",
+        (LAG_GRID, "return (kMaxGain + 2 * unit_length - 1) / rule_.scoring.indel_penalty;",
          "return std::max<std::int64_t>(\n"
-         "      (kHighestGain + 2 * unit_length - 1) / rule_.scoring.indel_penalty - 1, 0);")],
+         "      (kMaxGain + 2 * unit_length - 1) / rule_.scoring.indel_penalty - 1, 0);")],
     "lag grid: half of the rows ahead": [
         (LAG_GRID, "rows_ahead_ = 2 * last + indels + 2;", "rows_ahead_ = last + indels + 2;")],
     "lag grid: the cap of the gain is a quarter of what it has to be": [

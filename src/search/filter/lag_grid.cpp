@@ -4,7 +4,7 @@
 //
 //     lane              0         1         2              row t, lags l, l + 2, l + 4
 //     higher bases      x         x + 1     x + 2          x = (t + l) / 2
-//     lower bases       c         c - 1     c - 2          c = (t - l) / 2
+//     lower bases       y         y - 1     y - 2          y = (t - l) / 2
 //
 // The next row of the same parity begins one base further in both. Outside the text stand letters
 // that match nothing, so that no loop needs the ends of the text. To the right the higher position
@@ -26,7 +26,7 @@ namespace quorix {
 namespace {
 
 constexpr std::int64_t kSignedGrain = CLagGrid::kLaneGrain;
-/// What is kept of a segment, unless that makes it too short.
+/// Bytes that are stored of a segment, unless that makes it too short.
 constexpr std::int64_t kSegmentBytes = 2'000'000;
 /// Rows of a segment for each row that is filled beyond it, on either side, at least.
 constexpr std::int64_t kMinSegmentHalos = 6;
@@ -68,7 +68,7 @@ CLagGrid::CLagGrid(const char* text, std::uint64_t length, const LagRule& rule)
   rows_per_segment_ = std::min((rows_per_segment_ + 1) / 2 * 2, row_count());
   rightward_rows_ = CLagRows(lane_count_);
   leftward_rows_ = CLagRows(lane_count_);
-  kept_.resize(static_cast<std::size_t>(rows_per_segment_) * lane_count_);
+  stored_.resize(static_cast<std::size_t>(rows_per_segment_) * lane_count_);
   undecided_words_ = static_cast<std::size_t>(rows_per_segment_) / 2 / kWordBits + 2;
   undecided_.resize(undecided_words_ * rule.min_scores.size());
   fill_lanes();
@@ -91,11 +91,11 @@ void CLagGrid::choose_weights() {
   assert(reward + cost <= min_penalty + 1 && cost <= min_penalty && reward * min_penalty >= cost);
 }
 
-/// Insertions or deletions on a path through one copy that begins with at most `kHighestGain`: they
+/// Insertions or deletions on a path through one copy that begins with at most `kMaxGain`: they
 /// cost no more than that score, a match for each character, and what lies above minus the unit
 /// length.
 std::int64_t CLagGrid::max_indels(std::int64_t unit_length) const {
-  return (kHighestGain + 2 * unit_length - 1) / rule_.scoring.indel_penalty;
+  return (kMaxGain + 2 * unit_length - 1) / rule_.scoring.indel_penalty;
 }
 
 /// The persistence of a path that begins with score 0 and lives on after the first copy.
@@ -162,9 +162,9 @@ void CLagGrid::load_segment(std::int64_t first_row, std::int64_t row_end) {
     higher_bases_[static_cast<std::size_t>(x - first_higher_)] =
         static_cast<std::uint8_t>(text_[x]);
   }
-  for (std::int64_t c = std::max<std::int64_t>(lower_begin + 1, 0);
-       c <= std::min(last_lower_, length_ - 1); ++c) {
-    lower_bases_[static_cast<std::size_t>(last_lower_ - c)] = static_cast<std::uint8_t>(text_[c]);
+  for (std::int64_t y = std::max<std::int64_t>(lower_begin + 1, 0);
+       y <= std::min(last_lower_, length_ - 1); ++y) {
+    lower_bases_[static_cast<std::size_t>(last_lower_ - y)] = static_cast<std::uint8_t>(text_[y]);
   }
   const auto has_N = [](const std::vector<std::uint8_t>& bases) {
     return std::find(bases.begin(), bases.end(), static_cast<std::uint8_t>('N')) != bases.end();
@@ -173,7 +173,7 @@ void CLagGrid::load_segment(std::int64_t first_row, std::int64_t row_end) {
       rule_.scoring.is_N_neutral && (has_N(higher_bases_) || has_N(lower_bases_));
 }
 
-void CLagGrid::keep_undecided(std::int64_t t, std::size_t first_lane, const std::uint8_t* lane_bits,
+void CLagGrid::note_undecided(std::int64_t t, std::size_t first_lane, const std::uint8_t* lane_bits,
                               std::size_t lane_count) {
   for (std::size_t lane = 0; lane < lane_count; lane += 8) {
     for (unsigned bits = lane_bits[lane / 8]; bits != 0; bits &= bits - 1) {

@@ -1,18 +1,19 @@
 #pragma once
 
 /// @file
-/// The memory of the tables of search/filter/lag_sieve.h: rows, and what the lags of a row demand.
+/// The memory of the tables of search/filter/lag_sieve.h, which explains the symbols: rows, and
+/// what the lags of a row demand.
 ///
-/// Row t holds the pairs of a base x and a unit character c with x + c = t, for lags x - c of the
-/// parity of t. `first_lag` is odd: lane k of an odd row is lag `first_lag` + 2 k, of an even row
-/// one more. So the lags one longer and one shorter stand in the same lane of the neighbouring rows
-/// and in the one beside it.
+/// Row t holds the pairs of a base at x and a unit character at y with x + y = t. Their lags x - y
+/// have the parity of t. `first_lag` is odd: lane k of an odd row is lag `first_lag` + 2 k, of an
+/// even row one more. So of the lags one longer and one shorter, one is in the same lane of the
+/// neighbouring rows and the other in the lane beside it.
 ///
 /// Every lag that a path of one of the unit lengths may have within its first copy has a lane: from
 /// the first unit length less `max_indels`, or 1 if that is more, to the last one plus
-/// `max_indels`. What is beside the lanes reads as 0, which is sound only because no path that
-/// matters gets there. Rows are whole vectors, so they have some lags more at the upper end, and at
-/// the lower end one where that makes `first_lag` odd.
+/// `max_indels`. What is beside the lanes reads as 0, which is sound only because no path gets
+/// there within its first copy. Rows are whole vectors, so they have some lags more at the upper
+/// end, and one more at the lower end if that makes `first_lag` odd.
 ///
 /// What a path needs to persist and how far it may fall increase with the unit length, and so does
 /// its lowest lag. So the caps of a lane are those of the longest unit length whose paths come
@@ -35,8 +36,8 @@ struct LagWeights {
   std::uint8_t indel;
   std::uint8_t reward;  ///< of a match or N, for the persistence
   std::uint8_t cost;    ///< of an edit, for the persistence
-  /// Half of a score on entry, rounded up, bounds what persistence it can stand for; else all of it
-  /// does.
+  /// True if half of the score on entry, rounded up, is enough credit for the persistence of the
+  /// left side; else it takes all of it.
   bool is_half_enough;
 };
 
@@ -89,9 +90,9 @@ class CLagGrid {
  public:
   /// Rows are whole vectors of this many lanes.
   static constexpr std::size_t kLaneGrain = 32;
-  /// A higher gain to the right is not bounded farther: such a seed is undecided. So it bounds
-  /// the score on entry of the other side, and with it `max_indels`. Any value would be sound.
-  static constexpr std::uint8_t kHighestGain = 31;
+  /// A seed with a higher gain to the right is undecided, whatever its left side does. So this
+  /// bounds the score on entry to the left, and with it `max_indels`. Any value would be sound.
+  static constexpr std::uint8_t kMaxGain = 31;
 
   /// The text and the rule must outlive this.
   /// Throws: std::bad_alloc.
@@ -124,13 +125,14 @@ class CLagGrid {
   /// True if the bases loaded have N's that stand for any base.
   [[nodiscard]] bool may_have_neutral_Ns() const { return may_have_neutral_Ns_; }
 
-  /// The row to begin with on the way to the left: paths from rows below `row_end` leave their
-  /// first copy before it, so what lies beyond may be left out. After the text there is nothing.
+  /// The row to begin with when filling from right to left: paths from rows below `row_end` leave
+  /// their first copy before it, so what lies beyond may be left out. After the text there is
+  /// nothing.
   [[nodiscard]] std::int64_t row_ahead(std::int64_t row_end) const {
     return std::min(row_end + rows_ahead_, row_count()) - 1;
   }
-  /// The same on the way to the right: paths to the left from rows from `first_row` on leave their
-  /// first copy after this row.
+  /// The row to begin with when filling from left to right: paths to the left, from rows from
+  /// `first_row` on, leave their first copy after it.
   [[nodiscard]] std::int64_t row_before(std::int64_t first_row) const {
     return std::max<std::int64_t>(first_row - rows_ahead_, 0);
   }
@@ -159,15 +161,15 @@ class CLagGrid {
     return leftward_rows_;
   }
 
-  /// Room for what is kept of a row of the segment.
-  [[nodiscard]] std::uint8_t* kept_row(std::int64_t t) {
+  /// Room for what is stored of a row of the segment, a byte for each lane.
+  [[nodiscard]] std::uint8_t* stored_row(std::int64_t t) {
     assert(t >= first_row_ && t < first_row_ + rows_per_segment_);
-    return kept_.data() + static_cast<std::size_t>(t - first_row_) * lane_count_;
+    return stored_.data() + static_cast<std::size_t>(t - first_row_) * lane_count_;
   }
 
   /// Notes that the seeds of row `t` are undecided in those lanes from `first_lane` on whose bit is
   /// set in `lane_bits`.
-  void keep_undecided(std::int64_t t, std::size_t first_lane, const std::uint8_t* lane_bits,
+  void note_undecided(std::int64_t t, std::size_t first_lane, const std::uint8_t* lane_bits,
                       std::size_t lane_count);
 
   /// Clears the bits of the other seeds in the rows [first_row, row_end), and forgets those noted.
@@ -203,7 +205,7 @@ class CLagGrid {
   std::vector<std::uint8_t> higher_bases_;
   std::vector<std::uint8_t> lower_bases_;
   bool may_have_neutral_Ns_ = false;
-  std::vector<std::uint8_t> kept_;
+  std::vector<std::uint8_t> stored_;
 
   /// The undecided seeds of the segment at the bases of word `w`.
   [[nodiscard]] std::uint64_t& undecided_word(std::int64_t unit_length, std::uint64_t w) {
@@ -214,7 +216,7 @@ class CLagGrid {
     const auto unit = static_cast<std::size_t>(unit_length - rule_.first_unit_length);
     return undecided_[unit * undecided_words_ + i];
   }
-  /// `undecided_words_` for each unit length; 0 but from `keep_undecided` to `clear_rejected`.
+  /// `undecided_words_` for each unit length; 0 but from `note_undecided` to `clear_rejected`.
   std::vector<std::uint64_t> undecided_;
   std::size_t undecided_words_ = 0;
 };

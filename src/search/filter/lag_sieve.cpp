@@ -1,22 +1,23 @@
-// A lane is a lag, a row is a sum of base and character. The tables are filled row by row, right to
-// left for extensions to the right, then left to right for the others:
+// A lane is a lag, a row is a sum x + y of the positions of base and character. The tables are
+// filled row by row, right to left for extensions to the right, then left to right for the others:
 //
 //     lag           1   2   3   4   5   6   7   8          lanes of one parity: 4
 //     row t         .       .      <v>      .              <v> = max of
 //     row t + 1         .      (n)     (n)      .            (n) less an indel, the last row filled
-//     row t + 2     .       .      [d]      .                [d] and a match or mismatch, before it
+//     row t + 2     .       .      [p]      .                [p] and a match or mismatch, before it
 //
 // Invariants:
 //
 // - Whole rows are filled, so each lane of the two rows before holds its value. Beside the lanes
-//   there are zeros, which no path that matters reads (search/filter/lag_grid.h).
-// - Three rows are held. Of the rightward ones a byte per lane is kept: the gain, or 255 if the
-//   seed is undecided whatever its left side does. So a segment needs a byte for each cell.
-// - The left table stands at the mirror image of row t when row t is joined: a seed's left side
+//   there are zeros, which no path within its first copy reads (search/filter/lag_grid.h).
+// - Each table holds its last three rows. Of a row of the rightward one a byte per lane is stored:
+//   the gain, or 255 if the seed is undecided whatever its left side does. So a segment needs a
+//   byte for each cell.
+// - When row t is joined, the leftward table is at the mirror image of row t: a seed's left side
 //   begins with the base before it and its last character, which is two rows further down.
 //
-// Beyond a segment rows are filled up to `row_ahead` and from `row_before` on: paths of its seeds
-// leave their first copy within them, and what they do after it is not asked for.
+// Beyond a segment, rows are filled up to `row_ahead` and from `row_before` on: paths of its seeds
+// leave their first copy within these rows, and what they do after it does not matter.
 //
 // Instructions of a whole search (phage lambda, unit lengths up to 100): without the sieve 26 times
 // as many; with 16 unit lengths at once instead of all, 1.8 times.
@@ -53,7 +54,7 @@ auto is_at_least(Vector values, Vector limits) {
   return hn::Eq(hn::Max(values, limits), values);
 }
 
-/// Computes row `t` of both tables from the two rows before it on the way.
+/// Computes row `t` of both tables from the two rows filled before it.
 template <bool kMayHaveNs, bool kIsRightward>
 void fill_row(const CLagGrid& grid, CLagRows& rows, std::int64_t t) {
   const hn::CappedTag<std::uint8_t, CLagGrid::kLaneGrain> d;
@@ -98,38 +99,38 @@ void fill_row(const CLagGrid& grid, CLagRows& rows, std::int64_t t) {
   }
 }
 
-/// Keeps of row `t` what the other side needs: the gain, or 255 where the path may persist or
-/// gains more than the bounds allow for.
-void keep_row(const CLagGrid& grid, const CLagRows& rows, std::int64_t t, std::uint8_t* kept) {
+/// Stores of row `t` what the left side needs: the gain, or 255 where the path may persist or gains
+/// more than `kMaxGain`.
+void store_row(const CLagGrid& grid, const CLagRows& rows, std::int64_t t, std::uint8_t* stored) {
   const hn::CappedTag<std::uint8_t, CLagGrid::kLaneGrain> d;
   using Vector = hn::Vec<decltype(d)>;
   const LagLanes& lanes = grid.lanes(CLagGrid::parity_of(t));
-  const Vector highest_gain = hn::Set(d, CLagGrid::kHighestGain);
+  const Vector max_gain = hn::Set(d, CLagGrid::kMaxGain);
   const Vector full = hn::Set(d, 255);
   for (std::size_t i = 0; i < grid.lane_count(); i += hn::Lanes(d)) {
     const Vector gain = hn::LoadU(d, rows.gain(0) + i);
     const auto may_persist =
         is_at_least(hn::LoadU(d, rows.persistence(0) + i), hn::LoadU(d, lanes.min_persistence + i));
-    hn::StoreU(hn::IfThenElse(hn::Or(may_persist, hn::Gt(gain, highest_gain)), full, gain), d,
-               kept + i);
+    hn::StoreU(hn::IfThenElse(hn::Or(may_persist, hn::Gt(gain, max_gain)), full, gain), d,
+               stored + i);
   }
 }
 
-/// Joins row `t` of the extension to the right, as kept, with `rows`, which stand at its mirror
-/// image.
-void join_row(CLagGrid& grid, const CLagRows& rows, std::int64_t t, const std::uint8_t* kept) {
+/// Joins row `t` of the extension to the right, as stored, with `rows` of the extension to the
+/// left, which are at its mirror image: notes the seeds that are undecided.
+void join_row(CLagGrid& grid, const CLagRows& rows, std::int64_t t, const std::uint8_t* stored) {
   const hn::CappedTag<std::uint8_t, CLagGrid::kLaneGrain> d;
   using Vector = hn::Vec<decltype(d)>;
   const LagLanes& lanes = grid.lanes(CLagGrid::parity_of(t));
   const Vector zero = hn::Zero(d);
   const bool is_half = grid.weights().is_half_enough;
   for (std::size_t i = 0; i < grid.lane_count(); i += hn::Lanes(d)) {
-    const Vector right_gain = hn::LoadU(d, kept + i);
+    const Vector right_gain = hn::LoadU(d, stored + i);
     const Vector gain = hn::SaturatedAdd(right_gain, hn::LoadU(d, rows.gain(0) + i));
-    // The score on entry allows for more edits. A gain to the right that is kept as 255 leaves
+    // The score on entry allows for more edits. A gain to the right that is stored as 255 leaves
     // the seed undecided, whatever the minimum score, which is 255 here at most.
-    const Vector lent = is_half ? hn::AverageRound(right_gain, zero) : right_gain;
-    const Vector persistence = hn::SaturatedAdd(hn::LoadU(d, rows.persistence(0) + i), lent);
+    const Vector credit = is_half ? hn::AverageRound(right_gain, zero) : right_gain;
+    const Vector persistence = hn::SaturatedAdd(hn::LoadU(d, rows.persistence(0) + i), credit);
     const auto is_undecided =
         hn::Or(is_at_least(gain, hn::LoadU(d, lanes.min_gain + i)),
                is_at_least(persistence, hn::LoadU(d, lanes.min_persistence + i)));
@@ -138,7 +139,7 @@ void join_row(CLagGrid& grid, const CLagRows& rows, std::int64_t t, const std::u
     if (hn::AllFalse(d, found)) continue;
     std::uint8_t bits[HWY_MAX_BYTES / 8 + 8] = {};
     hn::StoreMaskBits(d, found, bits);
-    grid.keep_undecided(t, i, bits, hn::Lanes(d));
+    grid.note_undecided(t, i, bits, hn::Lanes(d));
   }
 }
 
@@ -151,14 +152,14 @@ void sift_rows(CLagGrid& grid, std::int64_t first_row, std::int64_t row_end,
     right.advance();
     fill_row<kMayHaveNs, true>(grid, right, t);
     ++work.rows;
-    if (t < row_end) keep_row(grid, right, t, grid.kept_row(t));
+    if (t < row_end) store_row(grid, right, t, grid.stored_row(t));
   }
   CLagRows& left = grid.start_leftward_rows();
   for (std::int64_t t = grid.row_before(first_row); t < row_end; ++t) {
     left.advance();
     fill_row<kMayHaveNs, false>(grid, left, t - 2);
     ++work.rows;
-    if (t >= first_row) join_row(grid, left, t, grid.kept_row(t));
+    if (t >= first_row) join_row(grid, left, t, grid.stored_row(t));
   }
   grid.clear_rejected(first_row, row_end, seeds);
   work.tables += 2;

@@ -171,7 +171,7 @@ class CPlainLagBound {
                               std::int64_t unit) const {
     const std::int64_t right_gain = right.gain(p + unit, unit);
     const std::int64_t min_persistence = lanes(unit).min_persistence[lane(unit)];
-    if (right_gain > CLagGrid::kHighestGain) return true;
+    if (right_gain > CLagGrid::kMaxGain) return true;
     if (right.persistence(p + unit, unit) >= min_persistence) return true;
     if (right_gain + left.gain(p + unit - 1, unit) >= lanes(unit).min_gain[lane(unit)]) {
       return true;

@@ -75,7 +75,7 @@ TEST(LagGrid, demands_no_more_than_a_living_path_has) {
       const std::size_t lane = searched_lane(lanes);
       const std::int64_t demanded = lanes.min_persistence[lane];
       const std::int64_t cap = lanes.persistence_cap[lane];
-      for (std::int64_t score = 0; score <= CLagGrid::kHighestGain; ++score) {
+      for (std::int64_t score = 0; score <= CLagGrid::kMaxGain; ++score) {
         const PathExtremes path = try_edits(unit_length, score, penalties, grid.weights());
         const std::int64_t lent = grid.weights().is_half_enough ? (score + 1) / 2 : score;
         if (demanded > 0) {
@@ -114,9 +114,9 @@ TEST(LagGrid, has_a_lane_for_each_lag_that_a_path_can_pay_for) {
         LagRule rules = rules_for(first, {20, indel});
         rules.min_scores.assign(static_cast<std::size_t>(unit_count), 20);
         const CLagGrid grid(text.data(), text.size(), rules);
-        // With a gain of up to `kHighestGain` on entry and a match for each character of the copy,
+        // With a gain of up to `kMaxGain` on entry and a match for each character of the copy,
         // a path falls no lower than one above minus the unit length.
-        const std::int64_t drift = (CLagGrid::kHighestGain + 2 * last - 1) / indel;
+        const std::int64_t drift = (CLagGrid::kMaxGain + 2 * last - 1) / indel;
         const std::int64_t first_lag = first_lag_of(grid, first);
         ASSERT_EQ(first_lag % 2, 1);
         ASSERT_LE(first_lag, std::max<std::int64_t>(first - drift, 1))
@@ -192,13 +192,13 @@ TEST(LagGrid, lays_the_bases_out_by_rows_and_lanes) {
   }
 }
 
-/// The longest unit whose paths may come to `lag`: with a gain of up to `kHighestGain` on entry and
+/// The longest unit whose paths may come to `lag`: with a gain of up to `kMaxGain` on entry and
 /// all that a copy adds, a path pays for so many indels and is still alive.
 std::int64_t longest_unit_at(std::int64_t lag, const LagRule& rules) {
   const auto first = static_cast<std::int64_t>(rules.first_unit_length);
   std::int64_t longest = first;
   for (std::int64_t u = first; u <= static_cast<std::int64_t>(rules.last_unit_length()); ++u) {
-    const std::int64_t indels = (CLagGrid::kHighestGain + 2 * u - 1) / rules.scoring.indel_penalty;
+    const std::int64_t indels = (CLagGrid::kMaxGain + 2 * u - 1) / rules.scoring.indel_penalty;
     if (u - indels <= lag) longest = u;
   }
   return longest;

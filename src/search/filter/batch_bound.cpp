@@ -2,22 +2,23 @@
 // any of the seeds may be alive.
 //
 //     lanes                 seed 0   seed 1   ...   seed 31       16 or 32 of 8 or 16 bits each
-//     cell (row, difference)  v        v               v         one load, one store
+//     cell (row, diagonal)    v        v               v         one load, one store
 //
-//     row r - 2          low  .   .   .   .   .   .  high        every other difference: its parity
+//     row r - 2          low  .   .   .   .   .   .  high        every other diagonal: its parity
 //     row r - 1        low  .   .   .   .   .   .   .   high     is that of the row
 //     row r          low  .   .   .   .   .   .   .   .   high
 //
-// A row has no fixed width but a range of differences, bases less characters, that widens and
-// shrinks with the cells that are alive. Invariants:
+// A row has the cells with the same sum of bases and characters. It has no fixed width but a range
+// of diagonals, bases less characters, that widens and shrinks with the cells that are alive.
+// Invariants:
 //
-// - A cell that is alive follows one at the same difference two rows before, or one beside it in
-//   the last row. So the cells from one beside the range of the last row, and from that of the row
+// - A cell that is alive follows one on the same diagonal two rows before, or one beside it in the
+//   last row. So the cells from one beside the range of the last row, and from that of the row
 //   before, are all that can be alive.
 // - Rows share their memory with the third row after them, so beyond the range that was filled a
-//   row has old values. The next two rows read at most two differences beyond it, and there it is
-//   cleared. For the lower end (the upper one mirrors it) let f(r) be the lowest difference filled
-//   in row r, and a(r) >= f(r) that of its lowest cell that is alive, beyond all others if there is
+//   row has old values. The next two rows read at most two diagonals beyond it, and there it is
+//   cleared. For the lower end (the upper one mirrors it) let f(r) be the lowest diagonal filled in
+//   row r, and a(r) >= f(r) that of its lowest cell that is alive, beyond all others if there is
 //   none: f(r) = min(a(r-1) - 1, a(r-2)), so f(r) <= a(r-1) - 1 for every r. Row r reads row r-1
 //   from f(r) - 1 = min(a(r-1) - 2, a(r-2) - 1) on, which is f(r-1) - 2 or more. It reads row r-2
 //   from f(r) on; there a(r-2) >= f(r-2), and a(r-1) - 1 >= f(r-1) - 1 = min(a(r-2) - 2,
@@ -152,7 +153,7 @@ class CBatchTables {
  private:
   static constexpr std::ptrdiff_t kCell = 32 / sizeof(Value);  ///< values in a cell
 
-  /// Differences of a row, both ends included.
+  /// Diagonals of a row, both ends included.
   struct Range {
     std::ptrdiff_t low;
     std::ptrdiff_t high;
@@ -160,52 +161,52 @@ class CBatchTables {
   };
 
   /// Computes the states of `row` within `computed` and raises `best` to the highest values.
-  /// Returns the differences of the first and the last state.
+  /// Returns the diagonals of the first and the last state.
   template <bool kIsRightward>
   HWY_INLINE Range fill_row(const char* first, std::ptrdiff_t row, const Range& computed,
                             Vector& best) {
     const Tag d;
     const Vector neutral_letter = hn::Set(d, static_cast<Value>('N'));
     const std::ptrdiff_t unit_length = batch_.unit_length;
-    // Differences have the parity of the row. Neither count of a computed cell is negative.
-    std::ptrdiff_t difference = computed.low + ((computed.low ^ row) & 1);
-    assert(difference == computed.low && -row <= difference && computed.high <= row);
-    const std::ptrdiff_t first_difference = difference;
-    std::ptrdiff_t bases = (row + difference) / 2;
-    std::ptrdiff_t character = ((row - difference) / 2 - 1) % unit_length;
+    // Diagonals have the parity of the row. Neither count of a computed cell is negative.
+    std::ptrdiff_t diagonal = computed.low + ((computed.low ^ row) & 1);
+    assert(diagonal == computed.low && -row <= diagonal && computed.high <= row);
+    const std::ptrdiff_t first_diagonal = diagonal;
+    std::ptrdiff_t bases = (row + diagonal) / 2;
+    std::ptrdiff_t character = ((row - diagonal) / 2 - 1) % unit_length;
     if (character < 0) character += unit_length;
-    const Value* const diagonals = cell(row - 2, 0);
+    const Value* const previous = cell(row - 2, 0);
     const Value* const neighbours = cell(row - 1, 0);
     Value* const values_here = cell(row, 0);
-    for (; difference <= computed.high; difference += 2) {
+    for (; diagonal <= computed.high; diagonal += 2) {
       const char* const base_at = kIsRightward ? first + unit_length + bases - 1 : first - bases;
       const char* const character_at =
           kIsRightward ? first + character : first + unit_length - 1 - character;
       const Vector base = load_letters(d, base_at);
       const Vector equal = hn::VecFromMask(d, hn::Eq(base, load_letters(d, character_at)));
-      const Vector neighbour = hn::Max(hn::Load(d, neighbours + (difference - 1) * kCell),
-                                       hn::Load(d, neighbours + (difference + 1) * kCell));
+      const Vector neighbour = hn::Max(hn::Load(d, neighbours + (diagonal - 1) * kCell),
+                                       hn::Load(d, neighbours + (diagonal + 1) * kCell));
       const Vector value =
-          living_cell(hn::Load(d, diagonals + difference * kCell), neighbour,
+          living_cell(hn::Load(d, previous + diagonal * kCell), neighbour,
                       compare_letters<kMayHaveNs>(d, base, equal, neutral_letter), weights_);
       best = hn::Max(best, value);
-      hn::Store(value, d, values_here + difference * kCell);
+      hn::Store(value, d, values_here + diagonal * kCell);
       ++bases;
       character = character == 0 ? unit_length - 1 : character - 1;
     }
-    return {first_difference, difference - 2};
+    return {first_diagonal, diagonal - 2};
   }
 
-  [[nodiscard]] Value* cell(std::ptrdiff_t row, std::ptrdiff_t difference) {
+  [[nodiscard]] Value* cell(std::ptrdiff_t row, std::ptrdiff_t diagonal) {
     // Two rows of a parity do not meet in the same cells as those of the other.
     const std::ptrdiff_t slot = (row + 3) % 3;
-    return cells_[slot][difference + kMaxBatchDiagonal + 3];
+    return cells_[slot][diagonal + kMaxBatchDiagonal + 3];
   }
-  Vector load(std::ptrdiff_t row, std::ptrdiff_t difference) {
-    return hn::Load(Tag(), cell(row, difference));
+  Vector load(std::ptrdiff_t row, std::ptrdiff_t diagonal) {
+    return hn::Load(Tag(), cell(row, diagonal));
   }
-  void store(std::ptrdiff_t row, std::ptrdiff_t difference, Vector value) {
-    hn::Store(value, Tag(), cell(row, difference));
+  void store(std::ptrdiff_t row, std::ptrdiff_t diagonal, Vector value) {
+    hn::Store(value, Tag(), cell(row, diagonal));
   }
   /// True if the cells from `computed` and `reach` beside it were filled or cleared in a row that
   /// was filled over `filled`.
@@ -221,8 +222,8 @@ class CBatchTables {
   }
 
   [[nodiscard]] Range alive_range(std::ptrdiff_t row, std::ptrdiff_t low, std::ptrdiff_t high) {
-    const auto is_dead = [&](std::ptrdiff_t difference) {
-      return hn::AllTrue(Tag(), hn::Eq(load(row, difference), hn::Zero(Tag())));
+    const auto is_dead = [&](std::ptrdiff_t diagonal) {
+      return hn::AllTrue(Tag(), hn::Eq(load(row, diagonal), hn::Zero(Tag())));
     };
     while (low <= high && is_dead(low)) low += 2;
     while (low <= high && is_dead(high)) high -= 2;

@@ -6,9 +6,9 @@
 /// The three bounds answer the same question by the same table and differ in how they lay it out:
 ///
 /// ```
-///   single_bound   one seed           a lane is a difference of bases and characters
+///   single_bound   one seed           a lane is a diagonal: bases read less characters used
 ///   batch_bound    32 seeds           a lane is a seed
-///   group_bound    64 seeds as one    a lane is a difference, a state serves any of the seeds
+///   group_bound    64 seeds as one    a lane is a diagonal, a state serves any of the seeds
 /// ```
 ///
 /// They do not depend on each other, so which of them is asked is a matter of speed.

@@ -1,22 +1,22 @@
 /// @file
 /// The recurrence that all tables of the filter share, for as many cells as a vector has lanes.
 ///
-/// A state has read b bases and used c characters of the unit. Its value is the highest that a path
-/// of matches and edits has there, counted from a floor: 0 is dead.
+/// A state has read b bases and used c characters of the unit. Its diagonal is b - c. Its value is
+/// the highest that a path of matches and edits has there, counted from a floor: 0 is dead.
 ///
 /// ```
 ///   b, c: bases read, characters used
 ///                                                 value(b, c) = max of
 ///        c - 1        c
-///      +----------+----------+                      diagonal + reward     if the letters match
-///      | diagonal | neighbour|  b - 1               diagonal              if a base is neutral
-///      +----------+----+-----+                      diagonal - mismatch   otherwise
+///      +----------+----------+                      previous + reward     if the letters match
+///      | previous | neighbour|  b - 1               previous              if a base is neutral
+///      +----------+----+-----+                      previous - mismatch   otherwise
 ///      |neighbour |-->value  |  b                   neighbour - indel     for both neighbours
 ///      +----------+----------+                      0
 /// ```
 ///
 /// Values saturate at both ends, so a value that falls to 0 or below dies. What a lane stands for,
-/// a difference of b and c, a seed or a lag, is up to the table.
+/// a diagonal, a seed or a lag, is up to the table.
 ///
 /// This header is compiled once for each kind of processor, so its guard is one of Highway's.
 
@@ -102,13 +102,13 @@ HWY_INLINE ComparedLetters<Vector> compare_letters(D d, Vector base, Vector equa
   }
 }
 
-/// Returns the value of a cell, see above; `neighbour` is the higher one of both. The reward must
-/// be `earned`: all of it, or less in lanes that may not have it.
+/// Returns the value of a cell, see above; `neighbour` is the higher one of the two neighbours. The
+/// reward must be `earned`: all of it, or less in lanes that may not have it.
 template <class Vector>
-HWY_INLINE Vector dp_cell(Vector diagonal, Vector neighbour, const ComparedLetters<Vector>& letters,
+HWY_INLINE Vector dp_cell(Vector previous, Vector neighbour, const ComparedLetters<Vector>& letters,
                           const CellWeights<Vector>& weights, Vector earned) {
   namespace hn = hwy::HWY_NAMESPACE;
-  Vector value = hn::SaturatedSub(diagonal, hn::AndNot(letters.is_free, weights.mismatch));
+  Vector value = hn::SaturatedSub(previous, hn::AndNot(letters.is_free, weights.mismatch));
   value = hn::SaturatedAdd(value, hn::And(letters.is_match, earned));
   return hn::Max(value, hn::SaturatedSub(neighbour, weights.indel));
 }
@@ -116,19 +116,19 @@ HWY_INLINE Vector dp_cell(Vector diagonal, Vector neighbour, const ComparedLette
 /// The cell of a path that must never fall to the floor: a match does not wake a dead state.
 /// REQUIRES: the reward is 1.
 template <class Vector>
-HWY_INLINE Vector living_cell(Vector diagonal, Vector neighbour,
+HWY_INLINE Vector living_cell(Vector previous, Vector neighbour,
                               const ComparedLetters<Vector>& letters,
                               const CellWeights<Vector>& weights) {
-  return dp_cell(diagonal, neighbour, letters, weights,
-                 hwy::HWY_NAMESPACE::Min(diagonal, weights.reward));
+  return dp_cell(previous, neighbour, letters, weights,
+                 hwy::HWY_NAMESPACE::Min(previous, weights.reward));
 }
 
 /// The cell of a path that may begin anywhere: a match of a dead state begins one.
 template <class Vector>
-HWY_INLINE Vector beginning_cell(Vector diagonal, Vector neighbour,
+HWY_INLINE Vector beginning_cell(Vector previous, Vector neighbour,
                                  const ComparedLetters<Vector>& letters,
                                  const CellWeights<Vector>& weights) {
-  return dp_cell(diagonal, neighbour, letters, weights, weights.reward);
+  return dp_cell(previous, neighbour, letters, weights, weights.reward);
 }
 
 }  // namespace quorix::HWY_NAMESPACE

@@ -1,9 +1,9 @@
-// One table for all seeds of a group and a direction. A lane is a difference of bases and
-// characters as in search/filter/single_bound.h, but a row has as many lanes as its states need, in
-// memory, around a middle of difference 0:
+// One table for all seeds of a group and a direction. A lane is a diagonal, bases less characters,
+// as in search/filter/single_bound.cpp, but a row has as many lanes as its states need, in memory,
+// around a middle on diagonal 0:
 //
 //     lane                    m - 2   m - 1     m     m + 1   m + 2      (m: the middle)
-//     row 2: difference        -4      -2       0       2       4
+//     row 2: diagonal          -4      -2       0       2       4
 //     row 3:                   -3      -1       1       3       5
 //
 //     seed                      0       1       2      ...      63
@@ -160,7 +160,7 @@ class CGroupRows {
     const Tag d;
     const auto lanes = static_cast<std::ptrdiff_t>(hn::Lanes(d));
     std::uint16_t* const here = values_[row % 3];
-    const std::uint16_t* const diagonals = values_[(row + 1) % 3];  // two rows before
+    const std::uint16_t* const previous = values_[(row + 1) % 3];  // two rows before
     const std::uint16_t* const neighbours = values_[(row + 2) % 3];
     const std::ptrdiff_t odd = row % 2;
     // Whole vectors are written, none for an empty range.
@@ -183,7 +183,7 @@ class CGroupRows {
       const Vector neighbour =
           hn::Max(hn::LoadU(d, neighbours + lane + odd), hn::LoadU(d, neighbours + lane + odd - 1));
       const Vector value =
-          living_cell(hn::LoadU(d, diagonals + lane), neighbour,
+          living_cell(hn::LoadU(d, previous + lane), neighbour,
                       compare_letters<true>(d, base, equal, neutral_letter_), weights_);
       hn::StoreU(value, d, here + lane);
       best_ = hn::Max(best_, value);

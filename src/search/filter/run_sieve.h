@@ -3,33 +3,35 @@
 /// @file
 /// Which seeds can become a repeat, judged by the runs of matching bases around them.
 ///
-/// The seed of unit length L at base p is the unit [p, p + L); its boundary q = p + L lies between
-/// the unit and the base after it. The bases that equal the one L before form runs, and a seed
-/// extends exactly over the run that touches its boundary, by R bases in all.
+/// The seed of unit length L at base p is the unit [p, p + L); its boundary p + L lies between the
+/// unit and the base after it. The bases that equal the one L before form runs. A seed extends
+/// exactly over the run that touches its boundary, by R bases in all.
 ///
-/// Which seeds are rejected, and why that is sound:
+/// Which seeds are rejected, and why that is sound; P is the smaller penalty:
 ///
-/// - An exact extension scores R at most.
-/// - An extension over edits may make an edit only from a score above P - L, where P is the smaller
-///   penalty: with R <= P - L it makes none, and scores R at most again.
-/// - Otherwise it makes one edit beside that run, and walks on over r matches. The next edit, and
-///   also any gain, needs R + r > 2P - L. Those r bases match the unit, which up to there the text
-///   itself repeats; so they are a run at lag L after a mismatch, at lag L + 1 after an insertion
-///   and at lag L - 1 after a deletion, at least until the lag meets the edit: L - 1, L and L - 1
-///   bases farther on.
+/// - An exact extension scores at most R.
+/// - An edit has to leave a score above -L. So with R <= P - L an extension makes none, and scores
+///   at most R.
+/// - Otherwise it makes one edit beside that run and extends over r more matches. A second edit
+///   needs R + r > 2P - L, and so does a score above R. These r bases match the unit. Up to the
+///   edit the text itself repeats the unit, so they are a run in the text: at lag L after a
+///   mismatch, at lag L + 1 after an insertion, at lag L - 1 after a deletion. That holds until the
+///   base a lag before is at the edit: for L - 1, L and L - 1 bases.
 ///
-/// The two runs may lie on either side: the extension to the left begins with the best score of the
-/// right side, which is the matches there unless that side gained, and then it met the condition by
-/// itself. A penalty above P only raises what is needed. Where r would have
-/// to be longer than a lag can show, its L - 1 or L bases, or 64, are enough to leave the seed
+/// The edit may be on either side. The extension to the left begins with the best score of the
+/// right side. That is the number of matches there, unless the right side gained by edits, and then
+/// it has met the condition by itself.
+///
+/// A penalty above P only raises what is needed. A lag shows no more than L - 1 or L bases of the
+/// second run, and no more than 64 are counted. Where r has to be longer, that many leave the seed
 /// undecided.
 ///
-/// The run at the boundary is read off the text, not off the unit: inside it both are the same,
-/// since each base equals the one L before, up to the unit itself. N's that may stand for any base
-/// would break that, as the base L after an N is held against the N there and against the unit by
-/// the extension. So where one lies in the run or the unit before it, every seed stays undecided.
-/// An N that an extension reads beyond the run equals every base at each lag, which only lengthens
-/// runs. N's that stand for none end a run, so none lies in it.
+/// The sieve compares the text with itself, an extension compares it with the unit. Inside a run
+/// both are the same, since each base equals the one L before, back to the unit. A neutral N would
+/// break that: the base L after it is compared with the N here, and with the unit by the extension.
+/// So where a neutral N lies in a run or in the unit before it, its seeds stay undecided. Beyond
+/// the run, a neutral N matches at every lag, which only lengthens runs. An N that matches nothing
+/// ends a run, so none lies in it.
 
 #include <cstdint>
 

@@ -9,7 +9,7 @@
 ///   lag_sieve     many unit lengths   a lane is a lag, a vector holds up to 32 of them
 /// ```
 ///
-/// The calls are alike, too: what is known of the text, the rule, the segment, the seeds.
+/// The calls are alike, too: the text, prepared; the rule; the segment; the seeds.
 ///
 /// ```
 ///   sift_by_runs(lags, rule, segment, seeds)     `lags` are the base planes, compared at a lag
@@ -19,10 +19,10 @@
 ///
 /// A sieve gets a bit set for each unit length of its rule, with a bit for each base p that has a
 /// base after its unit, and clears the bits of seeds that it rejects: those that no extension can
-/// turn into an accepted repeat. It changes no bits but those
-/// of the seeds of one segment. It keeps nothing between two calls: what it reads beyond the
-/// segment is read again for the next one. So segments may be taken in any order, and a text comes
-/// out the same. What a sieve needs meanwhile is handed in as a workspace.
+/// turn into an accepted repeat. It changes only the bits of the seeds of one segment. It remembers
+/// nothing between two calls: what it reads beyond the segment is read again for the next one. So
+/// segments may be taken in any order, with the same result. What a sieve needs meanwhile is handed
+/// in as a workspace.
 ///
 /// The verdict on a unit with an N is meaningless.
 

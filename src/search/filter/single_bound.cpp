@@ -1,9 +1,9 @@
 // One table for one seed and direction. States with the same sum of bases and characters form a
-// row, and lane k of a row has those whose counts differ by 2 * k less the number of lanes, or one
-// more in odd rows:
+// row. Lane k of a row is the diagonal, bases less characters, of 2 * k less the number of lanes,
+// or one more in odd rows:
 //
-//     bases - characters    -4  -3  -2  -1   0   1   2   3     (4 lanes)
-//     even row               0   .   1   .  [2]  .   3   .     the diagonal and
+//     diagonal              -4  -3  -2  -1   0   1   2   3     (4 lanes)
+//     even row               0   .   1   .  [2]  .   3   .     the previous cell and
 //     odd row                .   0   .  (1)  .  (2)  .   3     the two neighbours
 //     even row               0   .   1   .  <2>  .   3   .     of this cell
 //
@@ -15,7 +15,7 @@
 // - States with negative counts are never alive, whatever letters they are compared with: a match
 //   adds to living states alone, and only states with counts of 0 or more follow the first one.
 // - A path leaves the lanes only from the first or the last of them, since one indel changes the
-//   difference by one. `best` of these two lanes remembers all rows: if both are 0, no path has
+//   diagonal by one. `best` of these two lanes remembers all rows: if both are 0, no path has
 //   ever left, so none can have come back either. How many lanes there are is a matter of speed.
 //
 // Giving up answers true, which rejects nothing: at the target, at the edge lanes, at the ends of
@@ -84,8 +84,8 @@ HighestValue fill_table(const SingleTable& /*table*/, bool /*is_narrow*/,
 namespace hn = hwy::HWY_NAMESPACE;
 
 /// The last two rows of a table, and the highest value of each lane. A row is `kBlocks` vectors of
-/// 16 bytes. To the right, lanes are ordered by bases less characters, to the left the other way
-/// round: then bases and characters of ascending lanes lie at ascending addresses, of the text and
+/// 16 bytes. To the right, lanes are ordered by ascending diagonals, to the left by descending
+/// ones: then bases and characters of ascending lanes lie at ascending addresses, of the text and
 /// of the reversed unit.
 template <class Value, int kBlocks>
 struct SingleRows {
@@ -240,7 +240,7 @@ bool may_repeat_reach(const ScoredText& text, const ExtendableRepeat& repeat,
   assert(repeat.right_phase >= 0 && repeat.right_phase < unit_length);
   assert(repeat.left_phase >= 0 && repeat.left_phase < unit_length);
   assert(text.begin <= repeat.start && repeat.end <= text.end);
-  // Without a gain the differences reach as far as the score can pay for; half as much again is for
+  // Without a gain the diagonals reach as far as the score can pay for; half as much again is for
   // gains. A guess: whatever goes farther meets the edge of the rows and stays undecided.
   const std::int64_t reach =
       (repeat.score + unit_length) * 3 / (2 * text.scoring.indel_penalty) + 3;

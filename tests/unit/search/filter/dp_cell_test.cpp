@@ -33,36 +33,36 @@ cell::ComparedLetters<Vector> compared(const Letters& letters, std::uint8_t neut
 }
 
 /// The formula, for values of 8 bits.
-std::int64_t expected_value(std::int64_t diagonal, std::int64_t neighbour, const Letters& letters,
+std::int64_t expected_value(std::int64_t previous, std::int64_t neighbour, const Letters& letters,
                             bool is_N_neutral, std::int64_t earned) {
   if (letters.base == 'N' && is_N_neutral) {
-    // the diagonal as it is
+    // the previous value as it is
   } else if (letters.base == letters.character) {
-    diagonal = std::min<std::int64_t>(diagonal + earned, 255);
+    previous = std::min<std::int64_t>(previous + earned, 255);
   } else {
-    diagonal -= 6;
+    previous -= 6;
   }
-  return std::max<std::int64_t>({diagonal, neighbour - 4, 0});
+  return std::max<std::int64_t>({previous, neighbour - 4, 0});
 }
 
-TEST(DpCell, is_the_highest_of_the_diagonal_and_both_neighbours) {
+TEST(DpCell, is_the_highest_of_the_previous_cell_and_both_neighbours) {
   const auto weights = cell::score_weights(Tag(), 6, 4);
   for (const Letters& letters : {Letters{'A', 'A'}, {'A', 'C'}, {'N', 'A'}, {'N', 'N'}}) {
     for (const bool is_N_neutral : {false, true}) {
       const auto how = compared(letters, is_N_neutral ? 'N' : cell::kNoNeutralLetter);
-      for (std::int64_t diagonal = 0; diagonal < 256; ++diagonal) {
+      for (std::int64_t previous = 0; previous < 256; ++previous) {
         for (const std::int64_t neighbour : {0, 1, 4, 5, 100, 254, 255}) {
           const Vector alive =
-              cell::living_cell(all_lanes(diagonal), all_lanes(neighbour), how, weights);
+              cell::living_cell(all_lanes(previous), all_lanes(neighbour), how, weights);
           const Vector begun =
-              cell::beginning_cell(all_lanes(diagonal), all_lanes(neighbour), how, weights);
+              cell::beginning_cell(all_lanes(previous), all_lanes(neighbour), how, weights);
           // A match does not wake a dead state, unless a path may begin there.
-          EXPECT_EQ(hn::GetLane(alive), expected_value(diagonal, neighbour, letters, is_N_neutral,
-                                                       diagonal == 0 ? 0 : 1))
-              << letters.base << letters.character << diagonal << " " << neighbour;
+          EXPECT_EQ(hn::GetLane(alive), expected_value(previous, neighbour, letters, is_N_neutral,
+                                                       previous == 0 ? 0 : 1))
+              << letters.base << letters.character << previous << " " << neighbour;
           EXPECT_EQ(hn::GetLane(begun),
-                    expected_value(diagonal, neighbour, letters, is_N_neutral, 1))
-              << letters.base << letters.character << diagonal << " " << neighbour;
+                    expected_value(previous, neighbour, letters, is_N_neutral, 1))
+              << letters.base << letters.character << previous << " " << neighbour;
         }
       }
     }

@@ -48,7 +48,7 @@ inline constexpr std::uint32_t kLastSequence = std::numeric_limits<std::uint32_t
 inline constexpr int kNoScoreReductionLimit = std::numeric_limits<int>::max();
 
 /// Values of `global_maximum_recursion_depth` up to this one limit the edits of the look-ahead.
-inline constexpr int kDeepestRecursion = 255;
+inline constexpr int kMaxRecursionLimit = 255;
 
 /// Path of the FASTA file that is searched.
 extern std::string global_input_filename;
@@ -74,8 +74,8 @@ extern int global_print_sat_mode;
 extern int global_flanking;
 /// Minimum perfection in percent; the command line accepts only 0. Default 0.
 extern float global_perfection_minimum;
-/// Edits on a path of the look-ahead, 1 or more. Above `kDeepestRecursion` there is no limit, since
-/// the level is an 8-bit count that is compared for equality. Default 5.
+/// Edits on a path of the look-ahead, 1 or more. Above `kMaxRecursionLimit` there is no limit,
+/// since the level is an 8-bit count that is compared for equality. Default 5.
 extern int global_maximum_recursion_depth;
 /// How far the score may fall below the best score so far. Default `kNoScoreReductionLimit`.
 extern int global_maximum_scorereduction;

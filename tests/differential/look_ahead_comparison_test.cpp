@@ -91,15 +91,15 @@ template <class Plain>
 void compare(const Site& site) {
   using Direction = typename Plain::Direction;
   CLookAhead look_ahead;
-  const LookAheadBounds bounds{site.at(site.unit_begin), site.at(site.unit_end), site.unit_length(),
-                               site.at(0) + Plain::limit(site)};
+  const LookAheadContext context{site.at(site.unit_begin), site.at(site.unit_end),
+                                 site.unit_length(), site.at(0) + Plain::limit(site)};
   LookAheadState state{site.at(site.edge), site.at(site.character), site.score, site.best_score, 1};
-  EXPECT_EQ(look_ahead.highest_score<Direction>(state, bounds),
+  EXPECT_EQ(look_ahead.highest_score<Direction>(state, context),
             Plain::value(site, site.edge, site.character, site.score));
-  if (Direction::is_at_limit(state.edge, bounds.limit)) return;
+  if (Direction::is_at_limit(state.edge, context.limit)) return;
   if (*Direction::base_beyond(state.edge) == *state.character) return;
   state.edit_count = 0;
-  EXPECT_EQ(look_ahead.best_edit<Direction>(state, bounds), plain_best_edit<Plain>(site));
+  EXPECT_EQ(look_ahead.best_edit<Direction>(state, context), plain_best_edit<Plain>(site));
 }
 
 /// Penalties, depths and N's: mostly those that a run is likely to have.

@@ -37,11 +37,11 @@ class CExtender {
   /// Extends in `text`, which must stay where it is.
   explicit CExtender(const SearchedText& text) : text_(text) {}
 
-  /// Extends a seed over perfect copies to both sides, gives back the N's at its ends and tests it.
+  /// Extends a seed over perfect copies to both sides, drops the N's at its ends and tests it.
   [[nodiscard]] bool extend_exactly_and_test(Csat& sat, const Thresholds& thresholds);
 
-  /// Extends a seed or an exact repeat over edits, to the left up to `left_limit`, gives back the
-  /// N's at its ends and tests it. The edits of an accepted repeat are in the order of
+  /// Extends a seed or an exact repeat over edits, to the left up to `left_limit`, drops the N's at
+  /// its ends and tests it. The edits of an accepted repeat are in the order of
   /// `Csat::lessThan_missense`, in the block that the extender lends: `pack_edits` comes next.
   /// Throws: std::bad_alloc.
   [[nodiscard]] bool extend_over_edits_and_test(Csat& sat, const char* left_limit,

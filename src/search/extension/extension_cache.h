@@ -54,16 +54,20 @@
 /// **Path follower** (path_follower.h): moves a repeat along cached paths. It begins after
 /// `kUncachedSites` sites, since few extensions get that far.
 ///
-/// **Why a skip gives the result of a fresh extension.** Edge by edge of the tree: an extension
-/// that arrives at a stored site with its key makes the stored edit, gains as much and meets the
-/// parent. A whole skip is sound in two cases. Either every site before its end is safe, and the
-/// least score met there, which is the present one plus (min height - height), is still safe. Or
-/// the extension arrives with the very score of the stored one, and that one had these scores up to
-/// the root. A path that joined another one with a different score breaks the second case: whether
-/// its extension would have reached the root is unknown. That is why heights are sums along the
-/// tree and no score is derived from the root's.
+/// **Why following a skip has the result of a fresh extension.** A single step to the parent is
+/// sound: an extension that arrives at a stored site with its key makes the stored edit, gains the
+/// stored points and meets the parent. A whole skip is sound in two cases:
 ///
-/// **What the caller ensures**: one text; one limit for each direction, if paths are asked; no
+/// - The edits of all sites before its end are those of safe scores, and the lowest score there is
+///   still safe. That is the present score plus (min height - height).
+/// - The extension arrives with exactly the score of the one that stored the site, and that one had
+///   the scores of the tree all the way to the root.
+///
+/// The second case does not hold for a path that joined another one with a different score: whether
+/// its extension would have reached the root is unknown. That is why heights are sums along the
+/// tree, and no score is derived from the root's.
+///
+/// **What the caller ensures**: one text; one limit for each direction, if paths are asked for; no
 /// N in the unit; `clear` whenever the settings may have changed.
 
 #include "search/extension/edit_cache.h"

@@ -1,27 +1,26 @@
 #pragma once
 
 /// @file
-/// The bases after an edit site as bits, and what paths over them can gain at most.
+/// The bases after an edit site as bits, and the most that paths over them can gain.
 ///
 /// Most states of a look-ahead lead nowhere, since an edit pays only if more matches follow it than
-/// it costs. The bases are compared with the unit on all diagonals at once, which shows where runs
-/// begin that are long enough, here of 3 matches for penalties of 2:
+/// it costs. The bases are compared with the unit on all diagonals at once. A run start is a base
+/// from which p + 1 matches follow on any of them, where p is the smaller penalty. Here p is 2:
 ///
 ///     diagonal -1   0 0 1 0 0 1 0 0 1 1 1 1
 ///     diagonal  0   1 1 0 1 1 1 1 0 0 0 0 0
 ///     diagonal +1   0 1 0 0 0 0 0 0 1 0 0 1
-///     run starts    . . . x x . . . x x . .       any diagonal: 4 points at most from the left on
+///     run starts    . . . x x . . . x x . .       a path from the left gains 4 points at most
 ///
-/// **Why that bounds the gain.** A path gains by an edit only if more matches follow than the min
-/// penalty p, and by each of these no more than there are bases at which p + 1 matches begin: a run
-/// of r matches holds r - p of them. The runs of a path share no base, and none has a base before
-/// the cell; a run that it enters in the middle counts from there. So the run starts from the cell
-/// on, on whatever diagonal, are all that can be gained.
+/// **Why the run starts bound the gain.** An edit with a run of r matches after it gains r - p at
+/// most, and a run of r matches has r - p run starts. The runs of a path share no base. None has a
+/// base before the state where the path begins; of a run that it enters in the middle, only the
+/// rest counts. So a path gains no more points than there are run starts from its first base on.
 ///
-/// That holds as far as the window shows the runs. Up to the base at which a path would leave it,
-/// each edit takes one base and up to p matches at which no such run begins, or one base and p such
-/// matches besides those that are counted. So a path gets no farther than a computed base; if that
-/// is in the window, none leaves it. The window ends before the first N, so no path meets one.
+/// **Why no path leaves the window.** The bases of a path are run starts, or others: each edit
+/// takes at most one base, and each run has at most p matches that are no run starts. So over e
+/// edits a path gets no farther than e (p + 1) bases and all run starts. If that is still in the
+/// window, the window has shown all runs. It ends before the first N, so no path meets one.
 ///
 /// Measured as user time of `quorix -U 28` on the first percent of each fly chromosome: about 5 s,
 /// 8 s if this bound drops no state, 11 s without a window.
@@ -47,7 +46,7 @@ namespace quorix {
 
 class CGainWindow {
  public:
-  /// Most edits after which paths stay on the diagonals of the window.
+  /// Paths of more edits could leave the diagonals of the window.
   static constexpr int kMaxEdits = CMatchWindow::kMaxDiagonal - 1;
 
   /// Holds no base: any gain is possible.

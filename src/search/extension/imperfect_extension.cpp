@@ -44,20 +44,20 @@ char look_ahead_for_edit(const Csat& sat, const char* edge, const char* characte
 /// The same, from the cache if it is there.
 template <class Direction>
 char choose_edit(Csat& sat, const char* limit, std::int64_t best_score,
-                 const EditAdvisers& advisers) {
+                 const ExtensionTools& tools) {
   const char* const edge = Direction::edge(sat);
   const char* const character = Direction::unit_cursor(sat);
-  if (advisers.edits == nullptr || !is_cacheable<Direction>(sat, limit, best_score)) {
+  if (tools.edits == nullptr || !is_cacheable<Direction>(sat, limit, best_score)) {
     return look_ahead_for_edit<Direction>(sat, edge, character, limit, best_score,
-                                          advisers.look_ahead);
+                                          tools.look_ahead);
   }
   const SiteKey site{edge, unit_code_of<Direction>(sat),
                      score_class_of(sat.score, min_safe_score(sat.unit_length()))};
-  char choice = advisers.edits->find(site, limit);
+  char choice = tools.edits->find(site, limit);
   if (choice == kNoKind) {
-    choice = look_ahead_for_edit<Direction>(sat, edge, character, limit, best_score,
-                                            advisers.look_ahead);
-    advisers.edits->store(site, limit, choice);
+    choice =
+        look_ahead_for_edit<Direction>(sat, edge, character, limit, best_score, tools.look_ahead);
+    tools.edits->store(site, limit, choice);
   }
   return choice;
 }
@@ -93,13 +93,13 @@ bool extend_exact(Leftward /*direction*/, Csat& sat, const char* limit) {
 /// Extends to one side up to the last edit allowed, or the limit. Returns false if it ended at the
 /// limit, or at too many N's.
 template <class Direction>
-bool extend_to_end(Csat& sat, const char* limit, const EditAdvisers& advisers,
+bool extend_to_end(Csat& sat, const char* limit, const ExtensionTools& tools,
                    CPathFollower<Direction>& follower, CRepeatSnapshot& best) {
   while (extend_exact(Direction(), sat, limit)) {
     // Before the cache moves the repeat on: the state at this site may remain the best one.
     if (sat.score > best.score()) best = CRepeatSnapshot(sat, follower.section_count());
     follower.follow(sat, limit, best);
-    const char kind = choose_edit<Direction>(sat, limit, best.score(), advisers);
+    const char kind = choose_edit<Direction>(sat, limit, best.score(), tools);
     if (kind == kNoKind) return true;
     follower.note(sat, kind);
     apply_edit<Direction>(sat, kind);
@@ -109,10 +109,10 @@ bool extend_to_end(Csat& sat, const char* limit, const EditAdvisers& advisers,
 
 /// Extends to one side and leaves the repeat at its best state, with all edits up to there.
 template <class Direction>
-void extend_imperfect(Csat& sat, const char* limit, const EditAdvisers& advisers) {
+void extend_imperfect(Csat& sat, const char* limit, const ExtensionTools& tools) {
   CRepeatSnapshot best(sat);
-  CPathFollower<Direction> follower(advisers.paths);
-  const bool is_at_site = extend_to_end(sat, limit, advisers, follower, best);
+  CPathFollower<Direction> follower(tools.paths);
+  const bool is_at_site = extend_to_end(sat, limit, tools, follower, best);
   const bool is_best_before = is_at_site ? sat.score < best.score() : sat.score <= best.score();
   if (is_best_before) best.restore(sat);
   follower.end(sat, is_best_before ? best.section_count() : follower.section_count());
@@ -120,12 +120,12 @@ void extend_imperfect(Csat& sat, const char* limit, const EditAdvisers& advisers
 
 }  // namespace
 
-void extend_imperfect_forward(Csat& sat, const char* limit, const EditAdvisers& advisers) {
-  extend_imperfect<Rightward>(sat, limit, advisers);
+void extend_imperfect_forward(Csat& sat, const char* limit, const ExtensionTools& tools) {
+  extend_imperfect<Rightward>(sat, limit, tools);
 }
 
-void extend_imperfect_backward(Csat& sat, const char* limit, const EditAdvisers& advisers) {
-  extend_imperfect<Leftward>(sat, limit, advisers);
+void extend_imperfect_backward(Csat& sat, const char* limit, const ExtensionTools& tools) {
+  extend_imperfect<Leftward>(sat, limit, tools);
 }
 
 }  // namespace quorix

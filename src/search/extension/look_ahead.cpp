@@ -38,25 +38,25 @@ namespace {
 
 /// Edits that may follow those before; negative if any number may.
 int edits_left(std::uint8_t edit_count) {
-  if (global_maximum_recursion_depth > kDeepestRecursion) return -1;
+  if (global_maximum_recursion_depth > kMaxRecursionLimit) return -1;
   return static_cast<std::uint8_t>(global_maximum_recursion_depth - edit_count);
 }
 
 /// Returns false if the unit length alone sets the drop-off limit.
 template <class Direction>
-bool may_reduction_be_limited(const LookAheadState& from, const LookAheadBounds& bounds) {
+bool may_reduction_be_limited(const LookAheadState& from, const LookAheadContext& context) {
   // No path gets above this.
   const std::int64_t max_score =
-      std::max(from.score, from.best_score) + Direction::bases_beyond(from.edge, bounds.limit);
-  return max_score - std::int64_t{global_maximum_scorereduction} > -bounds.unit_length;
+      std::max(from.score, from.best_score) + Direction::bases_beyond(from.edge, context.limit);
+  return max_score - std::int64_t{global_maximum_scorereduction} > -context.unit_length;
 }
 
 /// The states after each edit at `site`.
 template <class Direction>
-ByEdit<LookAheadState> edits_at(const LookAheadState& site, const LookAheadBounds& bounds) {
+ByEdit<LookAheadState> edits_at(const LookAheadState& site, const LookAheadContext& context) {
   const char* const next_edge = Direction::edge_beyond(site.edge);
   const char* const next_character =
-      Direction::next_in_unit(site.character, bounds.unit_begin, bounds.unit_end);
+      Direction::next_in_unit(site.character, context.unit_begin, context.unit_end);
   const auto edit_count = static_cast<std::uint8_t>(site.edit_count + 1);
   return {
       {{next_edge, next_character, site.score + global_mismatch_score, site.best_score, edit_count},
@@ -108,21 +108,21 @@ const char* CLookAhead::edge_after_Ns(const char* edge, const char* limit) {
 
 template <class Direction>
 std::int64_t CLookAhead::follow_matches(const char*& edge, const char*& character,
-                                        const LookAheadBounds& bounds) {
+                                        const LookAheadContext& context) {
   std::int64_t all_matches = 0;
   const auto move_on = [&](std::int64_t count) {
     edge = Direction::edge_beyond(edge, count);
-    character = Direction::character_beyond(character, count, bounds.unit_begin, bounds.unit_end);
+    character = Direction::character_beyond(character, count, context.unit_begin, context.unit_end);
   };
-  while (!Direction::is_at_limit(edge, bounds.limit)) {
+  while (!Direction::is_at_limit(edge, context.limit)) {
     const char base = *Direction::base_beyond(edge);
     if (base == *character) {
-      const std::int64_t matches = matches_beyond<Direction>(edge, character, bounds.unit_begin,
-                                                             bounds.unit_end, bounds.limit);
+      const std::int64_t matches = matches_beyond<Direction>(edge, character, context.unit_begin,
+                                                             context.unit_end, context.limit);
       all_matches += matches;
       move_on(matches);
     } else if (base == 'N' && is_N_neutral()) {
-      move_on(Direction::distance(edge, edge_after_Ns<Direction>(edge, bounds.limit)));
+      move_on(Direction::distance(edge, edge_after_Ns<Direction>(edge, context.limit)));
     } else {
       break;
     }
@@ -132,7 +132,7 @@ std::int64_t CLookAhead::follow_matches(const char*& edge, const char*& characte
 
 template <class Direction>
 std::int64_t CLookAhead::highest_score_of_all_paths(const LookAheadState& from,
-                                                    const LookAheadBounds& bounds) {
+                                                    const LookAheadContext& context) {
   pending_.assign(1, from);
   std::int64_t highest = from.score;
   ++work_.all_paths;
@@ -140,17 +140,17 @@ std::int64_t CLookAhead::highest_score_of_all_paths(const LookAheadState& from,
     ++work_.states;
     LookAheadState state = pending_.back();
     pending_.pop_back();
-    state.score += follow_matches<Direction>(state.edge, state.character, bounds);
+    state.score += follow_matches<Direction>(state.edge, state.character, context);
     // Before the tests that end a path: its last state counts too.
     highest = std::max(highest, state.score);
     if (state.edit_count == global_maximum_recursion_depth ||
-        Direction::is_at_limit(state.edge, bounds.limit)) {
+        Direction::is_at_limit(state.edge, context.limit)) {
       continue;
     }
 
     state.best_score = std::max(state.best_score, state.score);
-    const std::int64_t threshold = drop_off_limit(state.best_score, bounds.unit_length);
-    for (const LookAheadState& edited : edits_at<Direction>(state, bounds)) {
+    const std::int64_t threshold = drop_off_limit(state.best_score, context.unit_length);
+    for (const LookAheadState& edited : edits_at<Direction>(state, context)) {
       if (edited.score > threshold) pending_.push_back(edited);
     }
   }
@@ -158,9 +158,9 @@ std::int64_t CLookAhead::highest_score_of_all_paths(const LookAheadState& from,
 }
 
 template <class Direction>
-void CLookAhead::begin(const LookAheadState& site, const LookAheadBounds& bounds) {
-  frame_ = {site.edge, site.character, bounds, Direction::bases_beyond(site.edge, bounds.limit),
-            (1 - bounds.unit_length) * kPoint};
+void CLookAhead::begin(const LookAheadState& site, const LookAheadContext& context) {
+  frame_ = {site.edge, site.character, context, Direction::bases_beyond(site.edge, context.limit),
+            (1 - context.unit_length) * kPoint};
   window_.clear();
 }
 
@@ -173,13 +173,13 @@ std::int64_t CLookAhead::follow_cell(WavefrontCell& cell, std::ptrdiff_t diagona
     return shown;
   }
   ++work_.walks;
-  const LookAheadBounds& bounds = frame_.bounds;
-  std::int64_t characters = (cell.offset - diagonal) % bounds.unit_length;
-  if (characters < 0) characters += bounds.unit_length;
+  const LookAheadContext& context = frame_.context;
+  std::int64_t characters = (cell.offset - diagonal) % context.unit_length;
+  if (characters < 0) characters += context.unit_length;
   const char* edge = Direction::edge_beyond(frame_.origin, cell.offset);
-  const char* character =
-      Direction::character_beyond(frame_.character, characters, bounds.unit_begin, bounds.unit_end);
-  const std::int64_t matches = follow_matches<Direction>(edge, character, bounds);
+  const char* character = Direction::character_beyond(frame_.character, characters,
+                                                      context.unit_begin, context.unit_end);
+  const std::int64_t matches = follow_matches<Direction>(edge, character, context);
   cell.offset = Direction::distance(frame_.origin, edge);
   return matches;
 }
@@ -196,7 +196,7 @@ void CLookAhead::add_cell(WavefrontCell cell, std::ptrdiff_t diagonal, int max_e
   if (cell.offset == frame_.base_count) return;
   if (cell.score - min_penalty() * kPoint < frame_.min_score) return;  // no edit can follow
   if (!may_rise(cell, max_edits)) return;
-  // Walks of one diagonal that overlap end at the same base.
+  // Runs on one diagonal that overlap end at the same base.
   assert(wavefront.cells.size() <= first || wavefront.cells.back().offset <= cell.offset);
   if (wavefront.cells.size() > first && wavefront.cells.back().offset == cell.offset) {
     wavefront.cells.back().score = std::max(wavefront.cells.back().score, cell.score);
@@ -206,7 +206,7 @@ void CLookAhead::add_cell(WavefrontCell cell, std::ptrdiff_t diagonal, int max_e
 }
 
 CLookAhead::EditSource CLookAhead::source_of(std::ptrdiff_t diagonal) const {
-  const std::ptrdiff_t modulus = diagonal_modulus(frame_.bounds.unit_length);
+  const std::ptrdiff_t modulus = diagonal_modulus(frame_.context.unit_length);
   std::ptrdiff_t from_first = diagonal - wavefront_.min_diagonal;
   if (from_first < 0) from_first += modulus;
   assert(from_first >= 0 && from_first < modulus);
@@ -254,10 +254,10 @@ bool CLookAhead::is_decided() const {
 template <class Direction>
 void CLookAhead::read_window(int max_edits) {
   if (max_edits < 0 || max_edits > CGainWindow::kMaxEdits) return;
-  const LookAheadBounds& bounds = frame_.bounds;
+  const LookAheadContext& context = frame_.context;
   ++work_.windows;
-  window_.read<Direction>(frame_.origin, bounds.limit, frame_.character, bounds.unit_begin,
-                          bounds.unit_end, max_edits, min_penalty());
+  window_.read<Direction>(frame_.origin, context.limit, frame_.character, context.unit_begin,
+                          context.unit_end, max_edits, min_penalty());
 }
 
 void CLookAhead::drop_cells_without_gain(int max_edits) {
@@ -281,7 +281,7 @@ void CLookAhead::make_wavefront(int max_edits) {
   // the unit where the first ones do.
   const std::ptrdiff_t last_diagonal =
       std::min(wavefront_.max_diagonal() + 1,
-               wavefront_.min_diagonal + diagonal_modulus(frame_.bounds.unit_length) - 2);
+               wavefront_.min_diagonal + diagonal_modulus(frame_.context.unit_length) - 2);
   for (std::ptrdiff_t diagonal = wavefront_.min_diagonal - 1; diagonal <= last_diagonal;
        ++diagonal) {
     edit_cells<Direction>(diagonal, max_edits);
@@ -308,12 +308,13 @@ void CLookAhead::follow_best_paths(int max_edits, bool is_first_edit_enough) {
 }
 
 template <class Direction>
-std::int64_t CLookAhead::highest_score(const LookAheadState& from, const LookAheadBounds& bounds) {
+std::int64_t CLookAhead::highest_score(const LookAheadState& from,
+                                       const LookAheadContext& context) {
   ++work_.calls;
-  if (may_reduction_be_limited<Direction>(from, bounds)) {
-    return highest_score_of_all_paths<Direction>(from, bounds);
+  if (may_reduction_be_limited<Direction>(from, context)) {
+    return highest_score_of_all_paths<Direction>(from, context);
   }
-  begin<Direction>(from, bounds);
+  begin<Direction>(from, context);
   highest_ = ranked(from.score, 0);
   wavefront_.restart(0);
   const int max_edits = edits_left(from.edit_count);
@@ -324,22 +325,22 @@ std::int64_t CLookAhead::highest_score(const LookAheadState& from, const LookAhe
 }
 
 template <class Direction>
-std::size_t CLookAhead::best_edit(const LookAheadState& site, const LookAheadBounds& bounds) {
+std::size_t CLookAhead::best_edit(const LookAheadState& site, const LookAheadContext& context) {
   ++work_.calls;
-  const std::int64_t threshold = drop_off_limit(site.best_score, bounds.unit_length);
-  const ByEdit<LookAheadState> edited = edits_at<Direction>(site, bounds);
+  const std::int64_t threshold = drop_off_limit(site.best_score, context.unit_length);
+  const ByEdit<LookAheadState> edited = edits_at<Direction>(site, context);
   highest_ = kNoScore;
-  if (may_reduction_be_limited<Direction>(site, bounds)) {
+  if (may_reduction_be_limited<Direction>(site, context)) {
     for (std::size_t i = 0; i < kEditKinds; ++i) {
       if (edited[i].score <= threshold) continue;
       highest_ =
-          std::max(highest_, ranked(highest_score_of_all_paths<Direction>(edited[i], bounds), i));
+          std::max(highest_, ranked(highest_score_of_all_paths<Direction>(edited[i], context), i));
     }
   } else {
     // By ascending diagonal: a deletion, the mismatch, an insertion.
     constexpr ByEdit<std::size_t> kByDiagonal = {2, 0, 1};
     const int max_edits = edits_left(edited[0].edit_count);
-    begin<Direction>(site, bounds);
+    begin<Direction>(site, context);
     wavefront_.restart(-1);
     for (std::ptrdiff_t diagonal = -1; diagonal <= 1; ++diagonal) {
       const std::size_t i = kByDiagonal[static_cast<std::size_t>(diagonal + 1)];
@@ -357,11 +358,12 @@ std::size_t CLookAhead::best_edit(const LookAheadState& site, const LookAheadBou
 }
 
 template std::int64_t CLookAhead::highest_score<Rightward>(const LookAheadState&,
-                                                           const LookAheadBounds&);
+                                                           const LookAheadContext&);
 template std::int64_t CLookAhead::highest_score<Leftward>(const LookAheadState&,
-                                                          const LookAheadBounds&);
+                                                          const LookAheadContext&);
 template std::size_t CLookAhead::best_edit<Rightward>(const LookAheadState&,
-                                                      const LookAheadBounds&);
-template std::size_t CLookAhead::best_edit<Leftward>(const LookAheadState&, const LookAheadBounds&);
+                                                      const LookAheadContext&);
+template std::size_t CLookAhead::best_edit<Leftward>(const LookAheadState&,
+                                                     const LookAheadContext&);
 
 }  // namespace quorix

@@ -1,7 +1,8 @@
 #pragma once
 
 /// @file
-/// How far up can the score still go from here? An edit of a repeat is chosen by the answer.
+/// The highest score that an extension can still reach within some edits. At an edit site, the edit
+/// that can lead to the highest one is chosen.
 
 #include <array>
 #include <cstddef>
@@ -23,8 +24,8 @@ struct LookAheadState {
   std::uint8_t edit_count;  ///< edits on the way here, counted in 8 bits
 };
 
-/// What stays the same during a look-ahead.
-struct LookAheadBounds {
+/// What all states of a look-ahead share: the unit, and how far bases may be read.
+struct LookAheadContext {
   const char* unit_begin;
   const char* unit_end;
   std::int64_t unit_length;
@@ -49,24 +50,24 @@ struct LookAheadWork {
   std::uint64_t runs_of_Ns = 0;  ///< runs of N's followed base by base
 };
 
-/// A look-ahead belongs to one text: what it learns of the N's there, it keeps.
+/// A look-ahead belongs to one text: it remembers the runs of N's that it has met there.
 class CLookAhead {
  public:
   /// Returns the highest score that can be met from `from` on, over runs of matches and, between
   /// them, at most `global_maximum_recursion_depth` - `from.edit_count` edits, each of which must
-  /// leave the score above `drop_off_limit`. Above a depth of `kDeepestRecursion` only that
-  /// threshold bounds the edits.
+  /// leave the score above `drop_off_limit`. Above a depth of `kMaxRecursionLimit` only that
+  /// threshold limits the edits.
   ///
   /// `Direction` is `Rightward` or `Leftward`. Throws: std::bad_alloc.
   template <class Direction>
   [[nodiscard]] std::int64_t highest_score(const LookAheadState& from,
-                                           const LookAheadBounds& bounds);
+                                           const LookAheadContext& context);
 
   /// Returns the edit at `site`, where the base beyond the edge does not match, after which the
   /// highest score can be met, as its index in the order of preference; `kNoEdit` if none is
   /// allowed. `site.edit_count` is that before the edit. Throws: std::bad_alloc.
   template <class Direction>
-  [[nodiscard]] std::size_t best_edit(const LookAheadState& site, const LookAheadBounds& bounds);
+  [[nodiscard]] std::size_t best_edit(const LookAheadState& site, const LookAheadContext& context);
 
   /// The work done since it was made.
   [[nodiscard]] const LookAheadWork& work() const { return work_; }
@@ -84,7 +85,7 @@ class CLookAhead {
   struct Frame {
     const char* origin;     ///< the edge
     const char* character;  ///< that the base beyond it has to match
-    LookAheadBounds bounds;
+    LookAheadContext context;
     std::int64_t base_count;  ///< bases beyond the origin
     RankedScore min_score;    ///< the min score after an edit
   };
@@ -113,11 +114,11 @@ class CLookAhead {
 
   template <class Direction>
   std::int64_t highest_score_of_all_paths(const LookAheadState& from,
-                                          const LookAheadBounds& bounds);
+                                          const LookAheadContext& context);
 
   /// Begins a look-ahead from `site`. Nothing is known yet of what lies beyond.
   template <class Direction>
-  void begin(const LookAheadState& site, const LookAheadBounds& bounds);
+  void begin(const LookAheadState& site, const LookAheadContext& context);
 
   /// Reads the bases beyond the origin, and finds out what up to `max_edits` edits may gain there.
   template <class Direction>
@@ -147,22 +148,21 @@ class CLookAhead {
   template <class Direction>
   void edit_cells(std::ptrdiff_t diagonal, int max_edits);
 
-  /// Walks from `cell`, raises `highest_`, and adds it to the states that are being filled into
-  /// `wavefront`, of which those from `first` on have the same diagonal, unless it need not be
-  /// followed.
+  /// Moves `cell` on over matches and raises `highest_`. Adds the cell to `wavefront`, whose states
+  /// from `first` on have the same diagonal, unless it need not be followed.
   template <class Direction>
   void add_cell(WavefrontCell cell, std::ptrdiff_t diagonal, int max_edits, Wavefront& wavefront,
                 std::size_t first);
 
-  /// Moves `cell` on along matches and neutral N's. Returns the matches.
+  /// Moves `cell` on over matches and neutral N's. Returns the matches.
   template <class Direction>
   std::int64_t follow_cell(WavefrontCell& cell, std::ptrdiff_t diagonal);
 
-  /// Moves on along matches and neutral N's, until a base differs or the limit is met. Returns the
+  /// Moves on over matches and neutral N's, until a base differs or the limit is met. Returns the
   /// matches.
   template <class Direction>
   std::int64_t follow_matches(const char*& edge, const char*& character,
-                              const LookAheadBounds& bounds);
+                              const LookAheadContext& context);
 
   /// The edge after the run of N's that begins beyond `edge`.
   template <class Direction>

@@ -42,7 +42,7 @@ template <class Direction>
 /// however many of its edits it makes at the larger penalty. Above every score if a path may make
 /// any number of edits.
 [[nodiscard]] inline std::int64_t min_safe_score(std::int64_t unit_length) {
-  if (global_maximum_recursion_depth > kDeepestRecursion) {
+  if (global_maximum_recursion_depth > kMaxRecursionLimit) {
     return std::numeric_limits<std::int64_t>::max();
   }
   const std::int64_t max_loss =

@@ -22,14 +22,14 @@ template <class Direction>
 void compare_from_all_edges(CLookAhead& seasoned, const CBases& bases, const char* first_edge,
                             const char* limit) {
   const char* const unit_begin = bases.begin();
-  const LookAheadBounds bounds{unit_begin, unit_begin + kUnitLength, kUnitLength, limit};
+  const LookAheadContext context{unit_begin, unit_begin + kUnitLength, kUnitLength, limit};
   for (const char* edge = first_edge; !Direction::is_at_limit(edge, limit);
        edge = Direction::edge_beyond(edge)) {
     for (std::int64_t phase = 0; phase < kUnitLength; ++phase) {
       const LookAheadState from{edge, unit_begin + phase, 4, 4, 1};
       CLookAhead fresh;
-      ASSERT_EQ(seasoned.highest_score<Direction>(from, bounds),
-                fresh.highest_score<Direction>(from, bounds))
+      ASSERT_EQ(seasoned.highest_score<Direction>(from, context),
+                fresh.highest_score<Direction>(from, context))
           << edge - unit_begin << " " << phase;
     }
   }
@@ -53,10 +53,10 @@ TEST_F(LookAheadGap, a_jump_over_Ns_keeps_the_phase_of_the_unit) {
     const std::string gap(gap_length, 'N');
     const std::string after = std::string("ACGACGACG").substr(gap_length % 3, 6);
     const CBases bases("ACG" + gap + after);
-    const LookAheadBounds bounds{bases.begin(), bases.begin() + 3, kUnitLength, bases.end()};
+    const LookAheadContext context{bases.begin(), bases.begin() + 3, kUnitLength, bases.end()};
     CLookAhead look_ahead;
     const LookAheadState from{bases.begin() + 3, bases.begin(), 0, 0, 1};
-    EXPECT_EQ(look_ahead.highest_score<Rightward>(from, bounds), 6) << gap_length;
+    EXPECT_EQ(look_ahead.highest_score<Rightward>(from, context), 6) << gap_length;
   }
 }
 

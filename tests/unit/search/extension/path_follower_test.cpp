@@ -27,12 +27,12 @@ TEST_F(MinSafeScore, leaves_a_path_all_its_edits) {
   EXPECT_EQ(min_safe_score(4), 42);
   global_mismatch_score = -11;
   EXPECT_EQ(min_safe_score(4), 52);
-  global_maximum_recursion_depth = kDeepestRecursion;
+  global_maximum_recursion_depth = kMaxRecursionLimit;
   EXPECT_EQ(min_safe_score(4), 255 * 11 - 3);
 }
 
 TEST_F(MinSafeScore, is_above_every_score_if_a_path_may_make_any_number_of_edits) {
-  global_maximum_recursion_depth = kDeepestRecursion + 1;
+  global_maximum_recursion_depth = kMaxRecursionLimit + 1;
   EXPECT_GT(min_safe_score(28), kMaxScore);
   global_maximum_recursion_depth = std::numeric_limits<int>::max();
   EXPECT_GT(min_safe_score(1), kMaxScore);

@@ -14,8 +14,8 @@ namespace quorix {
 
 namespace {
 
-constexpr int kLargestModeCode = 2;
-constexpr int kSmallestPenalty = -2;
+constexpr int kMaxModeCode = 2;
+constexpr int kMaxEditScore = -2;
 
 int refuse(const char* message) {
   general_PrintMessage(stderr, message);
@@ -39,7 +39,7 @@ bool has_selective_threshold() {
 }  // namespace
 
 bool store_mode_code(int& setting, int value, const char* before, const char* after) {
-  if (value < 0 || value > kLargestModeCode) {
+  if (value < 0 || value > kMaxModeCode) {
     general_PrintMessage(stderr, "Sorry, a problem occured when parsing the command line options. ",
                          before, number2str(value), after);
     return false;
@@ -55,10 +55,10 @@ int check_settings() {
   if (!has_selective_threshold()) {
     return refuse("Sorry, either the minimum score or the minimum length must be larger.\n");
   }
-  if (global_mismatch_score > kSmallestPenalty) {
+  if (global_mismatch_score > kMaxEditScore) {
     return refuse("Sorry, the mismatch score must be smaller or equal to -2.\n");
   }
-  if (global_indel_score > kSmallestPenalty) {
+  if (global_indel_score > kMaxEditScore) {
     return refuse("Sorry, the indel score must be smaller or equal to -2.\n");
   }
   global_Ns_allowed_in_a_row = std::max(global_Ns_allowed_in_a_row, 0);

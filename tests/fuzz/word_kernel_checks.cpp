@@ -223,7 +223,7 @@ void check_run_sieve(CFuzzInput& input) {
   const std::int64_t unit_length = input.take_between(1, 70);
   RunRule rule{unit_length, input.take_between(1, 140), 0, 0};
   rule.sure_run = rule.min_run + input.take_byte();
-  rule.chained_runs = input.take_between(1, 200);
+  rule.min_two_runs = input.take_between(1, 200);
   const std::string text = input.take_bases(kMostBases);
   const auto lag = static_cast<std::uint64_t>(unit_length);
   if (text.size() <= lag) return;

@@ -85,14 +85,14 @@ HOLES = {
         (RUNS, "planes_.find_matches(lag, is_N_wild_, matches_[lag % 3]);",
          "planes_.find_matches(lag, false, matches_[lag % 3]);")],
     "runs: the sieve looks half as far": [
-        (RUNS, "half_(static_cast<std::uint64_t>((rule.chained_runs + 1) / 2)),",
-         "half_(static_cast<std::uint64_t>((rule.chained_runs + 1) / 4)),")],
+        (RUNS, "half_(static_cast<std::uint64_t>((rule.min_two_runs + 1) / 2)),",
+         "half_(static_cast<std::uint64_t>((rule.min_two_runs + 1) / 4)),")],
     "filter plan: the first edit needs one match more": [
         (PLAN, "scoring_.min_penalty() - unit_length + 1;",
          "scoring_.min_penalty() - unit_length + 2;")],
     "filter plan: the second edit needs one match more": [
-        (PLAN, "chained_runs = edited_run + scoring_.min_penalty();",
-         "chained_runs = edited_run + scoring_.min_penalty() + 1;")],
+        (PLAN, "min_two_runs = edited_run + scoring_.min_penalty();",
+         "min_two_runs = edited_run + scoring_.min_penalty() + 1;")],
     "seed filter: a verdict of a group counts for seeds that were not asked about": [
         (FILTER, "return {p, asked, 0};", "return {p, ~std::uint64_t{0}, 0};")],
 }

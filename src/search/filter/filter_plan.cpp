@@ -8,9 +8,9 @@
 namespace quorix {
 
 std::int64_t RunRule::near_run() const {
-  const std::int64_t run = std::min({(chained_runs + 1) / 2, unit_length - 1, sure_run});
+  const std::int64_t run = std::min({(min_two_runs + 1) / 2, unit_length - 1, sure_run});
   const bool is_worth_it = min_run < kMinNearRun && min_run < sure_run && run >= kMinNearRun &&
-                           chained_runs <= kMaxNearRuns;
+                           min_two_runs <= kMaxNearRuns;
   return is_worth_it ? run : 0;
 }
 
@@ -51,13 +51,13 @@ RunRule CFilterPlan::run_rule(std::int64_t unit_length) const {
   if (use_ == SeedUse::kExtendExactly) return {unit_length, exact_run, exact_run, exact_run};
 
   const std::int64_t edited_run = scoring_.min_penalty() - unit_length + 1;
-  const std::int64_t chained_runs = edited_run + scoring_.min_penalty();
+  const std::int64_t min_two_runs = edited_run + scoring_.min_penalty();
   if (use_ == SeedUse::kExtendOverEdits) {
-    return {unit_length, std::min(min_run_score, edited_run), min_run_score, chained_runs};
+    return {unit_length, std::min(min_run_score, edited_run), min_run_score, min_two_runs};
   }
   const std::int64_t user_min_score = thresholds_.user_min_scores[unit_length];
   return {unit_length, std::max(exact_run, std::min(user_min_score, edited_run)), user_min_score,
-          chained_runs};
+          min_two_runs};
 }
 
 BoundPlan CFilterPlan::bounds(std::int64_t unit_length) const {

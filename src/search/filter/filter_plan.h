@@ -91,9 +91,9 @@ struct RunRule {
   std::int64_t unit_length;
   std::int64_t min_run;   ///< seeds at a shorter run are rejected; below 1 runs do not serve
   std::int64_t sure_run;  ///< seeds at a run of this length are undecided, if it reaches `min_run`
-  /// In between, a seed is undecided if the run and one of those one edit away have together at
-  /// least this many matches.
-  std::int64_t chained_runs;
+  /// In between, a seed is undecided if its run and a second one, one edit away, have at least this
+  /// many matches together.
+  std::int64_t min_two_runs;
 
   /// A run of this length is near each seed that a run in between leaves undecided; 0 if that is
   /// not worth looking for.

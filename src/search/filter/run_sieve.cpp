@@ -13,8 +13,7 @@
 // What is skipped, and why that is sound:
 //
 // - A word without a first bit: no run begins in it.
-// - A first bit that is no run start for `min_run`, or for 64 if that is less: the run is too
-// short.
+// - A first bit that is no run start for `min_run`, or for 64 if that is less: its run is short.
 // - A bit that is no candidate of `CNearRuns`: neither run of the two has half of what both need.
 //
 // A run that began before the segment is found by going back to its first base, once.
@@ -94,7 +93,7 @@ std::uint64_t run_start_at(const CBitSet& bits, std::uint64_t position) {
 }
 
 /// Finds where a run may begin that a run one edit away makes long enough, or that is long enough
-/// by itself. Of two runs that make up `chained_runs` together one has half of them, or as much as
+/// by itself. Of two runs that make up `min_two_runs` together one has half of them, or as much as
 /// the unit allows for; where no run of that length is near, none has to be looked at.
 ///
 /// A run of `half_` bases or more has `near_` at its beginning. A shorter one lacks `half_` or
@@ -108,7 +107,7 @@ class CNearRuns {
       : lags_(lags),
         first_word_(first_word),
         unit_length_(static_cast<std::uint64_t>(rule.unit_length)),
-        half_(static_cast<std::uint64_t>((rule.chained_runs + 1) / 2)),
+        half_(static_cast<std::uint64_t>((rule.min_two_runs + 1) / 2)),
         near_(static_cast<std::uint64_t>(rule.near_run())),
         before_(first_word == 0 ? 0 : long_runs(first_word - 1)),
         here_(long_runs(first_word)),
@@ -156,10 +155,10 @@ class CNearRuns {
   std::uint64_t after_;
 };
 
-/// True if a run one edit away from [first, last) is long enough, see `RunRule::chained_runs`.
-bool has_chained_run(const CNeighbourLags& lags, const RunRule& rule, std::uint64_t first,
-                     std::uint64_t last) {
-  const std::int64_t missing = rule.chained_runs - static_cast<std::int64_t>(last - first);
+/// True if a run one edit away from [first, last) is long enough, see `RunRule::min_two_runs`.
+bool has_second_run(const CNeighbourLags& lags, const RunRule& rule, std::uint64_t first,
+                    std::uint64_t last) {
+  const std::int64_t missing = rule.min_two_runs - static_cast<std::int64_t>(last - first);
   // The counts go up to 64.
   const std::int64_t at_lag = std::min({missing, rule.unit_length - 1, std::int64_t{64}});
   const std::int64_t at_longer_lag = std::min({missing, rule.unit_length, std::int64_t{64}});
@@ -210,7 +209,7 @@ RunWork sift_by_runs(const CNeighbourLags& lags, const RunRule& rule, const Segm
     const bool is_undecided =
         static_cast<std::int64_t>(last - first) >= rule.sure_run ||
         (lags.is_N_wild() && lags.planes().has_N_near(first - unit_length, last)) ||
-        has_chained_run(lags, rule, first, last);
+        has_second_run(lags, rule, first, last);
     if (!is_undecided) return;
     seeds.clear_range(decided, std::max(first - unit_length, decided));
     decided = std::min(last - unit_length + 1, seed_end);

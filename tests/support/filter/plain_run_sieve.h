@@ -55,7 +55,7 @@ inline bool is_run_seed(const CPlainText& text, const CBasePlanes& planes, const
   const std::int64_t last = boundary + text.count(boundary, lag, 1);
   const std::int64_t run = last - first;
   if (run < rule.min_run) return false;
-  if (run >= rule.sure_run || run >= rule.chained_runs) return true;
+  if (run >= rule.sure_run || run >= rule.min_two_runs) return true;
   if (text.is_N_wild() && planes.has_N_near(static_cast<std::uint64_t>(first - lag),
                                             static_cast<std::uint64_t>(last))) {
     return true;
@@ -63,7 +63,7 @@ inline bool is_run_seed(const CPlainText& text, const CBasePlanes& planes, const
   const auto chains = [&](std::int64_t x, std::int64_t other_lag, std::int64_t step,
                           std::int64_t most) {
     const std::int64_t enough =
-        std::min({rule.chained_runs - run, most, std::int64_t{64}});  // that many count
+        std::min({rule.min_two_runs - run, most, std::int64_t{64}});  // that many count
     return enough <= 0 || text.count(x, other_lag, step) >= enough;
   };
   return chains(last + 1, lag, 1, lag - 1) || chains(last + 1, lag + 1, 1, lag) ||

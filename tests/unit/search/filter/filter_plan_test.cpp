@@ -176,7 +176,7 @@ TEST(FilterPlan, asks_runs_for_what_each_use_needs) {
   const Thresholds thresholds({9, 0, 0.0F}, {16, 0, 0.0F}, {12, 0, 0.0F});
   const auto rule = [&](SeedUse use, std::int64_t unit_length) {
     const RunRule run = plan_of(use, {7, 9, true}, thresholds).unit(unit_length).run_rule;
-    return std::vector<std::int64_t>{run.unit_length, run.min_run, run.sure_run, run.chained_runs};
+    return std::vector<std::int64_t>{run.unit_length, run.min_run, run.sure_run, run.min_two_runs};
   };
   using Rule = std::vector<std::int64_t>;
   EXPECT_EQ(rule(SeedUse::kExtendExactly, 3), (Rule{3, 13, 13, 13}));

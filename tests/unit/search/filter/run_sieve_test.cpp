@@ -34,7 +34,7 @@ void expect_seeds_of(const std::string& bases, bool is_N_wild, const RunRule& ru
     const bool expected = is_run_seed(text, lags.planes(), rule, static_cast<std::int64_t>(p));
     ASSERT_EQ(seeds.test(p), expected)
         << bases << " unit " << lag << " base " << p << " rule " << rule.min_run << ","
-        << rule.sure_run << "," << rule.chained_runs << (is_N_wild ? " wild" : "");
+        << rule.sure_run << "," << rule.min_two_runs << (is_N_wild ? " wild" : "");
     ++(expected ? tally.let_through : tally.refuted);
   }
   // A unit that ends with the text has no base behind it and seeds nothing.

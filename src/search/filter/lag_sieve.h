@@ -28,7 +28,7 @@
 /// ```
 ///   x, y      position of a base, and of the unit character that it is compared with
 ///   L         unit length
-///   m, g, q   penalty of a mismatch, of an indel, and the smaller of both
+///   g, q      penalty of an indel, and the smaller of both penalties
 ///   r, c      reward and cost in the persistence: of a match or N, of an edit (`LagWeights`)
 ///   S         score on entry: 0 to the right; to the left the best score of the right side
 /// ```

@@ -110,13 +110,17 @@ void CSearchController::complete_imperfect_search(std::FILE* /*stream*/) {
 
 void CSearchController::unit_len_1_complete_imperfect_search(CAnchorSeq& anchors,
                                                              std::list<Csat*>& accepted) {
-  scan_for_imperfect_mononucleotides(search_context(), anchors, accepted);
+  const SearchContext context = search_context();
+  scan_for_imperfect_mononucleotides(context, context.filter_for(SeedUse::kExtendOverEdits),
+                                     anchors, accepted);
 }
 
 void CSearchController::one_unit_len_complete_imperfect_search(std::uint64_t unit_length,
                                                                CAnchorSeq& anchors,
                                                                std::list<Csat*>& accepted) {
-  scan_for_imperfect_repeats(search_context(), unit_length, anchors, accepted);
+  const SearchContext context = search_context();
+  scan_for_imperfect_repeats(context, context.filter_for(SeedUse::kExtendOverEdits), unit_length,
+                             anchors, accepted);
 }
 
 void CSearchController::simple_imperfect_search(std::FILE* stream) {

@@ -155,7 +155,7 @@ class CSearchController {
   /// The work done since construction.
   [[nodiscard]] SearchWork work() const { return {scan_.seed_count(), extender_.work()}; }
   [[nodiscard]] const CExtender& extender() const { return extender_; }
-  /// The filter of the last scan. Null before the first one.
+  /// The filter of the last search. Null before the first one.
   [[nodiscard]] const CSeedFilter* last_seed_filter() const { return scan_.last_filter(); }
 
   /// The user's thresholds, and the lax ones for exact repeats that are still to be extended. Null

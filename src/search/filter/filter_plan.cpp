@@ -7,13 +7,6 @@
 
 namespace quorix {
 
-std::int64_t RunRule::near_run() const {
-  const std::int64_t run = std::min({(min_two_runs + 1) / 2, unit_length - 1, sure_run});
-  const bool is_worth_it = min_run < kMinNearRun && min_run < sure_run && run >= kMinNearRun &&
-                           min_two_runs <= kMaxNearRuns;
-  return is_worth_it ? run : 0;
-}
-
 ChainRule ChainRule::for_unit(std::int64_t unit_length, std::int64_t min_score,
                               const ScoringRules& scoring) {
   ChainRule rule{unit_length, min_score, scoring, 0};
@@ -43,27 +36,26 @@ std::int64_t CFilterPlan::min_score(std::int64_t unit_length) const {
   return thresholds_.min_scores[unit_length];
 }
 
-RunRule CFilterPlan::run_rule(std::int64_t unit_length) const {
-  const std::int64_t min_run_score = min_score(unit_length);
+RunRule CFilterPlan::run_rule(std::int64_t unit_length, std::int64_t min_unit_score) const {
   // A repeat is as long as its unit and the run together.
   const std::int64_t exact_run =
-      std::max(min_run_score, thresholds_.min_lengths[unit_length] - unit_length);
+      std::max(min_unit_score, thresholds_.min_lengths[unit_length] - unit_length);
   if (use_ == SeedUse::kExtendExactly) return {unit_length, exact_run, exact_run, exact_run};
 
   const std::int64_t edited_run = scoring_.min_penalty() - unit_length + 1;
   const std::int64_t min_two_runs = edited_run + scoring_.min_penalty();
   if (use_ == SeedUse::kExtendOverEdits) {
-    return {unit_length, std::min(min_run_score, edited_run), min_run_score, min_two_runs};
+    return {unit_length, std::min(min_unit_score, edited_run), min_unit_score, min_two_runs};
   }
   const std::int64_t user_min_score = thresholds_.user_min_scores[unit_length];
   return {unit_length, std::max(exact_run, std::min(user_min_score, edited_run)), user_min_score,
           min_two_runs};
 }
 
-BoundPlan CFilterPlan::bounds(std::int64_t unit_length) const {
+BoundPlan CFilterPlan::bounds(std::int64_t unit_length, std::int64_t min_unit_score) const {
   BoundPlan plan;
   if (use_ != SeedUse::kExtendOverEdits) return plan;
-  if (unit_length >= kMinGroupUnit && unit_length + min_score(unit_length) <= kMaxGroupTarget) {
+  if (unit_length >= kMinGroupUnit && unit_length + min_unit_score <= kMaxGroupTarget) {
     plan.min_group_seeds = kMinGroupSeeds;
   }
   if (unit_length <= kMaxBatchUnit) plan.min_batch_seeds = kMinBatchSeeds;
@@ -75,7 +67,7 @@ UnitPlan CFilterPlan::unit(std::int64_t unit_length) const {
   UnitPlan plan;
   plan.unit_length = unit_length;
   plan.min_score = min_score(unit_length);
-  plan.run_rule = run_rule(unit_length);
+  plan.run_rule = run_rule(unit_length, plan.min_score);
   if (plan.run_rule.min_run >= 1) {
     plan.sieve = Sieve::kRuns;
   } else if (use_ == SeedUse::kExtendOverEdits && plan.min_score >= 1) {
@@ -87,7 +79,7 @@ UnitPlan CFilterPlan::unit(std::int64_t unit_length) const {
     }
   }
   // Every seed has a score of 0.
-  if (plan.min_score >= 1) plan.bounds = bounds(unit_length);
+  if (plan.min_score >= 1) plan.bounds = bounds(unit_length, plan.min_score);
   return plan;
 }
 

@@ -9,6 +9,7 @@
 /// serve. It is a matter of speed alone: each sieve and each bound is sound wherever it may be
 /// called. docs/algorithm.md, section 11, has the table for the default settings.
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 
@@ -97,7 +98,11 @@ struct RunRule {
 
   /// A run of this length is near each seed that a run in between leaves undecided; 0 if that is
   /// not worth looking for.
-  [[nodiscard]] std::int64_t near_run() const;
+  [[nodiscard]] std::int64_t near_run() const {
+    if (min_run >= kMinNearRun || min_run >= sure_run || min_two_runs > kMaxNearRuns) return 0;
+    const std::int64_t run = std::min({(min_two_runs + 1) / 2, unit_length - 1, sure_run});
+    return run >= kMinNearRun ? run : 0;
+  }
 };
 
 /// How many edits chains are followed over, and what they have to reach.
@@ -120,6 +125,8 @@ struct BoundPlan {
   int min_batch_seeds = 0;
   int min_single_seeds = 0;
 
+  /// True if no bound is to be asked.
+  [[nodiscard]] bool is_empty() const { return *this == BoundPlan{}; }
   [[nodiscard]] bool operator==(const BoundPlan&) const = default;
 };
 
@@ -140,7 +147,6 @@ class CFilterPlan {
   CFilterPlan(SeedUse use, const ScoringRules& scoring, const SeedThresholds& thresholds,
               std::int64_t last_unit_length);
 
-  [[nodiscard]] SeedUse use() const { return use_; }
   [[nodiscard]] const ScoringRules& scoring() const { return scoring_; }
 
   /// The line of one unit length, 1 or more.
@@ -161,8 +167,8 @@ class CFilterPlan {
   [[nodiscard]] bool operator==(const CFilterPlan& other) const;
 
  private:
-  [[nodiscard]] RunRule run_rule(std::int64_t unit_length) const;
-  [[nodiscard]] BoundPlan bounds(std::int64_t unit_length) const;
+  [[nodiscard]] RunRule run_rule(std::int64_t unit_length, std::int64_t min_unit_score) const;
+  [[nodiscard]] BoundPlan bounds(std::int64_t unit_length, std::int64_t min_unit_score) const;
 
   SeedUse use_;
   ScoringRules scoring_;

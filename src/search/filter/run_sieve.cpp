@@ -82,9 +82,10 @@ RunWork for_each_run(const CBitSet& bits, std::uint64_t min_length, const Segmen
   return work;
 }
 
-/// Where the run of set bits begins that ends at or after `position`; `position` if there is none.
-std::uint64_t run_start_at(const CBitSet& bits, std::uint64_t position) {
-  while (position > 0) {
+/// Where the run of set bits begins that ends at or after `position`, but not before `lowest`;
+/// `position` if there is none.
+std::uint64_t run_start_at(const CBitSet& bits, std::uint64_t position, std::uint64_t lowest) {
+  while (position > lowest) {
     const auto ones = static_cast<std::uint64_t>(bits.ones_down_from(position - 1));
     position -= ones;
     if (ones < kWordBits) break;
@@ -103,12 +104,14 @@ std::uint64_t run_start_at(const CBitSet& bits, std::uint64_t position) {
 /// three neighbouring words, so `half_` and `near_` + 1 are less than 64.
 class CNearRuns {
  public:
-  CNearRuns(const CNeighbourLags& lags, const RunRule& rule, std::size_t first_word)
+  /// `near_run` is that of `rule`, and above 0.
+  CNearRuns(const CNeighbourLags& lags, const RunRule& rule, std::int64_t near_run,
+            std::size_t first_word)
       : lags_(lags),
         first_word_(first_word),
         unit_length_(static_cast<std::uint64_t>(rule.unit_length)),
         half_(static_cast<std::uint64_t>((rule.min_two_runs + 1) / 2)),
-        near_(static_cast<std::uint64_t>(rule.near_run())),
+        near_(static_cast<std::uint64_t>(near_run)),
         before_(first_word == 0 ? 0 : long_runs(first_word - 1)),
         here_(long_runs(first_word)),
         after_(long_runs(first_word + 1)) {
@@ -215,12 +218,12 @@ RunWork sift_by_runs(const CNeighbourLags& lags, const RunRule& rule, const Segm
     decided = std::min(last - unit_length + 1, seed_end);
   };
   // A run is that of the seeds whose boundary it touches.
-  const Segment starts{run_start_at(lags.at(), segment.first + unit_length),
+  const Segment starts{run_start_at(lags.at(), segment.first + unit_length, unit_length),
                        seed_end + unit_length};
   RunWork work;
-  if (rule.near_run() > 0) {
-    work = for_each_run(lags.at(), min_run, starts, CNearRuns(lags, rule, starts.first / kWordBits),
-                        keep_seeds);
+  if (const std::int64_t near_run = rule.near_run(); near_run > 0) {
+    work = for_each_run(lags.at(), min_run, starts,
+                        CNearRuns(lags, rule, near_run, starts.first / kWordBits), keep_seeds);
   } else {
     work = for_each_run(
         lags.at(), min_run, starts, [](std::size_t) { return ~std::uint64_t{0}; }, keep_seeds);

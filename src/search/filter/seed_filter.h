@@ -56,6 +56,9 @@ class CSeedFilter {
   /// order. REQUIRES: 1 <= unit_length < length. Throws: std::bad_alloc.
   const CBitSet& seeds(std::uint64_t unit_length);
 
+  /// False if no bound serves the unit length of the last `seeds`: all of them stay undecided.
+  [[nodiscard]] bool has_bounds() const { return !unit_.bounds.is_empty(); }
+
   /// True if the seed at base p, of the unit length of the last `seeds`, has a verdict.
   [[nodiscard]] bool has_verdict(std::uint64_t p) const { return verdicts_.cover(p); }
 

@@ -19,11 +19,11 @@ namespace quorix {
 
 namespace {
 
-void search_mononucleotides(const SearchContext& context, const CFilterPlan& plan,
+void search_mononucleotides(const SearchContext& context, CSeedFilter& filter,
                             std::list<Csat*>& found) {
   const char* const text = context.text.begin;
   CSpareRecord spare(sat_alloc);
-  context.scan.for_each_base(plan, [&](std::uint64_t p) {
+  context.scan.for_each_base(filter, [&](std::uint64_t p) {
     Csat& repeat = spare.seed(text + p, text + p + 1);
     if (!context.extender.extend_exactly_and_test(repeat, context.thresholds)) return p + 1;
     spare.keep_in(found);
@@ -33,9 +33,9 @@ void search_mononucleotides(const SearchContext& context, const CFilterPlan& pla
 }
 
 void search_unit_length(const SearchContext& context, std::uint64_t unit_length,
-                        CAnchorSeq& coverage, const CFilterPlan& plan, std::list<Csat*>& found) {
+                        CAnchorSeq& coverage, CSeedFilter& filter, std::list<Csat*>& found) {
   CSpareRecord spare(sat_alloc);
-  context.scan.for_each_seed(unit_length, coverage, plan, [&](const char* p) {
+  context.scan.for_each_seed(unit_length, coverage, filter, [&](const char* p) {
     Csat& repeat = spare.seed(p, p + unit_length);
     if (!context.extender.extend_exactly_and_test(repeat, context.thresholds)) return;
     if (unit_length != 1 && passes(repeat, context.user_thresholds)) {
@@ -49,15 +49,15 @@ void search_unit_length(const SearchContext& context, std::uint64_t unit_length,
 
 void search_exact_repeats(const SearchContext& context, SeedUse use, std::list<Csat*>& found) {
   if (context.units.last == 0) return;
-  const CFilterPlan plan = context.plan_for(use);
+  CSeedFilter& filter = context.filter_for(use);
   CAnchorSeq coverage(context.text.begin, context.text.length());
   std::uint64_t unit_length = context.units.first;
   if (unit_length == 1) {
-    search_mononucleotides(context, plan, found);
+    search_mononucleotides(context, filter, found);
     unit_length = 2;
   }
   for (; unit_length <= context.units.last; ++unit_length) {
-    search_unit_length(context, unit_length, coverage, plan, found);
+    search_unit_length(context, unit_length, coverage, filter, found);
   }
   sort_by_position(found);
 }

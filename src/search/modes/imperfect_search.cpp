@@ -32,23 +32,24 @@ void extend_and_keep(const SearchContext& context, CSpareRecord& spare, CAnchorS
 void search_imperfect_repeats(const SearchContext& context, std::list<Csat*>& accepted) {
   if (context.units.last == 0) return;
   context.extender.clear_caches();
+  CSeedFilter& filter = context.filter_for(SeedUse::kExtendOverEdits);
   CAnchorSeq anchors(context.text.begin, context.text.length());
   std::uint64_t unit_length = context.units.first;
   if (unit_length == 1) {
-    scan_for_imperfect_mononucleotides(context, anchors, accepted);
+    scan_for_imperfect_mononucleotides(context, filter, anchors, accepted);
     anchors.open_all();
     unit_length = 2;
   }
   for (; unit_length <= context.units.last; ++unit_length) {
-    scan_for_imperfect_repeats(context, unit_length, anchors, accepted);
+    scan_for_imperfect_repeats(context, filter, unit_length, anchors, accepted);
   }
   sort_by_position(accepted);
 }
 
-void scan_for_imperfect_mononucleotides(const SearchContext& context, CAnchorSeq& anchors,
-                                        std::list<Csat*>& accepted) {
+void scan_for_imperfect_mononucleotides(const SearchContext& context, CSeedFilter& filter,
+                                        CAnchorSeq& anchors, std::list<Csat*>& accepted) {
   CSpareRecord spare(sat_alloc);
-  context.scan.for_each_base(context.plan_for(SeedUse::kExtendOverEdits), [&](std::uint64_t p) {
+  context.scan.for_each_base(filter, [&](std::uint64_t p) {
     const char* const base = context.text.begin + p;
     if (anchors.may_seed(base, 1)) {
       spare.seed(base, base + 1);
@@ -58,14 +59,14 @@ void scan_for_imperfect_mononucleotides(const SearchContext& context, CAnchorSeq
   });
 }
 
-void scan_for_imperfect_repeats(const SearchContext& context, std::uint64_t unit_length,
-                                CAnchorSeq& anchors, std::list<Csat*>& accepted) {
+void scan_for_imperfect_repeats(const SearchContext& context, CSeedFilter& filter,
+                                std::uint64_t unit_length, CAnchorSeq& anchors,
+                                std::list<Csat*>& accepted) {
   CSpareRecord spare(sat_alloc);
-  context.scan.for_each_seed(unit_length, anchors, context.plan_for(SeedUse::kExtendOverEdits),
-                             [&](const char* p) {
-                               spare.seed(p, p + unit_length);
-                               extend_and_keep(context, spare, anchors, accepted);
-                             });
+  context.scan.for_each_seed(unit_length, anchors, filter, [&](const char* p) {
+    spare.seed(p, p + unit_length);
+    extend_and_keep(context, spare, anchors, accepted);
+  });
 }
 
 }  // namespace quorix

@@ -18,11 +18,12 @@ void search_imperfect_repeats(const SearchContext& context, std::list<Csat*>& ac
 
 /// The scan of `search_imperfect_repeats` for unit length 1: appends to `accepted`, unsorted, and
 /// closes the bases of each repeat in `anchors`. Throws: std::bad_alloc.
-void scan_for_imperfect_mononucleotides(const SearchContext& context, CAnchorSeq& anchors,
-                                        std::list<Csat*>& accepted);
+void scan_for_imperfect_mononucleotides(const SearchContext& context, CSeedFilter& filter,
+                                        CAnchorSeq& anchors, std::list<Csat*>& accepted);
 
 /// The same for any one unit length, in bp.
-void scan_for_imperfect_repeats(const SearchContext& context, std::uint64_t unit_length,
-                                CAnchorSeq& anchors, std::list<Csat*>& accepted);
+void scan_for_imperfect_repeats(const SearchContext& context, CSeedFilter& filter,
+                                std::uint64_t unit_length, CAnchorSeq& anchors,
+                                std::list<Csat*>& accepted);
 
 }  // namespace quorix

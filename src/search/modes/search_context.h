@@ -24,13 +24,14 @@ struct SearchContext {
   CExtender& extender;         ///< extends seeds and tests the result
   CSeedScan& scan;             ///< iterates over seeds
 
-  /// The plan of the filter of seeds for `use`, under these thresholds and the rules of the
-  /// settings.
-  [[nodiscard]] CFilterPlan plan_for(SeedUse use) const {
-    return {use,
-            scoring_rules_of_settings(),
-            {*thresholds.min_scores, *thresholds.min_lengths, *user_thresholds.min_scores},
-            static_cast<std::int64_t>(units.last)};
+  /// The filter of seeds for `use`, under these thresholds and the rules of the settings. Valid
+  /// until a filter for another use is asked for. Throws: std::bad_alloc.
+  [[nodiscard]] CSeedFilter& filter_for(SeedUse use) const {
+    return scan.filter_by(
+        {use,
+         scoring_rules_of_settings(),
+         {*thresholds.min_scores, *thresholds.min_lengths, *user_thresholds.min_scores},
+         static_cast<std::int64_t>(units.last)});
   }
 };
 

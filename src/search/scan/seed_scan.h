@@ -24,40 +24,40 @@ class CSeedScan {
   CSeedScan(const SearchedText& text, const SequenceLabel& sequence)
       : text_(text), sequence_(sequence) {}
 
-  /// Calls `visit` with the first base of each unit of `unit_length` bp that the filter by `plan`
-  /// leaves undecided, that `anchors` let seed a repeat and that `valid_starting_pattern` accepts.
+  /// Calls `visit` with the first base of each unit of `unit_length` bp that `filter` leaves
+  /// undecided, that `anchors` let seed a repeat and that `valid_starting_pattern` accepts.
   /// At least one base follows the unit. `visit` may close bases to the seeds to come. Units of no
   /// base, or of as many as the text has, seed nothing. Throws: std::bad_alloc.
   template <class Visit>
-  void for_each_seed(std::uint64_t unit_length, const CAnchorSeq& anchors, const CFilterPlan& plan,
+  void for_each_seed(std::uint64_t unit_length, const CAnchorSeq& anchors, CSeedFilter& filter,
                      const Visit& visit);
 
   /// Calls `visit` with the 0-based offset of each base that may seed a run of itself, as far as
-  /// the sieve of `plan` can say, and goes on at the offset that `visit` returns. Throws:
+  /// the sieve of `filter` can say, and goes on at the offset that `visit` returns. Throws:
   /// std::bad_alloc.
   template <class Visit>
-  void for_each_base(const CFilterPlan& plan, const Visit& visit);
+  void for_each_base(CSeedFilter& filter, const Visit& visit);
+
+  /// The filter of the text by `plan`: the last one if it serves, which else is destroyed. Throws:
+  /// std::bad_alloc.
+  [[nodiscard]] CSeedFilter& filter_by(const CFilterPlan& plan);
 
   /// Seeds that the sieves left and whose unit holds no N, since the scan was made.
   [[nodiscard]] std::uint64_t seed_count() const { return seed_count_; }
-  /// The filter of the last scan. Null before the first one.
+  /// The last filter. Null before the first one.
   [[nodiscard]] const CSeedFilter* last_filter() const { return filter_.get(); }
 
  private:
-  /// The filter by `plan`: that of the last scan if it serves. Throws: std::bad_alloc.
-  CSeedFilter& filter_by(const CFilterPlan& plan);
-
   SearchedText text_;
   SequenceLabel sequence_;
-  std::unique_ptr<CSeedFilter> filter_;  ///< null until the first scan
+  std::unique_ptr<CSeedFilter> filter_;  ///< null until one is asked for
   std::uint64_t seed_count_ = 0;
 };
 
 template <class Visit>
 void CSeedScan::for_each_seed(std::uint64_t unit_length, const CAnchorSeq& anchors,
-                              const CFilterPlan& plan, const Visit& visit) {
+                              CSeedFilter& filter, const Visit& visit) {
   if (unit_length == 0 || unit_length >= text_.length()) return;
-  CSeedFilter& filter = filter_by(plan);
   const CBitSet& seeds = filter.seeds(unit_length);
   const CBitSet& all_Ns = filter.bits_of_Ns();
   const auto is_undecided = [&](std::uint64_t p) {
@@ -80,7 +80,7 @@ void CSeedScan::for_each_seed(std::uint64_t unit_length, const CAnchorSeq& ancho
     const char* const base = text_.begin + p;
     if (anchors.may_seed(base, unit_length) &&
         valid_starting_pattern(base, base + unit_length, text_.begin + next_N) &&
-        (plan.use() != SeedUse::kExtendOverEdits || is_undecided(p))) {
+        (!filter.has_bounds() || is_undecided(p))) {
       visit(base);
     }
     ++p;
@@ -90,9 +90,8 @@ void CSeedScan::for_each_seed(std::uint64_t unit_length, const CAnchorSeq& ancho
 }
 
 template <class Visit>
-void CSeedScan::for_each_base(const CFilterPlan& plan, const Visit& visit) {
+void CSeedScan::for_each_base(CSeedFilter& filter, const Visit& visit) {
   if (text_.length() < 2) return;
-  CSeedFilter& filter = filter_by(plan);
   const CBitSet& seeds = filter.seeds(1);
   const CBitSet& all_Ns = filter.bits_of_Ns();
   CScanProgress progress(sequence_, 1);

@@ -10,7 +10,9 @@ function(quorix_set_build_options target)
   if(QUORIX_SANITIZERS)
     target_compile_options(${target} PRIVATE
       -fsanitize=${QUORIX_SANITIZERS} -fno-sanitize-recover=all -fno-omit-frame-pointer)
-    target_link_options(${target} PUBLIC -fsanitize=${QUORIX_SANITIZERS})
+    # Tests start thousands of processes, and one starts a fifth faster with its sanitizers linked in.
+    target_link_options(${target} PUBLIC -fsanitize=${QUORIX_SANITIZERS}
+      $<$<CXX_COMPILER_ID:GNU>:-static-libasan;-static-libubsan>)
   endif()
 
   # What makes a memory error end the program rather than serve an attacker. Sanitizers see more, and

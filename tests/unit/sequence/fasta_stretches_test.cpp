@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <cstddef>
+#include <cstdint>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -54,32 +55,42 @@ TEST(FastaStretches, of_lines_of_any_length_read_the_same_with_every_line_end_in
   }
 }
 
-/// What is read of a line of `bases` with `odd` before the base at `place`, and a line "GT".
-Records records_with_odd(const std::string& bases, std::size_t place, char odd) {
-  switch (odd) {
-    case '-':
-      return {{"s", bases + "GT", kCleanEnd, 4}};
-    case '\r':
-      return {{"s", bases + "GT", kCleanEnd, 5}};
-    case '7':
-      return {{"s", bases.substr(0, place), kFormatError, 2}};
-    default:
-      return {
-          {"s", std::string(bases).insert(place, 1, odd == 'u' ? 'T' : 'N') + "GT", kCleanEnd, 4}};
-  }
+/// The bases that are read of `bases` with `odd` before the base at `place`.
+std::string bases_with_odd(const std::string& bases, std::size_t place, char odd) {
+  if (odd == '-' || odd == '\r') return bases;
+  return std::string(bases).insert(place, 1, odd == 'u' ? 'T' : 'N');
 }
 
 TEST(FastaStretches, take_an_odd_character_at_every_place_of_a_line_in_any_pieces) {
-  for (std::size_t length = 0; length <= 40; ++length) {
+  for (std::size_t length = 1; length <= 40; ++length) {
+    const std::string bases = bases_of_length(length);
+    std::string text;
+    Records expected;
+    std::uint64_t line = 1;
+    for (std::size_t place = 0; place < length; ++place) {
+      for (const char odd : {'u', 'R', '-', '\r'}) {
+        text += ">s\n" + std::string(bases).insert(place, 1, odd) + "\nGT\n";
+        line += odd == '\r' ? 4 : 3;
+        expected.push_back({"s", bases_with_odd(bases, place, odd) + "GT", kMoreFollows, line});
+      }
+    }
+    expected.back().state = kCleanEnd;
+    for (const std::size_t piece_length : {1U, 3U, 16U, 100U}) {
+      ASSERT_EQ(read_records(in_pieces(text, piece_length)), expected)
+          << length << " bases, pieces of " << piece_length;
+    }
+  }
+}
+
+TEST(FastaStretches, end_at_a_digit_at_every_place_of_a_line_in_any_pieces) {
+  for (std::size_t length = 1; length <= 40; ++length) {
     const std::string bases = bases_of_length(length);
     for (std::size_t place = 0; place < length; ++place) {
-      for (const char odd : {'u', 'R', '-', '\r', '7'}) {
-        const std::string text = ">s\n" + std::string(bases).insert(place, 1, odd) + "\nGT\n";
-        const Records expected = records_with_odd(bases, place, odd);
-        for (const std::size_t piece_length : {1U, 3U, 16U, 100U}) {
-          ASSERT_EQ(read_records(in_pieces(text, piece_length)), expected)
-              << ::testing::PrintToString(text) << " in pieces of " << piece_length;
-        }
+      const std::string text = ">s\n" + std::string(bases).insert(place, 1, '7') + "\nGT\n";
+      const Records expected = {{"s", bases.substr(0, place), kFormatError, 2}};
+      for (const std::size_t piece_length : {1U, 3U, 16U, 100U}) {
+        ASSERT_EQ(read_records(in_pieces(text, piece_length)), expected)
+            << ::testing::PrintToString(text) << " in pieces of " << piece_length;
       }
     }
   }

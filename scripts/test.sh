@@ -69,9 +69,9 @@ run_tests() { # PRESET [WORD]...
   ctest --preset "$1" --parallel "$jobs" "${@:2}"
 }
 
-# What clang-tidy finds in a file by itself alone and not in one that is included: paths through
-# functions, what is declared and not used, and what is for the preprocessor.
-readonly own_checks='-*,clang-analyzer-*,clang-diagnostic-*,misc-unused-*-decls,readability-identifier-naming,bugprone-macro-*,bugprone-reserved-identifier,bugprone-suspicious-include,modernize-deprecated-headers,readability-duplicate-include,readability-redundant-preprocessor'
+# What clang-tidy finds in the file that it is given, and not in what that includes: paths through
+# functions, and what is of no use.
+readonly own_checks='-*,clang-analyzer-*,clang-diagnostic-*,misc-unused-*-decls,bugprone-suspicious-include,readability-redundant-preprocessor'
 # All other checks look at declarations and statements, most of them in headers of the standard
 # library; files of a library that the preset 'clang' compiles at once share that work.
 readonly shared_checks='-clang-analyzer-*,-bugprone-suspicious-include'

@@ -35,7 +35,7 @@ void check_single_bound(CFuzzInput& input);
 /// search/filter/batch_bound.h
 void check_batch_bound(CFuzzInput& input);
 
-/// search/filter/chain_sieve.h: no seed is refuted that a path can take to the minimum score
+/// search/filter/chain_sieve.h: no seed is rejected that a path can take to the minimum score
 void check_chain_sieve(CFuzzInput& input);
 
 /// search/filter/group_bound.h, likewise

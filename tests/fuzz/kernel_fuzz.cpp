@@ -12,7 +12,7 @@
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   using namespace quorix::fuzz;
   CFuzzInput input(data, size);
-  // The twins of the lag bound and the batch bound cost far more than the others.
+  // The twins of the lag sieve and the batch bound cost far more than the others.
   const std::array checks{
       check_match_runs, check_copied_bases, check_bit_set,      check_base_planes,
       check_run_sieve,  check_single_bound, check_lag_sieve,    check_batch_bound,

@@ -31,9 +31,10 @@ constexpr std::size_t kMaxBases = 120;
 // The twin follows all paths of 32 seeds.
 constexpr std::size_t kMaxBatchTextBases = 70;
 
-std::int64_t take_penalty(CFuzzInput& input, std::int64_t least) {
-  const std::int64_t penalty = input.take_between(least, least + 15);
-  return penalty < least + 12 ? penalty : input.take_one_of<std::int64_t>({30, 300, 2147483648});
+std::int64_t take_penalty(CFuzzInput& input, std::int64_t min_penalty) {
+  const std::int64_t penalty = input.take_between(min_penalty, min_penalty + 15);
+  return penalty < min_penalty + 12 ? penalty
+                                    : input.take_one_of<std::int64_t>({30, 300, 2147483648});
 }
 
 /// Bases between which a text has no repeats to speak of: far from its ends, the bounds are exact.
@@ -48,10 +49,10 @@ std::string noise(std::size_t length) {
 }
 
 /// The bases of the input, with noise around them at times. Returns where they begin.
-std::size_t take_surrounded_bases(CFuzzInput& input, std::size_t most, std::size_t margin,
+std::size_t take_surrounded_bases(CFuzzInput& input, std::size_t max_bases, std::size_t margin,
                                   std::string& text) {
   const bool is_surrounded = input.take_flag();
-  const std::string bases = input.take_bases(most);
+  const std::string bases = input.take_bases(max_bases);
   if (!is_surrounded) {
     text = bases;
     return 0;
@@ -84,8 +85,8 @@ void check_reach(const PlainRepeat& repeat, std::int64_t min_score) {
         min_score, work);
     const bool is_right = answer ? !must_be_rejected : both.best < min_score;
     expect(is_right, [&] {
-      return std::string(target) + ": the score bound answers " + (answer ? "yes" : "no") + " to " +
-             std::to_string(min_score) + ", best is " + std::to_string(both.best) +
+      return std::string(target) + ": the single bound answers " + (answer ? "yes" : "no") +
+             " to " + std::to_string(min_score) + ", best is " + std::to_string(both.best) +
              described(repeat.text, repeat.unit_begin, repeat.unit_length(), repeat.scoring);
     });
   });
@@ -103,9 +104,9 @@ void check_reaches(const Batch& batch, std::uint32_t asked, std::int64_t min_sco
     for (std::int64_t k = 0; k < testing::kSeeds; ++k) {
       const auto& reach = reaches[static_cast<std::size_t>(k)];
       if ((asked & testing::seed_bit(k)) == 0 || !reach) continue;
-      const bool is_let_through = (answer & testing::seed_bit(k)) != 0;
-      is_right = is_right && (is_let_through ? !(is_exact && reach->best < min_score)
-                                             : reach->best < min_score);
+      const bool is_undecided = (answer & testing::seed_bit(k)) != 0;
+      is_right = is_right &&
+                 (is_undecided ? !(is_exact && reach->best < min_score) : reach->best < min_score);
     }
     expect(is_right, [&] {
       return std::string(target) + ": the batch bound answers " + std::to_string(answer) +
@@ -151,7 +152,7 @@ void check_lag_sieve(CFuzzInput& input) {
   }
   const std::string text = input.take_bases(kMaxBases);
   if (static_cast<std::int64_t>(text.size()) <= rules.last_unit_length()) return;
-  const std::vector<std::vector<bool>> expected = testing::CPlainLagBound(text, rules).seeds();
+  const std::vector<std::vector<bool>> expected = testing::CPlainLagSieve(text, rules).seeds();
   on_every_processor(text, [&](const char* bases, const char* target) {
     std::vector<CBitSet> seeds;
     for (const std::vector<bool>& bits : expected) seeds.emplace_back().reset_to_set(bits.size());
@@ -243,7 +244,7 @@ void check_chain_sieve(CFuzzInput& input) {
   // Some of them: the twin follows every path of each.
   for (std::size_t p = first; p < seed_count; p += 4) {
     if (!is_rejected[p]) continue;
-    expect_rejectable("the chain bound", text, static_cast<std::int64_t>(p), unit_length, rules,
+    expect_rejectable("the chain sieve", text, static_cast<std::int64_t>(p), unit_length, rules,
                       min_score);
   }
 }

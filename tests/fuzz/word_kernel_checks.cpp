@@ -22,7 +22,7 @@ namespace quorix::fuzz {
 
 namespace {
 
-constexpr std::size_t kMostBases = 300;
+constexpr std::size_t kMaxTextBases = 300;
 
 std::size_t first_of(const std::vector<bool>& bits, std::size_t position, bool value) {
   while (position < bits.size() && bits[position] != value) ++position;
@@ -68,20 +68,20 @@ std::string changed_copy(CFuzzInput& input, std::string text) {
 }  // namespace
 
 void check_match_runs(CFuzzInput& input) {
-  CFuzzInput changes = input;  // the same bytes tell of the changes, too
+  CFuzzInput changes = input;  // the same bytes choose the changes, too
   const std::uint8_t less = input.take_byte();
-  const std::string left = input.take_bases(kMostBases);
+  const std::string left = input.take_bases(kMaxTextBases);
   const std::size_t skipped = left.empty() ? 0 : less % left.size();
   const std::size_t count = left.size() - skipped;
-  const auto most = static_cast<std::int64_t>(count);
+  const auto max_count = static_cast<std::int64_t>(count);
   const std::string right = changed_copy(changes, left);
   const auto compare = [&](std::int64_t answer, std::int64_t expected, const char* kernel) {
     expect(answer == expected, [&] {
-      return std::string(kernel) + " gives " + std::to_string(answer) + " of " + left + " and " +
-             right + ", at most " + std::to_string(most);
+      return std::string(kernel) + " returns " + std::to_string(answer) + " of " + left + " and " +
+             right + ", at most " + std::to_string(max_count);
     });
   };
-  // Stretches of `most` bases that begin, and that end, where both texts do.
+  // Stretches of `max_count` bases that begin, and that end, where both texts do.
   const std::string left_begin = left.substr(0, count);
   const std::string left_end = left.substr(skipped);
   const std::string right_begin = right.substr(0, count);
@@ -91,20 +91,20 @@ void check_match_runs(CFuzzInput& input) {
   for (const bool is_before : {true, false}) {
     const char* const there = is_before ? other.before_guard(right) : other.after_guard(right);
     at_both_guards(left, [&](const char* here) {
-      compare(common_prefix(here, there, most),
-              testing::plain_prefix(left_begin, right_begin, most), "common_prefix");
-      compare(common_prefix(here + skipped, there + skipped, most),
-              testing::plain_prefix(left_end, right_end, most), "common_prefix");
-      compare(common_suffix(here + count, there + count, most),
-              testing::plain_suffix(left_begin, right_begin, most), "common_suffix");
-      compare(common_suffix(here + left.size(), there + right.size(), most),
-              testing::plain_suffix(left_end, right_end, most), "common_suffix");
+      compare(common_prefix(here, there, max_count),
+              testing::plain_prefix(left_begin, right_begin, max_count), "common_prefix");
+      compare(common_prefix(here + skipped, there + skipped, max_count),
+              testing::plain_prefix(left_end, right_end, max_count), "common_prefix");
+      compare(common_suffix(here + count, there + count, max_count),
+              testing::plain_suffix(left_begin, right_begin, max_count), "common_suffix");
+      compare(common_suffix(here + left.size(), there + right.size(), max_count),
+              testing::plain_suffix(left_end, right_end, max_count), "common_suffix");
     });
   }
 }
 
 void check_copied_bases(CFuzzInput& input) {
-  const std::string letters = input.take_text(kMostBases);
+  const std::string letters = input.take_text(kMaxTextBases);
   std::string expected;
   for (const char letter : letters) {
     const char base = base_of(static_cast<unsigned char>(letter));
@@ -118,7 +118,7 @@ void check_copied_bases(CFuzzInput& input) {
       char* const copy = is_before ? copies.before_guard(blank) : copies.after_guard(blank);
       const std::size_t count = copy_bases(source, letters.size(), copy);
       expect(std::string(copy, count) == expected, [&] {
-        return "copy_bases gives " + std::string(copy, count) + " of " + quoted(letters);
+        return "copy_bases returns " + std::string(copy, count) + " of " + quoted(letters);
       });
     }
   });
@@ -166,7 +166,7 @@ void check_base_planes(CFuzzInput& input) {
   const std::size_t first_lag = 1 + input.take_word() % 400;
   const std::size_t near_first = input.take_word();
   const std::size_t near_length = input.take_byte();
-  const std::string text = input.take_bases(kMostBases);
+  const std::string text = input.take_bases(kMaxTextBases);
   at_both_guards(text, [&](const char* bases) {
     const CBasePlanes planes(bases, text.size());
     CBitSet matches(777);
@@ -197,7 +197,7 @@ void check_base_planes(CFuzzInput& input) {
 void check_match_window(CFuzzInput& input) {
   const std::int64_t wish = input.take_byte();
   const std::string unit = input.take_bases(1 + input.take_byte() % 70);
-  const std::string text = input.take_bases(kMostBases);
+  const std::string text = input.take_bases(kMaxTextBases);
   if (unit.empty()) return;
   const std::int64_t phase = wish % static_cast<std::int64_t>(unit.size());
   static testing::CGuardedText units(kLargestText);
@@ -224,7 +224,7 @@ void check_run_sieve(CFuzzInput& input) {
   RunRule rule{unit_length, input.take_between(1, 140), 0, 0};
   rule.sure_run = rule.min_run + input.take_byte();
   rule.min_two_runs = input.take_between(1, 200);
-  const std::string text = input.take_bases(kMostBases);
+  const std::string text = input.take_bases(kMaxTextBases);
   const auto lag = static_cast<std::uint64_t>(unit_length);
   if (text.size() <= lag) return;
   const testing::CPlainText twin(text, is_N_wild);

@@ -1,7 +1,8 @@
 #pragma once
 
 /// @file
-/// What seeds side by side can come to, each followed over all of its own paths.
+/// The slow twin of search/filter/batch_bound.h: what neighbouring seeds can reach, each followed
+/// over all of its own paths.
 
 #include <algorithm>
 #include <array>
@@ -50,7 +51,7 @@ struct Batch {
   }
 };
 
-/// What a seed can come to, nothing if paths were left off.
+/// What a seed can reach, nothing if paths were cut off.
 struct SeedReach {
   std::int64_t best;
   std::int64_t farthest_base;
@@ -58,7 +59,7 @@ struct SeedReach {
 };
 using BatchReach = std::array<std::optional<SeedReach>, kSeeds>;
 
-/// What each of `seeds` can come to. REQUIRES: their units lie in the text and hold no N's.
+/// Returns what each of `seeds` can reach. REQUIRES: their units lie in the text and hold no N's.
 inline BatchReach reach_of(const Batch& batch, std::uint32_t seeds) {
   BatchReach reaches;
   for (std::int64_t k = 0; k < kSeeds; ++k) {

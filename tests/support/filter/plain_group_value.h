@@ -1,8 +1,8 @@
 #pragma once
 
 /// @file
-/// The group bound by its definition: a whole table of 64-bit numbers for each direction, without
-/// rows, lanes or vectors.
+/// The slow twin of search/filter/group_bound.h: a whole table of 64-bit numbers for each
+/// direction, without rows, lanes or vectors.
 
 #include <algorithm>
 #include <cstddef>
@@ -31,14 +31,14 @@ class CPlainGroupTable {
   static constexpr std::int64_t kSeeds = 64;
 
   CPlainGroupTable(const PlainGroup& group, bool is_rightward, std::int64_t start_value,
-                   std::int64_t most_letters)
+                   std::int64_t max_letters)
       : group_(group),
         is_rightward_(is_rightward),
         start_value_(start_value),
-        count_(most_letters + 1),
+        count_(max_letters + 1),
         values_(static_cast<std::size_t>(count_ * count_)) {}
 
-  /// The highest value of a state; none if a living one has `most_letters` bases or characters.
+  /// The highest value of a state; none if a living one has `max_letters` bases or characters.
   [[nodiscard]] std::optional<std::int64_t> highest() {
     std::int64_t best = 0;
     for (std::int64_t b = 0; b < count_; ++b) {
@@ -106,12 +106,13 @@ class CPlainGroupTable {
   std::vector<std::int64_t> values_;
 };
 
-/// The highest score that the group bound lets through; none if a chain lives for `most_letters`.
+/// Returns the highest score that the group bound leaves undecided; none if a chain lives for
+/// `max_letters`.
 inline std::optional<std::int64_t> plain_group_score(const PlainGroup& group,
-                                                     std::int64_t most_letters) {
-  const auto right = CPlainGroupTable(group, true, group.unit_length, most_letters).highest();
+                                                     std::int64_t max_letters) {
+  const auto right = CPlainGroupTable(group, true, group.unit_length, max_letters).highest();
   if (!right) return std::nullopt;
-  const auto left = CPlainGroupTable(group, false, *right, most_letters).highest();
+  const auto left = CPlainGroupTable(group, false, *right, max_letters).highest();
   if (!left) return std::nullopt;
   return *left - group.unit_length;
 }

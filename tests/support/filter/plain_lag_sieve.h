@@ -1,7 +1,7 @@
 #pragma once
 
 /// @file
-/// The lag bound in plain loops and 64-bit numbers, to hold the fast one against.
+/// The slow twin of search/filter/lag_sieve.h: plain loops and 64-bit numbers.
 
 #include <algorithm>
 #include <cstddef>
@@ -14,7 +14,7 @@
 
 namespace quorix::testing {
 
-/// Gain and persistence for pairs of two bases, the higher one `lag` behind the lower one.
+/// Gain and persistence for pairs of two bases, the higher one `lag` after the lower one.
 class CPlainTables {
  public:
   CPlainTables(std::int64_t first_base, std::int64_t base_end, std::int64_t first_lag,
@@ -52,11 +52,11 @@ class CPlainTables {
   std::vector<std::int64_t> values_;
 };
 
-/// The same bound in plain loops and 64-bit numbers. Weights and cut-offs are those of the grid,
+/// The same sieve in plain loops and 64-bit numbers. Weights and cut-offs are those of the grid,
 /// see lag_grid_test.cpp for them.
-class CPlainLagBound {
+class CPlainLagSieve {
  public:
-  CPlainLagBound(const std::string& text, const LagRule& rules)
+  CPlainLagSieve(const std::string& text, const LagRule& rules)
       : text_(text),
         rules_(rules),
         grid_(text.data(), text.size(), rules),
@@ -97,7 +97,7 @@ class CPlainLagBound {
   }
 
  private:
-  static constexpr char kBehind = '>';
+  static constexpr char kAfter = '>';
   static constexpr char kBefore = '<';
 
   [[nodiscard]] std::int64_t length() const { return static_cast<std::int64_t>(text_.size()); }
@@ -112,12 +112,12 @@ class CPlainLagBound {
   [[nodiscard]] std::int64_t lane(std::int64_t lag) const { return (lag - first_lag_) / 2; }
 
   /// What a path has at the pair of base `high` and the one `lag` before it, if it has
-  /// `same_lag...` behind a match or mismatch and `edited...` behind an insertion or deletion.
+  /// `same_...` after a match or mismatch and `edited_...` after an insertion or deletion.
   void fill(CPlainTables& tables, std::int64_t high, std::int64_t lag, bool is_rightward,
             std::int64_t same_gain, std::int64_t edited_gain, std::int64_t same_persistence,
             std::int64_t edited_persistence) const {
     const LagWeights& weights = grid_.weights();
-    const char higher = letter(high, kBehind);
+    const char higher = letter(high, kAfter);
     const char lower = letter(high - lag, kBefore);
     const bool is_N = rules_.scoring.is_N_neutral && (is_rightward ? higher : lower) == 'N';
     const bool is_match = !is_N && higher == lower;
@@ -133,7 +133,7 @@ class CPlainLagBound {
                std::min<std::int64_t>(persistence, lanes(lag).persistence_cap[lane(lag)]));
   }
 
-  /// Growth to the right, from the rows [first_row, last_row]; those behind have nothing.
+  /// The extension to the right, from the rows [first_row, last_row]; those after have nothing.
   [[nodiscard]] CPlainTables rightward_tables(std::int64_t first_row, std::int64_t last_row) const {
     const std::int64_t last_lag = first_lag_ + lag_count_ - 1;
     const std::int64_t last_base = (last_row + last_lag) / 2;

@@ -21,7 +21,7 @@ inline char plain_character(const std::string& unit, std::int64_t phase, std::in
   return unit[static_cast<std::size_t>(index < 0 ? index + length : index)];
 }
 
-/// Bit i tells whether base i of the first `size` ones equals the unit character that it meets.
+/// Returns a word whose bit i is set if base i of the first `size` ones equals its unit character.
 /// Both texts are in the order in which they are read.
 inline std::uint64_t plain_match_row(const std::string& text, const std::string& unit,
                                      std::int64_t phase, std::ptrdiff_t diagonal,

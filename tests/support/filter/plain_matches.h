@@ -1,7 +1,7 @@
 #pragma once
 
 /// @file
-/// Bases that match, told base by base, to hold the kernels that take many at a time against.
+/// Matching bases, compared one by one: the slow twins of the kernels that compare many at once.
 
 #include <cstddef>
 #include <cstdint>
@@ -17,21 +17,21 @@ inline bool plain_match(const std::string& text, std::size_t x, std::size_t lag,
   return is_N_there ? is_N_wild : text[x] == text[x - lag];
 }
 
-/// What `common_prefix` gives. REQUIRES: both have `most` bases.
+/// Returns what `common_prefix` should return. REQUIRES: both have `max_count` bases.
 inline std::int64_t plain_prefix(const std::string& left, const std::string& right,
-                                 std::int64_t most) {
+                                 std::int64_t max_count) {
   std::int64_t count = 0;
-  while (count < most &&
+  while (count < max_count &&
          left[static_cast<std::size_t>(count)] == right[static_cast<std::size_t>(count)]) {
     ++count;
   }
   return count;
 }
 
-/// What `common_suffix` gives. REQUIRES: both have `most` bases.
+/// Returns what `common_suffix` should return. REQUIRES: both have `max_count` bases.
 inline std::int64_t plain_suffix(const std::string& left, const std::string& right,
-                                 std::int64_t most) {
-  return plain_prefix({left.rbegin(), left.rend()}, {right.rbegin(), right.rend()}, most);
+                                 std::int64_t max_count) {
+  return plain_prefix({left.rbegin(), left.rend()}, {right.rbegin(), right.rend()}, max_count);
 }
 
 }  // namespace quorix::testing

@@ -1,8 +1,8 @@
 #pragma once
 
 /// @file
-/// The rule by which runs of matching bases let seeds through, written out base by base, to hold
-/// the fast search of such runs against.
+/// The slow twin of search/filter/run_sieve.h: the rule by which runs of matching bases leave seeds
+/// undecided, written out base by base.
 
 #include <algorithm>
 #include <cstddef>
@@ -44,9 +44,9 @@ class CPlainText {
   bool is_N_wild_;
 };
 
-/// True if the rule lets the seed at p through. The run that touches its boundary is [first, last);
-/// behind an edit the lag is one of three, and what matches there is counted up to where the text
-/// has to be the edit itself, and up to 64.
+/// Returns true if the rule leaves the seed at p undecided. The run that touches its boundary is
+/// [first, last). After an edit the lag is one of three, and matches count up to where the text has
+/// to be the edit itself, and up to 64.
 inline bool is_run_seed(const CPlainText& text, const CBasePlanes& planes, const RunRule& rule,
                         std::int64_t p) {
   const std::int64_t lag = rule.unit_length;
@@ -61,9 +61,9 @@ inline bool is_run_seed(const CPlainText& text, const CBasePlanes& planes, const
     return true;
   }
   const auto chains = [&](std::int64_t x, std::int64_t other_lag, std::int64_t step,
-                          std::int64_t most) {
+                          std::int64_t max_count) {
     const std::int64_t enough =
-        std::min({rule.min_two_runs - run, most, std::int64_t{64}});  // that many count
+        std::min({rule.min_two_runs - run, max_count, std::int64_t{64}});  // that many count
     return enough <= 0 || text.count(x, other_lag, step) >= enough;
   };
   return chains(last + 1, lag, 1, lag - 1) || chains(last + 1, lag + 1, 1, lag) ||

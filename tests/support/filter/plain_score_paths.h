@@ -15,7 +15,7 @@
 
 namespace quorix::testing {
 
-/// A repeat that is to be extended, in words that both sides are made from; positions are offsets.
+/// A repeat to extend, as both the bound and its twin take it; positions are offsets into `text`.
 struct PlainRepeat {
   std::string text;
   std::int64_t start;
@@ -31,15 +31,15 @@ struct PlainRepeat {
 };
 
 inline constexpr std::int64_t kDead = std::numeric_limits<std::int64_t>::min();
-/// What is read in one direction, at the most.
+/// Max count of bases read, and of characters used, in one direction.
 inline constexpr std::int64_t kMaxReach = 1500;
 
-/// What the paths of one direction came to.
+/// What the paths of one direction reach.
 struct Outcome {
   std::int64_t best;
   std::int64_t farthest_base;  ///< count of bases read by a state that lives
   std::int64_t widest;         ///< difference of the two counts of one
-  bool is_complete;            ///< no path was left off at `kMaxReach`
+  bool is_complete;            ///< no path was cut off at `kMaxReach`
 };
 
 /// The highest score at every count of bases read and characters used; an edit has to leave it
@@ -51,7 +51,7 @@ inline Outcome follow_all_paths(const PlainRepeat& repeat, bool is_rightward, st
   Outcome outcome{score, 0, 0, true};
   std::vector<std::int64_t> last(kMaxReach + 2, kDead);  // by characters, of one base less
   std::vector<std::int64_t> current(kMaxReach + 2, kDead);
-  // Characters used by a living state of each, at the most.
+  // Max count of characters used by a living state of each.
   std::int64_t farthest_last = 0;
   std::int64_t farthest_former = 0;  // of what `current` held before
   const auto edited = [&](std::int64_t from, std::int64_t penalty) {
@@ -77,10 +77,10 @@ inline Outcome follow_all_paths(const PlainRepeat& repeat, bool is_rightward, st
             is_rightward ? (repeat.right_phase + used - 1) % length
                          : ((repeat.left_phase - used + 1) % length + length) % length;
         const char character = repeat.text[static_cast<std::size_t>(repeat.unit_begin + phase)];
-        const std::int64_t kept = base == character                            ? last[at - 1] + 1
-                                  : base == 'N' && repeat.scoring.is_N_neutral ? last[at - 1]
-                                                                               : kDead;
-        value = std::max({value, kept, edited(last[at - 1], repeat.scoring.mismatch_penalty)});
+        const std::int64_t matched = base == character                            ? last[at - 1] + 1
+                                     : base == 'N' && repeat.scoring.is_N_neutral ? last[at - 1]
+                                                                                  : kDead;
+        value = std::max({value, matched, edited(last[at - 1], repeat.scoring.mismatch_penalty)});
       }
       current[at] = value;
       if (value == kDead) continue;
@@ -99,7 +99,7 @@ inline Outcome follow_all_paths(const PlainRepeat& repeat, bool is_rightward, st
   return outcome;
 }
 
-/// True if no path comes near the ends of the text or needs more room than the table of the score
+/// True if no path comes near the ends of the text or needs more room than the table of the single
 /// bound has, so that nothing hinders the bound from being exact. `right` and `both` are the
 /// outcomes of extending to the right, and then to the left.
 inline bool is_in_reach_of_bound(const PlainRepeat& repeat, const Outcome& right,

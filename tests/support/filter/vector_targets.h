@@ -31,8 +31,7 @@ inline const std::vector<std::int64_t>& vector_targets() {
 }
 
 /// Calls `check` with the name of each kind of processor that has vectors and that this one can
-/// stand for, while the vector code chooses the instructions of that kind. Gives how many they
-/// were.
+/// stand for, while the vector code chooses the instructions of that kind. Returns their number.
 template <class Check>
 int for_each_vector_target(const Check& check) {
   for (const std::int64_t target : vector_targets()) {

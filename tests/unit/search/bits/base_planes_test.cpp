@@ -21,7 +21,7 @@ CBasePlanes planes_of(const std::string& text) {
   return CBasePlanes(bases.begin(), text.size());
 }
 
-/// Compares all lags of `text`, and some behind its end.
+/// Compares all lags of `text`, and some beyond its end.
 void expect_matches_of(const std::string& text, bool is_N_wild) {
   const CBasePlanes planes = planes_of(text);
   CBitSet matches(777);
@@ -34,7 +34,7 @@ void expect_matches_of(const std::string& text, bool is_N_wild) {
           << text << " lag " << lag << " base " << x;
     }
     for (std::size_t x = text.size(); x < matches.words().size() * kWordBits; ++x) {
-      ASSERT_FALSE(matches.test(x)) << "behind " << text << " lag " << lag;
+      ASSERT_FALSE(matches.test(x)) << "beyond " << text << " lag " << lag;
     }
   }
 }
@@ -44,7 +44,7 @@ std::string draw_text(RandomEngine& engine, std::size_t length, const std::strin
                                  : draw_array(engine, length, 9, 10);
 }
 
-TEST(BasePlanes, tell_every_pair_of_letters) {
+TEST(BasePlanes, compare_every_pair_of_letters) {
   for (const char first : std::string("ACGTN")) {
     for (const char second : std::string("ACGTN")) {
       for (const bool is_N_wild : {false, true}) {
@@ -66,7 +66,7 @@ TEST(BasePlanes, find_the_matches_of_all_lags) {
   }
 }
 
-TEST(BasePlanes, tell_where_the_Ns_are) {
+TEST(BasePlanes, show_where_the_Ns_are) {
   RandomEngine engine(3);
   for (const std::size_t length : std::vector<std::size_t>{0, 1, 63, 64, 65, 128, 200}) {
     const std::string text = draw_text(engine, length, "ACGTN");

@@ -45,10 +45,10 @@ void expect_equal(const CBitSet& bits, const Bools& bools) {
     ASSERT_EQ(bits.find_clear(i), first_of(bools, i, false)) << i << " of " << bools.size();
     ASSERT_EQ(bits.ones_from(i), ones_from(bools, i)) << i << " of " << bools.size();
   }
-  // What lies behind the last bit is clear, and there is a spare word.
+  // What lies beyond the last bit is clear, and there is a spare word.
   ASSERT_GT(bits.words().size(), bools.size() / kWordBits + 1);
   for (std::size_t i = bools.size(); i < bits.words().size() * kWordBits; ++i) {
-    ASSERT_FALSE(bits.test(i)) << "bit " << i << " behind " << bools.size();
+    ASSERT_FALSE(bits.test(i)) << "bit " << i << " beyond " << bools.size();
   }
 }
 

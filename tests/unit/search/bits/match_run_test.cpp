@@ -20,13 +20,14 @@ constexpr std::int64_t kLongest = 40;
 void expect_counts(const std::string& left, const std::string& right) {
   const CBases left_bases(left);
   const CBases right_bases(right);
-  for (std::int64_t most = 0; most <= static_cast<std::int64_t>(left.size()); ++most) {
-    ASSERT_EQ(common_prefix(left_bases.begin(), right_bases.begin(), most),
-              plain_prefix(left, right, most))
-        << left << " " << right << " " << most;
-    ASSERT_EQ(common_suffix(left_bases.end(), right_bases.end(), most),
-              plain_suffix(left, right, most))
-        << left << " " << right << " " << most;
+  for (std::int64_t max_count = 0; max_count <= static_cast<std::int64_t>(left.size());
+       ++max_count) {
+    ASSERT_EQ(common_prefix(left_bases.begin(), right_bases.begin(), max_count),
+              plain_prefix(left, right, max_count))
+        << left << " " << right << " " << max_count;
+    ASSERT_EQ(common_suffix(left_bases.end(), right_bases.end(), max_count),
+              plain_suffix(left, right, max_count))
+        << left << " " << right << " " << max_count;
   }
 }
 

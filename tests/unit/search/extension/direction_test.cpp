@@ -105,7 +105,7 @@ TEST(Leftward, counts_bases_and_unit_characters_to_the_left) {
   EXPECT_EQ(Leftward::character_beyond(kText + 1, 3'000'000'001, kText, unit_end), kText);
 }
 
-TEST(Leftward, tells_what_lies_beyond_an_edge_and_before_a_character) {
+TEST(Leftward, returns_what_lies_beyond_an_edge_and_before_a_character) {
   EXPECT_EQ(Leftward::edge_beyond(kText + 3, 0), kText + 3);
   EXPECT_EQ(Leftward::edge_beyond(kText + 3, 3), kText);
   EXPECT_EQ(Leftward::bases_beyond(kText + 4, kText), 3);
@@ -169,7 +169,7 @@ void expect_matches_of_all_phases(const std::string& text, const std::string& un
   }
 }
 
-TEST(MatchesBeyond, is_as_many_as_a_walk_along_the_unit_finds) {
+TEST(MatchesBeyond, is_as_many_as_a_loop_over_the_unit_counts) {
   RandomEngine engine(31);
   for (std::size_t unit_length = 1; unit_length <= 20; ++unit_length) {
     for (int round = 0; round < 60; ++round) {

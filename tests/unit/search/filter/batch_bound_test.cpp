@@ -30,7 +30,7 @@ std::uint32_t undecided(const Batch& batch, std::uint32_t asked, std::int64_t mi
 struct BatchTally {
   std::int64_t rejected = 0;
   std::int64_t had_to_be_rejected = 0;
-  std::int64_t let_through = 0;
+  std::int64_t undecided = 0;
   std::int64_t with_16_bits = 0;
 };
 
@@ -52,13 +52,13 @@ void expect_bound_of(const Batch& batch, const BatchReach& reaches, std::uint32_
     for (std::int64_t k = 0; k < kSeeds; ++k) {
       const std::optional<SeedReach>& reach = reaches[static_cast<std::size_t>(k)];
       if ((asked & seed_bit(k)) == 0 || !reach) continue;
-      const bool is_let_through = (answer & seed_bit(k)) != 0;
+      const bool is_undecided = (answer & seed_bit(k)) != 0;
       const bool must_be_rejected = is_exact && reach->best < min_score;
-      ASSERT_TRUE(is_let_through || reach->best < min_score) << describe(k);
-      ASSERT_FALSE(is_let_through && must_be_rejected) << describe(k);
-      ++(is_let_through ? tally.let_through : tally.rejected);
+      ASSERT_TRUE(is_undecided || reach->best < min_score) << describe(k);
+      ASSERT_FALSE(is_undecided && must_be_rejected) << describe(k);
+      ++(is_undecided ? tally.undecided : tally.rejected);
       if (must_be_rejected) ++tally.had_to_be_rejected;
-      if (!is_let_through && batch.unit_length + min_score >= 256) ++tally.with_16_bits;
+      if (!is_undecided && batch.unit_length + min_score >= 256) ++tally.with_16_bits;
     }
   });
 }
@@ -78,7 +78,7 @@ std::uint32_t draw_mask(RandomEngine& engine) {
   }
 }
 
-/// Asks for all seeds and for some of them, at scores around those that they come to.
+/// Asks for all seeds and for some of them, at scores around those that they reach.
 void expect_bounds(RandomEngine& engine, const Batch& batch, BatchTally& tally) {
   const std::uint32_t seeds = batch.units_without_Ns();
   const BatchReach reaches = reach_of(batch, seeds);
@@ -93,9 +93,9 @@ void expect_bounds(RandomEngine& engine, const Batch& batch, BatchTally& tally) 
 }
 
 /// Copies of a unit with edits, some N's among them at times.
-std::string draw_copies(RandomEngine& engine, const std::string& unit, std::size_t most) {
+std::string draw_copies(RandomEngine& engine, const std::string& unit, std::size_t max_count) {
   std::string copies;
-  const std::size_t count = draw_between(engine, 0, most);
+  const std::size_t count = draw_between(engine, 0, max_count);
   for (std::size_t i = 0; i < count; ++i) {
     copies += unit.substr(
         0, draw_chance(engine, 50) ? unit.size() : draw_between(engine, 0, unit.size()));
@@ -141,7 +141,7 @@ TEST(BatchBound, is_the_best_of_all_paths_of_each_seed) {
   }
   EXPECT_GT(tally.rejected, 10'000);
   EXPECT_GT(tally.had_to_be_rejected, tally.rejected * 3 / 4);
-  EXPECT_GT(tally.let_through, 5000);
+  EXPECT_GT(tally.undecided, 5000);
 }
 
 TEST(BatchBound, is_the_best_of_all_paths_of_each_seed_of_long_units) {
@@ -153,7 +153,7 @@ TEST(BatchBound, is_the_best_of_all_paths_of_each_seed_of_long_units) {
   }
   EXPECT_GT(tally.with_16_bits, 500);
   EXPECT_GT(tally.had_to_be_rejected, 500);
-  EXPECT_GT(tally.let_through, 500);
+  EXPECT_GT(tally.undecided, 500);
 }
 
 TEST(BatchBound, rejects_nothing_wrongly_near_the_ends_of_the_text) {
@@ -168,10 +168,10 @@ TEST(BatchBound, rejects_nothing_wrongly_near_the_ends_of_the_text) {
     ASSERT_NO_FATAL_FAILURE(expect_bounds(engine, batch, tally));
   }
   EXPECT_GT(tally.rejected, 500);
-  EXPECT_GT(tally.let_through, 10'000);
+  EXPECT_GT(tally.undecided, 10'000);
 }
 
-/// Seeds far from the ends that nothing lets grow: no base beyond the units equals one in them.
+/// Seeds far from the ends that cannot extend: no base beyond the units equals one in them.
 Batch lone_units(std::int64_t unit_length, std::size_t margin) {
   Batch batch{};
   batch.text = std::string(margin, 'A') +
@@ -183,7 +183,7 @@ Batch lone_units(std::int64_t unit_length, std::size_t margin) {
   return batch;
 }
 
-TEST(BatchBound, lets_all_through_that_cannot_be_read_whole) {
+TEST(BatchBound, leaves_seeds_undecided_that_cannot_be_read_whole) {
   Batch batch = lone_units(5, 500);
   const std::uint32_t asked = 0xF0F0F0F1U;
   EXPECT_EQ(undecided(batch, asked, 100), 0U);
@@ -201,18 +201,18 @@ TEST(BatchBound, needs_few_bases_around_its_seeds) {
     constexpr std::size_t kEnough = 200;
     std::size_t after = 0;
     std::size_t before = kEnough;
-    const auto lets_through = [&] {
+    const auto is_undecided = [&] {
       Batch lone = lone_units(5, kEnough);
       lone.text.resize(lone.text.size() - kEnough + after);
       lone.text.erase(0, kEnough - before);
       lone.first -= static_cast<std::int64_t>(kEnough - before);
       return undecided(lone, 1, 100) != 0;
     };
-    while (after < kEnough && lets_through()) ++after;
+    while (after < kEnough && is_undecided()) ++after;
     const std::size_t needed_after = after;
     after = kEnough;
     before = 0;
-    while (before < kEnough && lets_through()) ++before;
+    while (before < kEnough && is_undecided()) ++before;
     EXPECT_EQ(before, 7U) << target;
     // 16 or 32 seeds read one base after the other.
     EXPECT_TRUE(needed_after == 7 + 15 || needed_after == 7 + 31) << target << needed_after;
@@ -252,7 +252,7 @@ TEST(BatchBound, fits_units_of_up_to_30000_bases) {
   }
 }
 
-TEST(BatchBound, lets_all_through_that_are_there_already) {
+TEST(BatchBound, leaves_seeds_undecided_that_have_the_score_already) {
   const Batch batch = lone_units(40, 1500);
   EXPECT_EQ(undecided(batch, 0x1234U, 0), 0x1234U);
   EXPECT_EQ(undecided(batch, 0x1234U, -7), 0x1234U);
@@ -278,7 +278,7 @@ TEST(BatchBound, answers_for_no_seed_without_a_question) {
 
 // Some compilers build for processors with vectors alone.
 #if (HWY_TARGETS & HWY_SCALAR) != 0
-TEST(BatchBound, lets_all_through_without_vectors) {
+TEST(BatchBound, leaves_all_undecided_without_vectors) {
   with_no_vectors([] { EXPECT_EQ(undecided(lone_units(40, 1500), 0xFFU, 33), 0xFFU); });
   EXPECT_EQ(undecided(lone_units(40, 1500), 0xFFU, 33), 0U);
 }

@@ -1,4 +1,4 @@
-// The bound by chains, against a search through the states of each seed by itself.
+// The sieve of chains, against a search through the states of each seed by itself.
 
 #include "search/filter/chain_sieve.h"
 
@@ -21,7 +21,7 @@
 namespace quorix::testing {
 namespace {
 
-/// Edits and bases on the way of a chain.
+/// Edits and bases of a chain so far.
 struct PlainState {
   std::int64_t mismatches = 0;
   std::int64_t insertions = 0;
@@ -61,14 +61,14 @@ class CPlainChains {
            (state.insertions + state.deletions) * rule_.scoring.indel_penalty;
   }
 
-  [[nodiscard]] bool is_let_through(const PlainState& state) const {
+  [[nodiscard]] bool is_undecided(const PlainState& state) const {
     const std::int64_t min_penalty = rule_.scoring.min_penalty();
     const std::int64_t beyond = (rule_.edits + 1 - state.edits()) * min_penalty;
     return score(state) >= rule_.min_score || score(state) - beyond > -rule_.unit_length ||
            state.bases == kMaxChainBases;
   }
 
-  /// True if a chain is let through; else the best score becomes that on entry.
+  /// Returns true if a chain is undecided; else the best score becomes that on entry.
   bool follow(bool is_rightward) {
     std::set<PlainState> met;
     std::vector<PlainState> pending = {{}};
@@ -78,11 +78,11 @@ class CPlainChains {
       pending.pop_back();
       if (state.edits() > rule_.edits || !met.insert(state).second) continue;
       if (state.edits() > 0 && score(state) <= -rule_.unit_length) {
-        // It may not come here by an edit, and only by an edit did it lose anything.
+        // No edit may leave so low a score, and only edits lower it.
         continue;
       }
       best = std::max(best, score(state));
-      if (is_let_through(state)) return true;
+      if (is_undecided(state)) return true;
       PlainState next = state;
       if (is_equal(state, is_rightward)) {
         ++next.bases;
@@ -107,8 +107,8 @@ class CPlainChains {
 };
 
 struct ChainTally {
-  std::int64_t let_through = 0;
-  std::int64_t refuted = 0;
+  std::int64_t undecided = 0;
+  std::int64_t rejected = 0;
 };
 
 CBitSet sifted(const std::string& text, const ChainRule& rule, CBitSet seeds) {
@@ -138,7 +138,7 @@ void expect_seeds(const std::string& text, const ChainRule& rule, ChainTally& ta
           << rule.min_score << " penalties " << rule.scoring.mismatch_penalty << ","
           << rule.scoring.indel_penalty << " neutral " << rule.scoring.is_N_neutral << " in "
           << text;
-      ++(expected[p] ? tally.let_through : tally.refuted);
+      ++(expected[p] ? tally.undecided : tally.rejected);
     }
   };
   EXPECT_GT(for_each_vector_target(check), 0);
@@ -182,18 +182,18 @@ std::string draw_text(RandomEngine& engine, std::int64_t unit_length, std::size_
   return text.substr(0, length);
 }
 
-TEST(ChainBound, lets_through_what_a_chain_brings_far_enough) {
+TEST(ChainSieve, leaves_seeds_undecided_whose_chains_get_far_enough) {
   RandomEngine engine(31);
   ChainTally tally;
   for (int round = 0; round < 150; ++round) {
     const ChainRule rule = draw_rule(engine);
     ASSERT_NO_FATAL_FAILURE(expect_seeds(draw_text(engine, rule.unit_length, 700), rule, tally));
   }
-  EXPECT_GT(tally.let_through, 5000);
-  EXPECT_GT(tally.refuted, 10'000);
+  EXPECT_GT(tally.undecided, 5000);
+  EXPECT_GT(tally.rejected, 10'000);
 }
 
-TEST(ChainBound, tells_of_texts_that_are_hardly_longer_than_the_unit) {
+TEST(ChainSieve, decides_texts_that_are_hardly_longer_than_the_unit) {
   RandomEngine engine(32);
   ChainTally tally;
   for (int round = 0; round < 1500; ++round) {
@@ -202,11 +202,11 @@ TEST(ChainBound, tells_of_texts_that_are_hardly_longer_than_the_unit) {
     ASSERT_NO_FATAL_FAILURE(
         expect_seeds(draw_text(engine, rule.unit_length, longest), rule, tally));
   }
-  EXPECT_GT(tally.let_through, 1000);
-  EXPECT_GT(tally.refuted, 1000);
+  EXPECT_GT(tally.undecided, 1000);
+  EXPECT_GT(tally.rejected, 1000);
 }
 
-TEST(ChainBound, says_the_same_without_vectors) {
+TEST(ChainSieve, decides_the_same_without_vectors) {
   RandomEngine engine(33);
   for (int round = 0; round < 30; ++round) {
     const ChainRule rule = draw_rule(engine);
@@ -217,7 +217,7 @@ TEST(ChainBound, says_the_same_without_vectors) {
   }
 }
 
-TEST(ChainBound, rejects_the_same_seeds_however_a_text_is_split) {
+TEST(ChainSieve, rejects_the_same_seeds_however_a_text_is_split) {
   RandomEngine engine(35);
   for (int round = 0; round < 40; ++round) {
     const ChainRule rule = draw_rule(engine);
@@ -240,23 +240,23 @@ TEST(ChainBound, rejects_the_same_seeds_however_a_text_is_split) {
   }
 }
 
-TEST(ChainBound, leaves_seeds_out_that_were_left_out_before) {
+TEST(ChainSieve, keeps_seeds_rejected_that_were_rejected_before) {
   RandomEngine engine(34);
   const ChainRule rule = ChainRule::for_unit(9, 12, {6, 6, true});
   const std::string text = draw_text(engine, 9, 3000) + "ACGTTGCAA" + "ACGTTGCAA" + "ACGTTGCAA";
   const CBitSet expected = sifted(text, rule, all_seeds(text, rule));
   CBitSet some(expected.size());
   for (std::uint64_t p = 0; p < some.size(); p += 3) some.set(p);
-  const CBitSet left = sifted(text, rule, some);
+  const CBitSet sifted_some = sifted(text, rule, some);
   int both = 0;
   for (std::uint64_t p = 0; p < some.size(); ++p) {
-    EXPECT_EQ(left.test(p), p % 3 == 0 && expected.test(p)) << p;
-    if (left.test(p)) ++both;
+    EXPECT_EQ(sifted_some.test(p), p % 3 == 0 && expected.test(p)) << p;
+    if (sifted_some.test(p)) ++both;
   }
   EXPECT_GT(both, 0);
 }
 
-TEST(ChainBound, follows_chains_no_farther_than_the_longest_state) {
+TEST(ChainSieve, follows_chains_no_farther_than_the_longest_state) {
   RandomEngine engine(36);
   for (int round = 0; round < 300; ++round) {
     const ChainRule rule = draw_rule(engine);
@@ -273,7 +273,7 @@ TEST(ChainBound, follows_chains_no_farther_than_the_longest_state) {
   }
 }
 
-TEST(ChainBound, follows_the_fewer_edits_the_shorter_the_unit) {
+TEST(ChainSieve, follows_the_fewer_edits_the_shorter_the_unit) {
   const auto edits = [](std::int64_t unit_length, std::int64_t mismatch, std::int64_t indel) {
     return ChainRule::for_unit(unit_length, 12, {mismatch, indel, true}).edits;
   };
@@ -291,17 +291,17 @@ TEST(ChainBound, follows_the_fewer_edits_the_shorter_the_unit) {
   EXPECT_EQ(edits(33, 100, 100), 0);
 }
 
-TEST(ChainBound, follows_nothing_where_every_seed_has_the_minimum_score) {
+TEST(ChainSieve, follows_nothing_where_every_seed_has_the_minimum_score) {
   EXPECT_EQ((ChainRule::for_unit(9, 0, {6, 6, true}).edits), 0);
   EXPECT_EQ((ChainRule::for_unit(9, 1, {6, 6, true}).edits), 2);
 }
 
-TEST(ChainBound, takes_penalties_and_scores_of_any_height) {
+TEST(ChainSieve, takes_penalties_and_scores_of_any_height) {
   const ChainRule rule = ChainRule::for_unit(4, 2147483647, {2147483648, 2147483648, true});
   const std::string unit = "ACGT";
   std::string text = "GGGG";
   for (int i = 0; i < 9; ++i) text += unit;
-  // Whatever is as long as chains are followed is let through.
+  // Whatever is as long as chains are followed is undecided.
   const CBitSet long_array =
       sifted(text + unit + unit + unit, rule, all_seeds(text + unit + unit + unit, rule));
   EXPECT_TRUE(long_array.test(4));

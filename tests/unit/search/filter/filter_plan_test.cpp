@@ -191,7 +191,7 @@ TEST(FilterPlan, looks_for_near_runs_where_short_runs_are_followed) {
   EXPECT_EQ(near({6, 1, 6, 7}), 4);
   EXPECT_EQ(near({6, 2, 6, 7}), 4);
   EXPECT_EQ(near({6, 3, 6, 7}), 0);   // no run is short
-  EXPECT_EQ(near({4, 1, 9, 31}), 3);  // as far as the lag tells
+  EXPECT_EQ(near({4, 1, 9, 31}), 3);  // as far as the lag reaches
   EXPECT_EQ(near({3, 1, 9, 31}), 0);  // which is too short a run
   EXPECT_EQ(near({60, 1, 90, 31}), 16);
   EXPECT_EQ(near({60, 1, 90, 32}), 0);  // more words would have to be read

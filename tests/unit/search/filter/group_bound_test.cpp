@@ -55,7 +55,7 @@ bool may_reach(const Group& group, std::int64_t min_score) {
   return left != 0;
 }
 
-/// The highest score that a chain of one of the seeds comes to.
+/// Returns the highest score that a chain of one of the seeds reaches.
 std::int64_t highest_score(const Group& group) {
   std::int64_t highest = 0;
   for (std::int64_t k = 0; k < kSeeds; ++k) {
@@ -110,8 +110,8 @@ Group draw_group(RandomEngine& engine) {
 TEST(GroupBound, is_no_lower_than_any_seed_and_hardly_higher) {
   RandomEngine engine(41);
   int rejected = 0;
-  int let_through = 0;
-  int let_through_for_nothing = 0;
+  int undecided = 0;
+  int needlessly_undecided = 0;
   for (int round = 0; round < 60; ++round) {
     const Group group = draw_group(engine);
     const std::int64_t highest = highest_score(group);
@@ -125,14 +125,14 @@ TEST(GroupBound, is_no_lower_than_any_seed_and_hardly_higher) {
       for (const std::int64_t needed : {highest - 3, highest}) {
         if (needed <= 0 || group.asked == 0) continue;
         EXPECT_TRUE(may_reach(group, needed)) << describe(needed);
-        ++let_through;
+        ++undecided;
       }
-      ++(may_reach(group, highest + 7) ? let_through_for_nothing : rejected);
+      ++(may_reach(group, highest + 7) ? needlessly_undecided : rejected);
     });
   }
   EXPECT_GT(rejected, 30);
-  EXPECT_GT(let_through, 30);
-  EXPECT_LT(let_through_for_nothing, rejected / 3);
+  EXPECT_GT(undecided, 30);
+  EXPECT_LT(needlessly_undecided, rejected / 3);
 }
 
 /// Seeds of an array of As before Cs, far from the ends.
@@ -232,7 +232,7 @@ TEST(GroupBound, rejects_what_nobody_asks_for) {
   EXPECT_FALSE(may_reach(homopolymer_group(0), 1));
 }
 
-TEST(GroupBound, lets_through_what_has_the_score_already) {
+TEST(GroupBound, leaves_undecided_what_has_the_score_already) {
   EXPECT_TRUE(may_reach(homopolymer_group(1), 0));
   EXPECT_TRUE(may_reach(homopolymer_group(1), -3));
 }
@@ -252,7 +252,7 @@ TEST(GroupBound, knows_where_the_text_ends) {
   }
 }
 
-TEST(GroupBound, lets_through_what_lives_longer_than_it_is_followed) {
+TEST(GroupBound, leaves_undecided_what_lives_longer_than_it_is_followed) {
   for (const std::int64_t bases_before : {0, 2870}) {
     Group group = homopolymer_group(1);
     group.text = std::string(600, 'C') + std::string(3000, 'A') + std::string(600, 'C');
@@ -261,7 +261,7 @@ TEST(GroupBound, lets_through_what_lives_longer_than_it_is_followed) {
   }
 }
 
-TEST(GroupBound, lets_through_what_does_not_fit_its_numbers) {
+TEST(GroupBound, leaves_undecided_what_does_not_fit_its_numbers) {
   EXPECT_FALSE(may_reach(homopolymer_group(1), 59'000));
   EXPECT_TRUE(may_reach(homopolymer_group(1), 60'000));
 }

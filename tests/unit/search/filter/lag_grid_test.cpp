@@ -1,4 +1,4 @@
-// Where the lag bound cuts off: what the rules of growth leave a path, counted out.
+// Where the lag sieve cuts off: what the rules of extension leave a path, counted out.
 
 #include "search/filter/lag_grid.h"
 
@@ -36,8 +36,8 @@ std::size_t searched_lane(const LagLanes& lanes) {
 
 /// What a path lives through: its score stays above minus the unit length.
 struct PathExtremes {
-  std::int64_t least_over_copy;  ///< persistence of a path that uses all characters
-  std::int64_t deepest_fall;     ///< of the persistence, on the way
+  std::int64_t min_over_copy;  ///< persistence of a path that uses all characters
+  std::int64_t deepest_fall;   ///< of the persistence, at any edit
 };
 
 /// Tries all numbers of edits for a path that begins with `score`.
@@ -54,13 +54,13 @@ PathExtremes try_edits(std::int64_t unit_length, std::int64_t score, const Penal
       if (left <= 0) break;
       const std::int64_t insertions = (left - 1) / penalties.indel;
       const std::int64_t edits = mismatches + deletions + insertions;
-      extremes.least_over_copy =
-          std::min(extremes.least_over_copy, weights.reward * matches - cost * edits);
+      extremes.min_over_copy =
+          std::min(extremes.min_over_copy, weights.reward * matches - cost * edits);
     }
   }
   // Nothing falls deeper than the cheaper edit, again and again.
-  const std::int64_t least = std::min(penalties.mismatch, penalties.indel);
-  extremes.deepest_fall = cost * ((score + unit_length - 1) / least);
+  const std::int64_t min_penalty = std::min(penalties.mismatch, penalties.indel);
+  extremes.deepest_fall = cost * ((score + unit_length - 1) / min_penalty);
   return extremes;
 }
 
@@ -79,7 +79,7 @@ TEST(LagGrid, demands_no_more_than_a_living_path_has) {
         const PathExtremes path = try_edits(unit_length, score, penalties, grid.weights());
         const std::int64_t lent = grid.weights().is_half_enough ? (score + 1) / 2 : score;
         if (demanded > 0) {
-          ASSERT_GE(path.least_over_copy + lent, demanded)
+          ASSERT_GE(path.min_over_copy + lent, demanded)
               << "unit " << unit_length << " score " << score << " penalties " << penalties.mismatch
               << "," << penalties.indel;
           ASSERT_GE(cap - path.deepest_fall + lent, demanded)
@@ -87,7 +87,7 @@ TEST(LagGrid, demands_no_more_than_a_living_path_has) {
               << "," << penalties.indel;
         }
       }
-      // Where a byte does not end, something is demanded: else nothing would be refuted.
+      // Where a byte does not end, something is demanded: else nothing would be rejected.
       if (unit_length >= 7 && unit_length <= 500) {
         EXPECT_GT(demanded, 0) << unit_length << " penalties " << penalties.mismatch;
       }
@@ -104,7 +104,7 @@ std::int64_t first_lag_of(const CLagGrid& grid, std::int64_t first_unit) {
   return first_unit - parity - 2 * lane;
 }
 
-// A lag without a lane is read as 0, which refuses seeds whose paths go through it.
+// A lag without a lane is read as 0, which rejects seeds whose paths go through it.
 TEST(LagGrid, has_a_lane_for_each_lag_that_a_path_can_pay_for) {
   const std::string text(900, 'A');
   for (const std::int64_t unit_count : {1, 2, 3, 30, 64}) {
@@ -116,12 +116,13 @@ TEST(LagGrid, has_a_lane_for_each_lag_that_a_path_can_pay_for) {
         const CLagGrid grid(text.data(), text.size(), rules);
         // With a gain of up to `kMaxGain` on entry and a match for each character of the copy,
         // a path falls no lower than one above minus the unit length.
-        const std::int64_t drift = (CLagGrid::kMaxGain + 2 * last - 1) / indel;
+        const std::int64_t max_diagonal = (CLagGrid::kMaxGain + 2 * last - 1) / indel;
         const std::int64_t first_lag = first_lag_of(grid, first);
         ASSERT_EQ(first_lag % 2, 1);
-        ASSERT_LE(first_lag, std::max<std::int64_t>(first - drift, 1))
+        ASSERT_LE(first_lag, std::max<std::int64_t>(first - max_diagonal, 1))
             << "units " << first << " to " << last << ", indels cost " << indel;
-        ASSERT_GE(first_lag + 2 * static_cast<std::int64_t>(grid.lane_count()) - 1, last + drift)
+        ASSERT_GE(first_lag + 2 * static_cast<std::int64_t>(grid.lane_count()) - 1,
+                  last + max_diagonal)
             << "units " << first << " to " << last << ", indels cost " << indel;
       }
     }

@@ -1,4 +1,4 @@
-// The seeds that the lag bound lets through, against tables filled cell by cell.
+// The seeds that the lag sieve leaves undecided, against tables filled cell by cell.
 
 #include "search/filter/lag_sieve.h"
 
@@ -23,16 +23,16 @@ namespace quorix::testing {
 namespace {
 
 struct LagTally {
-  std::int64_t let_through = 0;
-  std::int64_t refuted = 0;
-  std::int64_t most_segments = 0;
+  std::int64_t undecided = 0;
+  std::int64_t rejected = 0;
+  std::int64_t max_segments = 0;
 };
 
-/// Holds the seeds of every kind of processor against the tables above.
+/// Holds the seeds of every kind of processor against the tables of the slow twin.
 void expect_seeds_of(const std::string& text, const LagRule& rules, LagTally& tally) {
-  const CPlainLagBound twin(text, rules);
+  const CPlainLagSieve twin(text, rules);
   const std::vector<std::vector<bool>> expected = twin.seeds();
-  tally.most_segments = std::max(tally.most_segments, twin.segment_count());
+  tally.max_segments = std::max(tally.max_segments, twin.segment_count());
   const CBases bases(text);
   for_each_vector_target([&](const char* target) {
     std::vector<CBitSet> seeds;
@@ -45,7 +45,7 @@ void expect_seeds_of(const std::string& text, const LagRule& rules, LagTally& ta
             << " base " << p << " of " << text.size() << " penalties "
             << rules.scoring.mismatch_penalty << "," << rules.scoring.indel_penalty
             << (rules.scoring.is_N_neutral ? " neutral N's" : "");
-        ++(expected[i][p] ? tally.let_through : tally.refuted);
+        ++(expected[i][p] ? tally.undecided : tally.rejected);
       }
     }
   });
@@ -73,7 +73,7 @@ struct Units {
   std::uint64_t last;
 };
 
-TEST(LagBound, lets_the_seeds_of_its_tables_through) {
+TEST(LagSieve, leaves_the_seeds_of_its_tables_undecided) {
   RandomEngine engine(6);
   LagTally tally;
   for (const auto& [mismatch, indel] : kSievePenalties) {
@@ -90,11 +90,11 @@ TEST(LagBound, lets_the_seeds_of_its_tables_through) {
       ASSERT_NO_FATAL_FAILURE(expect_seeds_of(text, rules, tally));
     }
   }
-  EXPECT_GT(tally.let_through, 50'000);
-  EXPECT_GT(tally.refuted, 50'000);
+  EXPECT_GT(tally.undecided, 50'000);
+  EXPECT_GT(tally.rejected, 50'000);
 }
 
-TEST(LagBound, tells_of_texts_that_end_behind_the_unit) {
+TEST(LagSieve, decides_texts_that_end_soon_after_the_unit) {
   RandomEngine engine(7);
   LagTally tally;
   for (const std::uint64_t unit : std::vector<std::uint64_t>{1, 2, 7, 50, 63, 64, 65}) {
@@ -107,11 +107,11 @@ TEST(LagBound, tells_of_texts_that_end_behind_the_unit) {
       }
     }
   }
-  EXPECT_GT(tally.let_through, 0);
-  EXPECT_GT(tally.refuted, 0);
+  EXPECT_GT(tally.undecided, 0);
+  EXPECT_GT(tally.rejected, 0);
 }
 
-TEST(LagBound, joins_the_segments_of_long_texts) {
+TEST(LagSieve, joins_the_segments_of_long_texts) {
   RandomEngine engine(8);
   LagTally tally;
   for (const bool is_N_neutral : {false, true}) {
@@ -123,13 +123,13 @@ TEST(LagBound, joins_the_segments_of_long_texts) {
     const LagRule rules = rules_for(100, 130, 6, 6, is_N_neutral);
     ASSERT_NO_FATAL_FAILURE(expect_seeds_of(text, rules, tally));
   }
-  EXPECT_GT(tally.most_segments, 2);
-  EXPECT_GT(tally.let_through, 10'000);
-  EXPECT_GT(tally.refuted, 100'000);
+  EXPECT_GT(tally.max_segments, 2);
+  EXPECT_GT(tally.undecided, 10'000);
+  EXPECT_GT(tally.rejected, 100'000);
 }
 
 // So they can be taken by several threads, each with a workspace of its own.
-TEST(LagBound, sieves_segments_in_any_order) {
+TEST(LagSieve, sieves_segments_in_any_order) {
   RandomEngine engine(13);
   std::string text;
   while (text.size() < 40'000) {
@@ -187,7 +187,7 @@ void expect_seeds_near_segment_end(const std::string& unit, const std::string& c
   }
 }
 
-TEST(LagBound, looks_beyond_a_segment_as_far_as_a_copy_goes) {
+TEST(LagSieve, looks_beyond_a_segment_as_far_as_a_copy_goes) {
   constexpr std::size_t kUnit = 130;
   constexpr std::int64_t kScore = 46;
   const LagRule rules{kUnit, {kScore}, {6, 6, false}};
@@ -215,7 +215,7 @@ std::string copies_with_mismatches(std::size_t unit_length, std::size_t mismatch
   return unit + hit + unit + unit + draw_letters(engine, 200, "ACGT");
 }
 
-TEST(LagBound, lets_long_units_pay_for_edits_beyond_a_byte) {
+TEST(LagSieve, lets_long_units_pay_for_edits_beyond_a_byte) {
   struct Case {
     std::size_t unit_length;
     std::size_t mismatches;
@@ -258,16 +258,16 @@ std::string draw_edited_copies(RandomEngine& engine, std::int64_t unit_length,
   return draw_letters(engine, 10, "ACGT") + copies + draw_letters(engine, 10, "ACGT");
 }
 
-/// The highest score of any path of the seed at `p` to the right and then to the left.
+/// Returns the highest score of any path of the seed at `p` to the right and then to the left.
 std::int64_t highest_score(const std::string& text, std::int64_t p, const LagRule& rules,
                            std::int64_t unit_length) {
-  const PlainRepeat growth{
+  const PlainRepeat seed{
       text, p, p + unit_length, p, p + unit_length, 0, unit_length - 1, 0, rules.scoring};
-  return follow_all_paths(growth, false, follow_all_paths(growth, true, 0).best).best;
+  return follow_all_paths(seed, false, follow_all_paths(seed, true, 0).best).best;
 }
 
-// Not against the bound's own tables: these may lack a lane that a path needs.
-TEST(LagBound, rejects_no_seed_with_a_path_of_the_minimum_score) {
+// Not against the sieve's own tables: these may lack a lane that a path needs.
+TEST(LagSieve, rejects_no_seed_with_a_path_of_the_minimum_score) {
   constexpr SievePenalties kDrawn[] = {{5, 5}, {6, 6}, {7, 11}, {12, 6}, {255, 20}, {9, 300}};
   RandomEngine engine(12);
   std::int64_t reached = 0;
@@ -315,7 +315,7 @@ TEST(LagBound, rejects_no_seed_with_a_path_of_the_minimum_score) {
 
 // Some compilers build for processors with vectors alone.
 #if (HWY_TARGETS & HWY_SCALAR) != 0
-TEST(LagBound, refutes_nothing_without_vectors) {
+TEST(LagSieve, rejects_nothing_without_vectors) {
   RandomEngine engine(10);
   const std::string text = draw_letters(engine, 500, "ACGT");
   const LagRule rules = rules_for(20, 20, 9, 9, true);

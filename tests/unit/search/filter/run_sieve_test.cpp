@@ -1,4 +1,4 @@
-// Seeds told from runs, against the rule written out base by base.
+// The seeds that the run sieve leaves undecided, against the rule written out base by base.
 
 #include "search/filter/run_sieve.h"
 
@@ -18,8 +18,8 @@ namespace quorix::testing {
 namespace {
 
 struct RunTally {
-  std::int64_t let_through = 0;
-  std::int64_t refuted = 0;
+  std::int64_t undecided = 0;
+  std::int64_t rejected = 0;
 };
 
 void expect_seeds_of(const std::string& bases, bool is_N_wild, const RunRule& rule,
@@ -35,11 +35,11 @@ void expect_seeds_of(const std::string& bases, bool is_N_wild, const RunRule& ru
     ASSERT_EQ(seeds.test(p), expected)
         << bases << " unit " << lag << " base " << p << " rule " << rule.min_run << ","
         << rule.sure_run << "," << rule.min_two_runs << (is_N_wild ? " wild" : "");
-    ++(expected ? tally.let_through : tally.refuted);
+    ++(expected ? tally.undecided : tally.rejected);
   }
-  // A unit that ends with the text has no base behind it and seeds nothing.
+  // A unit that ends with the text has no base after it and seeds nothing.
   for (std::uint64_t p = seeds.size(); p < seeds.words().size() * kWordBits; ++p) {
-    ASSERT_FALSE(seeds.test(p)) << "behind " << bases << " unit " << lag;
+    ASSERT_FALSE(seeds.test(p)) << "after " << bases << " unit " << lag;
   }
 }
 
@@ -47,20 +47,20 @@ RunRule draw_rule(RandomEngine& engine, std::int64_t unit_length) {
   const auto between = [&](std::size_t first, std::size_t last) {
     return static_cast<std::int64_t>(draw_between(engine, first, last));
   };
-  const std::int64_t least = between(1, 9);
+  const std::int64_t min_run = between(1, 9);
   switch (draw_between(engine, 0, 3)) {
     case 0:
-      return {unit_length, least, least, least};
+      return {unit_length, min_run, min_run, min_run};
     case 1:
-      return {unit_length, least, least + between(0, 12), between(1, 30)};
+      return {unit_length, min_run, min_run + between(0, 12), between(1, 30)};
     case 2:
-      return {unit_length, least, 150, between(1, 150)};
+      return {unit_length, min_run, 150, between(1, 150)};
     default:
       return {unit_length, between(50, 140), 150, between(60, 200)};
   }
 }
 
-TEST(RunSeeds, are_those_of_the_rule) {
+TEST(RunSieve, leaves_the_seeds_of_the_rule_undecided) {
   RandomEngine engine(4);
   RunTally tally;
   for (int round = 0; round < 1500; ++round) {
@@ -77,11 +77,11 @@ TEST(RunSeeds, are_those_of_the_rule) {
       ASSERT_NO_FATAL_FAILURE(expect_seeds_of(bases, is_N_wild, rule, lags, tally));
     }
   }
-  EXPECT_GT(tally.let_through, 100'000);
-  EXPECT_GT(tally.refuted, 1'000'000);
+  EXPECT_GT(tally.undecided, 100'000);
+  EXPECT_GT(tally.rejected, 1'000'000);
 }
 
-/// Copies of a unit with an edit between two of them, behind which `matches` bases match, and noise
+/// Copies of a unit with an edit between two of them, after which `matches` bases match, and noise
 /// around them.
 std::string edited_copies(RandomEngine& engine, std::size_t unit_length, char kind,
                           std::size_t matches) {
@@ -95,7 +95,7 @@ std::string edited_copies(RandomEngine& engine, std::size_t unit_length, char ki
   return draw_letters(engine, 150, "ACGT") + text + draw_letters(engine, 150, "ACGT");
 }
 
-TEST(RunSeeds, count_up_to_64_bases_behind_an_edit) {
+TEST(RunSieve, counts_up_to_64_bases_after_an_edit) {
   RandomEngine engine(6);
   RunTally tally;
   for (const char kind : {'M', 'I', 'D'}) {
@@ -114,11 +114,11 @@ TEST(RunSeeds, count_up_to_64_bases_behind_an_edit) {
       }
     }
   }
-  EXPECT_GT(tally.let_through, 1000);
-  EXPECT_GT(tally.refuted, 100'000);
+  EXPECT_GT(tally.undecided, 1000);
+  EXPECT_GT(tally.rejected, 100'000);
 }
 
-TEST(RunSeeds, reach_from_one_end_of_the_text_to_the_other) {
+TEST(RunSieve, reaches_from_one_end_of_the_text_to_the_other) {
   RunTally tally;
   for (const std::size_t length :
        std::vector<std::size_t>{2, 63, 64, 65, 66, 127, 128, 129, 130, 200}) {
@@ -128,17 +128,17 @@ TEST(RunSeeds, reach_from_one_end_of_the_text_to_the_other) {
     CNeighbourLags lags(planes, false);
     for (std::int64_t lag = 1; lag < static_cast<std::int64_t>(length) && lag < 70; ++lag) {
       const auto run = static_cast<std::int64_t>(length) - lag;
-      for (const std::int64_t least : {run, run + 1}) {
-        const RunRule rule{lag, least, least, least};
+      for (const std::int64_t min_run : {run, run + 1}) {
+        const RunRule rule{lag, min_run, min_run, min_run};
         ASSERT_NO_FATAL_FAILURE(expect_seeds_of(bases, false, rule, lags, tally));
       }
     }
   }
-  EXPECT_GT(tally.let_through, 1000);
-  EXPECT_GT(tally.refuted, 1000);
+  EXPECT_GT(tally.undecided, 1000);
+  EXPECT_GT(tally.rejected, 1000);
 }
 
-TEST(RunSeeds, are_the_same_however_a_text_is_split) {
+TEST(RunSieve, rejects_the_same_seeds_however_a_text_is_split) {
   RandomEngine engine(7);
   for (int round = 0; round < 300; ++round) {
     std::string bases = draw_record(engine, 900, draw_chance(engine, 70) ? 4 : 30);
@@ -171,7 +171,7 @@ TEST(RunSeeds, are_the_same_however_a_text_is_split) {
   }
 }
 
-TEST(NeighbourLags, tell_of_the_lags_beside_one) {
+TEST(NeighbourLags, have_the_matches_of_a_lag_and_of_those_beside_it) {
   RandomEngine engine(5);
   const std::string bases = draw_array(engine, 150, 5, 20);
   const CBases block(bases);

@@ -1,4 +1,4 @@
-// How few seeds the filter lets through. A bound that lets more through changes no result, it only
+// How few seeds the filter leaves undecided. A bound that rejects fewer changes no result, it only
 // costs time; so the counts are pinned here. They were read off the filter, whose soundness other
 // tests show: fewer are welcome if those hold.
 
@@ -25,7 +25,7 @@ const std::vector<std::uint64_t> kLengths{1,  2,  3,  5,  6,   7,   8,   12,  17
 
 class SeedFilter : public CSearchSettings {
  protected:
-  /// Seeds that the filter lets through, unit length by unit length.
+  /// Seeds that the filter leaves undecided, unit length by unit length.
   static std::vector<std::uint64_t> seed_counts(SeedUse use,
                                                 const std::vector<std::uint64_t>& lengths) {
     CSearchedSequence sequence(text());
@@ -79,7 +79,7 @@ class SeedFilter : public CSearchSettings {
 
 using Counts = std::vector<std::uint64_t>;
 
-/// Wide vectors hold more seeds at a time, all of which are let through if one has to be.
+/// Wide vectors hold more seeds at a time, all of which are undecided if one is.
 void expect_one_of(const Counts& counts, const Counts& narrow, const Counts& wide) {
   EXPECT_EQ(counts, counts == narrow ? narrow : wide);
 }

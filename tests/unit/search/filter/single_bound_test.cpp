@@ -38,7 +38,7 @@ bool may_reach(const PlainRepeat& repeat, std::int64_t min_score) {
 struct SingleTally {
   std::int64_t rejected = 0;
   std::int64_t had_to_be_rejected = 0;
-  std::int64_t let_through = 0;
+  std::int64_t undecided = 0;
   std::int64_t with_16_bits = 0;
 };
 
@@ -63,7 +63,7 @@ void expect_bound_of(const PlainRepeat& repeat, std::int64_t min_score, SingleTa
     };
     ASSERT_TRUE(answer || both.best < min_score) << describe();
     ASSERT_FALSE(answer && must_be_rejected) << describe();
-    ++(answer ? tally.let_through : tally.rejected);
+    ++(answer ? tally.undecided : tally.rejected);
     if (must_be_rejected) ++tally.had_to_be_rejected;
     if (!answer && length + min_score >= 256) ++tally.with_16_bits;
   });
@@ -124,7 +124,7 @@ TEST(SingleBound, is_the_best_of_all_paths) {
   }
   EXPECT_GT(tally.rejected, 1000);
   EXPECT_GT(tally.had_to_be_rejected, tally.rejected * 3 / 4);
-  EXPECT_GT(tally.let_through, 1000);
+  EXPECT_GT(tally.undecided, 1000);
 }
 
 TEST(SingleBound, is_the_best_of_all_paths_of_long_units) {
@@ -143,7 +143,7 @@ TEST(SingleBound, is_the_best_of_all_paths_of_long_units) {
   }
   EXPECT_GT(tally.with_16_bits, 50);
   EXPECT_GT(tally.had_to_be_rejected, 50);
-  EXPECT_GT(tally.let_through, 50);
+  EXPECT_GT(tally.undecided, 50);
 }
 
 TEST(SingleBound, rejects_nothing_wrongly_near_the_ends_of_the_text) {
@@ -159,7 +159,7 @@ TEST(SingleBound, rejects_nothing_wrongly_near_the_ends_of_the_text) {
     }
   }
   EXPECT_GT(tally.rejected, 100);
-  EXPECT_GT(tally.let_through, 1000);
+  EXPECT_GT(tally.undecided, 1000);
 }
 
 PlainRepeat lone_unit(std::size_t unit_length, std::size_t margin) {
@@ -172,7 +172,7 @@ PlainRepeat lone_unit(std::size_t unit_length, std::size_t margin) {
   return repeat;
 }
 
-TEST(SingleBound, lets_through_what_is_there_already) {
+TEST(SingleBound, leaves_undecided_what_has_the_score_already) {
   PlainRepeat repeat = lone_unit(5, 500);
   EXPECT_FALSE(may_reach(repeat, 1));
   EXPECT_TRUE(may_reach(repeat, 0));
@@ -184,13 +184,13 @@ TEST(SingleBound, lets_through_what_is_there_already) {
 
 // Some compilers build for processors with vectors alone.
 #if (HWY_TARGETS & HWY_SCALAR) != 0
-TEST(SingleBound, lets_all_through_without_vectors) {
+TEST(SingleBound, leaves_all_undecided_without_vectors) {
   with_no_vectors([] { EXPECT_TRUE(may_reach(lone_unit(5, 500), 5)); });
   EXPECT_FALSE(may_reach(lone_unit(5, 500), 5));
 }
 #endif
 
-TEST(SingleBound, lets_through_what_is_too_large_for_the_table) {
+TEST(SingleBound, leaves_undecided_what_is_too_large_for_the_table) {
   EXPECT_FALSE(may_reach(lone_unit(1000, 3000), std::numeric_limits<std::int32_t>::max()));
   EXPECT_TRUE(may_reach(lone_unit(4097, 20'000), 4097));
   PlainRepeat repeat = lone_unit(1000, 3000);
@@ -298,7 +298,7 @@ TEST(SingleBound, takes_penalties_of_any_height) {
   EXPECT_FALSE(may_reach(repeat, 10));
 }
 
-TEST(SingleBound, lets_through_what_lives_longer_than_it_is_followed) {
+TEST(SingleBound, leaves_undecided_what_lives_longer_than_it_is_followed) {
   RandomEngine engine(33);
   const std::string unit = draw_letters(engine, 50, "ACGT");
   const std::string noise = draw_letters(engine, 6000, "ACGT");
@@ -311,7 +311,7 @@ TEST(SingleBound, lets_through_what_lives_longer_than_it_is_followed) {
     repeat.unit_begin = repeat.start = is_rightward ? 6000 : 11'000;
     repeat.unit_end = repeat.end = repeat.start + 50;
     EXPECT_TRUE(may_reach(repeat, 5000));
-    // To the left it is followed after a short way to the right.
+    // The left side is followed after a few rows to the right.
     EXPECT_EQ(work_of(repeat, 5000).rows, is_rightward ? 8191U : 8191U + 2);
   }
 }

@@ -90,10 +90,10 @@ TEST(AnchorSeq, opens_all_marks_again) {
 }
 
 // The unit GTA lies at 2; what counts are the marks of the bases before it, of its first, of its
-// last, and behind it. Its middle, at 3, is of no interest.
+// last, and after it. Its middle, at 3, is of no interest.
 TEST(AnchorSeq, lets_a_unit_seed_by_its_first_and_last_base_and_their_neighbours) {
   struct Case {
-    const char* before_first_last_behind;
+    const char* before_first_last_after;
     bool may_seed;
   };
   const Case cases[] = {

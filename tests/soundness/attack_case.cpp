@@ -93,7 +93,7 @@ void sprinkle_Ns(RandomEngine& engine, std::string& text, std::size_t first, std
   }
 }
 
-/// A base whose seeds are the last ones before a border of two segments of the lag bound.
+/// A base whose seeds are the last ones before a border of two segments of the lag sieve.
 std::size_t seeds_at_border(std::size_t unit_length) {
   const LagRule rule{static_cast<std::int64_t>(unit_length), {1}, scoring_rules_of_settings()};
   const std::string text(100'000, 'A');
@@ -109,8 +109,9 @@ std::size_t draw_lead(RandomEngine& engine, std::size_t unit_length, std::size_t
   if (!has_segments || !draw_chance(engine, 8)) {
     return draw_between(engine, 1, 150);
   }
-  const std::size_t most = draw_chance(engine, 50) ? unit_length : array_length;
-  return seeds_at_border(unit_length) - std::min(draw_between(engine, 0, most), std::size_t{900});
+  const std::size_t max_distance = draw_chance(engine, 50) ? unit_length : array_length;
+  return seeds_at_border(unit_length) -
+         std::min(draw_between(engine, 0, max_distance), std::size_t{900});
 }
 
 }  // namespace
@@ -144,10 +145,10 @@ AttackCase draw_attack_case(std::uint64_t seed, const std::vector<std::int64_t>&
   drawn.first_seed = lead - std::min(lead, std::min<std::size_t>(unit_length, 40));
   drawn.seed_end = std::min(drawn.text.size(), lead + array.size());
   // Long units have many seeds that are much alike.
-  const std::size_t most_seeds = unit_length > 128 ? 150 : 600;
-  if (drawn.seed_end - drawn.first_seed > most_seeds) {
-    drawn.first_seed = draw_between(engine, drawn.first_seed, drawn.seed_end - most_seeds);
-    drawn.seed_end = drawn.first_seed + most_seeds;
+  const std::size_t max_seeds = unit_length > 128 ? 150 : 600;
+  if (drawn.seed_end - drawn.first_seed > max_seeds) {
+    drawn.first_seed = draw_between(engine, drawn.first_seed, drawn.seed_end - max_seeds);
+    drawn.seed_end = drawn.first_seed + max_seeds;
   }
   drawn.target = targets[draw_between(engine, 0, targets.size() - 1)];
   use_vector_targets(drawn.target);

@@ -8,7 +8,7 @@ namespace quorix::testing {
 
 namespace {
 
-/// Gives back the N's at the ends, as a search does before it tests a repeat.
+/// Removes the N's at the ends, as a search does before it tests a repeat.
 Reach reach_of(Csat& repeat, const char* text) {
   repeat.remove_Ns_at_ends();
   return {repeat.score, repeat.normalized_length(), static_cast<std::uint64_t>(repeat.start - text),

@@ -1,7 +1,7 @@
 #pragma once
 
 /// @file
-/// What each seed comes to, without any filter, cache or stored path.
+/// What each seed reaches, without any filter, cache or stored path.
 
 #include <cstdint>
 #include <vector>
@@ -18,7 +18,7 @@ struct Reach {
   std::uint64_t end;
 };
 
-/// A seed of one unit length, and what it comes to in each way in which it may be extended.
+/// A seed of one unit length, and what it reaches by each kind of extension.
 struct ExtendedSeed {
   std::uint64_t start;    ///< 0-based
   Reach exact;            ///< over matches alone

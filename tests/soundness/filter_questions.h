@@ -35,12 +35,12 @@ const char* name_of(AttackedFilter filter);
 /// What a filter was asked.
 struct QuestionTally {
   std::uint64_t tight = 0;     ///< questions with a threshold equal to the score reached
-  std::uint64_t rejected = 0;  ///< seeds that come to less than a threshold, and were rejected
+  std::uint64_t rejected = 0;  ///< seeds that miss a threshold, and were rejected
 };
 using QuestionTallies = std::array<QuestionTally, kAttackedFilters>;
 
 /// Asks all filters for all seeds of `unit_length` in the case's stretch, and adds to the tallies.
-/// Gives nothing, or what is wrong, with the record and options that show it.
+/// Returns nothing, or what is wrong, with the record and options that show it.
 std::string ask_all_filters(const AttackCase& attack, std::uint64_t unit_length,
                             RandomEngine& engine, QuestionTallies& tallies);
 

@@ -75,9 +75,10 @@ class CPathDrawer {
       match(missing + draw_small());
       return;
     }
-    // Still high above the floor: fall fast, or with runs that a look-ahead can tell from noise.
-    const auto most = static_cast<std::size_t>(draw_chance(engine_, 50) ? 4 : penalty + 2);
-    match(static_cast<std::int64_t>(draw_between(engine_, 0, std::min<std::size_t>(most, 40))));
+    // Still high above the floor: fall fast, or with runs long enough for a look-ahead.
+    const auto max_matches = static_cast<std::size_t>(draw_chance(engine_, 50) ? 4 : penalty + 2);
+    match(static_cast<std::int64_t>(
+        draw_between(engine_, 0, std::min<std::size_t>(max_matches, 40))));
   }
 
   void make_edit(char kind) {
@@ -106,8 +107,8 @@ class CPathDrawer {
     }
   }
 
-  std::int64_t draw_up_to(std::int64_t most) {
-    return static_cast<std::int64_t>(draw_between(engine_, 0, static_cast<std::size_t>(most)));
+  std::int64_t draw_up_to(std::int64_t max) {
+    return static_cast<std::int64_t>(draw_between(engine_, 0, static_cast<std::size_t>(max)));
   }
 
   RandomEngine& engine_;

@@ -4,7 +4,7 @@
 /// Bases along which an extension comes down to its floor, the drop-off limit, again and again.
 ///
 /// A filter rejects a seed too early where the best path of the seed is just good enough: where
-/// each edit is made with the least score that allows it, all edits are of one kind, so that the
+/// each edit is made with the lowest score that allows it, all edits are of one kind, so that the
 /// path leaves its diagonal as far as it can, and the gain comes last.
 
 #include <cstddef>
@@ -27,7 +27,7 @@ struct PathRules {
   std::size_t max_bases;  ///< no edit is made after so many
 };
 
-/// The bases after a copy of a unit, and the best score on the way.
+/// The bases after a copy of a unit, and the best score among them.
 struct FloorPath {
   std::string bases;
   std::int64_t best_score;

@@ -5,9 +5,9 @@ what it becomes. Some bounds reject nothing without vectors, so that their holes
 """
 
 LAG_GRID = "filter/lag_grid.cpp"
-LAG_BOUND = "filter/lag_sieve.cpp"
+LAGS = "filter/lag_sieve.cpp"
 BATCH = "filter/batch_bound.cpp"
-SCORE = "filter/single_bound.cpp"
+SINGLE = "filter/single_bound.cpp"
 GROUP = "filter/group_bound.cpp"
 CHAIN_STATES = "filter/chain_states.cpp"
 CHAIN = "filter/chain_sieve.cpp"
@@ -33,11 +33,11 @@ HOLES = {
     "lag grid: two points of persistence too many are asked for": [
         (LAG_GRID, "return std::max<std::int64_t>(weights_.reward * unit_length - max_loss, 0);",
          "return std::max<std::int64_t>(weights_.reward * unit_length - max_loss + 2, 0);")],
-    "lag bound: no path persists by its N's": [
-        (LAG_BOUND, "free_letters{letters.is_free, letters.is_free};",
+    "lag sieve: no path persists by its N's": [
+        (LAGS, "free_letters{letters.is_free, letters.is_free};",
          "free_letters{letters.is_match, letters.is_free};")],
-    "lag bound: to the left each segment begins with its own rows": [
-        (LAG_BOUND, "t = grid.row_before(first_row);", "t = first_row;")],
+    "lag sieve: to the left each segment begins with its own rows": [
+        (LAGS, "t = grid.row_before(first_row);", "t = first_row;")],
     "batch bound: what is given up is taken for dead": [
         (BATCH, "return give_up(best, row, last, before);", "return best;")],
     "batch bound: the left side begins without the score of the right": [
@@ -49,15 +49,15 @@ HOLES = {
     "batch bound: one lane less in each row": [
         (BATCH, "std::max(last.high + 1, before.high)};", "std::max(last.high, before.high)};")],
     "single bound: paths may leave at the edge of the rows": [
-        (SCORE, "if (lanes[0] != 0 || lanes[kLanes - 1] != 0) return std::nullopt;", "")],
+        (SINGLE, "if (lanes[0] != 0 || lanes[kLanes - 1] != 0) return std::nullopt;", "")],
     "single bound: the left side begins without the score of the right": [
-        (SCORE, "table.start_value = *right;", "")],
+        (SINGLE, "table.start_value = *right;", "")],
     "single bound: a budget of 256 rows": [
-        (SCORE, "row < kMaxSingleRows;", "row < 256;"),
-        (SCORE, "if (!is_alive || !highest) return highest;\n  }\n  return std::nullopt;",
+        (SINGLE, "row < kMaxSingleRows;", "row < 256;"),
+        (SINGLE, "if (!is_alive || !highest) return highest;\n  }\n  return std::nullopt;",
          "if (!is_alive || !highest) return highest;\n  }\n  return rows.highest_value(target);")],
     "single bound: the phase on the left is one off": [
-        (SCORE, "table.skipped = unit_length - 1 - repeat.left_phase;",
+        (SINGLE, "table.skipped = unit_length - 1 - repeat.left_phase;",
          "table.skipped = (unit_length - repeat.left_phase) % unit_length;")],
     "group bound: fewer offsets wrap": [
         (GROUP, "offset < kGroupSeeds - 1;", "offset < kGroupSeeds / 2;")],
@@ -68,15 +68,15 @@ HOLES = {
         (GROUP, "left.entering = reversed(asked);", "left.entering = asked;")],
     "group bound: one lane less in each row": [
         (GROUP, "std::min(last_.low - odd, before_.low),", "std::min(last_.low, before_.low),")],
-    "chain states: one match more to be let through": [
+    "chain states: one match more is asked for": [
         (CHAIN_STATES, "(edits + 1 - all) * min_penalty;",
          "(edits + 1 - all) * min_penalty + 1;")],
     "chain states: the floor is one point higher": [
         (CHAIN_STATES, "state.min_matches = state.cost - unit_length + 1;",
          "state.min_matches = state.cost - unit_length + 2;")],
-    "chain bound: few deletions are followed": [
+    "chain sieve: few deletions are followed": [
         (CHAIN, "if (state.before_deletion >= 0) {", "if (state.before_deletion >= 4) {")],
-    "chain bound: the left side begins without the score of the right": [
+    "chain sieve: the left side begins without the score of the right": [
         (CHAIN, "if (kIsRightward || missing > max_bases_) return",
          "if (kIsRightward || missing > 0) return")],
     "runs: no insertion on the left": [

@@ -106,7 +106,7 @@ TEST_F(Soundness, no_filter_rejects_a_seed_for_the_score_that_it_reaches) {
               static_cast<unsigned long long>(all_tight_questions(tallies)));
 }
 
-TEST_F(Soundness, caches_give_what_a_fresh_extension_gives) {
+TEST_F(Soundness, caches_return_what_a_fresh_extension_returns) {
   const std::vector<std::int64_t> targets = attacked_targets();
   ASSERT_FALSE(targets.empty()) << "this machine cannot stand for " << only_target;
   std::uint64_t compared = 0;
@@ -127,14 +127,14 @@ TEST_F(Soundness, caches_give_what_a_fresh_extension_gives) {
 
 int main(int argc, char** argv) {
   constexpr std::string_view kFlag = "--target=";
-  int kept = 0;
+  int remaining = 0;
   for (int i = 0; i < argc; ++i) {
     const std::string_view argument = argv[i];
     if (argument.starts_with(kFlag)) {
       quorix::testing::only_target = argument.substr(kFlag.size());
     } else {
-      argv[kept++] = argv[i];
+      argv[remaining++] = argv[i];
     }
   }
-  return quorix::testing::run_tests_of_cases(kept, argv, quorix::testing::arguments);
+  return quorix::testing::run_tests_of_cases(remaining, argv, quorix::testing::arguments);
 }

@@ -1,4 +1,4 @@
-// What the filters of seeds refute, the plain engine must not accept.
+// What the seed filters reject, the plain engine must not accept.
 //
 //   quorix_seed_filter_test --cases=1000 --seed=1
 
@@ -34,15 +34,15 @@ using reference::ThresholdSet;
 
 CaseArguments arguments{1000, 1};
 
-/// Seeds, by what became of them; short units are tested by runs, long ones by lags.
+/// Seeds, by their verdicts; short units are tested by runs, long ones by lags.
 struct Tally {
   std::uint64_t seeds = 0;
   std::uint64_t accepted = 0;
-  std::uint64_t refuted_by_runs = 0;
-  std::uint64_t refuted_by_lags = 0;
-  std::uint64_t refuted_by_score = 0;
-  std::uint64_t refuted_by_batches = 0;  ///< let through by runs or lags, but extend to no repeat
-  std::uint64_t refuted_at_all = 0;
+  std::uint64_t rejected_by_runs = 0;
+  std::uint64_t rejected_by_lags = 0;
+  std::uint64_t rejected_by_single = 0;
+  std::uint64_t rejected_by_batches = 0;  ///< left undecided by runs or lags
+  std::uint64_t rejected_at_all = 0;
 } tally;
 
 std::string draw_one_of(RandomEngine& engine, const std::vector<std::string>& values) {
@@ -126,19 +126,19 @@ class CJudgedRecord {
       if (is_accepted) ++tally.accepted;
       const bool is_bounded = !may_reach(seed);
       if ((!edited.test(at) || is_bounded) && is_accepted) {
-        return describe(is_bounded ? "the score bound" : "extension over edits", repeat);
+        return describe(is_bounded ? "the single bound" : "extension over edits", repeat);
       }
-      // As a scan asks: only for seeds that the other filters let through, in ascending order.
+      // As a scan asks: only for seeds that the sieves leave undecided, in ascending order.
       if (edited.test(at) && !edit_filter.has_verdict(at))
         edit_filter.decide(at, ~std::uint64_t{0});
       if (edited.test(at) && !edit_filter.is_undecided(at)) {
-        ++tally.refuted_by_batches;
+        ++tally.rejected_by_batches;
         if (is_accepted)
           return describe("extension over edits, asked for with its neighbours", repeat);
       }
-      if (!edited.test(at)) ++(is_tested_by_lags ? tally.refuted_by_lags : tally.refuted_by_runs);
-      if (is_bounded) ++tally.refuted_by_score;
-      if (is_bounded || !edited.test(at)) ++tally.refuted_at_all;
+      if (!edited.test(at)) ++(is_tested_by_lags ? tally.rejected_by_lags : tally.rejected_by_runs);
+      if (is_bounded) ++tally.rejected_by_single;
+      if (is_bounded || !edited.test(at)) ++tally.rejected_at_all;
 
       if (!reference::passes_thresholds(run, ThresholdSet::kIntern)) continue;
       const Repeat extension = extended_over_edits(run);
@@ -193,7 +193,7 @@ class CJudgedRecord {
   }
 
   [[nodiscard]] std::string describe(const std::string& how, const Repeat& repeat) const {
-    return "refuted, but accepted by " + how + ": unit [" + std::to_string(repeat.unit_begin) +
+    return "rejected, but accepted by " + how + ": unit [" + std::to_string(repeat.unit_begin) +
            "," + std::to_string(repeat.unit_end) + ") extends to [" + std::to_string(repeat.start) +
            "," + std::to_string(repeat.end) + ") of " + bases_ + " with score " +
            std::to_string(repeat.score);
@@ -216,14 +216,14 @@ void run_case(std::uint64_t seed) {
   }
 }
 
-/// Copies of a long unit, which the bounds hold in numbers that end: one copy begins or ends with
-/// many mismatches, which those after it have to pay for.
+/// Copies of a long unit, whose scores the bounds hold in 8 or 16 bits: one copy begins or ends
+/// with many mismatches, which those after it have to pay for.
 void run_case_of_a_long_unit(std::uint64_t seed) {
   RandomEngine engine(seed);
   const std::size_t unit_length = draw_between(engine, 150, 700);
   const std::size_t penalty = draw_between(engine, 5, 30);
-  const std::size_t most = unit_length / penalty;
-  const std::size_t mismatches = draw_between(engine, most / 2, most);
+  const std::size_t max_mismatches = unit_length / penalty;
+  const std::size_t mismatches = draw_between(engine, max_mismatches / 2, max_mismatches);
   const std::string unit = draw_letters(engine, mismatches, "CGT") +
                            draw_letters(engine, unit_length - mismatches, "ACGT");
   const std::string hit = std::string(mismatches, 'A') + unit.substr(mismatches);
@@ -242,7 +242,7 @@ void run_case_of_a_long_unit(std::uint64_t seed) {
   ASSERT_EQ(record.judge(unit_length), "") << joined(options);
 }
 
-TEST(SeedFilter, refutes_no_seed_that_the_plain_engine_accepts) {
+TEST(SeedFilter, rejects_no_seed_that_the_plain_engine_accepts) {
   std::printf("%llu cases from seed %llu\n", static_cast<unsigned long long>(arguments.case_count),
               static_cast<unsigned long long>(arguments.first_seed));
   silence_standard_error();
@@ -251,36 +251,37 @@ TEST(SeedFilter, refutes_no_seed_that_the_plain_engine_accepts) {
     ASSERT_NO_FATAL_FAILURE(run_case(seed)) << "seed " << seed;
   }
   std::printf(
-      "%llu seeds, %llu accepted, refuted: %llu by runs, %llu by lags, %llu by scores, "
+      "%llu seeds, %llu accepted, rejected: %llu by runs, %llu by lags, %llu by single bounds, "
       "%llu more among their neighbours\n",
       static_cast<unsigned long long>(tally.seeds), static_cast<unsigned long long>(tally.accepted),
-      static_cast<unsigned long long>(tally.refuted_by_runs),
-      static_cast<unsigned long long>(tally.refuted_by_lags),
-      static_cast<unsigned long long>(tally.refuted_by_score),
-      static_cast<unsigned long long>(tally.refuted_by_batches));
+      static_cast<unsigned long long>(tally.rejected_by_runs),
+      static_cast<unsigned long long>(tally.rejected_by_lags),
+      static_cast<unsigned long long>(tally.rejected_by_single),
+      static_cast<unsigned long long>(tally.rejected_by_batches));
   EXPECT_GT(tally.accepted, tally.seeds / 100);
-  EXPECT_GT(tally.refuted_at_all, tally.seeds / 4);
-  EXPECT_GT(tally.refuted_by_runs, tally.seeds / 20);
-  EXPECT_GT(tally.refuted_by_lags, tally.seeds / 20);
-  EXPECT_GT(tally.refuted_by_score, tally.seeds / 20);
-  EXPECT_GT(tally.refuted_by_batches, tally.seeds / 100);
+  EXPECT_GT(tally.rejected_at_all, tally.seeds / 4);
+  EXPECT_GT(tally.rejected_by_runs, tally.seeds / 20);
+  EXPECT_GT(tally.rejected_by_lags, tally.seeds / 20);
+  EXPECT_GT(tally.rejected_by_single, tally.seeds / 20);
+  EXPECT_GT(tally.rejected_by_batches, tally.seeds / 100);
 }
 
-TEST(SeedFilter, refutes_no_seed_of_long_units_that_the_plain_engine_accepts) {
+TEST(SeedFilter, rejects_no_seed_of_long_units_that_the_plain_engine_accepts) {
   const Tally before = tally;
   for (std::uint64_t seed = arguments.first_seed;
        seed < arguments.first_seed + arguments.case_count / 200 + 5; ++seed) {
     ASSERT_NO_FATAL_FAILURE(run_case_of_a_long_unit(seed)) << "seed " << seed;
   }
   const std::uint64_t seeds = tally.seeds - before.seeds;
-  std::printf("%llu seeds of long units, %llu accepted, refuted: %llu by lags, %llu by scores\n",
-              static_cast<unsigned long long>(seeds),
-              static_cast<unsigned long long>(tally.accepted - before.accepted),
-              static_cast<unsigned long long>(tally.refuted_by_lags - before.refuted_by_lags),
-              static_cast<unsigned long long>(tally.refuted_by_score - before.refuted_by_score));
+  std::printf(
+      "%llu seeds of long units, %llu accepted, rejected: %llu by lags, %llu by single bounds\n",
+      static_cast<unsigned long long>(seeds),
+      static_cast<unsigned long long>(tally.accepted - before.accepted),
+      static_cast<unsigned long long>(tally.rejected_by_lags - before.rejected_by_lags),
+      static_cast<unsigned long long>(tally.rejected_by_single - before.rejected_by_single));
   EXPECT_GT(tally.accepted - before.accepted, seeds / 20);
-  EXPECT_GT(tally.refuted_by_lags - before.refuted_by_lags, 0U);
-  EXPECT_GT(tally.refuted_by_score - before.refuted_by_score, 0U);
+  EXPECT_GT(tally.rejected_by_lags - before.rejected_by_lags, 0U);
+  EXPECT_GT(tally.rejected_by_single - before.rejected_by_single, 0U);
 }
 
 }  // namespace

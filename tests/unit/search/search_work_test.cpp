@@ -50,7 +50,7 @@ TEST_F(SearchWork, of_short_units) {
               "memo: hits 137, misses 3134, stored 3161, moved 1800\n"
               "paths: misses 1\n",
               "runs: lags 7, words 494, runs 1226\n"
-              "lag bound: tables 2, rows 23212, cells 742784\n"
+              "lag sieve: tables 2, rows 23212, cells 742784\n"
               "asked: batches 667, singles 341\n"
               "group bound:\n"
               "batch bound: tables 1330, rows 50394, cells 257195\n"
@@ -68,7 +68,7 @@ TEST_F(SearchWork, of_short_units_with_mild_penalties) {
               "memo: hits 354, misses 2155, stored 2189, moved 1812\n"
               "paths: misses 20, stored 18\n",
               "runs: lags 5, words 92, runs 365\n"
-              "lag bound:\n"
+              "lag sieve:\n"
               "asked: batches 145, singles 23\n"
               "group bound:\n"
               "batch bound: tables 276, rows 15680, cells 46090\n"
@@ -86,7 +86,7 @@ TEST_F(SearchWork, of_short_units_with_high_penalties) {
               "memo: hits 855, misses 1307, stored 1426, moved 332\n"
               "paths:\n",
               "runs: lags 13, words 1005, runs 1288\n"
-              "lag bound: tables 2, rows 23212, cells 742784\n"
+              "lag sieve: tables 2, rows 23212, cells 742784\n"
               "asked: batches 567, singles 110\n"
               "group bound:\n"
               "batch bound: tables 1134, rows 67299, cells 245620\n"
@@ -102,7 +102,7 @@ TEST_F(SearchWork, of_long_units) {
               "memo:\n"
               "paths:\n",
               "runs:\n"
-              "lag bound: tables 4, rows 25092, cells 7226496\n"
+              "lag sieve: tables 4, rows 25092, cells 7226496\n"
               "asked: groups 235, batches 167, singles 6\n"
               "group bound: tables 470, rows 133584\n"
               "batch bound: tables 364, rows 76841, cells 2157892\n"
@@ -122,14 +122,14 @@ TEST_F(SearchWork, of_long_units_beside_an_array_of_short_ones) {
               "memo:\n"
               "paths:\n",
               "runs:\n"
-              "lag bound: tables 2, rows 10400, cells 2662400\n"
+              "lag sieve: tables 2, rows 10400, cells 2662400\n"
               "asked: groups 1399, batches 114, singles 25\n"
               "group bound: tables 2798, rows 865473\n"
               "batch bound: tables 230, rows 28760, cells 622722\n"
               "single bound: tables 50, rows 5799, cells 371136\n");
 }
 
-TEST_F(SearchWork, of_units_too_long_for_the_lag_bound) {
+TEST_F(SearchWork, of_units_too_long_for_the_lag_sieve) {
   search_units_from_to(749, 760);
   expect_work(
       hard_text().substr(3000), search_imperfect,
@@ -138,7 +138,7 @@ TEST_F(SearchWork, of_units_too_long_for_the_lag_bound) {
       "memo:\n"
       "paths:\n",
       "runs:\n"
-      "lag bound: tables 2, rows 11212, cells 3229056\n"
+      "lag sieve: tables 2, rows 11212, cells 3229056\n"
       "asked: groups 31, singles 1\n"
       "group bound: tables 62, rows 35137\n"
       "batch bound:\n"
@@ -154,7 +154,7 @@ TEST_F(SearchWork, where_a_score_reduction_limits_extension) {
               "memo:\n"
               "paths:\n",
               "runs: lags 7, words 494, runs 1226\n"
-              "lag bound: tables 2, rows 23212, cells 742784\n"
+              "lag sieve: tables 2, rows 23212, cells 742784\n"
               "asked: batches 648, singles 335\n"
               "group bound:\n"
               "batch bound: tables 1292, rows 46117, cells 232912\n"
@@ -171,7 +171,7 @@ TEST_F(SearchWork, of_deep_look_aheads) {
       "memo: hits 28, misses 745, stored 745, moved 457\n"
       "paths:\n",
       "runs: lags 7, words 405, runs 1184\n"
-      "lag bound:\n"
+      "lag sieve:\n"
       "asked: batches 271, singles 39\n"
       "group bound:\n"
       "batch bound: tables 542, rows 13007, cells 39153\n"
@@ -188,7 +188,7 @@ TEST_F(SearchWork, of_shallow_look_aheads) {
               "memo: hits 195, misses 3189, stored 3197, moved 1939\n"
               "paths:\n",
               "runs: lags 7, words 405, runs 1184\n"
-              "lag bound: tables 2, rows 23212, cells 742784\n"
+              "lag sieve: tables 2, rows 23212, cells 742784\n"
               "asked: batches 688, singles 334\n"
               "group bound:\n"
               "batch bound: tables 1372, rows 55786, cells 310573\n"
@@ -205,7 +205,7 @@ TEST_F(SearchWork, along_a_long_array) {
               "memo: hits 2768, misses 11753, stored 11764, moved 1697\n"
               "paths: hits 43, misses 2372, steps 99, stored 2322, placed 3072\n",
               "runs: lags 7, words 1567, runs 2536\n"
-              "lag bound:\n"
+              "lag sieve:\n"
               "asked: batches 299, singles 339\n"
               "group bound:\n"
               "batch bound: tables 598, rows 25656, cells 105173\n"
@@ -226,7 +226,7 @@ TEST_F(SearchWork, among_gaps) {
               "memo: hits 800, misses 5272, stored 5438, moved 1460\n"
               "paths:\n",
               "runs: lags 7, words 366, runs 1214\n"
-              "lag bound: tables 2, rows 17792, cells 569344\n"
+              "lag sieve: tables 2, rows 17792, cells 569344\n"
               "asked: batches 824, singles 541\n"
               "group bound:\n"
               "batch bound: tables 1620, rows 137545, cells 721062\n"
@@ -242,7 +242,7 @@ TEST_F(SearchWork, of_exact_repeats) {
       "memo:\n"
       "paths:\n",
       "runs: lags 300, words 26653, runs 606\n"
-      "lag bound:\n"
+      "lag sieve:\n"
       "asked:\n"
       "group bound:\n"
       "batch bound:\n"
@@ -260,7 +260,7 @@ TEST_F(SearchWork, of_exact_repeats_that_are_extended) {
       "memo: hits 394, misses 450, stored 475, moved 113\n"
       "paths:\n",
       "runs: lags 60, words 5409, runs 617\n"
-      "lag bound:\n"
+      "lag sieve:\n"
       "asked:\n"
       "group bound:\n"
       "batch bound:\n"

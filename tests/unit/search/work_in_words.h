@@ -63,7 +63,7 @@ inline std::string in_words(const SeedFilterWork& work) {
   return in_words(
              "runs:",
              {{"lags", work.lags_made}, {"words", work.runs.words}, {"runs", work.runs.runs}}) +
-         in_words("lag bound:", work.lags) +
+         in_words("lag sieve:", work.lags) +
          in_words("asked:",
                   {{"groups", work.groups}, {"batches", work.batches}, {"singles", work.singles}}) +
          in_words("group bound:",

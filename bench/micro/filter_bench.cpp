@@ -94,7 +94,7 @@ BENCHMARK(sift_units_by_lags)
     ->Unit(benchmark::kMillisecond);
 
 /// Seeds in random bases, nearly all of which are rejected. Argument: the length of the unit.
-void bound_hopeless_score(benchmark::State& state) {
+void bound_rejected_seed(benchmark::State& state) {
   constexpr std::size_t kMargin = 20'000;
   constexpr std::size_t kSeedCount = 64;
   const auto unit_length = static_cast<std::size_t>(state.range(0));
@@ -111,11 +111,11 @@ void bound_hopeless_score(benchmark::State& state) {
   if (rejected == 0) state.SkipWithError("most seeds should be rejected");
   state.SetItemsProcessed(state.iterations());
 }
-BENCHMARK(bound_hopeless_score)->Arg(6)->Arg(20)->Arg(100)->Arg(300);
+BENCHMARK(bound_rejected_seed)->Arg(6)->Arg(20)->Arg(100)->Arg(300);
 
 /// The same for seeds side by side, all of them asked for. Argument: the length of the unit. Items
 /// are seeds.
-void bound_hopeless_batch(benchmark::State& state) {
+void bound_rejected_batch(benchmark::State& state) {
   constexpr std::size_t kMargin = 20'000;
   constexpr std::size_t kBatchCount = 16;
   constexpr auto kSeeds = static_cast<std::size_t>(kBatchSeeds);
@@ -135,7 +135,7 @@ void bound_hopeless_batch(benchmark::State& state) {
   if (rejected == 0) state.SkipWithError("most seeds should be rejected");
   state.SetItemsProcessed(state.iterations() * kBatchSeeds);
 }
-BENCHMARK(bound_hopeless_batch)->Arg(10)->Arg(100);
+BENCHMARK(bound_rejected_batch)->Arg(10)->Arg(100);
 
 }  // namespace
 }  // namespace quorix::bench

@@ -3,7 +3,6 @@
 /// @file
 /// Command lines read by a test.
 
-#include <initializer_list>
 #include <string>
 #include <vector>
 
@@ -13,17 +12,17 @@
 namespace quorix::testing {
 
 /// Reads these arguments of a program that was called by the name `invocation_name`.
-inline int read_arguments(std::initializer_list<const char*> arguments,
+inline int read_arguments(const std::vector<const char*>& arguments,
                           const char* invocation_name = "quorix") {
   std::vector<const char*> words{invocation_name};
-  words.insert(words.end(), arguments);
+  words.insert(words.end(), arguments.begin(), arguments.end());
   return read_and_init_parameters(static_cast<int>(words.size()), words.data());
 }
 
 constexpr int kHasReturned = 77;
 
 /// What `read_arguments` ends the process with, `kHasReturned` where it does not.
-inline int status_of_end(std::initializer_list<const char*> arguments) {
+inline int status_of_end(const std::vector<const char*>& arguments) {
   try {
     static_cast<void>(read_arguments(arguments));
   } catch (const CommandLineEnd& end) {
@@ -33,7 +32,7 @@ inline int status_of_end(std::initializer_list<const char*> arguments) {
 }
 
 /// Code and message of a command line that is read, as "0" or "-1 Error: ...".
-inline std::string verdict_on(std::initializer_list<const char*> arguments,
+inline std::string verdict_on(const std::vector<const char*>& arguments,
                               const char* invocation_name = "quorix") {
   int code = 0;
   const std::string message =

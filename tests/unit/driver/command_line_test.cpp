@@ -4,8 +4,10 @@
 
 #include <gtest/gtest.h>
 
-#include <initializer_list>
+#include <iterator>
+#include <sstream>
 #include <string>
+#include <vector>
 
 #include "settings/settings.h"
 #include "support/default_settings.h"
@@ -19,14 +21,8 @@ using CommandLine = testing::CDefaultSettings;
 using testing::verdict_on;
 
 /// The settings that differ from their defaults after these arguments, which must be valid.
-std::string set_by(std::initializer_list<const char*> arguments) {
-  init_param();
+std::string set_by(const std::vector<const char*>& arguments) {
   return testing::settings_changed_by([&] { EXPECT_EQ(verdict_on(arguments), "0"); });
-}
-
-/// The same for one option with a value.
-std::string set_by(const char* option, const char* value) {
-  return set_by({option, value, "in.fa"});
 }
 
 TEST_F(CommandLine, of_one_file_name_leaves_every_default) {
@@ -68,152 +64,101 @@ TEST_F(CommandLine, keeps_blanks_and_percent_signs_of_file_names) {
   EXPECT_EQ(global_output_filename, "a b%%.txt");
 }
 
-TEST_F(CommandLine, sets_the_Ns_in_a_row) {
-  EXPECT_EQ(set_by("-N", "3"), "Ns_allowed_in_a_row=3");
-  EXPECT_EQ(set_by("--succN", "3"), "Ns_allowed_in_a_row=3");
-}
+/// The options of a command line, and the settings that they change.
+struct OptionLine {
+  const char* options;
+  const char* changed;
+};
 
-TEST_F(CommandLine, makes_negative_Ns_in_a_row_zero_in_silence) {
-  EXPECT_EQ(set_by("--succN", "-3"), "Ns_allowed_in_a_row=0");
-}
+const OptionLine kOptionLines[] = {
+    {"-N 3", "Ns_allowed_in_a_row=3"},
+    {"--succN 3", "Ns_allowed_in_a_row=3"},
+    {"--succN -3", "Ns_allowed_in_a_row=0"},  // in silence
+    {"--NsAsMissense", "treat_Ns_as_missense=1"},
 
-TEST_F(CommandLine, switches_Ns_to_missense) {
-  EXPECT_EQ(set_by({"--NsAsMissense", "in.fa"}), "treat_Ns_as_missense=1");
-}
+    {"--reportUnit 0", "report_unit_mode=0"},
+    {"--reportUnit 1", "report_unit_mode=1"},
+    {"--reportUnit 2", ""},
+    {"--NPerfectionMode 0", ""},
+    {"--NPerfectionMode 1", "N_and_perfection_mode=1"},
+    {"--NPerfectionMode 2", "N_and_perfection_mode=2"},
+    {"--printRepeatSeqMode 0", "print_sat_seq_mode=0"},
+    {"--printRepeatSeqMode 1", "print_sat_seq_mode=1"},
+    {"--printRepeatSeqMode 2", ""},
+    {"--outputFormat 0", "print_sat_mode=0"},
+    {"--outputFormat 1", ""},
+    {"--outputFormat 2", "print_sat_mode=2"},  // though its help does not mention it
+    {"--maskX", "mask_repeats=1"},
+    {"-f 20", "flanking=20"},
+    {"--flanking 20", "flanking=20"},
+    {"-f -1", ""},  // zero, in silence
 
-TEST_F(CommandLine, sets_the_mode_of_units) {
-  EXPECT_EQ(set_by("--reportUnit", "0"), "report_unit_mode=0");
-  EXPECT_EQ(set_by("--reportUnit", "1"), "report_unit_mode=1");
-  EXPECT_EQ(set_by("--reportUnit", "2"), "");
-}
+    {"-P 0.0", ""},  // the only minimum that is accepted
+    {"--minPerfection 0", ""},
+    {"-D", "remove_mostly_hidden=0"},
+    {"--dontRemoveMostlyOverlapping", "remove_mostly_hidden=0"},
 
-TEST_F(CommandLine, sets_the_mode_of_Ns_in_a_perfection) {
-  EXPECT_EQ(set_by("--NPerfectionMode", "0"), "");
-  EXPECT_EQ(set_by("--NPerfectionMode", "1"), "N_and_perfection_mode=1");
-  EXPECT_EQ(set_by("--NPerfectionMode", "2"), "N_and_perfection_mode=2");
-}
+    {"--firstSeq 2 --lastSeq 3", "sequence_from=2 sequence_to=3"},
+    {"--firstSeq 3 --lastSeq 2", "sequence_from=3 sequence_to=2"},  // no sequence at all
+    {"--lastSeq -1", ""},                                           // all sequences
+    // The range is stored bit for bit.
+    {"--firstSeq -1", "sequence_from=4294967295"},
+    {"--firstSeq -2147483648", "sequence_from=2147483648"},
+    {"--lastSeq -5", "sequence_to=4294967291"},
+    {"--lastSeq 2147483647", "sequence_to=2147483647"},
+    {"--lastSeq 0", "sequence_to=0"},
 
-TEST_F(CommandLine, sets_the_mode_of_printed_sequences) {
-  EXPECT_EQ(set_by("--printRepeatSeqMode", "0"), "print_sat_seq_mode=0");
-  EXPECT_EQ(set_by("--printRepeatSeqMode", "1"), "print_sat_seq_mode=1");
-  EXPECT_EQ(set_by("--printRepeatSeqMode", "2"), "");
-}
+    {"-R 24", "maximum_scorereduction=24"},
+    {"--maximum_score_reduction 0", "maximum_scorereduction=0"},
+    {"-R -2147483648", "maximum_scorereduction=-2147483648"},
+    {"-R 2147483647", ""},
+    {"-r 7", "maximum_recursion_depth=7"},
+    {"--recursion 1", "maximum_recursion_depth=1"},
 
-TEST_F(CommandLine, sets_the_output_format_also_the_one_that_its_help_is_silent_about) {
-  EXPECT_EQ(set_by("--outputFormat", "0"), "print_sat_mode=0");
-  EXPECT_EQ(set_by("--outputFormat", "1"), "");
-  EXPECT_EQ(set_by("--outputFormat", "2"), "print_sat_mode=2");
-}
+    {"-u 2", "min_unit_length=2"},
+    {"--minUnitLen 2", "min_unit_length=2"},
+    {"-U 20", "max_unit_length=20"},
+    {"--maxUnitLen 20", "max_unit_length=20"},
+    {"-u 4 -U 4", "min_unit_length=4 max_unit_length=4"},
+    {"-u 0", "min_unit_length=0"},
+    {"-U 4294967295", "max_unit_length=4294967295"},
 
-TEST_F(CommandLine, switches_masking_on) {
-  EXPECT_EQ(set_by({"--maskX", "in.fa"}), "mask_repeats=1");
-}
+    {"--minLength_b 1.5", "min_length_bx=1.5"},
+    {"--minLength_a -4", "min_length_a=-4"},
+    {"-l 10", "min_length=10"},
+    {"--minLength 10", "min_length=10"},
+    {"--minScore_b 0.5", "min_score_bx=0.5"},
+    {"--minScore_a 3", "min_score_a=3"},
+    {"-s 12", "min_score=12"},
+    {"--minScore 12", "min_score=12"},
+    // Any term may bring a threshold to the two that it must have.
+    {"--minScore 1 --minScore_b 0 --minLength 2", "min_score=1 min_score_bx=0 min_length=2"},
+    {"--minScore_a 1 --minScore_b 1.0 --minScore 0", "min_score=0 min_score_a=1"},
 
-TEST_F(CommandLine, sets_the_flanks) {
-  EXPECT_EQ(set_by("-f", "20"), "flanking=20");
-  EXPECT_EQ(set_by("--flanking", "20"), "flanking=20");
-}
+    {"-m -2", "mismatch_score=-2"},
+    {"--mismatchScore -3", "mismatch_score=-3"},
+    {"-g -2", "indel_score=-2"},
+    {"--indelScore -2147483648", "indel_score=-2147483648"},
+    {"-M exact", "search_mode=0"},
+    {"--searchMode extendExact", "search_mode=1"},
+    {"-M imperfect", ""},
 
-TEST_F(CommandLine, makes_negative_flanks_zero_in_silence) {
-  EXPECT_EQ(set_by("-f", "-1"), "");
-}
+    {"--NsAsMissense --maskX -D -M exact -u 3 -U 9 -s 20 --outputFormat 2",
+     "search_mode=0 print_sat_mode=2 min_unit_length=3 max_unit_length=9 treat_Ns_as_missense=1 "
+     "min_score=20 remove_mostly_hidden=0 mask_repeats=1"},
+};
 
-TEST_F(CommandLine, accepts_a_perfection_minimum_of_zero) {
-  EXPECT_EQ(set_by("-P", "0.0"), "");
-  EXPECT_EQ(set_by("--minPerfection", "0"), "");
-}
-
-TEST_F(CommandLine, switches_overlap_removal_off) {
-  EXPECT_EQ(set_by({"-D", "in.fa"}), "remove_mostly_hidden=0");
-  EXPECT_EQ(set_by({"--dontRemoveMostlyOverlapping", "in.fa"}), "remove_mostly_hidden=0");
-}
-
-TEST_F(CommandLine, sets_the_range_of_sequences) {
-  EXPECT_EQ(set_by({"--firstSeq", "2", "--lastSeq", "3", "in.fa"}),
-            "sequence_from=2 sequence_to=3");
-}
-
-TEST_F(CommandLine, means_all_sequences_by_a_last_one_of_minus_one) {
-  EXPECT_EQ(set_by("--lastSeq", "-1"), "");
-}
-
-TEST_F(CommandLine, stores_the_range_bit_for_bit) {
-  EXPECT_EQ(set_by("--firstSeq", "-1"), "sequence_from=4294967295");
-  EXPECT_EQ(set_by("--firstSeq", "-2147483648"), "sequence_from=2147483648");
-  EXPECT_EQ(set_by("--lastSeq", "-5"), "sequence_to=4294967291");
-  EXPECT_EQ(set_by("--lastSeq", "2147483647"), "sequence_to=2147483647");
-  EXPECT_EQ(set_by("--lastSeq", "0"), "sequence_to=0");
-}
-
-TEST_F(CommandLine, accepts_a_range_without_a_sequence) {
-  EXPECT_EQ(set_by({"--firstSeq", "3", "--lastSeq", "2", "in.fa"}),
-            "sequence_from=3 sequence_to=2");
-}
-
-TEST_F(CommandLine, sets_the_score_reduction) {
-  EXPECT_EQ(set_by("-R", "24"), "maximum_scorereduction=24");
-  EXPECT_EQ(set_by("--maximum_score_reduction", "0"), "maximum_scorereduction=0");
-  EXPECT_EQ(set_by("-R", "-2147483648"), "maximum_scorereduction=-2147483648");
-  EXPECT_EQ(set_by("-R", "2147483647"), "");
-}
-
-TEST_F(CommandLine, sets_the_recursion_depth) {
-  EXPECT_EQ(set_by("-r", "7"), "maximum_recursion_depth=7");
-  EXPECT_EQ(set_by("--recursion", "1"), "maximum_recursion_depth=1");
-}
-
-TEST_F(CommandLine, sets_the_unit_lengths) {
-  EXPECT_EQ(set_by("-u", "2"), "min_unit_length=2");
-  EXPECT_EQ(set_by("--minUnitLen", "2"), "min_unit_length=2");
-  EXPECT_EQ(set_by("-U", "20"), "max_unit_length=20");
-  EXPECT_EQ(set_by("--maxUnitLen", "20"), "max_unit_length=20");
-  EXPECT_EQ(set_by({"-u", "4", "-U", "4", "in.fa"}), "min_unit_length=4 max_unit_length=4");
-}
-
-TEST_F(CommandLine, accepts_unit_lengths_from_0_to_the_largest_number) {
-  EXPECT_EQ(set_by("-u", "0"), "min_unit_length=0");
-  EXPECT_EQ(set_by("-U", "4294967295"), "max_unit_length=4294967295");
-}
-
-TEST_F(CommandLine, sets_the_terms_of_the_minimum_length) {
-  EXPECT_EQ(set_by("--minLength_b", "1.5"), "min_length_bx=1.5");
-  EXPECT_EQ(set_by("--minLength_a", "-4"), "min_length_a=-4");
-  EXPECT_EQ(set_by("-l", "10"), "min_length=10");
-  EXPECT_EQ(set_by("--minLength", "10"), "min_length=10");
-}
-
-TEST_F(CommandLine, sets_the_terms_of_the_minimum_score) {
-  EXPECT_EQ(set_by("--minScore_b", "0.5"), "min_score_bx=0.5");
-  EXPECT_EQ(set_by("--minScore_a", "3"), "min_score_a=3");
-  EXPECT_EQ(set_by("-s", "12"), "min_score=12");
-  EXPECT_EQ(set_by("--minScore", "12"), "min_score=12");
-}
-
-TEST_F(CommandLine, sets_the_penalties) {
-  EXPECT_EQ(set_by("-m", "-2"), "mismatch_score=-2");
-  EXPECT_EQ(set_by("--mismatchScore", "-3"), "mismatch_score=-3");
-  EXPECT_EQ(set_by("-g", "-2"), "indel_score=-2");
-  EXPECT_EQ(set_by("--indelScore", "-2147483648"), "indel_score=-2147483648");
-}
-
-TEST_F(CommandLine, sets_the_search_mode) {
-  EXPECT_EQ(set_by("-M", "exact"), "search_mode=0");
-  EXPECT_EQ(set_by("--searchMode", "extendExact"), "search_mode=1");
-  EXPECT_EQ(set_by("-M", "imperfect"), "");
-}
-
-TEST_F(CommandLine, sets_many_options_at_once) {
-  EXPECT_EQ(set_by({"--NsAsMissense", "--maskX", "-D", "-M", "exact", "-u", "3", "-U", "9", "-s",
-                    "20", "--outputFormat", "2", "in.fa"}),
-            "search_mode=0 print_sat_mode=2 min_unit_length=3 max_unit_length=9 "
-            "treat_Ns_as_missense=1 min_score=20 remove_mostly_hidden=0 mask_repeats=1");
-}
-
-TEST_F(CommandLine, passes_a_threshold_of_two_by_any_of_its_terms) {
-  EXPECT_EQ(set_by({"--minScore", "1", "--minScore_b", "0", "--minLength", "2", "in.fa"}),
-            "min_score=1 min_score_bx=0 min_length=2");
-  EXPECT_EQ(set_by({"--minScore_a", "1", "--minScore_b", "1.0", "--minScore", "0", "in.fa"}),
-            "min_score=0 min_score_a=1");
+TEST_F(CommandLine, sets_what_its_options_name_and_nothing_else) {
+  for (const auto& [options, changed] : kOptionLines) {
+    SCOPED_TRACE(options);
+    reset();
+    std::istringstream line(options);
+    const std::vector<std::string> words(std::istream_iterator<std::string>(line), {});
+    std::vector<const char*> arguments;
+    for (const std::string& word : words) arguments.push_back(word.c_str());
+    arguments.push_back("in.fa");
+    EXPECT_EQ(set_by(arguments), changed);
+  }
 }
 
 }  // namespace

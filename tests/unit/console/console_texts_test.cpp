@@ -11,6 +11,7 @@
 #include "support/captured_process.h"
 #include "support/default_settings.h"
 #include "support/fake_clock.h"
+#include "support/head_texts.h"
 #include "support/memory_stream.h"
 
 namespace quorix {
@@ -85,17 +86,7 @@ TEST_F(Message, may_be_longer_than_any_block) {
 }
 
 TEST_F(Banner, welcomes_and_warns) {
-  EXPECT_EQ(printed_by([](std::FILE* out) { quorix_welcome(out); }),
-            "\n"
-            "\n"
-            "      Welcome to Quorix, version 3.3.2b,\n"
-            "      a microsatellite and satellite search tool.\n"
-            "\n"
-            "      Important note: The search mode: Search for repeats with\n"
-            "                      a minimum percentage perfection is not\n"
-            "                      fully implemented in this version.\n"
-            "\n"
-            "\n");
+  EXPECT_EQ(printed_by([](std::FILE* out) { quorix_welcome(out); }), testing::kBanner);
 }
 
 TEST_F(CreatorMessage, begins_both_lines_with_the_prefix) {

@@ -11,6 +11,7 @@
 #include "console/run_clock.h"
 #include "settings/settings.h"
 #include "support/fake_clock.h"
+#include "support/head_texts.h"
 #include "unit/driver/run_folder.h"
 #include "unit/driver/run_texts.h"
 
@@ -37,78 +38,17 @@ TEST_F(WholeRun, writes_heads_blocks_and_closing_texts_in_order) {
   const ProcessResult result = folder_.run({"in.fa"});
   EXPECT_EQ(result.status, 0);
 
-  EXPECT_EQ(result.err,
-            std::string(testing::kBanner) +
-                "Results computed with:\n"
-                "   Quorix, version 3.3.2b\n"
-                "Parameter settings used in this search:\n"
-                "Input file name:                    in.fa\n"
-                "   Sequence range to process:       1 - last sequence\n"
-                "   Satellites searched for:         imperfect repeats\n"
-                "   Recursion depth:                 5\n"
-                "   Maximum score reduction:         -\n"
-                "   Minimum unit length:             1\n"
-                "   Maximum unit length:             6\n"
-                "   Minimum score:                   maximum (6, 0+1*unitlength )\n"
-                "   Minimum length:                  maximum (1, 0+0*unitlength )\n"
-                "   Treat N's as:                    neutral\n"
-                "   Max. succesive N's allowed:      4\n"
-                "   Mismatch score:                  -6\n"
-                "   Indel score:                     -6\n"
-                "   Minimum perfection:              0 %\n"
-                "   Number of flanking nucletides:   0\n"
-                "   Remove mostly overlapping satellites: yes\n"
-                "   Write file with masked seq.:     no\n"
-                "   Computing perfections treat N's: asMismatch\n"
-                "   Report units as:                 alphabetical normal form using reverse "
-                "complement\n"
-                "   Output format:                   extended quorix format\n"
-                "   Print sequence mode:             print alignment\n"
-                "\n\nSearch progress:\n\nTime     - SeqNr - PatLen - Seq-Name\n" +
-                std::string(72, '-') + "\n00.00.00 - #   1 -    1bp - chr 1\n" + testing::kGoodBye);
-
-  EXPECT_EQ(result.out,
-            "# Results computed with:\n"
-            "#    Quorix, version 3.3.2b\n"
-            "# Parameter settings used in this search:\n"
-            "# Input file name:                    in.fa\n"
-            "#    Sequence range to process:       1 - last sequence\n"
-            "#    Satellites searched for:         imperfect repeats\n"
-            "#    Recursion depth:                 5\n"
-            "#    Maximum score reduction:         -\n"
-            "#    Minimum unit length:             1\n"
-            "#    Maximum unit length:             6\n"
-            "#    Minimum score:                   maximum (6, 0+1*unitlength )\n"
-            "#    Minimum length:                  maximum (1, 0+0*unitlength )\n"
-            "#    Treat N's as:                    neutral\n"
-            "#    Max. succesive N's allowed:      4\n"
-            "#    Mismatch score:                  -6\n"
-            "#    Indel score:                     -6\n"
-            "#    Minimum perfection:              0 %\n"
-            "#    Number of flanking nucletides:   0\n"
-            "#    Remove mostly overlapping satellites: yes\n"
-            "#    Write file with masked seq.:     no\n"
-            "#    Computing perfections treat N's: asMismatch\n"
-            "#    Report units as:                 alphabetical normal form using reverse "
-            "complement\n"
-            "#    Output format:                   extended quorix format\n"
-            "#    Print sequence mode:             print alignment\n"
-            "# \n"
-            "# Columns in lines of output providing repeat information:\n"
-            "# Column  1: Repeat unit length\n"
-            "# Column  2: Position at which repeat starts in current sequence\n"
-            "# Column  3: Position at which repeat ends in current sequence\n"
-            "# Column  4: Length of repeat in original sequence, i.e. (end-start+1)\n"
-            "# Column  5: Normalized repeat length, i.e. (end-start+1-insertions+deletions)\n"
-            "# Column  6: Repeat score\n"
-            "# Column  7: Repeat perfection\n"
-            "# Column  8: Number of mismatches\n"
-            "# Column  9: Number of insertions\n"
-            "# Column 10: Number of deletions\n"
-            "# Column 11: Number of N's\n"
-            "# Column 12: Repeat unit\n"
-            "# \n" +
-                std::string(kFiveCopies) + testing::kSuccessMark);
+  const std::string parameters =
+      "Results computed with:\n"
+      "   Quorix, version 3.3.2b\n" +
+      testing::default_parameters("in.fa");
+  EXPECT_EQ(result.err, testing::kBanner + parameters +
+                            "\n\nSearch progress:\n\nTime     - SeqNr - PatLen - Seq-Name\n" +
+                            std::string(72, '-') + "\n00.00.00 - #   1 -    1bp - chr 1\n" +
+                            testing::kGoodBye);
+  EXPECT_EQ(result.out, testing::with_prefix("# ", parameters + testing::kFirstSevenColumns +
+                                                       testing::kLastFiveColumns) +
+                            kFiveCopies + testing::kSuccessMark);
 }
 
 TEST_F(WholeRun, writes_the_report_into_the_second_file) {

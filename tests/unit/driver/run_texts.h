@@ -6,17 +6,9 @@
 #include <cstddef>
 #include <string>
 
-namespace quorix::testing {
+#include "support/head_texts.h"
 
-inline constexpr const char* kBanner =
-    "\n\n"
-    "      Welcome to Quorix, version 3.3.2b,\n"
-    "      a microsatellite and satellite search tool.\n"
-    "\n"
-    "      Important note: The search mode: Search for repeats with\n"
-    "                      a minimum percentage perfection is not\n"
-    "                      fully implemented in this version.\n"
-    "\n\n";
+namespace quorix::testing {
 
 inline constexpr const char* kGoodBye =
     "\nAnalysis finished successfully.\n\nQuorix says goodbye.\n\n";

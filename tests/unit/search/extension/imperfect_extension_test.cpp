@@ -1,8 +1,10 @@
 // Extension over edits. Unless a test says otherwise a match scores 1 and an edit -6; the first
-// copy of the unit scores nothing. To the right the unit is the first one of the text, to the left
-// the last one, and each text to the left is one to the right read backwards.
+// copy of the unit scores nothing.
 
+#include <cstddef>
+#include <ostream>
 #include <string>
+#include <string_view>
 
 #include "unit/search/searched_sequence.h"
 
@@ -16,136 +18,115 @@ using testing::extended_left;
 using testing::extended_right;
 using testing::in_words;
 
-// Six matches up to the G. A mismatch there leaves 0, six matches after it make 6 again, which
-// only ties; the mismatch at the T is undone with the rest when the text ends.
-TEST_F(ImperfectExtension, ends_before_a_mismatch_that_only_wins_back_what_it_cost) {
-  EXPECT_EQ(extended_right("ACACACACGCACACAT", 2), "[0,8) AC@0 score 6");
-  EXPECT_EQ(extended_left("TACACACGCACACACA", 2), "[8,16) CA@14 score 6");
+/// A text whose first unit is extended to the right; read backwards, its last unit to the left.
+struct ExtensionCase {
+  const char* fact;
+  const char* text;
+  std::size_t unit_length;
+  const char* to_the_right;
+  const char* to_the_left;
+  int mismatch_score = -6;
+  int indel_score = -6;
+  int depth = 5;
+
+  friend void PrintTo(const ExtensionCase& row, std::ostream* out) { *out << row.text; }
+};
+
+void expect_extensions(std::string_view text, std::size_t unit_length, const char* to_the_right,
+                       const char* to_the_left) {
+  EXPECT_EQ(extended_right(text, unit_length), to_the_right);
+  EXPECT_EQ(extended_left(std::string(text.rbegin(), text.rend()), unit_length), to_the_left);
 }
 
-// A seventh match makes 7. The mismatch at the T is undone.
-TEST_F(ImperfectExtension, keeps_a_mismatch_that_one_match_more_pays_for) {
-  EXPECT_EQ(extended_right("ACACACACGCACACACT", 2), "[0,16) AC@0 score 7 mis 1 8M");
-  EXPECT_EQ(extended_left("TCACACACGCACACACA", 2), "[1,17) CA@15 score 7 mis 1 8M");
+class ImperfectExtensionOf : public ImperfectExtension,
+                             public ::testing::WithParamInterface<ExtensionCase> {};
+
+TEST_P(ImperfectExtensionOf, a_text_in_both_directions) {
+  const ExtensionCase& row = GetParam();
+  set_penalties(row.mismatch_score, row.indel_score);
+  global_maximum_recursion_depth = row.depth;
+  expect_extensions(row.text, row.unit_length, row.to_the_right, row.to_the_left);
 }
 
-TEST_F(ImperfectExtension, leaves_a_seed_at_the_limit_as_it_is) {
-  EXPECT_EQ(extended_right("AC", 2), "[0,2) AC@0 score 0");
-  EXPECT_EQ(extended_left("CA", 2), "[0,2) CA@0 score 0");
-}
+const ExtensionCase kExtensionCases[] = {
+    // Six matches up to the G. A mismatch there leaves 0, six matches after it make 6 again, which
+    // only ties; the mismatch at the T is undone with the rest when the text ends.
+    {"ends_before_a_mismatch_that_only_wins_back_what_it_cost", "ACACACACGCACACAT", 2,
+     "[0,8) AC@0 score 6", "[8,16) CA@14 score 6"},
+    // A seventh match makes 7. The mismatch at the T is undone.
+    {"keeps_a_mismatch_that_one_match_more_pays_for", "ACACACACGCACACACT", 2,
+     "[0,16) AC@0 score 7 mis 1 8M", "[1,17) CA@15 score 7 mis 1 8M"},
+    {"leaves_a_seed_at_the_limit_as_it_is", "AC", 2, "[0,2) AC@0 score 0", "[0,2) CA@0 score 0"},
 
-// 6 - 6 + 9. The inserted base is the T.
-TEST_F(ImperfectExtension, inserts_a_base_between_two_unit_characters) {
-  EXPECT_EQ(extended_right("ACGACGACGTACGACGACG", 3), "[0,19) ACG@0 score 9 ins 1 9I");
-  EXPECT_EQ(extended_left("GCAGCAGCATGCAGCAGCA", 3), "[0,19) GCA@16 score 9 ins 1 9I");
-}
+    // 6 - 6 + 9. The inserted base is the T.
+    {"inserts_a_base_between_two_unit_characters", "ACGACGACGTACGACGACG", 3,
+     "[0,19) ACG@0 score 9 ins 1 9I", "[0,19) GCA@16 score 9 ins 1 9I"},
+    // 8 - 6 + 11. An A is missing between 11 and 12, and so is one between 10 and 11 of the other
+    // text: on either side the entry stands at the base to the right of the gap.
+    {"deletes_a_unit_character_left_of_the_base_where_it_is_noted", "ACGTACGTACGTCGTACGTACGT", 4,
+     "[0,23) ACGT@0 score 13 del 1 12D", "[0,23) TGCA@19 score 13 del 1 11D"},
 
-// 8 - 6 + 11. An A is missing between 11 and 12, and so is one between 10 and 11 of the other text:
-// on either side the entry stands at the base to the right of the gap.
-TEST_F(ImperfectExtension, deletes_a_unit_character_left_of_the_base_where_it_is_noted) {
-  EXPECT_EQ(extended_right("ACGTACGTACGTCGTACGTACGT", 4), "[0,23) ACGT@0 score 13 del 1 12D");
-  EXPECT_EQ(extended_left("TGCATGCATGCTGCATGCATGCA", 4), "[0,23) TGCA@19 score 13 del 1 11D");
-}
+    // With a unit of one base either edit leads to the same place: 6 - 6 + 8.
+    {"prefers_a_mismatch_to_an_insertion_of_equal_worth", "AAAAAAAGAAAAAAAA", 1,
+     "[0,16) A@0 score 8 mis 1 7M", "[0,16) A@15 score 8 mis 1 8M"},
+    // Depth 1: each edit is judged by one run of matches. After three matches comes A where G is
+    // expected. Mismatch: 1, then A matches. Insertion: 1, then A for G. Deletion of the G: 1, then
+    // A matches, then A for T. After the mismatch, C stands for T and another one leads over GATGAT
+    // to 6.
+    {"prefers_a_mismatch_to_a_deletion_of_equal_worth", "GATGATAACGATGAT", 3,
+     "[0,15) GAT@0 score 6 mis 2 6M 8M", "[0,15) TAG@12 score 6 mis 2 8M 6M", -2, -2, 1},
+    // Depth 1, no mismatches. After three matches comes A where G is expected. Insertion of the A:
+    // 1, then G matches, then C for A. Deletion of the G: 1, then A matches, then G for T. After
+    // the insertion another one, of the C, leads over eight matches to 8.
+    {"prefers_an_insertion_to_a_deletion_of_equal_worth", "GATGATAGCATGATGAT", 3,
+     "[0,17) GAT@0 score 8 ins 2 6I 8I", "[0,17) TAG@14 score 8 ins 2 10I 8I", -20, -2, 1},
 
-// With a unit of one base either edit leads to the same place: 6 - 6 + 8.
-TEST_F(ImperfectExtension, prefers_a_mismatch_to_an_insertion_of_equal_worth) {
-  EXPECT_EQ(extended_right("AAAAAAAGAAAAAAAA", 1), "[0,16) A@0 score 8 mis 1 7M");
-  EXPECT_EQ(extended_left("AAAAAAAAGAAAAAAA", 1), "[0,16) A@15 score 8 mis 1 8M");
-}
+    // Depth 1: the mismatch at 6 leads to 4 - 2 + 1, less than what is there already. The next one,
+    // at 8, leads to 3 - 2 + 6.
+    {"applies_an_edit_although_it_is_worth_less_than_the_score", "ACACACGCGCACACA", 2,
+     "[0,15) AC@0 score 7 mis 2 6M 8M", "[0,15) CA@13 score 7 mis 2 8M 6M", -2, -2, 1},
+    {"takes_back_edits_that_lead_to_nothing_better", "ACACACGCG", 2, "[0,6) AC@0 score 4",
+     "[3,9) CA@7 score 4", -2, -2, 1},
+    // A deletion at 12 leads to 8 - 6 + 4.
+    {"takes_back_a_deletion", "ACGTACGTACGTCGTA", 4, "[0,12) ACGT@0 score 8",
+     "[4,16) TGCA@12 score 8"},
+    // An insertion at 9 leads to 6 - 6 + 3.
+    {"takes_back_an_insertion", "ACGACGACGTACG", 3, "[0,9) ACG@0 score 6", "[4,13) GCA@10 score 6"},
 
-// Depth 1: each edit is judged by one walk. After three matches comes A where G is expected.
-// Mismatch: 1, then A matches. Insertion: 1, then A for G. Deletion of the G: 1, then A matches,
-// then A for T. After the mismatch, C stands for T and another one leads over GATGAT to 6.
-TEST_F(ImperfectExtension, prefers_a_mismatch_to_a_deletion_of_equal_worth) {
-  set_penalties(-2, -2);
-  global_maximum_recursion_depth = 1;
-  EXPECT_EQ(extended_right("GATGATAACGATGAT", 3), "[0,15) GAT@0 score 6 mis 2 6M 8M");
-  EXPECT_EQ(extended_left("TAGTAGCAATAGTAG", 3), "[0,15) TAG@12 score 6 mis 2 8M 6M");
-}
+    // 6, 0 after the G, 2 before the T, where no edit is allowed.
+    {"restores_the_best_state_where_no_edit_is_allowed_and_the_score_is_lower", "ACACACACGCATTTTT",
+     2, "[0,8) AC@0 score 6", "[8,16) CA@14 score 6"},
+    // As long as the score only ties, the end of the text gives back the six matches after the G.
+    {"restores_the_shorter_of_two_equal_states_at_the_end_of_the_text", "ACACACACGCACACA", 2,
+     "[0,8) AC@0 score 6", "[7,15) CA@13 score 6"},
+    {"gives_back_Ns_at_the_end_of_the_text", "ACNN", 2, "[0,2) AC@0 score 0", "[2,4) CA@2 score 0"},
+    // Five N's are one too many, so extension ends before them as it does at the end of a text.
+    {"restores_the_shorter_of_two_equal_states_before_a_long_run_of_Ns", "ACACACACGCACACANNNNNC", 2,
+     "[0,8) AC@0 score 6", "[13,21) CA@19 score 6"},
+    // The two N's neither raise the score nor lower it.
+    {"keeps_the_current_one_of_two_equal_states_where_no_edit_is_allowed", "ACNNTT", 2,
+     "[0,4) AC@0 score 0 N 2", "[2,6) CA@4 score 0 N 2"},
 
-// Depth 1, no mismatches. After three matches comes A where G is expected. Insertion of the A: 1,
-// then G matches, then C for A. Deletion of the G: 1, then A matches, then G for T. After the
-// insertion another one, of the C, leads over eight matches to 8.
-TEST_F(ImperfectExtension, prefers_an_insertion_to_a_deletion_of_equal_worth) {
-  set_penalties(-20, -2);
-  global_maximum_recursion_depth = 1;
-  EXPECT_EQ(extended_right("GATGATAGCATGATGAT", 3), "[0,17) GAT@0 score 8 ins 2 6I 8I");
-  EXPECT_EQ(extended_left("TAGTAGTACGATAGTAG", 3), "[0,17) TAG@14 score 8 ins 2 10I 8I");
-}
+    {"takes_in_runs_of_as_many_Ns_as_are_allowed", "ACACNNNNACACNC", 2, "[0,14) AC@0 score 7 N 5",
+     "[0,14) CA@12 score 7 N 5"},
+    {"ends_before_a_longer_run_of_Ns", "ACACACACNNNNNCACACACACAC", 2, "[0,8) AC@0 score 6",
+     "[16,24) CA@22 score 6"},
+    // The look-ahead sees ten matches after the N's and would choose the mismatch for them.
+    {"ends_before_a_longer_run_of_Ns_although_the_look_ahead_passes_it", "ACACACACGNNNNNACACACACAC",
+     2, "[0,8) AC@0 score 6", "[16,24) CA@22 score 6"},
+};
 
-// Depth 1: the mismatch at 6 leads to 4 - 2 + 1, less than what is there already. The next one, at
-// 8, leads to 3 - 2 + 6.
-TEST_F(ImperfectExtension, applies_an_edit_although_it_is_worth_less_than_the_score) {
-  set_penalties(-2, -2);
-  global_maximum_recursion_depth = 1;
-  EXPECT_EQ(extended_right("ACACACGCGCACACA", 2), "[0,15) AC@0 score 7 mis 2 6M 8M");
-  EXPECT_EQ(extended_left("ACACACGCGCACACA", 2), "[0,15) CA@13 score 7 mis 2 8M 6M");
-}
-
-TEST_F(ImperfectExtension, takes_back_edits_that_lead_to_nothing_better) {
-  set_penalties(-2, -2);
-  global_maximum_recursion_depth = 1;
-  EXPECT_EQ(extended_right("ACACACGCG", 2), "[0,6) AC@0 score 4");
-  EXPECT_EQ(extended_left("GCGCACACA", 2), "[3,9) CA@7 score 4");
-}
-
-// A deletion at 12 leads to 8 - 6 + 4, an insertion at 9 to 6 - 6 + 3.
-TEST_F(ImperfectExtension, takes_back_deletions_and_insertions_too) {
-  EXPECT_EQ(extended_right("ACGTACGTACGTCGTA", 4), "[0,12) ACGT@0 score 8");
-  EXPECT_EQ(extended_left("ATGCTGCATGCATGCA", 4), "[4,16) TGCA@12 score 8");
-  EXPECT_EQ(extended_right("ACGACGACGTACG", 3), "[0,9) ACG@0 score 6");
-  EXPECT_EQ(extended_left("GCATGCAGCAGCA", 3), "[4,13) GCA@10 score 6");
-}
-
-// 6, 0 after the G, 2 before the T, where no edit is allowed.
-TEST_F(ImperfectExtension,
-       restores_the_best_state_where_no_edit_is_allowed_and_the_score_is_lower) {
-  EXPECT_EQ(extended_right("ACACACACGCATTTTT", 2), "[0,8) AC@0 score 6");
-  EXPECT_EQ(extended_left("TTTTTACGCACACACA", 2), "[8,16) CA@14 score 6");
-}
-
-// As long as the score only ties, the end of the text gives back the six matches after the G.
-TEST_F(ImperfectExtension, restores_the_shorter_of_two_equal_states_at_the_end_of_the_text) {
-  EXPECT_EQ(extended_right("ACACACACGCACACA", 2), "[0,8) AC@0 score 6");
-  EXPECT_EQ(extended_left("ACACACGCACACACA", 2), "[7,15) CA@13 score 6");
-  EXPECT_EQ(extended_right("ACNN", 2), "[0,2) AC@0 score 0");
-  EXPECT_EQ(extended_left("NNCA", 2), "[2,4) CA@2 score 0");
-}
-
-// Five N's are one too many, so extension ends before them as it does at the end of a text.
-TEST_F(ImperfectExtension, restores_the_shorter_of_two_equal_states_before_a_long_run_of_Ns) {
-  EXPECT_EQ(extended_right("ACACACACGCACACANNNNNC", 2), "[0,8) AC@0 score 6");
-  EXPECT_EQ(extended_left("CNNNNNACACACGCACACACA", 2), "[13,21) CA@19 score 6");
-}
-
-// The two N's neither raise the score nor lower it.
-TEST_F(ImperfectExtension, keeps_the_current_one_of_two_equal_states_where_no_edit_is_allowed) {
-  EXPECT_EQ(extended_right("ACNNTT", 2), "[0,4) AC@0 score 0 N 2");
-  EXPECT_EQ(extended_left("TTNNCA", 2), "[2,6) CA@4 score 0 N 2");
-}
-
-TEST_F(ImperfectExtension, takes_in_runs_of_as_many_Ns_as_are_allowed) {
-  EXPECT_EQ(extended_right("ACACNNNNACACNC", 2), "[0,14) AC@0 score 7 N 5");
-  EXPECT_EQ(extended_left("CNCACANNNNCACA", 2), "[0,14) CA@12 score 7 N 5");
-}
-
-TEST_F(ImperfectExtension,
-       ends_before_a_longer_run_of_Ns_although_the_look_ahead_walks_through_it) {
-  EXPECT_EQ(extended_right("ACACACACNNNNNCACACACACAC", 2), "[0,8) AC@0 score 6");
-  // The look-ahead sees ten matches after the N's and would choose the mismatch for them.
-  EXPECT_EQ(extended_right("ACACACACGNNNNNACACACACAC", 2), "[0,8) AC@0 score 6");
-  EXPECT_EQ(extended_left("CACACACACANNNNNGCACACACA", 2), "[16,24) CA@22 score 6");
-}
+INSTANTIATE_TEST_SUITE_P(Case, ImperfectExtensionOf, ::testing::ValuesIn(kExtensionCases),
+                         [](const auto& row) { return std::string(row.param.fact); });
 
 TEST_F(ImperfectExtension, makes_a_mismatch_of_an_N_where_Ns_are_missense_or_none_is_allowed) {
-  EXPECT_EQ(extended_right("AAAAAAANAAAAAAAA", 1), "[0,16) A@0 score 14 N 1");
+  const char* const text = "AAAAAAANAAAAAAAA";
+  expect_extensions(text, 1, "[0,16) A@0 score 14 N 1", "[0,16) A@15 score 14 N 1");
   global_treat_Ns_as_missense = true;
-  EXPECT_EQ(extended_right("AAAAAAANAAAAAAAA", 1), "[0,16) A@0 score 8 mis 1 7M");
-  EXPECT_EQ(extended_left("AAAAAAAANAAAAAAA", 1), "[0,16) A@15 score 8 mis 1 8M");
+  expect_extensions(text, 1, "[0,16) A@0 score 8 mis 1 7M", "[0,16) A@15 score 8 mis 1 8M");
   reset();
   global_Ns_allowed_in_a_row = 0;
-  EXPECT_EQ(extended_right("AAAAAAANAAAAAAAA", 1), "[0,16) A@0 score 8 mis 1 7M");
-  EXPECT_EQ(extended_left("AAAAAAAANAAAAAAA", 1), "[0,16) A@15 score 8 mis 1 8M");
+  expect_extensions(text, 1, "[0,16) A@0 score 8 mis 1 7M", "[0,16) A@15 score 8 mis 1 8M");
 }
 
 // The mismatch at 10 is paid for to the right. To the left the one at 1 is tried and taken back:

@@ -7,6 +7,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <string>
+#include <string_view>
 
 #include "support/random_dna.h"
 #include "unit/search/searched_sequence.h"
@@ -20,6 +21,18 @@ using testing::CBases;
 std::string marks_with_guards(const CAnchorSeq& anchors) {
   return {anchors.marks - 1, anchors.marks_end + 1};
 }
+
+/// A sequence, its marks, and a repeat in it whose unit is two bases long.
+struct MarkedRepeat {
+  MarkedRepeat(std::string_view text, std::size_t start, std::size_t end)
+      : bases(text), anchors(bases.begin(), text.size()), repeat(bases.unit_copy(start, 2)) {
+    repeat.end = bases.at(end);
+  }
+
+  CBases bases;
+  CAnchorSeq anchors;
+  Csat repeat;
+};
 
 TEST(AnchorSeq, begins_with_all_marks_and_both_guards_open) {
   const CBases bases("ACGT");
@@ -38,55 +51,40 @@ TEST(AnchorSeq, has_guards_alone_for_a_sequence_without_bases) {
 }
 
 TEST(AnchorSeq, closes_the_bases_of_a_repeat_and_no_others) {
-  const CBases bases("TACACG");
-  CAnchorSeq anchors(bases.begin(), 6);
-  Csat repeat = bases.unit_copy(1, 2);
-  repeat.end = bases.at(5);
-  anchors.close_repeat(repeat);
-  EXPECT_EQ(marks_with_guards(anchors), "aa    aa");
+  MarkedRepeat marked("TACACG", 1, 5);
+  marked.anchors.close_repeat(marked.repeat);
+  EXPECT_EQ(marks_with_guards(marked.anchors), "aa    aa");
 }
 
 TEST(AnchorSeq, leaves_the_guards_open_when_a_repeat_covers_the_whole_sequence) {
-  const CBases bases("ACAC");
-  CAnchorSeq anchors(bases.begin(), 4);
-  Csat repeat = bases.unit_copy(0, 2);
-  repeat.end = bases.end();
-  anchors.close_repeat(repeat);
-  EXPECT_EQ(marks_with_guards(anchors), "a    a");
+  MarkedRepeat marked("ACAC", 0, 4);
+  marked.anchors.close_repeat(marked.repeat);
+  EXPECT_EQ(marks_with_guards(marked.anchors), "a    a");
 }
 
 TEST(AnchorSeq, leaves_the_edit_sites_of_a_repeat_open) {
-  const CBases bases("ACGCATACAC");
-  CAnchorSeq anchors(bases.begin(), 10);
-  Csat repeat = bases.unit_copy(0, 2);
-  repeat.end = bases.end();
-  repeat.missense.push_back({bases.at(2), 'M'});
-  repeat.missense.push_back({bases.at(5), 'I'});
-  repeat.missense.push_back({bases.at(9), 'D'});
-  anchors.close_repeat(repeat);
-  EXPECT_EQ(marks_with_guards(anchors), "a  a  a   aa");
+  MarkedRepeat marked("ACGCATACAC", 0, 10);
+  marked.repeat.missense.push_back({marked.bases.at(2), 'M'});
+  marked.repeat.missense.push_back({marked.bases.at(5), 'I'});
+  marked.repeat.missense.push_back({marked.bases.at(9), 'D'});
+  marked.anchors.close_repeat(marked.repeat);
+  EXPECT_EQ(marks_with_guards(marked.anchors), "a  a  a   aa");
 }
 
 TEST(AnchorSeq, opens_at_an_edit_site_what_an_earlier_repeat_closed) {
-  const CBases bases("ACACAC");
-  CAnchorSeq anchors(bases.begin(), 6);
-  Csat repeat = bases.unit_copy(0, 2);
-  repeat.end = bases.end();
-  anchors.close_repeat(repeat);
-  repeat.missense.push_back({bases.at(3), 'M'});
-  anchors.close_repeat(repeat);
-  EXPECT_EQ(marks_with_guards(anchors), "a   a  a");
+  MarkedRepeat marked("ACACAC", 0, 6);
+  marked.anchors.close_repeat(marked.repeat);
+  marked.repeat.missense.push_back({marked.bases.at(3), 'M'});
+  marked.anchors.close_repeat(marked.repeat);
+  EXPECT_EQ(marks_with_guards(marked.anchors), "a   a  a");
 }
 
 TEST(AnchorSeq, opens_all_marks_again) {
-  const CBases bases("ACAC");
-  CAnchorSeq anchors(bases.begin(), 4);
-  Csat repeat = bases.unit_copy(0, 2);
-  repeat.end = bases.end();
-  anchors.close_repeat(repeat);
-  anchors.open_all();
-  EXPECT_EQ(marks_with_guards(anchors), "aaaaaa");
-  EXPECT_EQ(anchors.mark_buffer.back(), '\0');
+  MarkedRepeat marked("ACAC", 0, 4);
+  marked.anchors.close_repeat(marked.repeat);
+  marked.anchors.open_all();
+  EXPECT_EQ(marks_with_guards(marked.anchors), "aaaaaa");
+  EXPECT_EQ(marked.anchors.mark_buffer.back(), '\0');
 }
 
 // The unit GTA lies at 2; what counts are the marks of the bases before it, of its first, of its

@@ -70,12 +70,10 @@ std::string described(const std::string& text, std::int64_t first, std::int64_t 
 }
 
 void check_reach(const PlainRepeat& repeat, std::int64_t min_score) {
-  const testing::Outcome right = testing::follow_all_paths(repeat, true, repeat.score);
-  if (!right.is_complete) return;
-  const testing::Outcome both = testing::follow_all_paths(repeat, false, right.best);
-  if (!both.is_complete) return;
+  const testing::Outcome outcome = testing::follow_all_paths(repeat);
+  if (!outcome.is_complete) return;
   const bool must_be_rejected =
-      both.best < min_score && testing::is_in_reach_of_bound(repeat, right, both);
+      outcome.best < min_score && testing::is_in_reach_of_bound(repeat, outcome);
   on_every_processor(repeat.text, [&](const char* bases, const char* target) {
     BoundWork work;
     const bool answer = may_repeat_reach(
@@ -83,10 +81,10 @@ void check_reach(const PlainRepeat& repeat, std::int64_t min_score) {
         {bases + repeat.start, bases + repeat.end, bases + repeat.unit_begin,
          bases + repeat.unit_end, repeat.right_phase, repeat.left_phase, repeat.score},
         min_score, work);
-    const bool is_right = answer ? !must_be_rejected : both.best < min_score;
+    const bool is_right = answer ? !must_be_rejected : outcome.best < min_score;
     expect(is_right, [&] {
       return std::string(target) + ": the single bound answers " + (answer ? "yes" : "no") +
-             " to " + std::to_string(min_score) + ", best is " + std::to_string(both.best) +
+             " to " + std::to_string(min_score) + ", best is " + std::to_string(outcome.best) +
              described(repeat.text, repeat.unit_begin, repeat.unit_length(), repeat.scoring);
     });
   });
@@ -123,10 +121,9 @@ std::optional<std::int64_t> best_of_seed(const std::string& text, std::int64_t p
   const std::int64_t end = p + unit_length;
   if (text.find('N', static_cast<std::size_t>(p)) < static_cast<std::size_t>(end)) return {};
   const PlainRepeat repeat{text, p, end, p, end, 0, unit_length - 1, 0, rules};
-  const testing::Outcome right = testing::follow_all_paths(repeat, true, 0);
-  const testing::Outcome both = testing::follow_all_paths(repeat, false, right.best);
-  if (!right.is_complete || !both.is_complete) return {};
-  return both.best;
+  const testing::Outcome outcome = testing::follow_all_paths(repeat);
+  if (!outcome.is_complete) return {};
+  return outcome.best;
 }
 
 void expect_rejectable(const char* kernel, const std::string& text, std::int64_t p,

@@ -51,26 +51,16 @@ struct Batch {
   }
 };
 
-/// What a seed can reach, nothing if paths were cut off.
-struct SeedReach {
-  std::int64_t best;
-  std::int64_t farthest_base;
-  std::int64_t widest;
-};
-using BatchReach = std::array<std::optional<SeedReach>, kSeeds>;
+/// What each seed can reach, nothing if paths were cut off.
+using BatchReach = std::array<std::optional<Outcome>, kSeeds>;
 
 /// Returns what each of `seeds` can reach. REQUIRES: their units lie in the text and hold no N's.
 inline BatchReach reach_of(const Batch& batch, std::uint32_t seeds) {
   BatchReach reaches;
   for (std::int64_t k = 0; k < kSeeds; ++k) {
     if ((seeds & seed_bit(k)) == 0) continue;
-    const PlainRepeat repeat = batch.seed(k);
-    const Outcome right = follow_all_paths(repeat, true, 0);
-    const Outcome both = follow_all_paths(repeat, false, right.best);
-    if (!right.is_complete || !both.is_complete) continue;
-    reaches[static_cast<std::size_t>(k)] = {both.best,
-                                            std::max(right.farthest_base, both.farthest_base),
-                                            std::max(right.widest, both.widest)};
+    const Outcome outcome = follow_all_paths(batch.seed(k));
+    if (outcome.is_complete) reaches[static_cast<std::size_t>(k)] = outcome;
   }
   return reaches;
 }
@@ -83,7 +73,7 @@ inline bool is_in_reach_of_bound(const Batch& batch, std::uint32_t asked,
   std::int64_t widest = 0;
   for (std::int64_t k = 0; k < kSeeds; ++k) {
     if ((asked & seed_bit(k)) == 0) continue;
-    const std::optional<SeedReach>& reach = reaches[static_cast<std::size_t>(k)];
+    const std::optional<Outcome>& reach = reaches[static_cast<std::size_t>(k)];
     if (!reach) return false;
     farthest = std::max(farthest, reach->farthest_base);
     widest = std::max(widest, reach->widest);

@@ -34,7 +34,7 @@ inline constexpr std::int64_t kDead = std::numeric_limits<std::int64_t>::min();
 /// Max count of bases read, and of characters used, in one direction.
 inline constexpr std::int64_t kMaxReach = 1500;
 
-/// What the paths of one direction reach.
+/// What all paths reach, in one direction or in both.
 struct Outcome {
   std::int64_t best;
   std::int64_t farthest_base;  ///< count of bases read by a state that lives
@@ -99,18 +99,25 @@ inline Outcome follow_all_paths(const PlainRepeat& repeat, bool is_rightward, st
   return outcome;
 }
 
+/// Returns what the paths of `repeat` reach to the right and, from the best of these, to the left.
+inline Outcome follow_all_paths(const PlainRepeat& repeat) {
+  const Outcome right = follow_all_paths(repeat, true, repeat.score);
+  const Outcome left = follow_all_paths(repeat, false, right.best);
+  return {left.best, std::max(right.farthest_base, left.farthest_base),
+          std::max(right.widest, left.widest), right.is_complete && left.is_complete};
+}
+
 /// True if no path comes near the ends of the text or needs more room than the table of the single
-/// bound has, so that nothing hinders the bound from being exact. `right` and `both` are the
-/// outcomes of extending to the right, and then to the left.
-inline bool is_in_reach_of_bound(const PlainRepeat& repeat, const Outcome& right,
-                                 const Outcome& both) {
+/// bound has, so that nothing hinders the bound from being exact. `outcome` is that of both
+/// directions.
+inline bool is_in_reach_of_bound(const PlainRepeat& repeat, const Outcome& outcome) {
   // The width that is made room for: what the score pays for, and half as much again.
   const std::int64_t width =
       (repeat.score + repeat.unit_length()) * 3 / (2 * repeat.scoring.indel_penalty);
-  const std::int64_t margin = 256 + std::max(right.farthest_base, both.farthest_base);
+  const std::int64_t margin = 256 + outcome.farthest_base;
   const auto text_length = static_cast<std::int64_t>(repeat.text.size());
   return repeat.start > margin && repeat.end + margin < text_length && width < 250 &&
-         std::max(right.widest, both.widest) <= width;
+         outcome.widest <= width;
 }
 
 }  // namespace quorix::testing

@@ -10,6 +10,7 @@
 #include <optional>
 #include <string>
 
+#include "support/filter/bound_verdict.h"
 #include "support/filter/plain_batch_reach.h"
 #include "support/filter/vector_targets.h"
 #include "support/random_dna.h"
@@ -27,17 +28,10 @@ std::uint32_t undecided(const Batch& batch, std::uint32_t asked, std::int64_t mi
       workspace));
 }
 
-struct BatchTally {
-  std::int64_t rejected = 0;
-  std::int64_t had_to_be_rejected = 0;
-  std::int64_t undecided = 0;
-  std::int64_t with_16_bits = 0;
-};
-
 /// A seed may be rejected only if no path of it gets to `min_score`, and has to be far from the
 /// ends.
 void expect_bound_of(const Batch& batch, const BatchReach& reaches, std::uint32_t asked,
-                     std::int64_t min_score, BatchTally& tally) {
+                     std::int64_t min_score, VerdictTally& tally) {
   const bool is_exact = min_score > 0 && is_in_reach_of_bound(batch, asked, reaches);
   for_each_vector_target([&](const char* target) {
     const std::uint32_t answer = undecided(batch, asked, min_score);
@@ -50,15 +44,11 @@ void expect_bound_of(const Batch& batch, const BatchReach& reaches, std::uint32_
     };
     ASSERT_EQ(answer & ~asked, 0U) << describe(0);
     for (std::int64_t k = 0; k < kSeeds; ++k) {
-      const std::optional<SeedReach>& reach = reaches[static_cast<std::size_t>(k)];
+      const std::optional<Outcome>& reach = reaches[static_cast<std::size_t>(k)];
       if ((asked & seed_bit(k)) == 0 || !reach) continue;
-      const bool is_undecided = (answer & seed_bit(k)) != 0;
-      const bool must_be_rejected = is_exact && reach->best < min_score;
-      ASSERT_TRUE(is_undecided || reach->best < min_score) << describe(k);
-      ASSERT_FALSE(is_undecided && must_be_rejected) << describe(k);
-      ++(is_undecided ? tally.undecided : tally.rejected);
-      if (must_be_rejected) ++tally.had_to_be_rejected;
-      if (!is_undecided && batch.unit_length + min_score >= 256) ++tally.with_16_bits;
+      expect_verdict((answer & seed_bit(k)) != 0,
+                     {batch.unit_length, reach->best, min_score, is_exact}, tally,
+                     [&] { return describe(k); });
     }
   });
 }
@@ -79,7 +69,7 @@ std::uint32_t draw_mask(RandomEngine& engine) {
 }
 
 /// Asks for all seeds and for some of them, at scores around those that they reach.
-void expect_bounds(RandomEngine& engine, const Batch& batch, BatchTally& tally) {
+void expect_bounds(RandomEngine& engine, const Batch& batch, VerdictTally& tally) {
   const std::uint32_t seeds = batch.units_without_Ns();
   const BatchReach reaches = reach_of(batch, seeds);
   const auto& some_reach = reaches[draw_between(engine, 0, kSeeds - 1)];
@@ -134,7 +124,7 @@ Batch draw_batch(RandomEngine& engine, std::size_t unit_length, std::size_t befo
 
 TEST(BatchBound, is_the_best_of_all_paths_of_each_seed) {
   RandomEngine engine(21);
-  BatchTally tally;
+  VerdictTally tally;
   for (int round = 0; round < 120; ++round) {
     const Batch batch = draw_batch(engine, draw_between(engine, 1, 40), 700, 700);
     ASSERT_NO_FATAL_FAILURE(expect_bounds(engine, batch, tally));
@@ -146,7 +136,7 @@ TEST(BatchBound, is_the_best_of_all_paths_of_each_seed) {
 
 TEST(BatchBound, is_the_best_of_all_paths_of_each_seed_of_long_units) {
   RandomEngine engine(22);
-  BatchTally tally;
+  VerdictTally tally;
   for (int round = 0; round < 12; ++round) {
     const Batch batch = draw_batch(engine, draw_between(engine, 130, 200), 1300, 1300);
     ASSERT_NO_FATAL_FAILURE(expect_bounds(engine, batch, tally));
@@ -158,7 +148,7 @@ TEST(BatchBound, is_the_best_of_all_paths_of_each_seed_of_long_units) {
 
 TEST(BatchBound, rejects_nothing_wrongly_near_the_ends_of_the_text) {
   RandomEngine engine(23);
-  BatchTally tally;
+  VerdictTally tally;
   for (int round = 0; round < 250; ++round) {
     Batch batch = draw_batch(engine, draw_between(engine, 1, 40), draw_between(engine, 0, 90),
                              draw_between(engine, 0, 90));

@@ -64,8 +64,7 @@ std::int64_t highest_score(const Group& group) {
     const std::int64_t end = begin + group.unit_length;
     const PlainRepeat repeat{group.text, begin,        end, begin, end, 0, group.unit_length - 1,
                              0,          group.scoring};
-    const Outcome right = follow_all_paths(repeat, true, 0);
-    highest = std::max(highest, follow_all_paths(repeat, false, right.best).best);
+    highest = std::max(highest, follow_all_paths(repeat).best);
   }
   return highest;
 }

@@ -263,7 +263,7 @@ std::int64_t highest_score(const std::string& text, std::int64_t p, const LagRul
                            std::int64_t unit_length) {
   const PlainRepeat seed{
       text, p, p + unit_length, p, p + unit_length, 0, unit_length - 1, 0, rules.scoring};
-  return follow_all_paths(seed, false, follow_all_paths(seed, true, 0).best).best;
+  return follow_all_paths(seed).best;
 }
 
 // Not against the sieve's own tables: these may lack a lane that a path needs.

@@ -84,7 +84,7 @@ void expect_one_of(const Counts& counts, const Counts& narrow, const Counts& wid
   EXPECT_EQ(counts, counts == narrow ? narrow : wide);
 }
 
-TEST_F(SeedFilter, lets_few_seeds_through) {
+TEST_F(SeedFilter, leaves_few_seeds_undecided) {
   for_each_vector_target([](const char* target) {
     EXPECT_EQ(seed_counts(SeedUse::kExtendOverEdits, kLengths),
               (Counts{907,  969,  1012, 1534, 2093, 834, 920, 913, 907,  1519,
@@ -100,7 +100,7 @@ TEST_F(SeedFilter, lets_few_seeds_through) {
   });
 }
 
-TEST_F(SeedFilter, lets_few_seeds_through_with_other_penalties) {
+TEST_F(SeedFilter, leaves_few_seeds_undecided_with_other_penalties) {
   set_penalties(-4, -7);
   require_score(9);
   for_each_vector_target([](const char* target) {
@@ -115,7 +115,7 @@ TEST_F(SeedFilter, lets_few_seeds_through_with_other_penalties) {
   });
 }
 
-TEST_F(SeedFilter, lets_few_seeds_through_with_high_penalties) {
+TEST_F(SeedFilter, leaves_few_seeds_undecided_with_high_penalties) {
   set_penalties(-14, -12);
   require_score(20);
   for_each_vector_target([](const char* target) {

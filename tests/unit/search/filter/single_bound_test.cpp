@@ -11,6 +11,7 @@
 #include <string>
 #include <vector>
 
+#include "support/filter/bound_verdict.h"
 #include "support/filter/plain_score_paths.h"
 #include "support/filter/vector_targets.h"
 #include "support/random_dna.h"
@@ -35,37 +36,24 @@ bool may_reach(const PlainRepeat& repeat, std::int64_t min_score) {
   return may_reach(repeat, min_score, work);
 }
 
-struct SingleTally {
-  std::int64_t rejected = 0;
-  std::int64_t had_to_be_rejected = 0;
-  std::int64_t undecided = 0;
-  std::int64_t with_16_bits = 0;
-};
-
-/// May be rejected at `min_score` only if no path gets there, and must be if nothing hinders it.
-void expect_bound_of(const PlainRepeat& repeat, std::int64_t min_score, SingleTally& tally) {
-  const Outcome right = follow_all_paths(repeat, true, repeat.score);
-  if (!right.is_complete) return;
-  const Outcome both = follow_all_paths(repeat, false, right.best);
-  if (!both.is_complete) return;
-
-  const std::int64_t length = repeat.unit_length();
-  const bool must_be_rejected = both.best < min_score && is_in_reach_of_bound(repeat, right, both);
+/// Asks for each of `min_scores`. `outcome` is that of all paths of `repeat`.
+void expect_bounds_of(const PlainRepeat& repeat, const Outcome& outcome,
+                      const std::vector<std::int64_t>& min_scores, VerdictTally& tally) {
+  if (!outcome.is_complete) return;
+  const bool is_exact = is_in_reach_of_bound(repeat, outcome);
   for_each_vector_target([&](const char* target) {
-    const bool answer = may_reach(repeat, min_score);
-    const auto describe = [&] {
-      return std::string(target) + " unit [" + std::to_string(repeat.unit_begin) + "," +
-             std::to_string(repeat.unit_end) + ") of " + repeat.text + " score " +
-             std::to_string(repeat.score) + " best " + std::to_string(both.best) + " needed " +
-             std::to_string(min_score) + " penalties " +
-             std::to_string(repeat.scoring.mismatch_penalty) + "," +
-             std::to_string(repeat.scoring.indel_penalty);
-    };
-    ASSERT_TRUE(answer || both.best < min_score) << describe();
-    ASSERT_FALSE(answer && must_be_rejected) << describe();
-    ++(answer ? tally.undecided : tally.rejected);
-    if (must_be_rejected) ++tally.had_to_be_rejected;
-    if (!answer && length + min_score >= 256) ++tally.with_16_bits;
+    for (const std::int64_t min_score : min_scores) {
+      const auto describe = [&] {
+        return std::string(target) + " unit [" + std::to_string(repeat.unit_begin) + "," +
+               std::to_string(repeat.unit_end) + ") of " + repeat.text + " score " +
+               std::to_string(repeat.score) + " best " + std::to_string(outcome.best) + " needed " +
+               std::to_string(min_score) + " penalties " +
+               std::to_string(repeat.scoring.mismatch_penalty) + "," +
+               std::to_string(repeat.scoring.indel_penalty);
+      };
+      expect_verdict(may_reach(repeat, min_score),
+                     {repeat.unit_length(), outcome.best, min_score, is_exact}, tally, describe);
+    }
   });
 }
 
@@ -110,17 +98,16 @@ PlainRepeat draw_repeat(RandomEngine& engine, std::size_t unit_length, std::size
 
 TEST(SingleBound, is_the_best_of_all_paths) {
   RandomEngine engine(12);
-  SingleTally tally;
+  VerdictTally tally;
   for (int round = 0; round < 700; ++round) {
     const PlainRepeat repeat = draw_repeat(engine, draw_between(engine, 1, 40), 700);
     const std::int64_t near = draw_number(engine, 0, 12) - 6;
-    const std::int64_t right = follow_all_paths(repeat, true, repeat.score).best;
-    const std::int64_t best = follow_all_paths(repeat, false, right).best;
+    const Outcome outcome = follow_all_paths(repeat);
     // At the best score itself, just above it, and at the usual minimum.
-    for (const std::int64_t min_score :
-         {best, best + 1, best + near, std::max<std::int64_t>(repeat.unit_length(), 6)}) {
-      ASSERT_NO_FATAL_FAILURE(expect_bound_of(repeat, min_score, tally));
-    }
+    ASSERT_NO_FATAL_FAILURE(expect_bounds_of(repeat, outcome,
+                                             {outcome.best, outcome.best + 1, outcome.best + near,
+                                              std::max<std::int64_t>(repeat.unit_length(), 6)},
+                                             tally));
   }
   EXPECT_GT(tally.rejected, 1000);
   EXPECT_GT(tally.had_to_be_rejected, tally.rejected * 3 / 4);
@@ -129,17 +116,14 @@ TEST(SingleBound, is_the_best_of_all_paths) {
 
 TEST(SingleBound, is_the_best_of_all_paths_of_long_units) {
   RandomEngine engine(13);
-  SingleTally tally;
+  VerdictTally tally;
   for (int round = 0; round < 60; ++round) {
     PlainRepeat repeat = draw_repeat(engine, draw_between(engine, 100, 300), 1300);
     repeat.scoring.mismatch_penalty += 4;
     repeat.scoring.indel_penalty += 4;
-    const std::int64_t right = follow_all_paths(repeat, true, repeat.score).best;
-    const std::int64_t best = follow_all_paths(repeat, false, right).best;
-    for (const std::int64_t min_score :
-         {best, best + 1, repeat.unit_length(), std::int64_t{100'000}}) {
-      ASSERT_NO_FATAL_FAILURE(expect_bound_of(repeat, min_score, tally));
-    }
+    const Outcome outcome = follow_all_paths(repeat);
+    ASSERT_NO_FATAL_FAILURE(expect_bounds_of(
+        repeat, outcome, {outcome.best, outcome.best + 1, repeat.unit_length(), 100'000}, tally));
   }
   EXPECT_GT(tally.with_16_bits, 50);
   EXPECT_GT(tally.had_to_be_rejected, 50);
@@ -148,15 +132,13 @@ TEST(SingleBound, is_the_best_of_all_paths_of_long_units) {
 
 TEST(SingleBound, rejects_nothing_wrongly_near_the_ends_of_the_text) {
   RandomEngine engine(14);
-  SingleTally tally;
+  VerdictTally tally;
   for (int round = 0; round < 1500; ++round) {
     const PlainRepeat repeat =
         draw_repeat(engine, draw_between(engine, 1, 40), draw_between(engine, 0, 90));
-    const std::int64_t right = follow_all_paths(repeat, true, repeat.score).best;
-    const std::int64_t best = follow_all_paths(repeat, false, right).best;
-    for (const std::int64_t min_score : {best, best + 1, best + 20}) {
-      ASSERT_NO_FATAL_FAILURE(expect_bound_of(repeat, min_score, tally));
-    }
+    const Outcome outcome = follow_all_paths(repeat);
+    ASSERT_NO_FATAL_FAILURE(expect_bounds_of(
+        repeat, outcome, {outcome.best, outcome.best + 1, outcome.best + 20}, tally));
   }
   EXPECT_GT(tally.rejected, 100);
   EXPECT_GT(tally.undecided, 1000);

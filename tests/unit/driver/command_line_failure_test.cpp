@@ -4,7 +4,6 @@
 #include <gtest/gtest.h>
 
 #include <cstdio>
-#include <initializer_list>
 #include <string>
 
 #include "driver/command_line.h"
@@ -18,13 +17,13 @@ namespace {
 using MalformedCommandLine = testing::CDefaultSettings;
 using ArgumentsAfterTwoDashes = testing::CDefaultSettings;
 
-testing::ProcessResult read_in_child(std::initializer_list<const char*> arguments) {
+testing::ProcessResult read_in_child(const testing::Arguments& arguments) {
   return testing::run_in_child([&] { return testing::status_of_end(arguments); });
 }
 
 /// Argument and reason of the library's failure text: "-N (--succN): Missing a value".
 /// The process must have ended with status 1.
-std::string failure_of(std::initializer_list<const char*> arguments) {
+std::string failure_of(const testing::Arguments& arguments) {
   const testing::ProcessResult result = read_in_child(arguments);
   EXPECT_EQ(result.status, 1);
   EXPECT_EQ(result.out, "");
@@ -38,70 +37,58 @@ std::string failure_of(std::initializer_list<const char*> arguments) {
          result.err.substr(reason, result.err.find('\n', reason) - reason);
 }
 
-TEST_F(MalformedCommandLine, has_an_unknown_option) {
-  EXPECT_EQ(failure_of({"--foo", "in.fa"}), "--foo: Couldn't find match for argument");
-  EXPECT_EQ(failure_of({"in.fa", "--foo"}), "--foo: Couldn't find match for argument");
-  EXPECT_EQ(failure_of({"-x", "in.fa"}), "-x: Couldn't find match for argument");
-}
+struct MalformedLine {
+  const char* words;
+  const char* failure;
+};
 
-TEST_F(MalformedCommandLine, has_a_flag_that_the_library_no_longer_knows_as_version) {
-  EXPECT_EQ(failure_of({"-v"}), "-v: Couldn't find match for argument");
-}
+const MalformedLine kMalformedLines[] = {
+    // An unknown option.
+    {"--foo in.fa", "--foo: Couldn't find match for argument"},
+    {"in.fa --foo", "--foo: Couldn't find match for argument"},
+    {"-x in.fa", "-x: Couldn't find match for argument"},
+    // The library no longer knows this flag as that of the version.
+    {"-v", "-v: Couldn't find match for argument"},
+    // A lone dash.
+    {"-", "-: Couldn't find match for argument"},
+    {"in.fa -", "-: Couldn't find match for argument"},
+    // Flag and value in one word.
+    {"-N3 in.fa", "-N3: Couldn't find match for argument"},
+    {"--succN=3 in.fa", "--succN=3: Couldn't find match for argument"},
+    // No value.
+    {"in.fa -N", "-N (--succN): Missing a value for this argument!"},
+    // No number.
+    {"-N in.fa", "-N (--succN): Couldn't read argument value from string 'in.fa'"},
+    {"--minScore_b much in.fa", "(--minScore_b): Couldn't read argument value from string 'much'"},
+    // A fraction for a whole number.
+    {"-s 3.5 in.fa", "-s (--minScore): Couldn't read argument value from string '3.5'"},
+    // A number that is too large.
+    {"-U 4294967296 in.fa",
+     "-U (--maxUnitLen): Couldn't read argument value from string '4294967296'"},
+    {"--lastSeq 4294967295 in.fa",
+     "(--lastSeq): Couldn't read argument value from string '4294967295'"},
+    {"--minLength_b 1e39 in.fa",
+     "(--minLength_b): Couldn't read argument value from string '1e39'"},
+    // The same option twice.
+    {"-N 3 --succN 3 in.fa", "-N (--succN): Argument already set!"},
+    {"-D -D in.fa", "-D (--dontRemoveMostlyOverlapping): Argument already set!"},
+    {"--maskX --maskX in.fa", "(--maskX): Argument already set!"},
+    // A search mode in other letters.
+    {"-M Imperfect in.fa",
+     "-M (--searchMode): Value 'Imperfect' does not meet constraint: "
+     "exact|extendExact|imperfect"},
+    {"-M extendexact in.fa",
+     "-M (--searchMode): Value 'extendexact' does not meet constraint: "
+     "exact|extendExact|imperfect"},
+    // Percent signs are printed as they stand.
+    {"--%s%%n in.fa", "--%s%%n: Couldn't find match for argument"},
+};
 
-TEST_F(MalformedCommandLine, has_a_lone_dash) {
-  EXPECT_EQ(failure_of({"-"}), "-: Couldn't find match for argument");
-  EXPECT_EQ(failure_of({"in.fa", "-"}), "-: Couldn't find match for argument");
-}
-
-TEST_F(MalformedCommandLine, joins_flag_and_value) {
-  EXPECT_EQ(failure_of({"-N3", "in.fa"}), "-N3: Couldn't find match for argument");
-  EXPECT_EQ(failure_of({"--succN=3", "in.fa"}), "--succN=3: Couldn't find match for argument");
-}
-
-TEST_F(MalformedCommandLine, lacks_a_value) {
-  EXPECT_EQ(failure_of({"in.fa", "-N"}), "-N (--succN): Missing a value for this argument!");
-}
-
-TEST_F(MalformedCommandLine, has_a_value_that_is_no_number) {
-  EXPECT_EQ(failure_of({"-N", "in.fa"}),
-            "-N (--succN): Couldn't read argument value from string 'in.fa'");
-  EXPECT_EQ(failure_of({"--minScore_b", "much", "in.fa"}),
-            "(--minScore_b): Couldn't read argument value from string 'much'");
-}
-
-TEST_F(MalformedCommandLine, has_a_fraction_for_a_whole_number) {
-  EXPECT_EQ(failure_of({"-s", "3.5", "in.fa"}),
-            "-s (--minScore): Couldn't read argument value from string '3.5'");
-}
-
-TEST_F(MalformedCommandLine, has_a_number_that_is_too_large) {
-  EXPECT_EQ(failure_of({"-U", "4294967296", "in.fa"}),
-            "-U (--maxUnitLen): Couldn't read argument value from string '4294967296'");
-  EXPECT_EQ(failure_of({"--lastSeq", "4294967295", "in.fa"}),
-            "(--lastSeq): Couldn't read argument value from string '4294967295'");
-  EXPECT_EQ(failure_of({"--minLength_b", "1e39", "in.fa"}),
-            "(--minLength_b): Couldn't read argument value from string '1e39'");
-}
-
-TEST_F(MalformedCommandLine, has_an_option_twice) {
-  EXPECT_EQ(failure_of({"-N", "3", "--succN", "3", "in.fa"}),
-            "-N (--succN): Argument already set!");
-  EXPECT_EQ(failure_of({"-D", "-D", "in.fa"}),
-            "-D (--dontRemoveMostlyOverlapping): Argument already set!");
-  EXPECT_EQ(failure_of({"--maskX", "--maskX", "in.fa"}), "(--maskX): Argument already set!");
-}
-
-TEST_F(MalformedCommandLine, has_a_search_mode_in_other_letters) {
-  EXPECT_EQ(failure_of({"-M", "Imperfect", "in.fa"}),
-            "-M (--searchMode): Value 'Imperfect' does not meet constraint: "
-            "exact|extendExact|imperfect");
-  EXPECT_EQ(failure_of({"-M", "extendexact", "in.fa"}),
-            "-M (--searchMode): Value 'extendexact' does not meet constraint: "
-            "exact|extendExact|imperfect");
-}
-
-TEST_F(MalformedCommandLine, prints_percent_signs_of_its_arguments_as_they_stand) {
-  EXPECT_EQ(failure_of({"--%s%%n", "in.fa"}), "--%s%%n: Couldn't find match for argument");
+TEST_F(MalformedCommandLine, ends_the_process_with_the_argument_at_fault) {
+  for (const auto& [words, failure] : kMalformedLines) {
+    SCOPED_TRACE(words);
+    EXPECT_EQ(failure_of(testing::words_of(words)), failure);
+  }
 }
 
 TEST_F(MalformedCommandLine, gets_a_short_usage_and_the_way_to_the_help) {
@@ -112,7 +99,7 @@ TEST_F(MalformedCommandLine, gets_a_short_usage_and_the_way_to_the_help) {
 }
 
 /// Both file names as "<in.fa> <report.txt>", with the messages before them.
-testing::ProcessResult file_names_of(std::initializer_list<const char*> arguments) {
+testing::ProcessResult file_names_of(const testing::Arguments& arguments) {
   return testing::run_in_child([&] {
     const int code = testing::read_arguments(arguments);
     std::printf("<%s> <%s>", global_input_filename.c_str(), global_output_filename.c_str());

@@ -56,26 +56,43 @@ TEST_F(RefusedCommandLine, without_a_file_name_sets_nothing) {
             "");
 }
 
-TEST_F(RefusedCommandLine, names_an_unknown_output_format) {
-  EXPECT_EQ(verdict_on({"--outputFormat", "3", "in.fa"}),
-            kProblem + "An outputFormat with a value of 3 is unknown.\n\n");
-  EXPECT_EQ(verdict_on({"--outputFormat", "-1", "in.fa"}),
-            kProblem + "An outputFormat with a value of -1 is unknown.\n\n");
-}
+struct RefusedLine {
+  const char* words;
+  std::string verdict;
+};
 
-TEST_F(RefusedCommandLine, names_an_unknown_mode_of_printed_sequences) {
-  EXPECT_EQ(verdict_on({"--printRepeatSeqMode", "3", "in.fa"}),
-            kProblem + "A printRepeatSeqMode with a value of 3 is unknown.\n\n");
-}
+const RefusedLine kRefusedLines[] = {
+    {"--outputFormat 3 in.fa", kProblem + "An outputFormat with a value of 3 is unknown.\n\n"},
+    {"--outputFormat -1 in.fa", kProblem + "An outputFormat with a value of -1 is unknown.\n\n"},
+    {"--printRepeatSeqMode 3 in.fa",
+     kProblem + "A printRepeatSeqMode with a value of 3 is unknown.\n\n"},
+    // The message for an unknown NPerfectionMode names reportUnit, too.
+    {"--NPerfectionMode 4 in.fa",
+     kProblem + "An option value of 4 for the reportUnit option is unknown.\n\n"},
+    {"--reportUnit -1 in.fa",
+     kProblem + "An option value of -1 for the reportUnit option is unknown.\n\n"},
+    {"-P 50 in.fa", kPerfectionMessage},
+    {"--minPerfection 0.001 in.fa", kPerfectionMessage},
+    {"--minScore 1 --minScore_b 0 in.fa", kThresholdMessage},
+    {"--minScore_a 1 --minScore_b 0.5 -s 0 in.fa", kThresholdMessage},
+    {"--mismatchScore -1 in.fa", kMismatchMessage},
+    {"--indelScore -1 in.fa", kIndelMessage},
+    {"-m 6 in.fa", kMismatchMessage},
+    {"-g 0 in.fa", kIndelMessage},
+    // Although the help speaks of zero.
+    {"-r 0 in.fa", kRecursionMessage},
+    {"-r -1 in.fa", kRecursionMessage},
+    {"-u 5 -U 4 in.fa", kUnitLengthMessage},
+    {"-u 7 in.fa", kUnitLengthMessage},
+    {"-U 0 in.fa", kUnitLengthMessage},
+};
 
-TEST_F(RefusedCommandLine, speaks_of_reportUnit_when_the_NPerfectionMode_is_unknown) {
-  EXPECT_EQ(verdict_on({"--NPerfectionMode", "4", "in.fa"}),
-            kProblem + "An option value of 4 for the reportUnit option is unknown.\n\n");
-}
-
-TEST_F(RefusedCommandLine, names_an_unknown_mode_of_units) {
-  EXPECT_EQ(verdict_on({"--reportUnit", "-1", "in.fa"}),
-            kProblem + "An option value of -1 for the reportUnit option is unknown.\n\n");
+TEST_F(RefusedCommandLine, names_its_fault) {
+  for (const auto& [words, verdict] : kRefusedLines) {
+    SCOPED_TRACE(words);
+    reset();
+    EXPECT_EQ(verdict_on(testing::words_of(words)), verdict);
+  }
 }
 
 TEST_F(RefusedCommandLine, has_stored_what_comes_before_an_unknown_output_format) {
@@ -89,67 +106,31 @@ TEST_F(RefusedCommandLine, has_stored_what_comes_before_an_unknown_output_format
   EXPECT_EQ(global_output_filename, "report.txt");
 }
 
-TEST_F(RefusedCommandLine, has_stored_the_output_format_before_the_mode_of_printed_sequences) {
-  EXPECT_EQ(settings_changed_by([] {
-              verdict_on({"--outputFormat", "0", "--printRepeatSeqMode", "-2", "--NPerfectionMode",
-                          "1", "--reportUnit", "1", "in.fa"});
-            }),
-            "print_sat_mode=0");
-}
+struct StoredLine {
+  const char* words;
+  const char* changed;
+};
 
-TEST_F(RefusedCommandLine, has_stored_the_mode_of_printed_sequences_before_that_of_Ns) {
-  EXPECT_EQ(settings_changed_by([] {
-              verdict_on({"--outputFormat", "0", "--printRepeatSeqMode", "1", "--NPerfectionMode",
-                          "3", "--reportUnit", "1", "in.fa"});
-            }),
-            "print_sat_seq_mode=1 print_sat_mode=0");
-}
+// Modes are stored up to the unknown one: output format, printed sequences, N's, units.
+const StoredLine kStoredLines[] = {
+    {"--outputFormat 0 --printRepeatSeqMode -2 --NPerfectionMode 1 --reportUnit 1 in.fa",
+     "print_sat_mode=0"},
+    {"--outputFormat 0 --printRepeatSeqMode 1 --NPerfectionMode 3 --reportUnit 1 in.fa",
+     "print_sat_seq_mode=1 print_sat_mode=0"},
+    {"--outputFormat 0 --printRepeatSeqMode 1 --NPerfectionMode 1 --reportUnit 3 in.fa",
+     "N_and_perfection_mode=1 print_sat_seq_mode=1 print_sat_mode=0"},
+    // Negative numbers are not corrected any more.
+    {"--reportUnit 3 -N -3 -f -1 in.fa", "flanking=-1 Ns_allowed_in_a_row=-3"},
+    {"-P 50 in.fa", "perfection_minimum=50"},
+};
 
-TEST_F(RefusedCommandLine, has_stored_the_mode_of_Ns_before_that_of_units) {
-  EXPECT_EQ(settings_changed_by([] {
-              verdict_on({"--outputFormat", "0", "--printRepeatSeqMode", "1", "--NPerfectionMode",
-                          "1", "--reportUnit", "3", "in.fa"});
-            }),
-            "N_and_perfection_mode=1 print_sat_seq_mode=1 print_sat_mode=0");
-}
-
-TEST_F(RefusedCommandLine, is_not_corrected_after_an_unknown_mode) {
-  EXPECT_EQ(settings_changed_by([] {
-              verdict_on({"--reportUnit", "3", "-N", "-3", "-f", "-1", "in.fa"});
-            }),
-            "flanking=-1 Ns_allowed_in_a_row=-3");
-}
-
-TEST_F(RefusedCommandLine, asks_for_no_minimum_perfection) {
-  EXPECT_EQ(settings_changed_by([] {
-              EXPECT_EQ(verdict_on({"-P", "50", "in.fa"}), kPerfectionMessage);
-            }),
-            "perfection_minimum=50");
-  EXPECT_EQ(verdict_on({"--minPerfection", "0.001", "in.fa"}), kPerfectionMessage);
-}
-
-TEST_F(RefusedCommandLine, asks_for_a_score_or_a_length_of_two) {
-  EXPECT_EQ(verdict_on({"--minScore", "1", "--minScore_b", "0", "in.fa"}), kThresholdMessage);
-  EXPECT_EQ(verdict_on({"--minScore_a", "1", "--minScore_b", "0.5", "-s", "0", "in.fa"}),
-            kThresholdMessage);
-}
-
-TEST_F(RefusedCommandLine, asks_for_penalties_of_at_least_two) {
-  EXPECT_EQ(verdict_on({"--mismatchScore", "-1", "in.fa"}), kMismatchMessage);
-  EXPECT_EQ(verdict_on({"--indelScore", "-1", "in.fa"}), kIndelMessage);
-  EXPECT_EQ(verdict_on({"-m", "6", "in.fa"}), kMismatchMessage);
-  EXPECT_EQ(verdict_on({"-g", "0", "in.fa"}), kIndelMessage);
-}
-
-TEST_F(RefusedCommandLine, asks_for_a_recursion_depth_although_the_help_speaks_of_zero) {
-  EXPECT_EQ(verdict_on({"-r", "0", "in.fa"}), kRecursionMessage);
-  EXPECT_EQ(verdict_on({"-r", "-1", "in.fa"}), kRecursionMessage);
-}
-
-TEST_F(RefusedCommandLine, asks_for_unit_lengths_in_order) {
-  EXPECT_EQ(verdict_on({"-u", "5", "-U", "4", "in.fa"}), kUnitLengthMessage);
-  EXPECT_EQ(verdict_on({"-u", "7", "in.fa"}), kUnitLengthMessage);
-  EXPECT_EQ(verdict_on({"-U", "0", "in.fa"}), kUnitLengthMessage);
+TEST_F(RefusedCommandLine, has_stored_what_comes_before_its_fault) {
+  for (const StoredLine& line : kStoredLines) {
+    SCOPED_TRACE(line.words);
+    reset();
+    EXPECT_EQ(settings_changed_by([&] { verdict_on(testing::words_of(line.words)); }),
+              line.changed);
+  }
 }
 
 TEST_F(RefusedCommandLine, tells_only_the_first_of_its_faults) {

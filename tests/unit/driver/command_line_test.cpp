@@ -4,10 +4,7 @@
 
 #include <gtest/gtest.h>
 
-#include <iterator>
-#include <sstream>
 #include <string>
-#include <vector>
 
 #include "settings/settings.h"
 #include "support/default_settings.h"
@@ -21,7 +18,7 @@ using CommandLine = testing::CDefaultSettings;
 using testing::verdict_on;
 
 /// The settings that differ from their defaults after these arguments, which must be valid.
-std::string set_by(const std::vector<const char*>& arguments) {
+std::string set_by(const testing::Arguments& arguments) {
   return testing::settings_changed_by([&] { EXPECT_EQ(verdict_on(arguments), "0"); });
 }
 
@@ -152,12 +149,7 @@ TEST_F(CommandLine, sets_what_its_options_name_and_nothing_else) {
   for (const auto& [options, changed] : kOptionLines) {
     SCOPED_TRACE(options);
     reset();
-    std::istringstream line(options);
-    const std::vector<std::string> words(std::istream_iterator<std::string>(line), {});
-    std::vector<const char*> arguments;
-    for (const std::string& word : words) arguments.push_back(word.c_str());
-    arguments.push_back("in.fa");
-    EXPECT_EQ(set_by(arguments), changed);
+    EXPECT_EQ(set_by(testing::words_of(std::string(options) + " in.fa")), changed);
   }
 }
 

@@ -21,7 +21,7 @@ search/filter     search/rules search/bits
 search/rules      settings
 search/bits
 report            sequence settings
-console           settings
+console
 sequence
 settings
 '

@@ -81,6 +81,7 @@ expect_layer_finding() { # FILE HEADER
 expect_layer_finding settings/settings.cpp console/clock.h
 expect_layer_finding sequence/file.h settings/settings.h
 expect_layer_finding console/console_texts.h report/csat.h
+expect_layer_finding console/console_texts.cpp settings/settings.h
 expect_layer_finding report/csat.cpp console/clock.h
 expect_layer_finding search/bits/bit_set.h search/rules/score.h
 expect_layer_finding search/bits/base_planes.cpp settings/settings.h

@@ -26,10 +26,10 @@ HOLES = {
     "lag grid: half of the rows ahead": [
         (LAG_GRID, "rows_ahead_ = 2 * last + indels + 2;", "rows_ahead_ = last + indels + 2;")],
     "lag grid: the cap of the gain is a quarter of what it has to be": [
-        (LAG_GRID, "as_byte(longest);", "as_byte(longest / 4);")],
+        (LAG_GRID, "as_byte(max_unit);", "as_byte(max_unit / 4);")],
     "lag grid: the cap of the persistence allows for no fall": [
-        (LAG_GRID, "as_byte(min_persistence(longest) + deepest_fall(longest));",
-         "as_byte(min_persistence(longest));")],
+        (LAG_GRID, "as_byte(min_persistence(max_unit) + deepest_fall(max_unit));",
+         "as_byte(min_persistence(max_unit));")],
     "lag grid: two points of persistence too many are asked for": [
         (LAG_GRID, "return std::max<std::int64_t>(weights_.reward * unit_length - max_loss, 0);",
          "return std::max<std::int64_t>(weights_.reward * unit_length - max_loss + 2, 0);")],

@@ -1,5 +1,5 @@
-// A word of a plane has one bit of each of 64 letters. ASCII has it that two
-// of their bits distinguish A, C, T and G, and a third marks N:
+// In ASCII two bits distinguish A, C, T and G, and a third marks N. A word of a plane has one of
+// these bits of each of 64 letters:
 //
 //     letter      A     C     T     G     N
 //     bit 1       0     1     0     1     1        low plane
@@ -51,7 +51,7 @@ PlaneWords read_word(const char* bases) {
   return word;
 }
 
-/// A plane moved up by a lag: `upper` and `lower` are the words whose bits meet in one word.
+/// A plane moved up by a lag, see above.
 struct Lag {
   std::size_t whole;  ///< words
   unsigned part;      ///< bits, 0 to 63

@@ -3,8 +3,9 @@
 /// @file
 /// One bit for each position of a text, in 64-bit words.
 ///
-/// Bits after the last one are clear and one word is spare: who writes `words()` keeps that. With
-/// it a search for a clear bit ends, and the word after that of any position may be read.
+/// Bits after the last one are clear, which ends a search for a clear bit, and one word is spare,
+/// so that the word after that of any position may be read. Code that writes `words()` must keep
+/// both.
 
 #include <bit>
 #include <cassert>
@@ -37,10 +38,12 @@ class CBitSet {
     words_.back() = 0;
   }
 
+  /// True if the bit of `position` is set. REQUIRES: position < size().
   [[nodiscard]] bool test(std::uint64_t position) const {
     return (words_[position / kWordBits] >> (position % kWordBits) & 1) != 0;
   }
 
+  /// Sets the bit of `position`. REQUIRES: position < size().
   void set(std::uint64_t position) {
     words_[position / kWordBits] |= std::uint64_t{1} << (position % kWordBits);
   }

@@ -41,7 +41,7 @@ class CMatchWindow {
     held_ = ~(~std::uint64_t{0} << static_cast<unsigned>(size_));
   }
 
-  /// Bases held: those at offsets up to it from the edge.
+  /// The number of bases held: those at offsets below it from the edge.
   [[nodiscard]] std::int64_t size() const { return size_; }
 
   /// Returns the matches as bits: bit i is set if base i matches on `diagonal`; those of bases that

@@ -198,7 +198,7 @@ class CBatchTables {
   }
 
   [[nodiscard]] Value* cell(std::ptrdiff_t row, std::ptrdiff_t diagonal) {
-    // Two rows of a parity do not meet in the same cells as those of the other.
+    // Rows r and r - 3 share a slot, but no cells: their diagonals differ in parity.
     const std::ptrdiff_t slot = (row + 3) % 3;
     return cells_[slot][diagonal + kMaxBatchDiagonal + 3];
   }

@@ -9,8 +9,9 @@
 //
 // Invariant of `follow`: when state s is at b bases, `here` has every seed with a chain of these
 // counts of edits and bases that is still alive. It gets the seeds of all states with one edit less
-// (`stops_`, which are complete, since these states stand before s) and those that matched the base
-// before. A seed leaves `here` only at a base that differs; there it is put into `stops_` of s.
+// (`at_sites_`, which are complete, since these states stand before s) and those that matched the
+// base before. A seed leaves `here` only at a base that differs; there it is put into `at_sites_`
+// of s.
 //
 // What is skipped, and why that is sound:
 //
@@ -54,10 +55,10 @@ class CChainBlock {
   // NOLINTNEXTLINE(cppcoreguidelines-pro-type-member-init)
   explicit CChainBlock(const ChainStates& states)
       : states_(states), unit_length_(states.unit_length), max_bases_(states.max_bases) {
-    // Where chains never stop, no seed ever stands.
+    // Entries that `follow` never writes stay empty.
     for (std::size_t s = 0; s < states.followed_count; ++s) {
       for (std::ptrdiff_t bases = 0; bases <= max_bases_; ++bases) {
-        hn::Store(hn::Zero(Tag()), Tag(), stops_[s][bases]);
+        hn::Store(hn::Zero(Tag()), Tag(), at_sites_[s][bases]);
       }
     }
   }
@@ -137,13 +138,13 @@ class CChainBlock {
     const Tag d;
     Vector arrived = hn::Zero(d);
     if (bases > 0 && state.before_mismatch >= 0) {
-      arrived = hn::Or(arrived, hn::Load(d, stops_[state.before_mismatch][bases - 1]));
+      arrived = hn::Or(arrived, hn::Load(d, at_sites_[state.before_mismatch][bases - 1]));
     }
     if (bases > 0 && state.before_insertion >= 0) {
-      arrived = hn::Or(arrived, hn::Load(d, stops_[state.before_insertion][bases - 1]));
+      arrived = hn::Or(arrived, hn::Load(d, at_sites_[state.before_insertion][bases - 1]));
     }
     if (state.before_deletion >= 0) {
-      arrived = hn::Or(arrived, hn::Load(d, stops_[state.before_deletion][bases]));
+      arrived = hn::Or(arrived, hn::Load(d, at_sites_[state.before_deletion][bases]));
     }
     return arrived;
   }
@@ -172,7 +173,7 @@ class CChainBlock {
           undecided = hn::Or(undecided, of_score<false>(here, state.undecided_matches - matches));
         }
         const Vector is_equal = hn::Load(d, equal[bases]);
-        if (state.is_followed) hn::Store(hn::AndNot(is_equal, here), d, stops_[s][bases]);
+        if (state.is_followed) hn::Store(hn::AndNot(is_equal, here), d, at_sites_[s][bases]);
         here = hn::And(here, is_equal);
       }
       here = hn::Or(here,
@@ -190,7 +191,7 @@ class CChainBlock {
   HWY_ALIGN Words high_[3 * kMaxChainBases];
   HWY_ALIGN Words is_N_[3 * kMaxChainBases];
   HWY_ALIGN Words equal_[2 * kMaxChainEdits + 1][kMaxChainBases];
-  HWY_ALIGN Words stops_[kMaxFollowedStates][kMaxChainBases + 1];
+  HWY_ALIGN Words at_sites_[kMaxFollowedStates][kMaxChainBases + 1];
   HWY_ALIGN Words at_least_[kMaxChainBases + 1];  ///< seeds with that rightward score or more
 };
 

@@ -7,8 +7,8 @@ namespace quorix {
 
 namespace {
 
-/// True if every chain that stops at `before` is still looked for where an edit brings it in
-/// `state`, `bases` bases farther on.
+/// True if every chain that has an edit site in state `before` is still looked for where an edit
+/// brings it in `state`, `bases` bases farther on.
 bool is_followed_on(const ChainState& before, const ChainState& state, std::ptrdiff_t bases) {
   return before.is_followed && before.min_bases + bases == state.min_bases &&
          before.undecided_matches <= state.undecided_matches &&

@@ -13,7 +13,7 @@ namespace quorix {
 
 /// Bases of a chain: whatever is longer is undecided.
 inline constexpr std::ptrdiff_t kMaxChainBases = 40;
-/// Counts of up to four edits, and of up to three.
+/// States with up to four edits, and with up to three, which are followed on.
 inline constexpr std::size_t kMaxChainStates = 35;
 inline constexpr std::size_t kMaxFollowedStates = 20;
 static_assert(kMaxChainEdits == 4);

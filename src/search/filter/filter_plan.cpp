@@ -78,7 +78,7 @@ UnitPlan CFilterPlan::unit(std::int64_t unit_length) const {
       plan.sieve = Sieve::kLags;
     }
   }
-  // Every seed has a score of 0.
+  // A seed scores 0, so a minimum of 0 or less rejects none.
   if (plan.min_score >= 1) plan.bounds = bounds(unit_length, plan.min_score);
   return plan;
 }

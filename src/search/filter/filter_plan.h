@@ -20,8 +20,8 @@ namespace quorix {
 
 // Sieve of runs: where short runs are followed over one edit, words without a longer run nearby are
 // passed over.
-inline constexpr std::int64_t kMinNearRun = 3;    ///< shorter runs are nearly everywhere
-inline constexpr std::int64_t kMaxNearRuns = 31;  ///< of both runs together: three words are read
+inline constexpr std::int64_t kMinNearRun = 3;   ///< shorter runs are nearly everywhere
+inline constexpr std::int64_t kMaxTwoRuns = 31;  ///< of both runs together: three words are read
 
 // Sieve of chains.
 inline constexpr std::int64_t kMaxChainUnit = 32;
@@ -60,7 +60,7 @@ inline constexpr std::ptrdiff_t kMaxBatchRows = 8192;
 /// The same for units up to `kMaxCachedUnit`, whose extension paths are cached: an extension
 /// follows them along an array faster than a bound finds where it ends.
 inline constexpr std::ptrdiff_t kMaxCachedUnitRows = 1024;
-/// Bases less characters, or the other way round, of the states that are followed.
+/// The largest absolute diagonal that is followed.
 inline constexpr std::ptrdiff_t kMaxBatchDiagonal = 400;
 inline constexpr std::int64_t kMaxBatchUnit = 30'000;  ///< values have 16 bits
 
@@ -87,7 +87,7 @@ struct SeedThresholds {
   const CThresholdTable& user_min_scores;
 };
 
-/// What a run must be like for the seeds at it to be undecided. Lengths are in matching bases.
+/// Which runs leave the seeds at them undecided. Lengths are in matching bases.
 struct RunRule {
   std::int64_t unit_length;
   std::int64_t min_run;   ///< seeds at a shorter run are rejected; below 1 runs do not serve
@@ -99,7 +99,7 @@ struct RunRule {
   /// A run of this length is near each seed that a run in between leaves undecided; 0 if that is
   /// not worth looking for.
   [[nodiscard]] std::int64_t near_run() const {
-    if (min_run >= kMinNearRun || min_run >= sure_run || min_two_runs > kMaxNearRuns) return 0;
+    if (min_run >= kMinNearRun || min_run >= sure_run || min_two_runs > kMaxTwoRuns) return 0;
     const std::int64_t run = std::min({(min_two_runs + 1) / 2, unit_length - 1, sure_run});
     return run >= kMinNearRun ? run : 0;
   }
@@ -119,7 +119,7 @@ struct ChainRule {
 
 enum class Sieve { kNone, kRuns, kChains, kLags };
 
-/// From how many neighbouring seeds on a bound serves; a bound that is not to be asked has 0.
+/// The min number of neighbouring seeds for which each bound is asked; 0: never.
 struct BoundPlan {
   int min_group_seeds = 0;
   int min_batch_seeds = 0;

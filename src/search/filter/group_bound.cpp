@@ -86,8 +86,8 @@ std::int64_t fill_group_table(const GroupTable& /*table*/, BoundWork& /*work*/) 
 
 namespace hn = hwy::HWY_NAMESPACE;
 
-/// The last rows of the table. Lane j of an even row holds the states whose bases are 2 * (j -
-/// kMiddle) more than their characters, lane j of an odd row those with one more.
+/// The last rows of the table. Lane j of an even row holds the states whose bases are
+/// 2 * (j - kMiddle) more than their characters, lane j of an odd row those with one more.
 class CGroupRows {
  public:
   using Value = std::uint16_t;

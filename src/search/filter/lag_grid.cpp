@@ -123,13 +123,13 @@ void CLagGrid::fill_lanes() {
     LagLanes& limits = lanes_[parity];
     limits = {values, values + lane_count_, values + 2 * lane_count_, values + 3 * lane_count_,
               values + 4 * lane_count_};
-    std::int64_t longest = first;  // unit length whose paths may come here
+    std::int64_t max_unit = first;  // the max unit length whose paths may come here
     for (std::size_t k = 0; k < lane_count_; ++k) {
       const std::int64_t lag =
           first_lag_ + static_cast<std::int64_t>(parity) + 2 * static_cast<std::int64_t>(k);
-      while (longest < last && longest + 1 - max_indels(longest + 1) <= lag) ++longest;
-      limits.gain_cap[k] = as_byte(longest);
-      limits.persistence_cap[k] = as_byte(min_persistence(longest) + deepest_fall(longest));
+      while (max_unit < last && max_unit + 1 - max_indels(max_unit + 1) <= lag) ++max_unit;
+      limits.gain_cap[k] = as_byte(max_unit);
+      limits.persistence_cap[k] = as_byte(min_persistence(max_unit) + deepest_fall(max_unit));
       // So the cap serves the shorter unit lengths, too.
       assert(k == 0 || (limits.gain_cap[k] >= limits.gain_cap[k - 1] &&
                         limits.persistence_cap[k] >= limits.persistence_cap[k - 1]));
@@ -137,7 +137,7 @@ void CLagGrid::fill_lanes() {
       limits.is_searched[k] = is_searched ? 255 : 0;
       limits.min_gain[k] =
           is_searched ? as_byte(rule_.min_scores[static_cast<std::size_t>(lag - first)]) : 255;
-      // Where a byte ends below that cap, less has to do: the path may fall from there, too.
+      // Where need and fall together exceed a byte, 255 less the fall is enough (lag_sieve.h, 4).
       limits.min_persistence[k] =
           is_searched ? as_byte(std::min(min_persistence(lag), 255 - deepest_fall(lag))) : 255;
     }

@@ -47,7 +47,7 @@ struct LagLanes {
   std::uint8_t* persistence_cap;
   std::uint8_t* min_gain;         ///< to both sides together
   std::uint8_t* min_persistence;  ///< to one side
-  std::uint8_t* is_searched;      ///< not 0 for the unit lengths of the rules
+  std::uint8_t* is_searched;      ///< not 0 for the unit lengths of the rule
 };
 
 /// The last three rows of both tables. Lanes on both sides of a row are 0: they are read, one lane
@@ -98,13 +98,16 @@ class CLagGrid {
   /// Throws: std::bad_alloc.
   CLagGrid(const char* text, std::uint64_t length, const LagRule& rule);
 
+  /// The rows of the whole text: two for each base.
   [[nodiscard]] std::int64_t row_count() const { return 2 * length_; }
+  /// The rows of a segment; the last one may have fewer.
   [[nodiscard]] std::int64_t rows_per_segment() const { return rows_per_segment_; }
   [[nodiscard]] std::size_t lane_count() const { return lane_count_; }
   [[nodiscard]] const LagWeights& weights() const { return weights_; }
 
   /// 0 for odd rows, 1 for even ones.
   [[nodiscard]] static std::int64_t parity_of(std::int64_t t) { return 1 - (t & 1); }
+  /// What each lag of the rows of `parity` demands, see `parity_of`.
   [[nodiscard]] const LagLanes& lanes(std::int64_t parity) const {
     return lanes_[static_cast<std::size_t>(parity)];
   }
@@ -151,7 +154,7 @@ class CLagGrid {
     return lower_bases_.data() + offset;
   }
 
-  /// The rows of the extension to the right, empty, and those to the left.
+  /// Clears and returns the rows of the extension to the right, or to the left.
   [[nodiscard]] CLagRows& start_rightward_rows() {
     rightward_rows_.clear();
     return rightward_rows_;

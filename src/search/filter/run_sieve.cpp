@@ -14,7 +14,8 @@
 //
 // - A word without a first bit: no run begins in it.
 // - A first bit that is no run start for `min_run`, or for 64 if that is less: its run is short.
-// - A bit that is no candidate of `CNearRuns`: neither run of the two has half of what both need.
+// - A bit that is no possible start of `CNearRuns`: neither run of the two has half of what both
+//   need.
 //
 // A run that began before the segment is found by going back to its first base, once.
 //
@@ -47,11 +48,11 @@ std::uint64_t run_starts(const std::vector<std::uint64_t>& words, std::size_t w,
 }
 
 /// Calls `visit(first, last)` for the maximal runs [first, last) of at least `min_length` set bits
-/// with `starts.first` <= first < `starts.end` that begin at a bit of `candidates(w)`, for each
-/// word w in ascending order.
-template <class Candidates, class Visit>
+/// with `starts.first` <= first < `starts.end` that begin at a bit of `possible_starts(w)`,
+/// for each word w in ascending order.
+template <class PossibleStarts, class Visit>
 RunWork for_each_run(const CBitSet& bits, std::uint64_t min_length, const Segment& starts,
-                     Candidates candidates, const Visit& visit) {
+                     PossibleStarts possible_starts, const Visit& visit) {
   assert(min_length >= 1 && starts.first < starts.end);
   RunWork work;
   const std::vector<std::uint64_t>& words = bits.words();
@@ -62,7 +63,7 @@ RunWork for_each_run(const CBitSet& bits, std::uint64_t min_length, const Segmen
   for (std::size_t w = first_word; w <= last_word; ++w) {
     const std::uint64_t first_bits = words[w] & ~(words[w] << 1U | before >> (kWordBits - 1));
     before = words[w];
-    std::uint64_t run_bits = first_bits & candidates(w);
+    std::uint64_t run_bits = first_bits & possible_starts(w);
     if (run_bits == 0) continue;
     run_bits &= run_starts(words, w, sieved);
     ++work.words;
@@ -132,11 +133,12 @@ class CNearRuns {
     }
     // A run to the left ends one or two bases before; one to the right begins up to a base after
     // the end of a short run.
-    std::uint64_t candidates = here_;
-    for (std::uint64_t i = 1; i <= half_; ++i) candidates |= here_ >> i | after_ << (kWordBits - i);
+    std::uint64_t possible_starts = here_;
+    for (std::uint64_t i = 1; i <= half_; ++i)
+      possible_starts |= here_ >> i | after_ << (kWordBits - i);
     for (std::uint64_t i = 1; i <= near_ + 1; ++i)
-      candidates |= here_ << i | before_ >> (kWordBits - i);
-    return candidates;
+      possible_starts |= here_ << i | before_ >> (kWordBits - i);
+    return possible_starts;
   }
 
  private:
@@ -194,7 +196,7 @@ void CNeighbourLags::move_to(std::uint64_t lag, bool needs_neighbours) {
   lag_ = lag;
   make(lag);
   if (!needs_neighbours) return;
-  // At lag 0 all bases match; no rule asks for that many.
+  // Lag 0 is never read: a unit of one base asks for no second run.
   if (lag > 1) make(lag - 1);
   make(lag + 1);
 }

@@ -60,7 +60,7 @@ class CNeighbourLags {
   [[nodiscard]] const CBasePlanes& planes() const { return planes_; }
   [[nodiscard]] bool is_N_wild() const { return is_N_wild_; }
 
-  /// Lags whose matches were found, so many times.
+  /// How often the matches at a lag were found.
   [[nodiscard]] std::uint64_t made_count() const { return made_count_; }
 
  private:

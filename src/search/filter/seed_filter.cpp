@@ -1,7 +1,7 @@
 // Runs the plan: one sieve for each unit length, then the bounds of the seeds that are asked for,
 // largest first: what a group rejects, no batch has to look at. A bound serves where at least as
-// many seeds are asked for as the plan says. Verdicts are kept for the neighbours that a scan asks
-// for next.
+// many seeds are asked for as the plan says. Verdicts are cached for the neighbours that a scan
+// asks for next.
 
 #include "search/filter/seed_filter.h"
 

@@ -44,6 +44,8 @@ struct SeedFilterWork {
   BoundWork single_bound;
 };
 
+/// The filter of one text by one plan. It caches the verdicts on the neighbours of the last seed,
+/// and what the sieve of lags leaves of the next unit lengths.
 class CSeedFilter {
  public:
   /// Reads the text [text, text + length), which must outlive it. Throws: std::bad_alloc.
@@ -103,7 +105,8 @@ class CSeedFilter {
     return static_cast<std::int64_t>(planes_.length());
   }
   void sift_unit_by_runs();
-  /// The seeds of the unit length, with those of the ones after it that the plan adds.
+  /// The seeds of the unit length; if they are not there yet, sifts the text for it and for those
+  /// after it that the plan adds.
   const CBitSet& lag_seeds();
   [[nodiscard]] SeedQuestion question(std::uint64_t p, std::uint64_t asked) const {
     return {text_ + p, unit_.unit_length, asked, unit_.min_score};

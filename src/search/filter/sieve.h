@@ -17,12 +17,12 @@
 ///   sift_by_lags(workspace, segment, seeds)      `workspace` has text and rule
 /// ```
 ///
-/// A sieve gets a bit set for each unit length of its rule, with a bit for each base p that has a
-/// base after its unit, and clears the bits of seeds that it rejects: those that no extension can
-/// turn into an accepted repeat. It changes only the bits of the seeds of one segment. It remembers
-/// nothing between two calls: what it reads beyond the segment is read again for the next one. So
-/// segments may be taken in any order, with the same result. What a sieve needs meanwhile is handed
-/// in as a workspace.
+/// What a sieve promises: it gets a bit set for each unit length of its rule, with a bit for each
+/// base p that has a base after its unit, and clears the bits of seeds that it rejects: those that
+/// no extension can turn into an accepted repeat. It changes only the bits of the seeds of one
+/// segment. It remembers nothing between two calls: what it reads beyond the segment is read again
+/// for the next one. So segments may be taken in any order, with the same result. What a sieve
+/// needs meanwhile is handed in as a workspace.
 ///
 /// The verdict on a unit with an N is meaningless.
 

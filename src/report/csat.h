@@ -76,8 +76,8 @@ class Csat {
   const char* unit_end = nullptr;
   /// Alignment score; the first copy scores nothing. Saturates at the 32-bit limits.
   std::int32_t score = 0;
-  /// Level at which the look-ahead of the imperfect extension starts. Its place here fills padding,
-  /// so it takes no extra memory.
+  /// The count of edits with which the look-ahead of the imperfect extension starts. Its place here
+  /// fills padding, so it takes no extra memory.
   std::uint8_t recursion_depth = 0;
   std::int64_t mismatches = 0;
   /// Bases without a unit character.

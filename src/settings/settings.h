@@ -75,7 +75,7 @@ extern int global_flanking;
 /// Minimum perfection in percent; the command line accepts only 0. Default 0.
 extern float global_perfection_minimum;
 /// Edits on a path of the look-ahead, 1 or more. Above `kMaxRecursionLimit` there is no limit,
-/// since the level is an 8-bit count that is compared for equality. Default 5.
+/// since the count of edits has 8 bits and is compared for equality. Default 5.
 extern int global_maximum_recursion_depth;
 /// How far the score may fall below the best score so far. Default `kNoScoreReductionLimit`.
 extern int global_maximum_scorereduction;

@@ -20,11 +20,16 @@ namespace quorix {
 struct Rightward {
   static constexpr std::size_t kIndex = 0;
 
+  /// The edge of the repeat on this side.
   static const char*& edge(Csat& sat) { return sat.end; }
+  /// The unit character that the base beyond that edge has to match.
   static const char*& unit_cursor(Csat& sat) { return sat.unit_pos_right; }
 
+  /// True if no base may be read beyond `edge`.
   static bool is_at_limit(const char* edge, const char* limit) { return edge == limit; }
+  /// The base just beyond `edge`.
   static const char* base_beyond(const char* edge) { return edge; }
+  /// The edge one base on.
   static const char* edge_beyond(const char* edge) { return edge + 1; }
 
   /// The unit character that follows, cyclically.

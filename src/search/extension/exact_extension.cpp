@@ -1,5 +1,5 @@
-// Extension over perfect copies: one pass over the bases with a cursor that runs through the unit
-// cyclically, so that the unit is never copied, by as many bases at a time as match.
+// Extension over perfect copies: one pass over the bases, as many at a time as match, with a cursor
+// that runs through the unit cyclically, so that the unit is never copied.
 //
 // Where N's are neutral, the cursor moves over a short run of them as over matches, so the copies
 // after it stay in phase. Of a run that is too long none is taken: the extension ends before it, as

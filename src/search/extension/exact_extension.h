@@ -20,8 +20,8 @@ bool extend_exact_backward(Csat& sat, const char* limit);
 /// neighbours that differ. Runs of one base are repeats of unit length 1.
 [[nodiscard]] bool valid_starting_pattern(const Csat& sat);
 
-/// The same for the unit [pattern_begin, pattern_end); `next_N` is the first N at or after a
-/// position not after `pattern_begin`, or the end of the text.
+/// The same for the unit [pattern_begin, pattern_end). `next_N` is the first N at or after
+/// `pattern_begin`, or any position outside the unit if it holds none; it is trusted.
 [[nodiscard]] bool valid_starting_pattern(const char* pattern_begin, const char* pattern_end,
                                           const char* next_N);
 

@@ -1,5 +1,5 @@
-// The right side is extended first, and the left side starts with the score that the right side has
-// left. The order matters: that score decides how far the left side may drop off.
+// The right side is extended first, and the left side starts with the score at which the right side
+// ended. The order matters: that score decides how far the left side may drop off.
 //
 // An extension may make thousands of edits, and few extensions become repeats. So all of them
 // gather their edits in one block, which is lent to the repeat by a swap and swapped back when the

@@ -38,12 +38,13 @@ class CExtender {
   explicit CExtender(const SearchedText& text) : text_(text) {}
 
   /// Extends a seed over perfect copies to both sides, drops the N's at its ends and tests it.
+  /// Returns true if it passes `thresholds`.
   [[nodiscard]] bool extend_exactly_and_test(Csat& sat, const Thresholds& thresholds);
 
   /// Extends a seed or an exact repeat over edits, to the left up to `left_limit`, drops the N's at
-  /// its ends and tests it. The edits of an accepted repeat are in the order of
-  /// `Csat::lessThan_missense`, in the block that the extender lends: `pack_edits` comes next.
-  /// Throws: std::bad_alloc.
+  /// its ends and tests it. Returns true if it passes `thresholds`. The edits of an accepted repeat
+  /// are in the order of `Csat::lessThan_missense`, in the block that the extender lends:
+  /// `pack_edits` comes next. Throws: std::bad_alloc.
   [[nodiscard]] bool extend_over_edits_and_test(Csat& sat, const char* left_limit,
                                                 const Thresholds& thresholds);
 
@@ -61,7 +62,7 @@ class CExtender {
   void extend_imperfect_forward(Csat& sat, const char* limit);
   void extend_imperfect_backward(Csat& sat, const char* limit);
 
-  /// Forgets edits and paths that were chosen under other settings.
+  /// Forgets all edits and paths; the settings may have changed.
   void clear_caches();
 
   [[nodiscard]] CLookAhead& look_ahead() { return look_ahead_; }

@@ -81,7 +81,7 @@ class CExtensionCache {
   /// For extensions in the text up to any limit.
   [[nodiscard]] CEditCache& edits() { return edits_; }
   [[nodiscard]] const CEditCache& edits() const { return edits_; }
-  /// For extensions whose limit is the end of the text.
+  /// For extensions whose limit is that of the text in their direction.
   [[nodiscard]] CPathCache& paths() { return paths_; }
   [[nodiscard]] const CPathCache& paths() const { return paths_; }
 

@@ -65,8 +65,8 @@ ByEdit<LookAheadState> edits_at(const LookAheadState& site, const LookAheadConte
 }
 
 /// Diagonals that differ by this meet the same unit characters. The first edits make three of them,
-/// and a state and its two neighbours must stay apart; so it is a multiple of the unit length from
-/// 3 on.
+/// and a state and its two neighbours must stay apart; so it is the least multiple of the unit
+/// length that is 3 or more.
 std::ptrdiff_t diagonal_modulus(std::int64_t unit_length) {
   switch (unit_length) {
     case 1:
@@ -85,7 +85,7 @@ std::int64_t min_penalty() {
 
 }  // namespace
 
-// Such a run may be a gap of many megabases, and hundreds of paths at its edge go through it. So
+// A run of N's may be a gap of many megabases, and hundreds of paths at its edge go through it. So
 // the run that was followed last is remembered, and all but the first of them skip it.
 template <class Direction>
 const char* CLookAhead::edge_after_Ns(const char* edge, const char* limit) {
@@ -149,9 +149,9 @@ std::int64_t CLookAhead::highest_score_of_all_paths(const LookAheadState& from,
     }
 
     state.best_score = std::max(state.best_score, state.score);
-    const std::int64_t threshold = drop_off_limit(state.best_score, context.unit_length);
+    const std::int64_t limit_score = drop_off_limit(state.best_score, context.unit_length);
     for (const LookAheadState& edited : edits_at<Direction>(state, context)) {
-      if (edited.score > threshold) pending_.push_back(edited);
+      if (edited.score > limit_score) pending_.push_back(edited);
     }
   }
   return highest;
@@ -172,7 +172,7 @@ std::int64_t CLookAhead::follow_cell(WavefrontCell& cell, std::ptrdiff_t diagona
     cell.offset += shown;
     return shown;
   }
-  ++work_.walks;
+  ++work_.unwindowed_runs;
   const LookAheadContext& context = frame_.context;
   std::int64_t characters = (cell.offset - diagonal) % context.unit_length;
   if (characters < 0) characters += context.unit_length;
@@ -327,12 +327,12 @@ std::int64_t CLookAhead::highest_score(const LookAheadState& from,
 template <class Direction>
 std::size_t CLookAhead::best_edit(const LookAheadState& site, const LookAheadContext& context) {
   ++work_.calls;
-  const std::int64_t threshold = drop_off_limit(site.best_score, context.unit_length);
+  const std::int64_t limit_score = drop_off_limit(site.best_score, context.unit_length);
   const ByEdit<LookAheadState> edited = edits_at<Direction>(site, context);
   highest_ = kNoScore;
   if (may_reduction_be_limited<Direction>(site, context)) {
     for (std::size_t i = 0; i < kEditKinds; ++i) {
-      if (edited[i].score <= threshold) continue;
+      if (edited[i].score <= limit_score) continue;
       highest_ =
           std::max(highest_, ranked(highest_score_of_all_paths<Direction>(edited[i], context), i));
     }
@@ -344,7 +344,7 @@ std::size_t CLookAhead::best_edit(const LookAheadState& site, const LookAheadCon
     wavefront_.restart(-1);
     for (std::ptrdiff_t diagonal = -1; diagonal <= 1; ++diagonal) {
       const std::size_t i = kByDiagonal[static_cast<std::size_t>(diagonal + 1)];
-      if (edited[i].score > threshold) {
+      if (edited[i].score > limit_score) {
         add_cell<Direction>(
             {Direction::distance(site.edge, edited[i].edge), ranked(edited[i].score, i)}, diagonal,
             max_edits, wavefront_, wavefront_.cells.size());

@@ -41,13 +41,14 @@ inline constexpr std::size_t kNoEdit = kEditKinds;
 
 /// The work of look-aheads.
 struct LookAheadWork {
-  std::uint64_t calls = 0;       ///< edits judged, or scores asked for
-  std::uint64_t all_paths = 0;   ///< of these the times that every path was followed by itself
-  std::uint64_t windows = 0;     ///< times that the bases beyond were read into a window
-  std::uint64_t wavefronts = 0;  ///< sets of states with one more edit each
-  std::uint64_t states = 0;      ///< states followed, of wavefronts and of single paths
-  std::uint64_t walks = 0;       ///< runs of matches that no window shows
-  std::uint64_t runs_of_Ns = 0;  ///< runs of N's followed base by base
+  std::uint64_t calls = 0;  ///< edits judged, or scores asked for
+  /// Searches that followed every path by itself; up to three for an edit judged.
+  std::uint64_t all_paths = 0;
+  std::uint64_t windows = 0;          ///< times that the bases beyond were read into a window
+  std::uint64_t wavefronts = 0;       ///< sets of states with one more edit each
+  std::uint64_t states = 0;           ///< states followed, of wavefronts and of single paths
+  std::uint64_t unwindowed_runs = 0;  ///< runs of matches that no window shows
+  std::uint64_t runs_of_Ns = 0;       ///< runs of N's followed base by base
 };
 
 /// A look-ahead belongs to one text: it remembers the runs of N's that it has met there.
@@ -56,7 +57,7 @@ class CLookAhead {
   /// Returns the highest score that can be met from `from` on, over runs of matches and, between
   /// them, at most `global_maximum_recursion_depth` - `from.edit_count` edits, each of which must
   /// leave the score above `drop_off_limit`. Above a depth of `kMaxRecursionLimit` only that
-  /// threshold limits the edits.
+  /// limit bounds the edits.
   ///
   /// `Direction` is `Rightward` or `Leftward`. Throws: std::bad_alloc.
   template <class Direction>

@@ -31,12 +31,15 @@ using RankedScore = std::int64_t;
 inline constexpr RankedScore kPoint = 4;
 inline constexpr RankedScore kNoScore = std::numeric_limits<RankedScore>::min();
 
+/// Returns `score`, in points, and `edit`, an index in the order of preference, as one number.
 [[nodiscard]] inline RankedScore ranked(std::int64_t score, std::size_t edit) {
   return score * kPoint + static_cast<RankedScore>(kEditKinds - 1 - edit);
 }
+/// Returns its score, in points.
 [[nodiscard]] inline std::int64_t score_of(RankedScore ranked_score) {
   return ranked_score >> 2U;
 }
+/// Returns its first edit, as an index in the order of preference.
 [[nodiscard]] inline std::size_t first_edit_of(RankedScore ranked_score) {
   return kEditKinds - 1 - static_cast<std::size_t>(ranked_score & 3);
 }

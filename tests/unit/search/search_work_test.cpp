@@ -45,8 +45,8 @@ TEST_F(SearchWork, of_short_units) {
   search_units_from_to(1, 30);
   expect_work(hard_text(), search_imperfect,
               "search: seeds 23494, extended over edits 308\n"
-              "look-ahead: calls 3476, windows 2987, wavefronts 9903, states 122704, walks 110908, "
-              "runs of N's 37127\n"
+              "look-ahead: calls 3476, windows 2987, wavefronts 9903, states 122704, unwindowed "
+              "runs 110908, runs of N's 37127\n"
               "memo: hits 137, misses 3134, stored 3161, moved 1800\n"
               "paths: misses 1\n",
               "runs: lags 7, words 494, runs 1226\n"
@@ -63,8 +63,8 @@ TEST_F(SearchWork, of_short_units_with_mild_penalties) {
   search_units_from_to(1, 12);
   expect_work(hard_text().substr(1300, 1500), search_imperfect,
               "search: seeds 8267, extended over edits 210\n"
-              "look-ahead: calls 2189, windows 1726, wavefronts 5366, states 58121, walks 44447, "
-              "runs of N's 12639\n"
+              "look-ahead: calls 2189, windows 1726, wavefronts 5366, states 58121, unwindowed "
+              "runs 44447, runs of N's 12639\n"
               "memo: hits 354, misses 2155, stored 2189, moved 1812\n"
               "paths: misses 20, stored 18\n",
               "runs: lags 5, words 92, runs 365\n"
@@ -81,8 +81,8 @@ TEST_F(SearchWork, of_short_units_with_high_penalties) {
   search_units_from_to(1, 60);
   expect_work(hard_text(), search_imperfect,
               "search: seeds 26157, extended over edits 726\n"
-              "look-ahead: calls 1626, windows 1031, wavefronts 3033, states 21322, walks 30961, "
-              "runs of N's 7764\n"
+              "look-ahead: calls 1626, windows 1031, wavefronts 3033, states 21322, unwindowed "
+              "runs 30961, runs of N's 7764\n"
               "memo: hits 855, misses 1307, stored 1426, moved 332\n"
               "paths:\n",
               "runs: lags 13, words 1005, runs 1288\n"
@@ -97,8 +97,8 @@ TEST_F(SearchWork, of_long_units) {
   search_units_from_to(110, 400);
   expect_work(hard_text(), search_imperfect,
               "search: seeds 8510, extended over edits 75\n"
-              "look-ahead: calls 1143, windows 1143, wavefronts 4572, states 62773, walks 59861, "
-              "runs of N's 36903\n"
+              "look-ahead: calls 1143, windows 1143, wavefronts 4572, states 62773, unwindowed "
+              "runs 59861, runs of N's 36903\n"
               "memo:\n"
               "paths:\n",
               "runs:\n"
@@ -131,18 +131,18 @@ TEST_F(SearchWork, of_long_units_beside_an_array_of_short_ones) {
 
 TEST_F(SearchWork, of_units_too_long_for_the_lag_sieve) {
   search_units_from_to(749, 760);
-  expect_work(
-      hard_text().substr(3000), search_imperfect,
-      "search: seeds 1639, extended over edits 1\n"
-      "look-ahead: calls 242, windows 240, wavefronts 88, states 392, walks 879, runs of N's 1\n"
-      "memo:\n"
-      "paths:\n",
-      "runs:\n"
-      "lag sieve: tables 2, rows 11212, cells 3229056\n"
-      "asked: groups 31, singles 1\n"
-      "group bound: tables 62, rows 35137\n"
-      "batch bound:\n"
-      "single bound: tables 1, rows 76, cells 19456\n");
+  expect_work(hard_text().substr(3000), search_imperfect,
+              "search: seeds 1639, extended over edits 1\n"
+              "look-ahead: calls 242, windows 240, wavefronts 88, states 392, unwindowed runs 879, "
+              "runs of N's 1\n"
+              "memo:\n"
+              "paths:\n",
+              "runs:\n"
+              "lag sieve: tables 2, rows 11212, cells 3229056\n"
+              "asked: groups 31, singles 1\n"
+              "group bound: tables 62, rows 35137\n"
+              "batch bound:\n"
+              "single bound: tables 1, rows 76, cells 19456\n");
 }
 
 TEST_F(SearchWork, where_a_score_reduction_limits_extension) {
@@ -164,18 +164,18 @@ TEST_F(SearchWork, where_a_score_reduction_limits_extension) {
 TEST_F(SearchWork, of_deep_look_aheads) {
   global_maximum_recursion_depth = 9;
   search_units_from_to(2, 9);
-  expect_work(
-      hard_text(), search_imperfect,
-      "search: seeds 7739, extended over edits 72\n"
-      "look-ahead: calls 745, wavefronts 3291, states 57781, walks 105309, runs of N's 9253\n"
-      "memo: hits 28, misses 745, stored 745, moved 457\n"
-      "paths:\n",
-      "runs: lags 7, words 405, runs 1184\n"
-      "lag sieve:\n"
-      "asked: batches 271, singles 39\n"
-      "group bound:\n"
-      "batch bound: tables 542, rows 13007, cells 39153\n"
-      "single bound: tables 75, rows 2151, cells 34416\n");
+  expect_work(hard_text(), search_imperfect,
+              "search: seeds 7739, extended over edits 72\n"
+              "look-ahead: calls 745, wavefronts 3291, states 57781, unwindowed runs 105309, runs "
+              "of N's 9253\n"
+              "memo: hits 28, misses 745, stored 745, moved 457\n"
+              "paths:\n",
+              "runs: lags 7, words 405, runs 1184\n"
+              "lag sieve:\n"
+              "asked: batches 271, singles 39\n"
+              "group bound:\n"
+              "batch bound: tables 542, rows 13007, cells 39153\n"
+              "single bound: tables 75, rows 2151, cells 34416\n");
 }
 
 TEST_F(SearchWork, of_shallow_look_aheads) {
@@ -183,8 +183,8 @@ TEST_F(SearchWork, of_shallow_look_aheads) {
   search_units_from_to(2, 30);
   expect_work(hard_text(), search_imperfect,
               "search: seeds 22741, extended over edits 252\n"
-              "look-ahead: calls 3465, windows 3050, wavefronts 2589, states 11638, walks 14952, "
-              "runs of N's 4767\n"
+              "look-ahead: calls 3465, windows 3050, wavefronts 2589, states 11638, unwindowed "
+              "runs 14952, runs of N's 4767\n"
               "memo: hits 195, misses 3189, stored 3197, moved 1939\n"
               "paths:\n",
               "runs: lags 7, words 405, runs 1184\n"
@@ -200,8 +200,8 @@ TEST_F(SearchWork, along_a_long_array) {
   search_units_from_to(1, 12);
   expect_work(draw_array(engine, 20'000, 6, 4), search_imperfect,
               "search: seeds 155168, extended over edits 648\n"
-              "look-ahead: calls 11764, windows 11041, wavefronts 41977, states 654330, walks "
-              "451761, runs of N's 24775\n"
+              "look-ahead: calls 11764, windows 11041, wavefronts 41977, states 654330, unwindowed "
+              "runs 451761, runs of N's 24775\n"
               "memo: hits 2768, misses 11753, stored 11764, moved 1697\n"
               "paths: hits 43, misses 2372, steps 99, stored 2322, placed 3072\n",
               "runs: lags 7, words 1567, runs 2536\n"
@@ -221,8 +221,8 @@ TEST_F(SearchWork, among_gaps) {
   search_units_from_to(1, 40);
   expect_work(text, search_imperfect,
               "search: seeds 60280, extended over edits 777\n"
-              "look-ahead: calls 6986, windows 5448, wavefronts 14238, states 149192, walks "
-              "124103, runs of N's 11254\n"
+              "look-ahead: calls 6986, windows 5448, wavefronts 14238, states 149192, unwindowed "
+              "runs 124103, runs of N's 11254\n"
               "memo: hits 800, misses 5272, stored 5438, moved 1460\n"
               "paths:\n",
               "runs: lags 7, words 366, runs 1214\n"
@@ -255,8 +255,8 @@ TEST_F(SearchWork, of_exact_repeats_that_are_extended) {
       hard_text(),
       [](CSearchController& search) { search.search_exact_and_extend_to_imperfect_repeats(); },
       "search: seeds 9281, extended exactly 893, bounded 219, extended over edits 82\n"
-      "look-ahead: calls 496, windows 344, wavefronts 958, states 10260, walks 11603, runs of N's "
-      "3283\n"
+      "look-ahead: calls 496, windows 344, wavefronts 958, states 10260, unwindowed runs 11603, "
+      "runs of N's 3283\n"
       "memo: hits 394, misses 450, stored 475, moved 113\n"
       "paths:\n",
       "runs: lags 60, words 5409, runs 617\n"

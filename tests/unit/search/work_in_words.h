@@ -37,7 +37,7 @@ inline std::string in_words(const LookAheadWork& work) {
                                   {"windows", work.windows},
                                   {"wavefronts", work.wavefronts},
                                   {"states", work.states},
-                                  {"walks", work.walks},
+                                  {"unwindowed runs", work.unwindowed_runs},
                                   {"runs of N's", work.runs_of_Ns}});
 }
 

@@ -1,6 +1,6 @@
 // All texts of the terminal in one place, to the byte: users grep for them. Texts from outside
-// (names of files and sequences) never become a format; what looks like a format in a piece is
-// doubled by the caller and undone by `write_pieces`.
+// (names of files and sequences) never become a format; a percent sign in a piece is doubled by the
+// caller and made single by `write_pieces`.
 
 #include "console/console_texts.h"
 

@@ -11,8 +11,8 @@ namespace quorix {
 /// When the analysis started; progress lines show the time since then.
 extern std::time_t time_analysis_started;
 
-/// The time after which the next progress line may be written. It holds the time at which the
-/// process was loaded until the first line is due.
+/// The time after which the next progress line may be written. At first it is the time at which the
+/// process was loaded.
 extern std::time_t time_next_status_report;
 
 /// Puts the next progress line off to 59 seconds from now.

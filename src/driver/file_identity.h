@@ -9,8 +9,8 @@
 namespace quorix {
 
 /// The identity of a regular file: device and inode, through all links. A file that does not exist
-/// yet is known by the name that its links lead to. Files of other kinds (terminals,
-/// pipes, /dev/null) have no identity: writing to them destroys nothing.
+/// yet is known by the name that its links lead to. Files of other kinds (terminals, pipes,
+/// /dev/null) have no identity: writing to them destroys nothing.
 class CFileIdentity {
  public:
   /// The file that a name refers to, which need not exist.

@@ -1,4 +1,4 @@
-// The only place where memory that runs out is caught: nothing below allocates to say so.
+// The only place that catches a lack of memory; the handler allocates nothing.
 
 #include <cstdio>
 #include <new>

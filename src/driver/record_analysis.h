@@ -11,7 +11,8 @@
 namespace quorix {
 
 /// Searches `record`, number `number` of its file, in the mode of the settings and writes its
-/// report block. With `is_masked` every base of a reported repeat becomes 'X' afterwards.
+/// report block. With `is_masked` every base of a repeat that the overlap removal has left becomes
+/// 'X' afterwards.
 /// Throws: std::bad_alloc.
 void analyse_record(std::uint64_t number, CSequence_Mol& record, std::FILE* report, bool is_masked);
 

@@ -1,6 +1,6 @@
 // The story of a run. Each step either succeeds or returns its exit code after its message; memory
-// that runs out is an exception for `main`. Write errors are looked at in three places: after the
-// heads, after each record, and before and after the mark of success.
+// that runs out is an exception for `main`. Write errors are looked at after the heads, after each
+// record, and on both sides of the mark of success.
 
 #include "driver/run.h"
 
@@ -43,7 +43,7 @@ bool is_in_sequence_range(std::uint64_t number) {
          (global_sequence_to == kLastSequence || number <= global_sequence_to);
 }
 
-/// If the device has failed, one more line says why.
+/// Says where reading failed and, if the device failed, why. Returns the code.
 int end_on_read_error(CFile& input) {
   general_PrintMessage(
       stderr, "\n\n",

@@ -4,7 +4,7 @@
 //   open the input -> compare identities -> open and lock outputs that exist, then create missing
 //   ones -> look at their old content -> empty the report
 //
-// The masked copy is emptied even later, when the heads are written (`open_masked_copy`).
+// The masked copy is emptied even later, after the heads are written (`open_masked_copy`).
 
 #include "driver/run_files.h"
 

@@ -33,13 +33,13 @@ void search_mononucleotides(const SearchContext& context, CSeedFilter& filter,
 }
 
 void search_unit_length(const SearchContext& context, std::uint64_t unit_length,
-                        CAnchorSeq& coverage, CSeedFilter& filter, std::list<Csat*>& found) {
+                        CAnchorSeq& anchors, CSeedFilter& filter, std::list<Csat*>& found) {
   CSpareRecord spare(sat_alloc);
-  context.scan.for_each_seed(unit_length, coverage, filter, [&](const char* p) {
+  context.scan.for_each_seed(unit_length, anchors, filter, [&](const char* p) {
     Csat& repeat = spare.seed(p, p + unit_length);
     if (!context.extender.extend_exactly_and_test(repeat, context.thresholds)) return;
     if (unit_length != 1 && passes(repeat, context.user_thresholds)) {
-      coverage.close_repeat(repeat);
+      anchors.close_repeat(repeat);
     }
     spare.keep_in(found);
   });
@@ -50,14 +50,14 @@ void search_unit_length(const SearchContext& context, std::uint64_t unit_length,
 void search_exact_repeats(const SearchContext& context, SeedUse use, std::list<Csat*>& found) {
   if (context.units.last == 0) return;
   CSeedFilter& filter = context.filter_for(use);
-  CAnchorSeq coverage(context.text.begin, context.text.length());
+  CAnchorSeq anchors(context.text.begin, context.text.length());
   std::uint64_t unit_length = context.units.first;
   if (unit_length == 1) {
     search_mononucleotides(context, filter, found);
     unit_length = 2;
   }
   for (; unit_length <= context.units.last; ++unit_length) {
-    search_unit_length(context, unit_length, coverage, filter, found);
+    search_unit_length(context, unit_length, anchors, filter, found);
   }
   sort_by_position(found);
 }

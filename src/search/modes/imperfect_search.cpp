@@ -2,8 +2,9 @@
 // ascending order.
 //
 // An accepted repeat closes its bases, except its edit sites, to the seeds of every longer unit.
-// Only what unit length 1 closed is opened again: a run of one base hides no longer unit. A seed
-// may still extend over a repeat that was found before, to the left as far as the sequence goes.
+// Only what unit length 1 closed is opened again (if the search begins at length 1): a run of one
+// base hides no longer unit. A seed may still extend over a repeat that was found before, to the
+// left as far as the sequence goes.
 
 #include "search/modes/imperfect_search.h"
 

@@ -13,14 +13,14 @@
 
 namespace quorix {
 
-/// Writes the head of a report block and each repeat of `repeats`: whole if it has at least
-/// `global_perfection_minimum`, else in parts that have. `record` is the one that they point into.
-/// Throws: std::bad_alloc.
+/// Writes the head of a report block and each repeat of `repeats`: whole if its perfection is at
+/// least `global_perfection_minimum`, else the parts that reach it. `record` is the one that they
+/// point into. Throws: std::bad_alloc.
 void report_exact_repeats_by_perfection(std::FILE* stream, const std::list<Csat*>& repeats,
                                         const Thresholds& thresholds, CSequence_Mol& record);
 
 /// Writes, from left to right, each part of the exact repeat `sat` that has the minimum perfection
-/// and passes `thresholds`; the whole repeat unless N's count as mismatches.
+/// and passes `thresholds`; or the whole repeat, if N's do not count as mismatches.
 /// Throws: std::bad_alloc.
 void report_parts_of_minimum_perfection(std::FILE* stream, const Csat& sat,
                                         const Thresholds& thresholds, CSequence_Mol& record);

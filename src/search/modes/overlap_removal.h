@@ -7,8 +7,8 @@
 
 namespace quorix {
 
-/// Drops, of two repeats of which one has no whole unit outside their overlap, the one with the
-/// lower score, the later one on a tie. Dropped records go back to the pool. REQUIRES: the list is
+/// Where one of two repeats has no whole unit outside their overlap, drops the one with the lower
+/// score; on a tie, the later one. Dropped records go back to the pool. REQUIRES: the list is
 /// sorted by `lessThan_sat`. Does nothing when `global_remove_mostly_hidden` is false.
 void remove_hidden(CsatContainer& container);
 

@@ -15,6 +15,7 @@ namespace quorix {
 inline constexpr char kOpenMark = 'a';
 inline constexpr char kClosedMark = ' ';
 
+/// The marks of one text. Repeats of all unit lengths of a search close the same marks.
 class CAnchorSeq {
  public:
   /// All marks open. Throws: std::bad_alloc.

@@ -18,6 +18,8 @@
 
 namespace quorix {
 
+/// The scans of one text. It owns the last filter, which serves again as long as the plan stays the
+/// same.
 class CSeedScan {
  public:
   /// Scans `text`; `sequence` is for the progress lines. Both must stay where they are.
@@ -27,7 +29,7 @@ class CSeedScan {
   /// Calls `visit` with the first base of each unit of `unit_length` bp that `filter` leaves
   /// undecided, that `anchors` let seed a repeat and that `valid_starting_pattern` accepts.
   /// At least one base follows the unit. `visit` may close bases to the seeds to come. Units of no
-  /// base, or of as many as the text has, seed nothing. Throws: std::bad_alloc.
+  /// base, or of the text's length or more, seed nothing. Throws: std::bad_alloc.
   template <class Visit>
   void for_each_seed(std::uint64_t unit_length, const CAnchorSeq& anchors, CSeedFilter& filter,
                      const Visit& visit);
@@ -96,11 +98,12 @@ void CSeedScan::for_each_base(CSeedFilter& filter, const Visit& visit) {
   const CBitSet& all_Ns = filter.bits_of_Ns();
   CScanProgress progress(sequence_, 1);
   std::uint64_t next_N = all_Ns.find_set(0);
-  std::uint64_t seed = seeds.find_set(0);  // at or after p; not looked for at every N before it
+  // At or after p; looked for again only once p has passed it.
+  std::uint64_t seed = seeds.find_set(0);
   for (std::uint64_t p = 0; p < seeds.size();) {
     if (next_N < p) next_N = all_Ns.find_set(p);
     if (seed < p) seed = seeds.find_set(p);
-    if (next_N <= seed && next_N < seeds.size()) {  // the clock is not looked at at N's
+    if (next_N <= seed && next_N < seeds.size()) {  // the clock is not read at N's
       if (next_N > p) progress.pass(next_N - 1);
       p = all_Ns.find_clear(next_N);
       progress.skip_to(p);

@@ -135,6 +135,7 @@ main() {
   if [ "$is_quick" = true ]; then
     build dev --target quorix_quick_tests
     run_tests dev --label-exclude long
+    print_stage_times
     return
   fi
 

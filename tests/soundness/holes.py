@@ -44,8 +44,8 @@ HOLES = {
         (BATCH, "hn::IfThenZeroElse(is_answered, best));",
          "hn::IfThenZeroElse(is_answered, hn::Load(d, values)));")],
     "batch bound: neutral N's cost a mismatch": [
-        (BATCH, "compare_letters<kMayHaveNs>(d, base, equal, neutral_letter), weights_);",
-         "compare_letters<false>(d, base, equal, neutral_letter), weights_);")],
+        (BATCH, "compare_letters<kMayHaveNs>(d, base, equal, neutral_letter), weights);",
+         "compare_letters<false>(d, base, equal, neutral_letter), weights);")],
     "batch bound: one lane less in each row": [
         (BATCH, "std::max(last.high + 1, before.high)};", "std::max(last.high, before.high)};")],
     "single bound: paths may leave at the edge of the rows": [

@@ -167,6 +167,8 @@ class CBatchTables {
                             Vector& best) {
     const Tag d;
     const Vector neutral_letter = hn::Set(d, static_cast<Value>('N'));
+    // In registers: as far as the compiler can tell, a stored cell might change members.
+    const CellWeights<Vector> weights = weights_;
     const std::ptrdiff_t unit_length = batch_.unit_length;
     // Diagonals have the parity of the row. Neither count of a computed cell is negative.
     std::ptrdiff_t diagonal = computed.low + ((computed.low ^ row) & 1);
@@ -188,7 +190,7 @@ class CBatchTables {
                                        hn::Load(d, neighbours + (diagonal + 1) * kCell));
       const Vector value =
           living_cell(hn::Load(d, previous + diagonal * kCell), neighbour,
-                      compare_letters<kMayHaveNs>(d, base, equal, neutral_letter), weights_);
+                      compare_letters<kMayHaveNs>(d, base, equal, neutral_letter), weights);
       best = hn::Max(best, value);
       hn::Store(value, d, values_here + diagonal * kCell);
       ++bases;

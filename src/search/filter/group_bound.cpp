@@ -173,20 +173,25 @@ class CGroupRows {
     // Bases and characters up to and with the last one read.
     const std::uint8_t* const bases = table_.bases + (row + odd) / 2 - kMiddle - 1;
     const std::ptrdiff_t first_character = table_.letter_count - (row - odd) / 2 - kMiddle;
+    // In registers: as far as the compiler can tell, a stored value might change members.
+    const std::uint8_t* const characters = table_.characters + first_character;
+    const std::uint8_t* const other_characters = table_.other_characters + first_character;
+    const CellWeights<Vector> weights = weights_;
+    const Vector neutral_letter = neutral_letter_;
+    Vector best = best_;
     Range alive;
     for (std::ptrdiff_t lane = range.low; lane <= range.high; lane += lanes) {
       const Vector base = load_letters(d, bases + lane);
-      const std::ptrdiff_t at = first_character + lane;
       const Vector equal =
-          hn::VecFromMask(d, hn::Or(hn::Eq(base, load_letters(d, table_.characters + at)),
-                                    hn::Eq(base, load_letters(d, table_.other_characters + at))));
+          hn::VecFromMask(d, hn::Or(hn::Eq(base, load_letters(d, characters + lane)),
+                                    hn::Eq(base, load_letters(d, other_characters + lane))));
       const Vector neighbour =
           hn::Max(hn::LoadU(d, neighbours + lane + odd), hn::LoadU(d, neighbours + lane + odd - 1));
       const Vector value =
           living_cell(hn::LoadU(d, previous + lane), neighbour,
-                      compare_letters<true>(d, base, equal, neutral_letter_), weights_);
+                      compare_letters<true>(d, base, equal, neutral_letter), weights);
       hn::StoreU(value, d, here + lane);
-      best_ = hn::Max(best_, value);
+      best = hn::Max(best, value);
       const auto is_alive = hn::Ne(value, hn::Zero(d));
       if (hn::AllFalse(d, is_alive)) continue;
       if (alive.is_empty()) alive.low = lane + hn::FindFirstTrue(d, is_alive);
@@ -196,8 +201,9 @@ class CGroupRows {
       const auto start = static_cast<Value>(table_.start_value);
       here[kMiddle] = std::max(here[kMiddle], start);
       alive = {std::min(alive.low, kMiddle), std::max(alive.high, kMiddle)};
-      best_ = hn::Max(best_, hn::Set(d, start));
+      best = hn::Max(best, hn::Set(d, start));
     }
+    best_ = best;
     before_ = last_;
     last_ = alive;
   }

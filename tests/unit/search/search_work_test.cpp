@@ -102,7 +102,7 @@ TEST_F(SearchWork, of_long_units) {
               "memo:\n"
               "paths:\n",
               "runs:\n"
-              "lag sieve: tables 4, rows 25092, cells 7226496\n"
+              "lag sieve: tables 6, rows 26358, cells 7591104\n"
               "asked: groups 235, batches 167, singles 6\n"
               "group bound: tables 470, rows 133584\n"
               "batch bound: tables 364, rows 76841, cells 2157892\n"
@@ -122,7 +122,7 @@ TEST_F(SearchWork, of_long_units_beside_an_array_of_short_ones) {
               "memo:\n"
               "paths:\n",
               "runs:\n"
-              "lag sieve: tables 2, rows 10400, cells 2662400\n"
+              "lag sieve: tables 4, rows 11365, cells 2909440\n"
               "asked: groups 1399, batches 114, singles 25\n"
               "group bound: tables 2798, rows 865473\n"
               "batch bound: tables 230, rows 28760, cells 622722\n"

@@ -84,7 +84,7 @@ class Tree:
         self.folder = pathlib.Path(folder).resolve()
         self.tree, self.build = self.folder / "tree", self.folder / "build"
         self.tree.mkdir(parents=True, exist_ok=True)
-        for name in ("CMakeLists.txt", "cmake", "src", "tests"):
+        for name in ("CMakeLists.txt", "cmake", "docs", "src", "tests"):
             for source in [ROOT / name, *(ROOT / name).rglob("*")]:
                 copy = self.tree / source.relative_to(ROOT)
                 if source.is_dir():

@@ -11,8 +11,9 @@
 #   --runs N          prints the median of N runs; the default is 3
 #   --limit SECONDS   a run that takes longer is ended, and its row says so; the default is 120
 #   --output FILE     also writes the tables to FILE; the default is build-bench/macro.md
-#   --base PROGRAM    another build of the program: the rows show the ratio of both, which run in
-#                     turn, and neither the plain engine nor another program is measured
+#   --base PROGRAM    another build of the program: the rows show the ratio of the processor seconds of
+#                     both, which run in turn, and neither the plain engine nor another program is
+#                     measured
 #
 # Seconds are wall time from start to end of the process, with the report written to a file; memory
 # is the maximum of the peaks. An input that takes the program less than 0.2 seconds is repeated until

@@ -98,9 +98,9 @@ count_bases() {
   read -r _ bases longest < <("$programs/bench/quorix_read_only" "$1")
 }
 
-# measure COUNT COMMAND [WORD]...: runs the command COUNT times. Sets `seconds` to the median and
-# `peak` to the maximum of the peaks in KiB. `outcome` becomes 0, the first status other than 0, or
-# 'over'.
+# measure COUNT COMMAND [WORD]...: runs the command COUNT times. Sets `seconds` and `processor_seconds` to
+# the medians and `peak` to the maximum of the peaks in KiB. `outcome` becomes 0, the first status other
+# than 0, or 'over'.
 measure() {
   local count=$1 run
   shift
@@ -114,6 +114,8 @@ measure() {
     [[ $outcome = 0 || $outcome = over ]] || tail -n 3 "$scratch/stderr" >&2
   done
   seconds=$(sort --numeric-sort "$scratch/figures" |
+    awk '{ s[NR] = $1 } END { print s[int((NR + 1) / 2)] }')
+  processor_seconds=$(cut -d ' ' -f 4 "$scratch/figures" | sort --numeric-sort |
     awk '{ s[NR] = $1 } END { print s[int((NR + 1) / 2)] }')
   peak=$(awk '$2 > peak { peak = $2 } END { print peak }' "$scratch/figures")
   # A run that was ended took at least the limit.

@@ -1,7 +1,8 @@
 # shellcheck shell=bash disable=SC2034,SC2154 # the variables are shared with the other files
 # Runs the rows of bench/macro/rows.sh with another build of the program instead of the plain engine:
-# both run in turn on the same input, so that a change of the speed of the machine affects both.
-# Sourced after rows.sh, with the other program in `base`.
+# both run in turn on the same input, so that a change of the speed of the machine affects both. Times
+# are processor seconds, which depend less on what else runs. Sourced after rows.sh, with the other
+# program in `base`.
 
 compare() { pair "$1" "$3" "$4"; }
 run_alone() { pair "$1" "$2" "$3"; }
@@ -44,10 +45,10 @@ measure_in_turn() {
   for turn in "$1" "$((1 - $1))"; do
     if [ "$turn" = 0 ]; then
       measure 1 "$base" "${options[@]}" -- "$searched" "$scratch/base_report"
-      base_seconds=$seconds
+      base_seconds=$processor_seconds
     else
       measure 1 "$quorix" "${options[@]}" -- "$searched" "$scratch/report"
-      program_seconds=$seconds
+      program_seconds=$processor_seconds
     fi
     [ "$outcome" = 0 ] || fail "$name: ended with $outcome"
   done
@@ -65,8 +66,8 @@ extreme_of() {
 }
 
 beside_another_build() {
-  begin_table "Beside another build, $runs pairs of runs" row input 'seconds of the other' seconds \
-    ratio lowest highest reports
+  begin_table "Beside another build, $runs pairs of runs" row input 'processor seconds of the other' \
+    'processor seconds' ratio lowest highest reports
   begin_table() { :; } # one table for all rows
   against_the_plain_engine
   alone

@@ -10,7 +10,7 @@ set -euo pipefail
 
 source "$(dirname -- "$(readlink -f -- "${BASH_SOURCE[0]}")")/usage.sh"
 
-readonly run_packages=(g++ cmake make libtclap-dev libhwy-dev)
+readonly run_packages=(g++ cmake make libtclap-dev libhwy-dev zlib1g-dev)
 readonly test_packages=("${run_packages[@]}"
   libgtest-dev librapidcheck-dev libbenchmark-dev clang clang-format clang-tidy cppcheck locales
   ninja-build python3)

@@ -12,6 +12,7 @@
 #include <utility>
 
 #include "sequence/posix_source.h"
+#include "sequence/unpacked_source.h"
 
 namespace quorix {
 
@@ -26,7 +27,7 @@ constexpr int kCarriageReturn = '\r';
 CFile::CFile() : buffer_(kBufferSize), buffer_end_(buffer_.data()), cursor_(buffer_.data()) {}
 
 void CFile::open(const std::string& filename) {
-  open(open_posix_source(filename));
+  open(unpacked(open_posix_source(filename)));
 }
 
 void CFile::open(std::unique_ptr<CByteSource> source) {

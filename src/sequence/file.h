@@ -29,7 +29,8 @@ class CFile {
 
   CFile();
 
-  /// Opens a file, on line 1. On failure the state is `kEnd`.
+  /// Opens a file, on line 1. Of gzip, which is known by its first two bytes, the text is read. On
+  /// failure the state is `kEnd`.
   void open(const std::string& filename);
 
   /// Reads from `source` instead, on line 1; null counts as a failed opening.

@@ -32,6 +32,7 @@ settings
 readonly system_headers='fcntl.h sys/file.h sys/stat.h unistd.h'
 readonly third_party_headers='
 tclap/  driver/command_line.cpp
+zlib.h  sequence/inflater.cpp
 hwy/    search/filter/batch_bound.cpp
 hwy/    search/filter/chain_sieve.cpp
 hwy/    search/filter/dp_cell.h

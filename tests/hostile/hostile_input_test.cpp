@@ -74,7 +74,8 @@ class HostileInput : public ::testing::Test {
             ? "\nAnalysis finished successfully.\n\nQuorix says goodbye.\n\n"
             : "\n\nAn error occurred while reading the input file. It might not be a valid fasta "
               "file.\nFile position: line " +
-                  std::to_string(row.error_line) + "\n";
+                  std::to_string(row.error_line) + "\n" +
+                  (row.reason.empty() ? "" : std::string(row.reason) + "\n");
     EXPECT_TRUE(result.err.ends_with(expected_text)) << visible(
         result.err.substr(result.err.size() - std::min<std::size_t>(result.err.size(), 200)));
   }
@@ -107,6 +108,10 @@ TEST_F(HostileInput, foreign_files) {
   check_all(foreign_file_rows());
 }
 
+TEST_F(HostileInput, gzip) {
+  check_all(gzip_rows());
+}
+
 TEST_F(HostileInput, records) {
   check_all(record_rows());
 }
@@ -135,7 +140,7 @@ TEST_F(HostileInput, every_byte_on_a_line_of_bases) {
 TEST(HostileInputTable, has_its_rows) {
   std::size_t count = 0;
   for (const InputRows& rows : {line_rows(), header_rows(), letter_rows(), byte_rows(),
-                                foreign_file_rows(), record_rows()}) {
+                                foreign_file_rows(), gzip_rows(), record_rows()}) {
     count += rows.size();
   }
   std::printf("%zu inputs by hand, and 256 of one byte each\n", count);

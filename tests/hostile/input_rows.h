@@ -30,6 +30,8 @@ struct InputRow {
   int error_line = 0;
   /// Options beside those of the test, parted by blanks.
   std::string_view options = {};
+  /// The line after that of the error, if the input could not be read on.
+  std::string_view reason = {};
 };
 
 using InputRows = std::vector<InputRow>;
@@ -44,6 +46,8 @@ InputRows letter_rows();
 InputRows byte_rows();
 /// Files of other kinds: FASTQ, tables, compressed files, pictures.
 InputRows foreign_file_rows();
+/// Gzip and BGZF: good, cut short and damaged.
+InputRows gzip_rows();
 /// Several records, with errors before, between and after those that are searched.
 InputRows record_rows();
 

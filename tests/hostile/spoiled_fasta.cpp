@@ -4,6 +4,7 @@
 #include <cctype>
 
 #include "hostile/input_rows.h"
+#include "support/gzip_text.h"
 
 namespace quorix::testing {
 
@@ -133,7 +134,15 @@ std::string spoil(RandomEngine& engine, std::string text) {
   std::size_t count = draw_chance(engine, 60) ? 1 : draw_between(engine, 2, 6);
   for (; count > 0; --count) draw_one(engine, kAccidents)(engine, text);
   if (draw_chance(engine, 1)) move_to_buffer_end(engine, text);
+  // What begins as gzip is not read as it stands.
+  if (text.starts_with("\037\213")) text.insert(0, "\n");
   return text;
+}
+
+std::string compress(RandomEngine& engine, std::string_view text) {
+  if (draw_chance(engine, 30)) return bgzf(text, draw_between(engine, 50, 500));
+  const std::size_t first_length = draw_between(engine, 0, text.size());
+  return gzip_member(text.substr(0, first_length)) + stored_member(text.substr(first_length));
 }
 
 }  // namespace quorix::testing

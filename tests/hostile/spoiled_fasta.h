@@ -4,6 +4,7 @@
 /// FASTA files as they should be, and what can happen to them on their way.
 
 #include <string>
+#include <string_view>
 
 #include "support/random_dna.h"
 
@@ -17,5 +18,8 @@ std::string draw_fasta(RandomEngine& engine);
 /// and pieces of other files, FASTA or not, spliced in. Sometimes a long line moves the place of
 /// the accident to where a read buffer ends.
 std::string spoil(RandomEngine& engine, std::string text);
+
+/// `text` as gzip: in two members, or in BGZF of short members.
+std::string compress(RandomEngine& engine, std::string_view text);
 
 }  // namespace quorix::testing

@@ -1,5 +1,6 @@
-// Good files that something has happened to, from a seed that is printed. Each run has to end
-// quickly, with the status, the line and the records that the plain reader finds.
+// Good files that something has happened to, from a seed that is printed; some are compressed after
+// that, which must change nothing. Each run has to end quickly, with the status, the line and the
+// records that the plain reader finds.
 //
 //   quorix_spoiled_input_test --cases=100000 --seed=1
 
@@ -116,7 +117,7 @@ void run_case(std::uint64_t seed, const CRunFolder& folder) {
   RandomEngine engine(seed);
   const std::string text = spoil(engine, draw_fasta(engine));
   const auto& options = kOptions[draw_between(engine, 0, kOptions.size() - 1)];
-  folder.write("in.fa", text);
+  folder.write("in.fa", draw_chance(engine, 25) ? compress(engine, text) : text);
 
   const double processor_start = seconds_of_children();
   const auto wall_start = std::chrono::steady_clock::now();

@@ -11,7 +11,7 @@
 # LONGEST_INPUT=BYTES in the environment is taken instead of the longest input of the harnesses:
 # short ones run many times as fast.
 #
-# A harness is one of parse, search, kernel, report and args; without one all of them are meant. The
+# A harness is one of parse, unpack, search, kernel, report and args; without one all of them are meant. The
 # last that a run prints is a Markdown table. It fails if there is a finding: the input of each is
 # in build-fuzz/findings/HARNESS, and stays one until it is taken out of there.
 #
@@ -22,10 +22,10 @@ export LC_ALL=C
 
 source "$(dirname -- "$(readlink -f -- "${BASH_SOURCE[0]}")")/usage.sh"
 
-readonly all_harnesses=(parse search kernel report args)
+readonly all_harnesses=(parse unpack search kernel report args)
 
 # Bytes of the longest input: beyond them nothing new can come.
-declare -rA max_bytes=([parse]=4200 [search]=330 [kernel]=160 [report]=300 [args]=48)
+declare -rA max_bytes=([parse]=4200 [unpack]=2000 [search]=330 [kernel]=160 [report]=300 [args]=48)
 
 # Of `args` the library's tables take most of the time whatever the input is; how often an edge is
 # taken tells nothing then, and counting costs a fifth. Weighing thousands of inputs by how rare

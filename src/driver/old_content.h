@@ -7,9 +7,15 @@
 
 namespace quorix {
 
-/// True if `filename` is a regular file that begins with '>', as sequences in FASTA format do and
-/// no report does. False for other kinds of files, which are not opened, and where the content
-/// cannot be read.
-[[nodiscard]] bool begins_like_fasta(const std::string& filename);
+/// What a file holds, by its first bytes.
+enum class OldContent {
+  kFasta,  ///< it begins with '>', as sequences in FASTA format do and no report does
+  kGzip,   ///< it begins with the two bytes of gzip, and may hold sequences
+  kOther,  ///< anything else, or what cannot be read
+};
+
+/// Returns what the regular file `filename` holds. Other kinds of files are not opened, and count
+/// as `kOther`.
+[[nodiscard]] OldContent old_content_of(const std::string& filename);
 
 }  // namespace quorix

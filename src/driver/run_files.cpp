@@ -25,6 +25,9 @@ constexpr const char* kIsForMessages = "It is the same file as standard error.";
 constexpr const char* kHoldsSequences =
     "It begins with '>', as a file of sequences does. Remove it first if the report may replace "
     "it.";
+constexpr const char* kMayHoldSequences =
+    "It begins as a gzip file does, and may hold sequences. Remove it first if the report may "
+    "replace it.";
 constexpr const char* kIsInUse = "It is locked: another run is writing to it.";
 constexpr const char* kHowManyNames =
     "Name one input file and, after it, at most one report file. Of more names none is taken.\n";
@@ -72,8 +75,13 @@ int claim_report(COutputFile& report, Missing missing) {
   const Claim claim = report.claim_name(name, missing);
   if (claim == Claim::kFailed) return refuse_output_file(name, "", kOutputNotOpened);
   if (claim == Claim::kInUse) return refuse_output_file(name, kIsInUse, kOutputNotOpened);
-  if (claim == Claim::kHeld && begins_like_fasta(name)) {
+  if (claim != Claim::kHeld) return kSuccess;
+  const OldContent old_content = old_content_of(name);
+  if (old_content == OldContent::kFasta) {
     return refuse_output_file(name, kHoldsSequences, kOutputNotOpened);
+  }
+  if (old_content == OldContent::kGzip) {
+    return refuse_output_file(name, kMayHoldSequences, kOutputNotOpened);
   }
   return kSuccess;
 }

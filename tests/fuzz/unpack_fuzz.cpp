@@ -35,10 +35,10 @@ struct Lengths {
 };
 
 constexpr std::array<Lengths, 5> kLengths{
-    {{1'000'000, 1'000'000}, {1, 1'000'000}, {7, 100}, {4096, 1}, {64, 4096}}};
+    {{100'000, 100'000}, {1, 100'000}, {7, 100}, {4096, 1}, {64, 4096}}};
 
 /// Longer texts only take time.
-constexpr std::size_t kMaxText = 300'000;
+constexpr std::size_t kMaxText = 70'000;
 
 struct Unpacked {
   std::string text;

@@ -96,6 +96,17 @@ TEST_F(RunFilesOpening, refuses_a_report_that_would_replace_sequences) {
   EXPECT_EQ(folder_.text("100%%s.fa"), ">b\nACGT\n");
 }
 
+TEST_F(RunFilesOpening, refuses_a_report_that_would_replace_a_gzip_file) {
+  global_input_filename = folder_.write("in.fa", ">a\nACGT\n");
+  global_output_filename = folder_.write("b.fa.gz", "\x1f\x8b");
+  EXPECT_EQ(opened(), "-102 Sorry! Failed to open file\n   \"" + folder_.path("b.fa.gz") +
+                          "\"\nas output file.\n"
+                          "It begins as a gzip file does, and may hold sequences. Remove it first "
+                          "if the report may replace it.\n"
+                          "\nAnalysis has been aborted due to errors. Error number: -102\n\n");
+  EXPECT_EQ(folder_.text("b.fa.gz"), "\x1f\x8b");
+}
+
 constexpr const char* kIsInUse =
     "\"\nas output file.\nIt is locked: another run is writing to it.\n"
     "\nAnalysis has been aborted due to errors. Error number: -102\n\n";

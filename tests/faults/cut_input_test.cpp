@@ -7,6 +7,7 @@
 #include "faults/point_log.h"
 #include "reference/plain_fasta.h"
 #include "support/default_settings.h"
+#include "support/gzip_text.h"
 #include "support/random_options.h"
 #include "support/record_runs.h"
 
@@ -86,6 +87,30 @@ TEST_F(CutInput, has_the_error_of_what_is_left) {
       "RYKMSWBDHVX\n>x\rACACACACACACAC\r\r\n>last >one\nGTGTGTGTGTGT>\nACGT\n>never\nACGT\n";
   cut_everywhere("imperfect", input, 1, log);
   log.expect_no_findings(input.size());
+}
+
+/// What is wrong with the outcome of a run on compressed input that was cut.
+std::string find_clean_end(const Outcome& outcome) {
+  if (outcome.status != kInputReadError) return "expected was status 231";
+  if (outcome.report.find(kSuccessMark) != std::string::npos) return "a mark of success";
+  return outcome.messages.find("\nGzip member at offset ") == std::string::npos ? "no reason" : "";
+}
+
+TEST_F(CutInput, that_is_compressed_has_no_clean_end) {
+  CPointLog log("cut compressed inputs");
+  const CFaultFolder folder;
+  const RunShape shape{"exact", true, true};
+  const std::string half = CFaultFolder::input().substr(0, 300);
+  const std::string input = gzip_member(half) + gzip_member(CFaultFolder::input().substr(300));
+  const std::size_t boundary = gzip_member(half).size();
+  for (std::size_t length = 2; length < input.size(); ++length) {
+    if (length == boundary) continue;  // the end of the first member is one of a file as well
+    static_cast<void>(folder.file_of(kInputName, input.substr(0, length)));
+    const Outcome outcome = run_program_once(folder, shape.plan());
+    log.add(shape.name() + ", cut to " + std::to_string(length) + " bytes", outcome,
+            find_clean_end(outcome));
+  }
+  log.expect_no_findings(100);
 }
 
 }  // namespace

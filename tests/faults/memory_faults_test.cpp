@@ -13,6 +13,7 @@
 #include "faults/fault_runs.h"
 #include "faults/memory_faults.h"
 #include "faults/point_log.h"
+#include "support/gzip_text.h"
 
 namespace quorix::testing {
 namespace {
@@ -71,11 +72,12 @@ std::string describe(const RunShape& shape, std::uint64_t number, bool is_lastin
          (is_lasting ? " and all later ones" : "");
 }
 
-/// Refuses every allocation of a run in turn. Adds to `lacking_count` how often
-/// the edits of a repeat could not grow.
-void refuse_every_allocation(const RunShape& shape, bool is_lasting, CPointLog& log,
-                             std::size_t& lacking_count) {
+/// Refuses every allocation of a run on `input` in turn. Adds to `lacking_count` how often the
+/// edits of a repeat could not grow.
+void refuse_every_allocation(const RunShape& shape, const std::string& input, bool is_lasting,
+                             CPointLog& log, std::size_t& lacking_count) {
   const CFaultFolder folder;
+  static_cast<void>(folder.file_of(kInputName, input));
   CMemoryFaultPage page(folder);
   const Outcome undisturbed = run_program_once(folder, page.prepare(shape.plan(), 0, false));
   ASSERT_EQ(undisturbed.status, 0);
@@ -115,7 +117,9 @@ void refuse_allocations_of_search(const RunShape& shape, bool is_lasting, CPoint
 TEST(RefusedAllocation, ends_the_run_with_a_message) {
   CPointLog log("refused allocations");
   std::size_t lacking_count = 0;
-  refuse_every_allocation({"imperfect", true, true}, false, log, lacking_count);
+  for (const std::string& input : {CFaultFolder::input(), gzip_member(CFaultFolder::input())}) {
+    refuse_every_allocation({"imperfect", true, true}, input, false, log, lacking_count);
+  }
   EXPECT_GT(lacking_count, 0U);
   refuse_allocations_of_search({"extendExact", true, true}, false, log);
   refuse_allocations_of_search({"exact", false, false}, false, log);
@@ -125,7 +129,9 @@ TEST(RefusedAllocation, ends_the_run_with_a_message) {
 TEST(RefusedAllocation, ends_the_run_with_a_message_when_no_more_memory_comes) {
   CPointLog log("refused allocations, and all later ones");
   std::size_t lacking_count = 0;
-  refuse_every_allocation({"imperfect", true, true}, true, log, lacking_count);
+  for (const std::string& input : {CFaultFolder::input(), gzip_member(CFaultFolder::input())}) {
+    refuse_every_allocation({"imperfect", true, true}, input, true, log, lacking_count);
+  }
   EXPECT_GT(lacking_count, 0U);
   refuse_allocations_of_search({"extendExact", true, true}, true, log);
   refuse_allocations_of_search({"exact", false, false}, true, log);

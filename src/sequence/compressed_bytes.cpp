@@ -6,7 +6,7 @@ namespace quorix {
 
 namespace {
 
-constexpr std::size_t kBlockSize = 256 * 1024;
+constexpr std::size_t kBlockSize = 262'144;
 
 }  // namespace
 

@@ -44,7 +44,8 @@ class CHeaderBytes {
   }
 
   void skip_text() {
-    while (take() != 0) continue;
+    while (take() != 0) {
+    }
   }
 
   [[nodiscard]] std::uint32_t checksum() const { return checksum_; }

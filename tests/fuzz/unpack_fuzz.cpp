@@ -38,7 +38,7 @@ constexpr std::array<Lengths, 5> kLengths{
     {{100'000, 100'000}, {1, 100'000}, {7, 100}, {4096, 1}, {64, 4096}}};
 
 /// Longer texts only take time.
-constexpr std::size_t kMaxText = 70'000;
+constexpr std::size_t kMaxText = 40'000;
 
 struct Unpacked {
   std::string text;

@@ -7,8 +7,8 @@
 #
 # PROGRAM is `quorix`, VARIANT is `quorix_variant` of the same build, KEPT is a folder. The ways are:
 # as it is; as on each processor that this one can stand for; with read buffers of several lengths;
-# in three locales; from standard input, as a file and as a pipe; from a named pipe. A difference is
-# one line of output, and status 1.
+# in three locales; from standard input, as a file and as a pipe; from a named pipe; compressed. A
+# difference is one line of output, and status 1.
 set -euo pipefail
 
 [ $# -eq 4 ] || { echo 'usage: compare_runs.sh PROGRAM VARIANT INPUTS KEPT' >&2 && exit 2; }
@@ -112,6 +112,9 @@ check_all() {
   check 'named pipe' "$program"
   wait
   rm in.fa
+  gzip --stdout file.fa >in.fa
+  check 'gzip' "$program"
+  check 'gzip, buffer of 7' "$variant" any 7
 }
 
 make_locales

@@ -53,6 +53,7 @@ class Tree:
                             copy_function=copy_if_changed)
         shutil.copy(ROOT / "CMakeLists.txt", self.tree)
         subprocess.run(["cmake", "-S", self.tree, "-B", self.build, "-DQUORIX_BUILD_TESTS=ON",
+                        "-DQUORIX_BUILD_TOOLS=OFF",
                         "-DCMAKE_BUILD_TYPE=Release", "-DCMAKE_CXX_FLAGS_RELEASE=-O2 -DNDEBUG"],
                        check=True, stdout=subprocess.DEVNULL)
 

@@ -10,12 +10,12 @@ set -euo pipefail
 
 source "$(dirname -- "$(readlink -f -- "${BASH_SOURCE[0]}")")/usage.sh"
 
-readonly run_packages=(g++ cmake make libtclap-dev libhwy-dev zlib1g-dev)
+readonly run_packages=(g++ cmake make libtclap-dev libhwy-dev libcli11-dev zlib1g-dev)
 readonly test_packages=("${run_packages[@]}"
   libgtest-dev librapidcheck-dev libbenchmark-dev clang clang-format clang-tidy cppcheck locales
-  ninja-build python3)
+  ninja-build nlohmann-json3-dev python3)
 readonly coverage_packages=("${run_packages[@]}" libgtest-dev librapidcheck-dev gcovr ninja-build
-  python3)
+  nlohmann-json3-dev python3)
 readonly measure_packages=("${run_packages[@]}" time)
 readonly bench_packages=("${run_packages[@]}" libbenchmark-dev)
 readonly mutate_packages=("${run_packages[@]}" libgtest-dev librapidcheck-dev ninja-build python3)

@@ -45,8 +45,8 @@ say_where_it_ended() { # STATUS
 }
 
 check_format() {
-  stage "Format of src, tests and bench (clang-format)"
-  find src tests bench \( -name '*.cpp' -o -name '*.h' \) -print0 | sort --zero-terminated |
+  stage "Format of src, tools, tests and bench (clang-format)"
+  find src tools tests bench \( -name '*.cpp' -o -name '*.h' \) -print0 | sort --zero-terminated |
     xargs --null clang-format --dry-run -Werror
 }
 
@@ -89,28 +89,28 @@ lint_file() {
 }
 export -f lint_file
 
-# The files that the preset 'clang' compiles for src and bench: joined ones and single ones.
+# The files that the preset 'clang' compiles for src, tools and bench: joined ones and single ones.
 list_joined_files() {
   sed --quiet 's/^ *"file": "\(.*\)",\{0,1\}$/\1/p' build-clang/compile_commands.json | sort --unique |
-    grep --extended-regexp "^$PWD/((src|bench)/|build-clang/(src|bench)/.*/Unity/)"
+    grep --extended-regexp "^$PWD/((src|tools|bench)/|build-clang/(src|tools|bench)/.*/Unity/)"
 }
 
 lint() {
-  stage "Lint of src and bench (clang-tidy)"
+  stage "Lint of src, tools and bench (clang-tidy)"
   # The longest runs first, so that none is left for the end: the search of paths takes most of the
   # time, and the longer a file, the longer it takes.
   # shellcheck disable=SC2016  # the $1 is for the inner shell
   {
-    find src bench -name '*.cpp' -printf '%s %p\n' | sort --numeric-sort --reverse |
+    find src tools bench -name '*.cpp' -printf '%s %p\n' | sort --numeric-sort --reverse |
       cut --delimiter=' ' --fields=2- |
       awk -v checks="$own_checks" '{ print "build-dev"; print checks; print }'
     list_joined_files | awk -v checks="$shared_checks" '{ print "build-clang"; print checks; print }'
   } | xargs --delimiter='\n' --max-args=3 --max-procs="$jobs" bash -c 'lint_file "$@"' lint_file
 
-  stage "Lint of src (cppcheck)"
+  stage "Lint of src and tools (cppcheck)"
   cppcheck --std=c++20 --language=c++ --enable=warning,style,performance,portability --quiet \
     --inline-suppr --suppressions-list=.cppcheck-suppressions --error-exitcode=1 \
-    -I src -DHWY_ONCE=1 -DHWY_TARGET=64 src
+    -I src -I . -DHWY_ONCE=1 -DHWY_TARGET=64 src tools
 }
 
 main() {

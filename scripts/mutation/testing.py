@@ -98,6 +98,7 @@ class Tree:
             generator = ["-G", "Ninja"] if shutil.which("ninja") else []
             subprocess.run(
                 ["cmake", *generator, "-S", self.tree, "-B", self.build, "-DQUORIX_BUILD_TESTS=ON",
+                 "-DQUORIX_BUILD_TOOLS=OFF",
                  "-DCMAKE_BUILD_TYPE=Mutation", f"-DCMAKE_CXX_FLAGS={flags}"],
                 check=True, stdout=subprocess.DEVNULL)
         self.aside = self.folder / "switched"

@@ -2,8 +2,9 @@
 # Fails on any include in a source tree that the table of the layers does not allow, and on a table
 # with an arrow that points up.
 #
-#   check_include_layers.sh SOURCE_FOLDER
+#   check_include_layers.sh SOURCE_FOLDER [TOOLS_FOLDER]
 #
+# TOOLS_FOLDER is a folder with the name `tools`. Its includes are written from the folder around it.
 # Looked at are the lines with #include of every .h and .cpp file. A finding is one line of output:
 # "file:line: what is wrong".
 set -euo pipefail
@@ -12,6 +13,11 @@ set -euo pipefail
 # from besides their own. A folder may name only folders further down in this table. Every folder of
 # the tree has a line.
 readonly layers='
+tools             tools/commands
+tools/commands    tools/formats tools/report tools/io
+tools/formats     tools/report tools/io
+tools/report      tools/io report sequence
+tools/io
 driver            search report console sequence settings
 search            search/modes search/scan search/extension search/rules report sequence settings
 search/modes      search/scan search/extension search/filter search/rules report console sequence settings
@@ -33,6 +39,8 @@ readonly system_headers='fcntl.h sys/file.h sys/stat.h unistd.h'
 readonly third_party_headers='
 tclap/  driver/command_line.cpp
 zlib.h  sequence/inflater.cpp
+CLI/    tools/commands/command_line.cpp
+zlib.h  tools/io/gzip_input.cpp
 hwy/    search/filter/batch_bound.cpp
 hwy/    search/filter/chain_sieve.cpp
 hwy/    search/filter/dp_cell.h
@@ -43,6 +51,7 @@ hwy/    search/filter/single_bound.cpp
 
 declare -A may_include=() # folder -> folders, itself included, with a blank before and after each
 findings=''
+tools_parent=. # where includes of the tools are written from
 
 # Reads the table from its end: whatever a line names has to be known by then.
 read_layers() {
@@ -59,10 +68,12 @@ read_layers() {
   done <<<"$(tac <<<"$layers")"
 }
 
-# Prints "file line kind name" for each include; kind is 'own' for "name" and 'system' for <name>.
-list_includes() {
+# list_includes FOLDER PART: prints "file line kind name" for each include below a part of a folder;
+# kind is 'own' for "name" and 'system' for <name>. Files are named from the folder.
+list_includes() (
+  cd -- "$1"
   # shellcheck disable=SC2016  # $0 is awk's
-  find . \( -name '*.h' -o -name '*.cpp' \) -printf '%P\0' | sort --zero-terminated |
+  find "$2" \( -name '*.h' -o -name '*.cpp' \) -print0 | sort --zero-terminated |
     xargs --null awk '
       /^[ \t]*#[ \t]*include/ {
         name = $0
@@ -70,9 +81,11 @@ list_includes() {
         kind = substr(name, 1, 1) == "<" ? "system" : "own"
         sub(/^["<]/, "", name)
         sub(/[">].*/, "", name)
-        print FILENAME, FNR, kind, name
+        file = FILENAME
+        sub(/^[.]\//, "", file)
+        print file, FNR, kind, name
       }'
-}
+)
 
 # report FILE LINE TEXT
 report() { findings+="$1:$2: $3"$'\n'; }
@@ -80,7 +93,7 @@ report() { findings+="$1:$2: $3"$'\n'; }
 # check_own FILE LINE NAME
 check_own() {
   local from=${1%/*} to=${3%/*}
-  if [[ $3 != */* || $3 == *..* || ! -f $3 ]]; then
+  if [[ $3 != */* || $3 == *..* || ( ! -f $3 && ! -f $tools_parent/$3 ) ]]; then
     report "$1" "$2" "\"$3\" is no file written from the source folder"
   elif [[ $3 != *.h ]]; then
     report "$1" "$2" "\"$3\" is no header"
@@ -114,10 +127,16 @@ check_circles() {
 
 main() {
   local includes file line kind name
-  [ $# -eq 1 ] || { echo 'usage: check_include_layers.sh SOURCE_FOLDER' >&2 && exit 2; }
+  [ $# -eq 1 ] || [ $# -eq 2 ] ||
+    { echo 'usage: check_include_layers.sh SOURCE_FOLDER [TOOLS_FOLDER]' >&2 && exit 2; }
+  [ $# -eq 1 ] || tools_parent=$(readlink -f -- "$2/..")
   cd -- "$(readlink -f -- "$1")"
-  includes=$(list_includes)
+  includes=$(list_includes . .)
   [ -n "$includes" ] || { echo "no includes found in $1" && exit 1; }
+  if [ $# -eq 2 ]; then
+    includes+=$'\n'$(list_includes "$tools_parent" tools)
+    [[ $includes == *$'\n'tools/* ]] || { echo "no includes found in $2" && exit 1; }
+  fi
 
   read_layers
   while read -r file line kind name; do

@@ -2,21 +2,22 @@
 # Plants faults into copies of the source trees and fails unless the checks beside this file find
 # every one of them, and nothing in the copy without a fault.
 #
-#   checks_can_fail.sh SOURCE_FOLDER BENCH_FOLDER PLAIN_PROGRAM
+#   checks_can_fail.sh SOURCE_FOLDER TOOLS_FOLDER BENCH_FOLDER PLAIN_PROGRAM
 #
 # PLAIN_PROGRAM is one that does hold the plain engine.
 set -euo pipefail
 
-[ $# -eq 3 ] ||
-  { echo 'usage: checks_can_fail.sh SOURCE_FOLDER BENCH_FOLDER PLAIN_PROGRAM' >&2 && exit 2; }
+[ $# -eq 4 ] ||
+  { echo 'usage: checks_can_fail.sh SOURCE_FOLDER TOOLS_FOLDER BENCH_FOLDER PLAIN_PROGRAM' >&2 && exit 2; }
 checks=$(dirname -- "$(readlink -f -- "${BASH_SOURCE[0]}")")
 source_folder=$1
-bench_folder=$2
-plain_program=$3
-readonly checks source_folder bench_folder plain_program
+tools_folder=$2
+bench_folder=$3
+plain_program=$4
+readonly checks source_folder tools_folder bench_folder plain_program
 
 scratch=$(mktemp --directory)
-readonly copy="$scratch/src" bench_copy="$scratch/bench"
+readonly copy="$scratch/src" tools_copy="$scratch/tools" bench_copy="$scratch/bench"
 trap 'rm -rf -- "$scratch"' EXIT
 failures=0
 
@@ -28,12 +29,12 @@ fresh_copy() {
 # plant FILE LINE: puts the line at the end of a file of the copy.
 plant() { printf '%s\n' "$2" >>"$copy/$1"; }
 
-# expect_finding TEXT CHECK ARGUMENT: the check must fail, and say the text. CHECK is a file beside
+# expect_finding TEXT CHECK ARGUMENT...: the check must fail, and say the text. CHECK is a file beside
 # this one, or a path.
 expect_finding() {
   local output status=0 check="$checks/$2"
   [[ $2 != /* ]] || check=$2
-  output=$("$check" "$3" 2>&1) || status=$?
+  output=$("$check" "${@:3}" 2>&1) || status=$?
   if [ "$status" -ne 1 ] || [[ $output != *"$1"* ]]; then
     printf 'not found by %s (status %s): %s\n%s\n' "$2" "$status" "$1" "$output"
     failures=$((failures + 1))
@@ -50,6 +51,29 @@ expect_include_finding() {
 fresh_copy
 "$checks/check_include_layers.sh" "$copy"
 "$checks/check_file_lengths.sh" "$copy"
+
+# The same for the tools, which may use libraries of the program.
+expect_tools_finding() { # FILE LINE TEXT
+  rm -rf -- "$tools_copy"
+  cp -R -- "$tools_folder" "$tools_copy"
+  printf '%s\n' "$2" >>"$tools_copy/$1"
+  expect_finding "$3" check_include_layers.sh "$source_folder" "$tools_copy"
+}
+
+"$checks/check_include_layers.sh" "$source_folder" "$tools_folder"
+"$checks/check_file_lengths.sh" "$tools_folder"
+expect_tools_finding io/line_reader.h '#include "tools/report/repeat.h"' \
+  'tools/io may not include "tools/report/repeat.h"'
+expect_tools_finding report/repeat.h '#include "tools/formats/format_writer.h"' \
+  'tools/report may not include "tools/formats/format_writer.h"'
+expect_tools_finding formats/format_writer.h '#include "tools/commands/convert_command.h"' \
+  'tools/formats may not include "tools/commands/convert_command.h"'
+expect_tools_finding report/report_reader.cpp '#include "search/search_controller.h"' \
+  'tools/report may not include "search/search_controller.h"'
+expect_tools_finding report/report_reader.cpp '#include <zlib.h>' \
+  '<zlib.h> may not be included here'
+expect_include_finding driver/run.h '#include "tools/io/errors.h"' \
+  '"tools/io/errors.h" is no file written from the source folder'
 
 # The same for the benchmarks.
 expect_bench_finding() { # FILE LINE TEXT

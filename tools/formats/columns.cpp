@@ -1,0 +1,66 @@
+#include "tools/formats/columns.h"
+
+#include <algorithm>
+#include <string>
+
+#include "tools/io/errors.h"
+
+namespace quorix::tools {
+
+namespace {
+
+[[noreturn]] void refuse(std::string_view identifier, std::string_view format,
+                         const std::string& reason) {
+  throw InputError("the identifier \"" + std::string(identifier) + "\" cannot stand in " +
+                   std::string(format) + ": " + reason);
+}
+
+}  // namespace
+
+void add_copies(COutput& output, const Repeat& repeat) {
+  const std::int64_t whole = repeat.normalized_length / repeat.unit_length;
+  const std::int64_t rest = repeat.normalized_length % repeat.unit_length;
+  const std::int64_t hundredths = (rest * 200 + repeat.unit_length) / (2 * repeat.unit_length);
+  output.add_number(whole + hundredths / 100);
+  const char decimals[] = {'.', static_cast<char>('0' + hundredths % 100 / 10),
+                           static_cast<char>('0' + hundredths % 10)};
+  output.add({decimals, sizeof decimals});
+}
+
+void add_count(COutput& output, std::int64_t count) {
+  if (count == kNotTold) {
+    output.add(kNoValue);
+  } else {
+    output.add_number(count);
+  }
+}
+
+void add_text(COutput& output, std::string_view text) {
+  output.add(text.empty() ? kNoValue : text);
+}
+
+bool has_perfection(const Repeat& repeat) {
+  return repeat.perfection.find_first_of("ni") == std::string_view::npos;
+}
+
+void add_perfection(COutput& output, const Repeat& repeat) {
+  output.add(has_perfection(repeat) ? repeat.perfection : kNoValue);
+}
+
+void check_column_text(std::string_view identifier, std::string_view format) {
+  if (identifier.find('\t') != std::string_view::npos) {
+    refuse(identifier, format, "it holds a tab, which ends a column");
+  }
+}
+
+void check_bed_identifier(std::string_view identifier, std::string_view format) {
+  check_column_text(identifier, format);
+  for (const std::string_view begin : {"#", "track", "browser"}) {
+    if (identifier.starts_with(begin)) {
+      refuse(identifier, format,
+             "a line that begins with \"" + std::string(begin) + "\" is no repeat there");
+    }
+  }
+}
+
+}  // namespace quorix::tools

@@ -1,0 +1,47 @@
+#pragma once
+
+/// @file
+/// The formats that reports are converted to, behind one interface.
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "tools/io/output.h"
+#include "tools/report/repeat.h"
+
+namespace quorix::tools {
+
+/// A record as an output names it.
+struct OutputSequence {
+  std::string_view identifier;
+  std::int64_t length = 0;  ///< in bp
+};
+
+/// Writes repeats in one format. The calls come in this order: `begin`; for each record
+/// `begin_sequence`, `add` for each of its repeats, `end_sequence`. Each may throw
+/// OutputError, and InputError for what the format cannot hold.
+class CFormatWriter {
+ public:
+  explicit CFormatWriter(COutput& output) : output_(output) {}
+  CFormatWriter(const CFormatWriter&) = delete;
+  CFormatWriter& operator=(const CFormatWriter&) = delete;
+  virtual ~CFormatWriter() = default;
+
+  virtual void begin() {}
+  virtual void begin_sequence(const OutputSequence& /*sequence*/) {}
+  virtual void add(const OutputSequence& sequence, const Repeat& repeat) = 0;
+  virtual void end_sequence(const OutputSequence& /*sequence*/) {}
+
+ protected:
+  [[nodiscard]] COutput& output() { return output_; }
+
+ private:
+  COutput& output_;
+};
+
+/// Makes the writer of a format. REQUIRES: the format is one of `kFormatNames`.
+std::unique_ptr<CFormatWriter> make_format_writer(const std::string& format, COutput& output);
+
+}  // namespace quorix::tools

@@ -1,0 +1,5 @@
+#include "tools/commands/command_line.h"
+
+int main(int argc, char** argv) {
+  return quorix::tools::run_command_line(argc, argv);
+}

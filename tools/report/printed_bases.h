@@ -1,0 +1,46 @@
+#pragma once
+
+/// @file
+/// The lines below the figures of a repeat: its bases, or its alignment with perfect copies of the
+/// unit. They are checked against the figures, and show which rotation of the unit the repeat
+/// begins with.
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "tools/report/edit_list.h"
+#include "tools/report/repeat.h"
+#include "tools/report/report_settings.h"
+
+namespace quorix::tools {
+
+/// Splits a printed line of bases into the flanks and the repeat between them, members of `repeat`.
+/// Throws: LineFault if a flank is not as long as the setting and the ends of the sequence ask for.
+void split_flanks(std::string_view line, const ReportSettings& settings,
+                  std::int64_t sequence_length, Repeat& repeat);
+
+/// Takes the part below the repeat out of a line of the alignment, which has blanks below flanks.
+/// Throws: LineFault if it is not as long as the line of bases, or has something below a flank.
+[[nodiscard]] std::string_view part_below(std::string_view line, const ReportSettings& settings,
+                                          const Repeat& repeat);
+
+/// Checks the lines one by one and keeps what it needs from repeat to repeat.
+class CPrintedBases {
+ public:
+  /// Checks bases without an alignment. Where the edits are known, `edits` are they, and the motif
+  /// becomes known unless none of the copies has one of its bases. Throws: LineFault.
+  void check_bases(Repeat& repeat, bool are_edits_known, const std::vector<ReportedEdit>& edits);
+
+  /// Checks an alignment column by column, with the edits if the report lists them; the motif
+  /// becomes known. Throws: LineFault.
+  void check_alignment(Repeat& repeat, const std::vector<ReportedEdit>& edits);
+
+ private:
+  void check_columns(const Repeat& repeat, const std::vector<ReportedEdit>& edits) const;
+  void set_motif(Repeat& repeat);
+
+  std::string motif_;
+};
+
+}  // namespace quorix::tools

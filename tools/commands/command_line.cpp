@@ -6,6 +6,7 @@
 #include <CLI/CLI.hpp>
 #include <cstdio>
 #include <exception>
+#include <map>
 #include <set>
 #include <string>
 
@@ -22,18 +23,59 @@ namespace {
 constexpr const char* kVersion = "quorix-tools, version 3.3.2b";
 
 constexpr const char* kExamples = R"(Examples:
-  quorix-tools convert --to tsv genome.report
+  quorix-tools convert --to bed genome.report > genome.bed
   quorix genome.fa | quorix-tools convert --to jsonl -o genome.jsonl -
 
 Statuses: 0 success, 1 internal error, 2 wrong usage, 3 input, 4 output.)";
 
 constexpr const char* kConvertExamples = R"(Examples:
   quorix-tools convert --to tsv -o genome.tsv genome.report
-  quorix-tools convert --to jsonl --full-names part1.report.gz part2.report.gz
-  quorix genome.fa | quorix-tools convert --to tsv - | cut -f 1-5
+  quorix-tools convert --to bed --motif CAG --min-copies 10 genome.report.gz
+  quorix-tools convert --to gff3 --unit-length 1-6 --sequence chr1 --sequence chr2 genome.report
+  quorix-tools convert --to bedgraph --window 1000 genome.report
+  quorix genome.fa | quorix-tools convert --to tsv --sort score - | head
 
-Positions in tsv and jsonl are those of the report: counted from 1, and the end belongs to the
-repeat.)";
+Positions in bed and bedgraph count from 0, and the end is the first base after the repeat. All
+others are those of the report: counted from 1, and the end belongs to the repeat.)";
+
+/// The orders by their names.
+const std::map<std::string, SortKey> kSortKeys{{"position", SortKey::kPosition},
+                                               {"length", SortKey::kLength},
+                                               {"copies", SortKey::kCopies},
+                                               {"score", SortKey::kScore},
+                                               {"perfection", SortKey::kPerfection}};
+
+void add_filters(CLI::App& command, FilterOptions& filters) {
+  constexpr const char* kGroup = "Filters";
+  command
+      .add_option("--unit-length", filters.unit_lengths,
+                  "Only units of A to B bases; A-, -B and A are ranges as well.")
+      ->type_name("A-B")
+      ->group(kGroup);
+  command.add_option("--min-length", filters.min_length, "Only repeats of so many bases or more.")
+      ->group(kGroup);
+  command
+      .add_option("--min-copies", filters.min_copies,
+                  "Only repeats of so many copies or more (normalized length / unit length).")
+      ->group(kGroup);
+  command.add_option("--min-score", filters.min_score, "Only repeats with this score or more.")
+      ->group(kGroup);
+  command
+      .add_option("--min-perfection", filters.min_perfection,
+                  "Only repeats with this perfection or more, in percent.")
+      ->group(kGroup);
+  command
+      .add_option("--motif", filters.motifs,
+                  "Only repeats of this motif, in any rotation and on either strand. May be given "
+                  "several times.")
+      ->allow_extra_args(false)
+      ->group(kGroup);
+  command
+      .add_option("--sequence", filters.sequences,
+                  "Only the record with this identifier. May be given several times.")
+      ->allow_extra_args(false)
+      ->group(kGroup);
+}
 
 void add_convert(CLI::App& program, ConvertOptions& options) {
   CLI::App* const command =
@@ -45,6 +87,14 @@ void add_convert(CLI::App& program, ConvertOptions& options) {
   command->add_option("-o,--output", options.output_name,
                       "The file to write, which replaces an old one when it is complete; without "
                       "it, or for -, standard output.");
+  command->add_option("--window", options.window, "For bedgraph: the length of a window in bases.");
+  command
+      ->add_option_function<std::string>(
+          "--sort", [&options](const std::string& name) { options.sort_key = kSortKeys.at(name); },
+          "The order of the repeats: by identifier and position, or the largest first. All of them "
+          "are held in memory.")
+      ->check(CLI::IsMember(&kSortKeys));
+  add_filters(*command, options.filters);
   command->add_flag("--full-names", options.has_full_names,
                     "Identify records by their whole names instead of the first words.");
   command->add_flag("--allow-incomplete", options.allows_incomplete,

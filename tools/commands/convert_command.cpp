@@ -5,6 +5,8 @@
 #include <cstdio>
 #include <memory>
 
+#include "tools/commands/progress.h"
+#include "tools/formats/format_names.h"
 #include "tools/formats/format_writer.h"
 #include "tools/io/byte_input.h"
 #include "tools/io/errors.h"
@@ -34,33 +36,82 @@ void check_output_name(const ConvertOptions& options) {
   }
 }
 
-void convert_report(const std::string& file_name, const ConvertOptions& options,
-                    CIdentifiers& identifiers, CFormatWriter& writer) {
-  const std::string name = shown_input_name(file_name);
-  CReportReader reader(open_input(file_name), name, options.allows_incomplete);
-  while (reader.next_sequence()) {
-    const OutputSequence sequence{identifiers.add(name, reader.sequence()),
-                                  reader.sequence().length};
-    writer.begin_sequence(sequence);
-    while (reader.next_repeat()) writer.add(sequence, reader.repeat());
-    writer.end_sequence(sequence);
+void check_options(const ConvertOptions& options) {
+  check_output_name(options);
+  if (options.window.has_value() != (options.format == kBedgraph)) {
+    throw UsageError("--to bedgraph needs --window, and no other format takes it");
   }
-  if (!reader.cut_message().empty()) {
-    std::fprintf(stderr, "quorix-tools: incomplete: %s\n", reader.cut_message().c_str());
-  }
+  if (options.window && *options.window < 1) throw UsageError("--window must be 1 or more");
 }
+
+/// What a conversion works with.
+class CConversion {
+ public:
+  CConversion(const ConvertOptions& options, COutput& output)
+      : options_(options),
+        filter_(options.filters),
+        identifiers_(options.has_full_names),
+        writer_(make_format_writer(options.format, output, options.window.value_or(0))) {
+    if (options.sort_key && !writer_->can_be_sorted()) {
+      throw UsageError("--to " + options.format + " has an order of its own; leave out --sort");
+    }
+  }
+
+  void run() {
+    writer_->begin();
+    for (const std::string& name : options_.report_names) convert_report(name);
+    if (const std::string missing = filter_.missing_sequence(); !missing.empty()) {
+      throw InputError("--sequence " + missing + ": no record has this identifier");
+    }
+    if (options_.sort_key) list_.write_sorted(*options_.sort_key, *writer_);
+  }
+
+ private:
+  void convert_report(const std::string& file_name) {
+    const std::string name = shown_input_name(file_name);
+    CReportReader reader(open_input(file_name), name, options_.allows_incomplete);
+    while (reader.next_sequence()) {
+      const std::string& identifier = identifiers_.add(name, reader.sequence());
+      if (filter_.takes_sequence(identifier)) {
+        convert_sequence(reader, name, {identifier, reader.sequence().length});
+      }
+    }
+    if (!reader.cut_message().empty()) {
+      std::fprintf(stderr, "quorix-tools: incomplete: %s\n", reader.cut_message().c_str());
+    }
+  }
+
+  void convert_sequence(CReportReader& reader, const std::string& name,
+                        const OutputSequence& sequence) {
+    writer_->begin_sequence(sequence);
+    if (options_.sort_key) list_.begin_sequence(sequence);
+    while (reader.next_repeat()) {
+      progress_.note(name, reader.byte_count());
+      if (!filter_.takes(reader.repeat())) continue;
+      if (options_.sort_key) {
+        list_.add(reader.repeat());
+      } else {
+        writer_->add(sequence, reader.repeat());
+      }
+    }
+    writer_->end_sequence(sequence);
+  }
+
+  const ConvertOptions& options_;
+  CRepeatFilter filter_;
+  CIdentifiers identifiers_;
+  std::unique_ptr<CFormatWriter> writer_;
+  CRepeatList list_;
+  CProgress progress_;
+};
 
 }  // namespace
 
 void convert(const ConvertOptions& options) {
-  check_output_name(options);
+  check_options(options);
   COutput output(options.output_name);
-  const std::unique_ptr<CFormatWriter> writer = make_format_writer(options.format, output);
-  CIdentifiers identifiers(options.has_full_names);
-  writer->begin();
-  for (const std::string& name : options.report_names) {
-    convert_report(name, options, identifiers, *writer);
-  }
+  CConversion conversion(options, output);
+  conversion.run();
   output.finish();
 }
 

@@ -4,8 +4,12 @@
 /// `quorix-tools convert`: reports in other formats.
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
+
+#include "tools/commands/repeat_filter.h"
+#include "tools/commands/repeat_list.h"
 
 namespace quorix::tools {
 
@@ -15,6 +19,9 @@ struct ConvertOptions {
   std::vector<std::string> report_names;
   bool allows_incomplete = false;
   bool has_full_names = false;
+  std::optional<std::int64_t> window;  ///< of a bedgraph, in bp
+  std::optional<SortKey> sort_key;     ///< none: the order of the reports, in flat memory
+  FilterOptions filters;
 };
 
 /// Converts the reports. Throws: InputError, OutputError, UsageError.

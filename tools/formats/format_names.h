@@ -8,6 +8,9 @@
 
 namespace quorix::tools {
 
-inline constexpr std::array<std::string_view, 2> kFormatNames{"jsonl", "tsv"};
+inline constexpr std::string_view kBedgraph = "bedgraph";
+
+inline constexpr std::array<std::string_view, 5> kFormatNames{"bed", kBedgraph, "gff3", "jsonl",
+                                                              "tsv"};
 
 }  // namespace quorix::tools

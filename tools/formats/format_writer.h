@@ -20,8 +20,9 @@ struct OutputSequence {
 };
 
 /// Writes repeats in one format. The calls come in this order: `begin`; for each record
-/// `begin_sequence`, `add` for each of its repeats, `end_sequence`. Each may throw
-/// OutputError, and InputError for what the format cannot hold.
+/// `begin_sequence`, `add` for each of its repeats, `end_sequence`. Formats that `can_be_sorted`
+/// also take repeats of any record after the end of all. Identifiers must stay where they are. Each
+/// call may throw OutputError, and InputError for what the format cannot hold.
 class CFormatWriter {
  public:
   explicit CFormatWriter(COutput& output) : output_(output) {}
@@ -34,6 +35,9 @@ class CFormatWriter {
   virtual void add(const OutputSequence& sequence, const Repeat& repeat) = 0;
   virtual void end_sequence(const OutputSequence& /*sequence*/) {}
 
+  /// False if repeats must come by their positions, with their records.
+  [[nodiscard]] virtual bool can_be_sorted() const { return true; }
+
  protected:
   [[nodiscard]] COutput& output() { return output_; }
 
@@ -41,7 +45,9 @@ class CFormatWriter {
   COutput& output_;
 };
 
-/// Makes the writer of a format. REQUIRES: the format is one of `kFormatNames`.
-std::unique_ptr<CFormatWriter> make_format_writer(const std::string& format, COutput& output);
+/// Makes the writer of a format; `window`, in bp, is for bedgraph alone. REQUIRES: the format is
+/// one of `kFormatNames`, and the window of a bedgraph is positive.
+std::unique_ptr<CFormatWriter> make_format_writer(const std::string& format, COutput& output,
+                                                  std::int64_t window);
 
 }  // namespace quorix::tools

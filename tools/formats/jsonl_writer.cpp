@@ -102,10 +102,16 @@ void add_edits(COutput& line, std::string_view edits) {
 }  // namespace
 
 void CJsonlWriter::begin_sequence(const OutputSequence& sequence) {
-  quoted_identifier_ = quoted(sequence.identifier);
+  set_identifier(sequence.identifier);
 }
 
-void CJsonlWriter::add(const OutputSequence& /*sequence*/, const Repeat& repeat) {
+void CJsonlWriter::set_identifier(std::string_view identifier) {
+  identifier_ = identifier;
+  quoted_identifier_ = quoted(identifier);
+}
+
+void CJsonlWriter::add(const OutputSequence& sequence, const Repeat& repeat) {
+  if (sequence.identifier.data() != identifier_.data()) set_identifier(sequence.identifier);
   COutput& line = output();
   line.add(R"({"sequence":)");
   line.add(quoted_identifier_);

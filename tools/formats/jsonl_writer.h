@@ -18,6 +18,9 @@ class CJsonlWriter : public CFormatWriter {
   void add(const OutputSequence& sequence, const Repeat& repeat) override;
 
  private:
+  void set_identifier(std::string_view identifier);
+
+  std::string_view identifier_;  ///< whose quoted form follows
   std::string quoted_identifier_;
 };
 

@@ -68,6 +68,34 @@ void check_counts(const Repeat& repeat, const ColumnCounts& counts) {
   }
 }
 
+/// Goes through the columns beside the list of edits, if there is one. Throws: LineFault.
+void check_columns(const Repeat& repeat, const std::vector<ReportedEdit>& edits) {
+  ColumnCounts counts;
+  auto edit = edits.begin();
+  for (std::size_t i = 0; i < repeat.bases.size(); ++i) {
+    const char base = repeat.bases[i];
+    const char unit_base = repeat.aligned_unit[i];
+    if (repeat.marks[i] == '|' && base == unit_base && is_base_letter(base) && base != kUnknown) {
+      ++counts.bases;
+    } else if (repeat.marks[i] == '*' && base == kUnknown && is_base_letter(unit_base)) {
+      ++counts.bases;
+      ++counts.unknown_bases;
+    } else if (repeat.marks[i] == ' ') {
+      const char kind = edit_of_column(base, unit_base, counts);
+      if (!repeat.tells_edits) continue;
+      const ReportedEdit expected{counts.bases + (kind == 'D' ? 1 : 0), kind};
+      if (edit == edits.end() || *edit != expected) {
+        throw LineFault("the alignment does not agree with the list of edits");
+      }
+      ++edit;
+    } else {
+      throw LineFault("column " + std::to_string(i + 1) + " of the alignment is wrong");
+    }
+  }
+  if (edit != edits.end()) throw LineFault("the alignment lacks an edit of the list");
+  check_counts(repeat, counts);
+}
+
 }  // namespace
 
 void split_flanks(std::string_view line, const ReportSettings& settings,
@@ -94,9 +122,8 @@ std::string_view part_below(std::string_view line, const ReportSettings& setting
     throw LineFault("the lines of the alignment differ in length");
   }
   const std::string_view part = line.substr(left, repeat.bases.size());
-  const auto is_blank = [](char character) { return character == ' '; };
-  if (!std::all_of(line.begin(), part.begin(), is_blank) ||
-      !std::all_of(part.end(), line.end(), is_blank)) {
+  if (line.substr(0, left).find_first_not_of(' ') != std::string_view::npos ||
+      line.substr(left + part.size()).find_first_not_of(' ') != std::string_view::npos) {
     throw LineFault("below the flanks there is something");
   }
   return part;
@@ -128,34 +155,6 @@ void CPrintedBases::check_bases(Repeat& repeat, bool are_edits_known,
     if (expected != repeat.bases[i]) throw LineFault("the bases do not repeat as the edits say");
   }
   if (motif_.find(kUnknown) == std::string::npos) repeat.motif = motif_;
-}
-
-void CPrintedBases::check_columns(const Repeat& repeat,
-                                  const std::vector<ReportedEdit>& edits) const {
-  ColumnCounts counts;
-  auto edit = edits.begin();
-  for (std::size_t i = 0; i < repeat.bases.size(); ++i) {
-    const char base = repeat.bases[i];
-    const char unit_base = repeat.aligned_unit[i];
-    if (repeat.marks[i] == '|' && base == unit_base && is_base_letter(base) && base != kUnknown) {
-      ++counts.bases;
-    } else if (repeat.marks[i] == '*' && base == kUnknown && is_base_letter(unit_base)) {
-      ++counts.bases;
-      ++counts.unknown_bases;
-    } else if (repeat.marks[i] == ' ') {
-      const char kind = edit_of_column(base, unit_base, counts);
-      if (!repeat.tells_edits) continue;
-      const ReportedEdit expected{counts.bases + (kind == 'D' ? 1 : 0), kind};
-      if (edit == edits.end() || *edit != expected) {
-        throw LineFault("the alignment does not agree with the list of edits");
-      }
-      ++edit;
-    } else {
-      throw LineFault("column " + std::to_string(i + 1) + " of the alignment is wrong");
-    }
-  }
-  if (edit != edits.end()) throw LineFault("the alignment lacks an edit of the list");
-  check_counts(repeat, counts);
 }
 
 void CPrintedBases::check_alignment(Repeat& repeat, const std::vector<ReportedEdit>& edits) {

@@ -37,7 +37,6 @@ class CPrintedBases {
   void check_alignment(Repeat& repeat, const std::vector<ReportedEdit>& edits);
 
  private:
-  void check_columns(const Repeat& repeat, const std::vector<ReportedEdit>& edits) const;
   void set_motif(Repeat& repeat);
 
   std::string motif_;

@@ -157,7 +157,7 @@ void CReportReader::read_bases(std::string_view line) {
 }
 
 void CReportReader::read_alignment(std::string_view line) {
-  CLineReader& reader = lines_.reader();
+  const CLineReader& reader = lines_.reader();
   const TextSpan bases = reader.span_of(line);
   const TextSpan marks = reader.span_of(lines_.next());
   const std::string_view unit_line = lines_.next();

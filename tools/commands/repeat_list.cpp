@@ -1,0 +1,83 @@
+#include "tools/commands/repeat_list.h"
+
+#include <algorithm>
+#include <charconv>
+#include <cmath>
+#include <tuple>
+
+namespace quorix::tools {
+
+namespace {
+
+/// The members of a repeat that are texts.
+constexpr std::string_view Repeat::*kTexts[] = {
+    &Repeat::perfection,   &Repeat::unit,       &Repeat::motif,
+    &Repeat::edits,        &Repeat::bases,      &Repeat::marks,
+    &Repeat::aligned_unit, &Repeat::left_flank, &Repeat::right_flank};
+
+double copies_of(const Repeat& repeat) {
+  return static_cast<double>(repeat.normalized_length) / static_cast<double>(repeat.unit_length);
+}
+
+/// Returns the perfection in percent, less than any other where it is no number.
+double perfection_of(const Repeat& repeat) {
+  double value = 0;
+  const char* const end = repeat.perfection.data() + repeat.perfection.size();
+  std::from_chars(repeat.perfection.data(), end, value);
+  return std::isfinite(value) ? value : -HUGE_VAL;
+}
+
+}  // namespace
+
+void CRepeatList::add(const Repeat& repeat) {
+  std::size_t length = 0;
+  for (const auto text : kTexts) length += (repeat.*text).size();
+  Entry entry{repeat, std::make_unique<char[]>(length), sequences_.size() - 1};
+  char* place = entry.text.get();
+  for (const auto text : kTexts) {
+    const std::string_view part = repeat.*text;
+    std::copy(part.begin(), part.end(), place);
+    entry.repeat.*text = {place, part.size()};
+    place += part.size();
+  }
+  entries_.push_back(std::move(entry));
+}
+
+template <class Number>
+void CRepeatList::sort_descending(const Number& number) {
+  std::stable_sort(entries_.begin(), entries_.end(), [&](const Entry& left, const Entry& right) {
+    return number(left.repeat) > number(right.repeat);
+  });
+}
+
+void CRepeatList::sort_by_position() {
+  const auto place = [this](const Entry& entry) {
+    return std::tuple(sequences_[entry.sequence].identifier, entry.repeat.start, entry.repeat.end);
+  };
+  std::stable_sort(entries_.begin(), entries_.end(), [&](const Entry& left, const Entry& right) {
+    return place(left) < place(right);
+  });
+}
+
+void CRepeatList::write_sorted(SortKey key, CFormatWriter& writer) {
+  switch (key) {
+    case SortKey::kPosition:
+      sort_by_position();
+      break;
+    case SortKey::kLength:
+      sort_descending([](const Repeat& repeat) { return repeat.length(); });
+      break;
+    case SortKey::kCopies:
+      sort_descending(copies_of);
+      break;
+    case SortKey::kScore:
+      sort_descending([](const Repeat& repeat) { return repeat.score; });
+      break;
+    case SortKey::kPerfection:
+      sort_descending(perfection_of);
+      break;
+  }
+  for (const Entry& entry : entries_) writer.add(sequences_[entry.sequence], entry.repeat);
+}
+
+}  // namespace quorix::tools

@@ -11,9 +11,9 @@
 # LONGEST_INPUT=BYTES in the environment is taken instead of the longest input of the harnesses:
 # short ones run many times as fast.
 #
-# A harness is one of parse, unpack, search, kernel, report and args; without one all of them are meant. The
-# last that a run prints is a Markdown table. It fails if there is a finding: the input of each is
-# in build-fuzz/findings/HARNESS, and stays one until it is taken out of there.
+# A harness is one of parse, unpack, search, kernel, report, args and tools; without one all of them are
+# meant. The last that a run prints is a Markdown table. It fails if there is a finding: the input of
+# each is in build-fuzz/findings/HARNESS, and stays one until it is taken out of there.
 #
 # What a run finds worth keeping goes to build-fuzz/found/HARNESS. --minimise takes from there and
 # from the tree the fewest inputs that meet all edges, and puts them into tests/fuzz/corpus.
@@ -22,10 +22,11 @@ export LC_ALL=C
 
 source "$(dirname -- "$(readlink -f -- "${BASH_SOURCE[0]}")")/usage.sh"
 
-readonly all_harnesses=(parse unpack search kernel report args)
+readonly all_harnesses=(parse unpack search kernel report args tools)
 
 # Bytes of the longest input: beyond them nothing new can come.
-declare -rA max_bytes=([parse]=4200 [unpack]=2000 [search]=330 [kernel]=160 [report]=300 [args]=48)
+declare -rA max_bytes=([parse]=4200 [unpack]=2000 [search]=330 [kernel]=160 [report]=300 [args]=48
+  [tools]=1000)
 
 # Of `args` the library's tables take most of the time whatever the input is; how often an edge is
 # taken tells nothing then, and counting costs a fifth. Weighing thousands of inputs by how rare

@@ -1,10 +1,10 @@
 #include "tools/commands/repeat_filter.h"
 
 #include <charconv>
-#include <cmath>
 
 #include "tools/io/errors.h"
 #include "tools/report/dna_letters.h"
+#include "tools/report/repeat_figures.h"
 
 namespace quorix::tools {
 
@@ -26,13 +26,6 @@ std::int64_t number_of(std::string_view text, const std::string& range) {
     throw UsageError("--unit-length: \"" + range + "\" is no range such as 2-6, 2-, -6 or 3");
   }
   return number;
-}
-
-double perfection_of(const Repeat& repeat) {
-  double value = 0;
-  const char* const end = repeat.perfection.data() + repeat.perfection.size();
-  std::from_chars(repeat.perfection.data(), end, value);
-  return value;
 }
 
 }  // namespace
@@ -80,10 +73,8 @@ std::string CRepeatFilter::missing_sequence() const {
 }
 
 bool CRepeatFilter::takes(const Repeat& repeat) {
-  const auto copies =
-      static_cast<double>(repeat.normalized_length) / static_cast<double>(repeat.unit_length);
   return repeat.unit_length >= min_unit_length_ && repeat.unit_length <= max_unit_length_ &&
-         repeat.length() >= options_.min_length && copies >= options_.min_copies &&
+         repeat.length() >= options_.min_length && copies_of(repeat) >= options_.min_copies &&
          (!options_.min_score || repeat.score >= *options_.min_score) &&
          (options_.min_perfection <= 0 || perfection_of(repeat) >= options_.min_perfection) &&
          (motifs_.empty() || takes_motif(repeat.unit));

@@ -1,9 +1,10 @@
 #include "tools/commands/repeat_list.h"
 
 #include <algorithm>
-#include <charconv>
 #include <cmath>
 #include <tuple>
+
+#include "tools/report/repeat_figures.h"
 
 namespace quorix::tools {
 
@@ -15,16 +16,10 @@ constexpr std::string_view Repeat::*kTexts[] = {
     &Repeat::edits,        &Repeat::bases,      &Repeat::marks,
     &Repeat::aligned_unit, &Repeat::left_flank, &Repeat::right_flank};
 
-double copies_of(const Repeat& repeat) {
-  return static_cast<double>(repeat.normalized_length) / static_cast<double>(repeat.unit_length);
-}
-
-/// Returns the perfection in percent, less than any other where it is no number.
-double perfection_of(const Repeat& repeat) {
-  double value = 0;
-  const char* const end = repeat.perfection.data() + repeat.perfection.size();
-  std::from_chars(repeat.perfection.data(), end, value);
-  return std::isfinite(value) ? value : -HUGE_VAL;
+/// Returns the perfection, or less than any other where it is no number.
+double sorted_perfection(const Repeat& repeat) {
+  const double perfection = perfection_of(repeat);
+  return std::isfinite(perfection) ? perfection : -HUGE_VAL;
 }
 
 }  // namespace
@@ -74,7 +69,7 @@ void CRepeatList::write_sorted(SortKey key, CFormatWriter& writer) {
       sort_descending([](const Repeat& repeat) { return repeat.score; });
       break;
     case SortKey::kPerfection:
-      sort_descending(perfection_of);
+      sort_descending(sorted_perfection);
       break;
   }
   for (const Entry& entry : entries_) writer.add(sequences_[entry.sequence], entry.repeat);

@@ -35,6 +35,12 @@ void add_count(COutput& output, std::int64_t count) {
   }
 }
 
+void add_count_if_told(COutput& output, std::string_view key, std::int64_t count) {
+  if (count == kNotTold) return;
+  output.add(key);
+  output.add_number(count);
+}
+
 void add_text(COutput& output, std::string_view text) {
   output.add(text.empty() ? kNoValue : text);
 }

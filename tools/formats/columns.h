@@ -21,6 +21,9 @@ void add_copies(COutput& output, const Repeat& repeat);
 /// Appends a count, or "." if the report does not tell it.
 void add_count(COutput& output, std::int64_t count);
 
+/// Appends a key and a count, or nothing if the report does not tell it.
+void add_count_if_told(COutput& output, std::string_view key, std::int64_t count);
+
 /// Appends a text, or "." if it is empty.
 void add_text(COutput& output, std::string_view text);
 

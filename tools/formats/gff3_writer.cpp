@@ -54,12 +54,6 @@ std::string_view type_of(std::int64_t unit_length) {
   return unit_length < kMinSatelliteUnit ? "minisatellite" : "satellite_DNA";
 }
 
-void add_count_if_told(COutput& line, std::string_view key, std::int64_t count) {
-  if (count == kNotTold) return;
-  line.add(key);
-  line.add_number(count);
-}
-
 void add_attributes(COutput& line, const Repeat& repeat) {
   line.add(";Name=");
   line.add(repeat.unit);

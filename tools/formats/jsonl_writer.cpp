@@ -70,10 +70,6 @@ void add_number(COutput& line, std::string_view key, std::int64_t number) {
   line.add_number(number);
 }
 
-void add_count_if_told(COutput& line, std::string_view key, std::int64_t count) {
-  if (count != kNotTold) add_number(line, key, count);
-}
-
 /// For texts of letters, which need no escapes.
 void add_text_if_told(COutput& line, std::string_view key, std::string_view text) {
   if (text.empty()) return;

@@ -1,11 +1,11 @@
 #include "tools/report/information_line.h"
 
-#include <charconv>
 #include <cmath>
 #include <string>
 
 #include "report/repeat_names.h"
 #include "tools/report/dna_letters.h"
+#include "tools/report/repeat_figures.h"
 #include "tools/report/text_cursor.h"
 
 namespace quorix::tools {
@@ -111,9 +111,7 @@ void check_perfection(const Repeat& repeat, const ReportSettings& settings) {
   std::int64_t counted = repeat.normalized_length;
   if (settings.n_perfection != NPerfection::kMatch) matched -= repeat.ns;
   if (settings.n_perfection == NPerfection::kNeutral) counted -= repeat.ns;
-  double told = 0;
-  const char* const end = repeat.perfection.data() + repeat.perfection.size();
-  std::from_chars(repeat.perfection.data(), end, told);
+  const double told = perfection_of(repeat);
   const double expected = static_cast<double>(matched) / static_cast<double>(counted) * 100;
   const bool is_right =
       std::isfinite(expected) ? std::abs(told - expected) <= kTolerance : !std::isfinite(told);

@@ -196,6 +196,22 @@ TEST(Convert, an_output_that_fails_ends_with_status_4) {
   EXPECT_EQ(closed.err, "quorix-tools: standard output: Bad file descriptor\n");
 }
 
+TEST(Convert, no_message_gets_into_an_output) {
+  const CToolFolder folder;
+  const std::string report = example_report();
+  const std::string cut = folder.write("cut", report.substr(0, report.size() - 1));
+  const std::string out = folder.path("out");
+  const ProcessResult run = run_in_child([&] {
+    ::close(STDERR_FILENO);
+    const char* const words[] = {"quorix-tools", "convert",   "--to",      "tsv",
+                                 "-o",           out.c_str(), cut.c_str(), "--allow-incomplete"};
+    return tools::run_command_line(8, words);
+  });
+  EXPECT_EQ(run.status, 0);
+  EXPECT_EQ(folder.read("out").find(kHead), 0U);
+  EXPECT_EQ(folder.read("out").find("incomplete"), std::string::npos);
+}
+
 TEST(Convert, a_pipe_that_nobody_reads_ends_the_run_quietly) {
   const CToolFolder folder;
   const std::string report = folder.write("r", example_report());

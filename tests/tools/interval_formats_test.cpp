@@ -115,6 +115,16 @@ TEST(BedgraphFormat, has_the_share_of_each_window) {
   EXPECT_EQ(converted(report, "bedgraph", 1000), "c\t0\t38\t0.763158\nnone\t0\t5\t0\n");
 }
 
+TEST(BedgraphFormat, says_nothing_of_what_is_cut_off) {
+  const CToolFolder folder;
+  const std::string report = report_with({}, {{"c", "GTCAGCAGCAGCAGTTGACAAAAAAAAAAAAAAAAACG"}});
+  const std::string cut = report.substr(0, report.find("# Analysis"));
+  const ProcessResult run = run_tool({"convert", "--to", "bedgraph", "--window", "8",
+                                      "--allow-incomplete", folder.write("r", cut)});
+  EXPECT_EQ(run.status, 0);
+  EXPECT_EQ(run.out, "c\t0\t8\t0.75\nc\t8\t16\t0.75\nc\t16\t24\t0.625\nc\t24\t32\t1\n");
+}
+
 TEST(BedgraphFormat, needs_a_window_and_no_order) {
   const CToolFolder folder;
   const std::string report = folder.write("r", example_report());

@@ -13,6 +13,7 @@
 #include "tools/commands/convert_command.h"
 #include "tools/commands/exit_status.h"
 #include "tools/formats/format_names.h"
+#include "tools/io/closed_descriptors.h"
 #include "tools/io/errors.h"
 #include "tools/io/output.h"
 
@@ -142,6 +143,7 @@ int parse_and_run(int argc, const char* const* argv) {
 }  // namespace
 
 int run_command_line(int argc, const char* const* argv) {
+  occupy_closed_descriptors();
   try {
     return parse_and_run(argc, argv);
   } catch (const UsageError& error) {

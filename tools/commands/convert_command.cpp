@@ -94,7 +94,8 @@ class CConversion {
         writer_->add(sequence, reader.repeat());
       }
     }
-    writer_->end_sequence(sequence);
+    // Of the rest of a record that is cut short nothing is known.
+    if (reader.cut_message().empty()) writer_->end_sequence(sequence);
   }
 
   const ConvertOptions& options_;

@@ -20,9 +20,10 @@ struct OutputSequence {
 };
 
 /// Writes repeats in one format. The calls come in this order: `begin`; for each record
-/// `begin_sequence`, `add` for each of its repeats, `end_sequence`. Formats that `can_be_sorted`
-/// also take repeats of any record after the end of all. Identifiers must stay where they are. Each
-/// call may throw OutputError, and InputError for what the format cannot hold.
+/// `begin_sequence`, `add` for each of its repeats, and `end_sequence` if the record is complete.
+/// Formats that `can_be_sorted` also take repeats of any record after the end of all. Identifiers
+/// must stay where they are. Each call may throw OutputError, and InputError for what the format
+/// cannot hold.
 class CFormatWriter {
  public:
   explicit CFormatWriter(COutput& output) : output_(output) {}

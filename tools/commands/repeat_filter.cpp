@@ -31,8 +31,9 @@ std::int64_t number_of(std::string_view text, const std::string& range) {
 }  // namespace
 
 CRepeatFilter::CRepeatFilter(const FilterOptions& options)
-    : options_(options), sequences_(options.sequences.begin(), options.sequences.end()) {
-  missing_sequences_ = sequences_;
+    : options_(options),
+      sequences_(options.sequences.begin(), options.sequences.end()),
+      missing_sequences_(sequences_) {
   if (!options.unit_lengths.empty()) set_unit_lengths(options.unit_lengths);
   for (const std::string& motif : options.motifs) add_motif(motif);
 }

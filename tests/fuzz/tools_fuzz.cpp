@@ -94,12 +94,15 @@ std::string head(unsigned choice) {
   return text + ": Repeat unit\n# \n";
 }
 
+/// A small buffer, which has to move and to grow.
+constexpr std::size_t kBlockSize = 256;
+
 /// What the reader makes of a text: all that it reads, and how it ends.
 std::string reading_of(const std::string& text, std::size_t piece_length, bool allow_incomplete) {
   std::string reading;
   try {
     tools::CReportReader reader(std::make_unique<CPieceInput>(text, piece_length), "r",
-                                allow_incomplete);
+                                allow_incomplete, kBlockSize);
     while (reader.next_sequence()) {
       reading.append(reader.sequence().name).append("\n");
       while (reader.next_repeat()) {

@@ -189,6 +189,26 @@ TEST(ReportReader, pieces_of_any_length_make_the_same_report) {
   EXPECT_EQ(report.sequences[5].repeats.front().marks, "||||||||*||||||||||||||||||");
 }
 
+TEST(ReportReader, the_buffer_grows_and_moves_with_the_lines_of_a_repeat) {
+  const std::string report = report_with({"-f", "9"}, {{"long", std::string(3000, 'A') + "CGT"},
+                                                       {"short", "GTCAGCAGCAGCAGCAGT"},
+                                                       {"last", std::string(500, 'T')}});
+  for (const std::size_t block_size : {1U, 2U, 64U, 100U, 1000U, 5000U}) {
+    for (const std::size_t piece_length : {1U, 7U, 100000U}) {
+      const OwnedReport read = read_whole(report, false, piece_length, block_size);
+      ASSERT_EQ(read.sequences.size(), 3U);
+      const OwnedRepeat& repeat = read.sequences[0].repeats.front();
+      EXPECT_EQ(repeat.bases, std::string(3000, 'A'));
+      EXPECT_EQ(repeat.marks, std::string(3000, '|'));
+      EXPECT_EQ(repeat.unit, "A");
+      EXPECT_EQ(repeat.perfection, "100.000");
+      EXPECT_EQ(repeat.right_flank, "CGT");
+      EXPECT_EQ(read.sequences[1].repeats.front().motif, "CAG");
+      EXPECT_EQ(read.sequences[2].repeats.front().bases, std::string(500, 'T'));
+    }
+  }
+}
+
 TEST(ReportReader, a_message_has_file_line_and_reason) {
   EXPECT_EQ(refusal_of(example_with("     31 bp", "     32 bp")),
             "r:61: bp is not end - start + 1");

@@ -54,9 +54,10 @@ OwnedRepeat::OwnedRepeat(const tools::Repeat& repeat)
       left_flank(repeat.left_flank),
       right_flank(repeat.right_flank) {}
 
-OwnedReport read_whole(const std::string& text, bool allow_incomplete, std::size_t piece_length) {
+OwnedReport read_whole(const std::string& text, bool allow_incomplete, std::size_t piece_length,
+                       std::size_t block_size) {
   tools::CReportReader reader(std::make_unique<CTextInput>(text, piece_length), "r",
-                              allow_incomplete);
+                              allow_incomplete, block_size);
   OwnedReport report{reader.settings(), {}, ""};
   while (reader.next_sequence()) {
     report.sequences.push_back({std::string(reader.sequence().name), reader.sequence().length, {}});

@@ -65,7 +65,8 @@ struct OwnedReport {
 
 /// Reads a report that is named "r" in messages. Throws: InputError.
 OwnedReport read_whole(const std::string& text, bool allow_incomplete = false,
-                       std::size_t piece_length = std::size_t{1} << 20U);
+                       std::size_t piece_length = std::size_t{1} << 20U,
+                       std::size_t block_size = tools::CLineReader::kBlockSize);
 
 /// The message with which a report is refused, or an empty text.
 std::string refusal_of(const std::string& text);

@@ -14,9 +14,9 @@ namespace quorix::tools {
 
 class CReportLines {
  public:
-  /// `name` is that of the input in messages.
-  CReportLines(std::unique_ptr<CByteInput> input, std::string name)
-      : reader_(std::move(input)), name_(std::move(name)) {}
+  /// `name` is that of the input in messages, `block_size` that of the reader's buffer.
+  CReportLines(std::unique_ptr<CByteInput> input, std::string name, std::size_t block_size)
+      : reader_(std::move(input), block_size), name_(std::move(name)) {}
 
   /// Returns the next line, valid until the next call. Throws: InputCutShort if there is none.
   std::string_view next();

@@ -20,8 +20,8 @@ constexpr std::string_view kFootEnd = "\" completed.";
 }  // namespace
 
 CReportReader::CReportReader(std::unique_ptr<CByteInput> input, const std::string& name,
-                             bool allow_incomplete)
-    : lines_(std::move(input), name), allows_incomplete_(allow_incomplete) {
+                             bool allow_incomplete, std::size_t block_size)
+    : lines_(std::move(input), name, block_size), allows_incomplete_(allow_incomplete) {
   try {
     settings_ = read_head(lines_);
   } catch (const LineFault& fault) {

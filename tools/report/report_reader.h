@@ -21,8 +21,10 @@ namespace quorix::tools {
 class CReportReader {
  public:
   /// Reads the head. `name` is that of the input in messages. With `allow_incomplete`, a report
-  /// that is cut short after its head ends where it is cut. Throws: InputError.
-  CReportReader(std::unique_ptr<CByteInput> input, const std::string& name, bool allow_incomplete);
+  /// that is cut short after its head ends where it is cut. `block_size` is that of the buffer,
+  /// which grows with the longest repeat. Throws: InputError.
+  CReportReader(std::unique_ptr<CByteInput> input, const std::string& name, bool allow_incomplete,
+                std::size_t block_size = CLineReader::kBlockSize);
 
   [[nodiscard]] const ReportSettings& settings() const { return settings_; }
 

@@ -33,6 +33,10 @@ class CByteSource {
   /// Returns why the last read returned `kError`, in one line without a line end. Empty if the
   /// reason is unknown.
   [[nodiscard]] virtual std::string failure_reason() const { return {}; }
+
+  /// True if the last read returned `kError` because bytes are missing at the end. Those before
+  /// are good.
+  [[nodiscard]] virtual bool is_cut_short() const { return false; }
 };
 
 }  // namespace quorix

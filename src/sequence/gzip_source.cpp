@@ -24,6 +24,7 @@ CByteSource::ReadResult CGzipSource::read(char* destination, std::size_t room) {
       inflate(rest);
     }
   } catch (const EndOfCompressedBytes&) {
+    is_cut_short_ = true;
     fail("the input ends within its " + std::string(part_));
   } catch (const DamagedMember& member) {
     fail(member.fault);
@@ -43,6 +44,7 @@ bool CGzipSource::begin_member() {
   if (!bytes_.fill() || bytes_.unread().front() == '\0') {
     take_padding();
     if (!lacks_end_mark_) return false;
+    is_cut_short_ = true;
     throw UnreadableInput{"The BGZF input has no end mark, so its end may be missing."};
   }
   if (bytes_.take_byte() != kGzipFirstByte || bytes_.take_byte() != kGzipSecondByte) {

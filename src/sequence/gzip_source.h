@@ -29,6 +29,7 @@ class CGzipSource : public CByteSource {
   [[nodiscard]] ReadResult read(char* destination, std::size_t room) override;
 
   [[nodiscard]] std::string failure_reason() const override { return failure_reason_; }
+  [[nodiscard]] bool is_cut_short() const override { return is_cut_short_; }
 
  private:
   [[nodiscard]] bool begin_member();
@@ -47,6 +48,7 @@ class CGzipSource : public CByteSource {
   bool is_bgzf_ = false;         ///< the member is a block of BGZF
   bool lacks_end_mark_ = false;  ///< the last member is BGZF and has text
   bool has_failed_ = false;
+  bool is_cut_short_ = false;
   std::string failure_reason_;
 };
 

@@ -76,6 +76,10 @@ std::unique_ptr<CByteSource> open_posix_source(const std::string& filename) {
     descriptor = ::open(filename.c_str(), O_RDONLY | O_CLOEXEC);
   } while (descriptor < 0 && errno == EINTR);
   if (descriptor < 0) return nullptr;
+  return posix_source_of(descriptor);
+}
+
+std::unique_ptr<CByteSource> posix_source_of(int descriptor) {
   return std::make_unique<CPosixSource>(descriptor);
 }
 

@@ -19,4 +19,8 @@ namespace quorix {
 /// they are read, and reports a page as the length of each.
 [[nodiscard]] std::unique_ptr<CByteSource> open_posix_source(const std::string& filename);
 
+/// Returns the source of an open descriptor, which it will close, from where that stands.
+/// Throws: std::bad_alloc.
+[[nodiscard]] std::unique_ptr<CByteSource> posix_source_of(int descriptor);
+
 }  // namespace quorix

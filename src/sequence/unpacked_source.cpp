@@ -34,6 +34,7 @@ class CUnpackedSource : public CByteSource {
   }
 
   [[nodiscard]] std::string failure_reason() const override { return source_->failure_reason(); }
+  [[nodiscard]] bool is_cut_short() const override { return source_->is_cut_short(); }
 
  private:
   /// The read of the second byte alone.

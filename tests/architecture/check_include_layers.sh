@@ -17,7 +17,7 @@ tools             tools/commands
 tools/commands    tools/formats tools/report tools/io
 tools/formats     tools/report tools/io
 tools/report      tools/io report sequence
-tools/io
+tools/io          sequence
 driver            search report console sequence settings
 search            search/modes search/scan search/extension search/rules report sequence settings
 search/modes      search/scan search/extension search/filter search/rules report console sequence settings
@@ -40,7 +40,6 @@ readonly third_party_headers='
 tclap/  driver/command_line.cpp
 zlib.h  sequence/inflater.cpp
 CLI/    tools/commands/command_line.cpp
-zlib.h  tools/io/gzip_input.cpp
 hwy/    search/filter/batch_bound.cpp
 hwy/    search/filter/chain_sieve.cpp
 hwy/    search/filter/dp_cell.h

@@ -103,6 +103,24 @@ TEST(Convert, compressed_data_that_are_cut_or_damaged_are_told) {
   EXPECT_NE(end.err.find("the compressed data end early"), std::string::npos) << end.err;
 }
 
+TEST(Convert, compressed_data_that_are_cut_are_read_up_to_there_where_that_is_asked_for) {
+  const CToolFolder folder;
+  const std::string packed = gzipped(example_report());
+  const std::string cut = folder.write("cut.gz", packed.substr(0, packed.size() - 9));
+  const ProcessResult run = run_tool({"convert", "--to", "tsv", "--allow-incomplete", cut});
+  EXPECT_EQ(run.status, 0) << run.err;
+  EXPECT_NE(run.out.find("\ninsertion\t"), std::string::npos);
+  EXPECT_NE(run.err.find("the compressed data end early"), std::string::npos) << run.err;
+
+  std::string damaged = packed;
+  damaged[damaged.size() - 6] ^= 1;  // its checksum
+  const ProcessResult refused = run_tool(
+      {"convert", "--to", "tsv", "--allow-incomplete", folder.write("damaged.gz", damaged)});
+  EXPECT_EQ(refused.status, 3);
+  EXPECT_NE(refused.err.find("its text does not match its checksum"), std::string::npos)
+      << refused.err;
+}
+
 TEST(Convert, incomplete_reports_are_read_where_that_is_asked_for) {
   const CToolFolder folder;
   const std::string report = example_report();

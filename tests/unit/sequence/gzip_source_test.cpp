@@ -159,6 +159,7 @@ TEST(GzipSource, fails_where_it_is_cut_at_any_byte) {
         const UnpackedText all = unpack(bytes.substr(0, length), piece_length);
         EXPECT_TRUE(std::string(kTwoRecords).starts_with(all.text));
         EXPECT_EQ(all.reason, "Gzip member at offset 0: the input ends within its " + part + ".");
+        EXPECT_TRUE(all.is_cut_short) << length;
       }
     }
   }
@@ -178,6 +179,7 @@ TEST(GzipSource, fails_where_bgzf_is_cut_at_any_byte) {
     const UnpackedText all = unpack(bytes.substr(0, length));
     EXPECT_FALSE(all.is_good) << length;
     EXPECT_NE(all.reason, "");
+    EXPECT_TRUE(all.is_cut_short) << length;
     EXPECT_TRUE(std::string(kTwoRecords).starts_with(all.text));
   }
   expect_failure(bgzf_member(kTwoRecords), kTwoRecords, kNoEndMark);
@@ -201,6 +203,16 @@ TEST(GzipSource, fails_where_the_length_is_wrong) {
   expect_failure(
       bytes, kTwoRecords,
       "Gzip member at offset 0: its text does not have the length that its trailer states.");
+}
+
+TEST(GzipSource, tells_damage_from_a_cut) {
+  const std::string member = gzip_member(kTwoRecords);
+  for (const std::string& bytes : {gzip_header() + "\7" + gzip_trailer(""), member + "ACGT",
+                                   member.substr(0, member.size() - 8) + gzip_trailer("other")}) {
+    const UnpackedText all = unpack(bytes);
+    EXPECT_FALSE(all.is_good);
+    EXPECT_FALSE(all.is_cut_short) << all.reason;
+  }
 }
 
 TEST(GzipSource, fails_where_the_data_are_damaged) {

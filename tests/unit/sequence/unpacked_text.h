@@ -21,11 +21,12 @@ struct UnpackedText {
   std::string text;
   bool is_good;  ///< it ended, rather than failed
   std::string reason;
+  bool is_cut_short = false;
 };
 
 /// Reads until the end or a failure.
 inline UnpackedText read_all(CByteSource& source, std::size_t room) {
-  UnpackedText all{{}, false, {}};
+  UnpackedText all{{}, false, {}, false};
   std::string block(room, '\0');
   while (true) {
     const CByteSource::ReadResult result = source.read(block.data(), room);
@@ -38,7 +39,9 @@ inline UnpackedText read_all(CByteSource& source, std::size_t room) {
     EXPECT_EQ(result.byte_count, 0U);
     all.is_good = result.outcome == CByteSource::Outcome::kEnd;
     all.reason = source.failure_reason();
+    all.is_cut_short = source.is_cut_short();
     EXPECT_EQ(all.is_good, all.reason.empty());
+    EXPECT_FALSE(all.is_good && all.is_cut_short);
     return all;
   }
 }

@@ -1,4 +1,4 @@
-#include "tools/commands/command_line.h"
+#include "tools/command_line/command_line.h"
 
 int main(int argc, char** argv) {
   return quorix::tools::run_command_line(argc, argv);

@@ -13,7 +13,8 @@ set -euo pipefail
 # from besides their own. A folder may name only folders further down in this table. Every folder of
 # the tree has a line.
 readonly layers='
-tools             tools/commands
+tools             tools/command_line
+tools/command_line tools/commands tools/formats tools/io
 tools/commands    tools/formats tools/report tools/io
 tools/formats     tools/report tools/io
 tools/report      tools/io report sequence
@@ -39,7 +40,9 @@ readonly system_headers='fcntl.h sys/file.h sys/stat.h unistd.h'
 readonly third_party_headers='
 tclap/  driver/command_line.cpp
 zlib.h  sequence/inflater.cpp
-CLI/    tools/commands/command_line.cpp
+CLI/    tools/command_line/command_line.cpp
+CLI/    tools/command_line/convert_options.cpp
+CLI/    tools/command_line/shared_options.cpp
 hwy/    search/filter/batch_bound.cpp
 hwy/    search/filter/chain_sieve.cpp
 hwy/    search/filter/dp_cell.h

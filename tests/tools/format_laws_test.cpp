@@ -122,8 +122,8 @@ TEST(FormatLaws, tsv_and_jsonl_hold_what_the_report_says) {
     const RandomReport drawn = draw_report(seed);
     SCOPED_TRACE("seed " + std::to_string(seed) + ": " + joined(drawn.options));
     tools::ConvertOptions options;
-    options.report_names = {folder.write("in.report", drawn.text)};
-    options.has_full_names = true;
+    options.reports.names = {folder.write("in.report", drawn.text)};
+    options.reports.has_full_names = true;
     for (const char* const format : {"tsv", "jsonl"}) {
       options.format = format;
       options.output_name = folder.path(format);

@@ -18,7 +18,7 @@ std::string converted(const std::string& report, const std::string& format,
   const CToolFolder folder;
   tools::ConvertOptions options;
   options.format = format;
-  options.report_names = {folder.write("r", report)};
+  options.reports.names = {folder.write("r", report)};
   options.output_name = folder.path("out");
   if (window > 0) options.window = window;
   tools::convert(options);

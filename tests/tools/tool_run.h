@@ -12,7 +12,7 @@
 #include <vector>
 
 #include "support/captured_process.h"
-#include "tools/commands/command_line.h"
+#include "tools/command_line/command_line.h"
 
 namespace quorix::testing {
 

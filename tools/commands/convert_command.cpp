@@ -1,8 +1,5 @@
 #include "tools/commands/convert_command.h"
 
-#include <sys/stat.h>
-
-#include <cstdio>
 #include <memory>
 
 #include "tools/commands/progress.h"
@@ -18,26 +15,8 @@ namespace quorix::tools {
 
 namespace {
 
-/// True if both names lead to one file.
-bool is_same_file(const std::string& left, const std::string& right) {
-  struct stat left_file {};
-  struct stat right_file {};
-  return ::stat(left.c_str(), &left_file) == 0 && ::stat(right.c_str(), &right_file) == 0 &&
-         left_file.st_dev == right_file.st_dev && left_file.st_ino == right_file.st_ino;
-}
-
-/// Reports are read to the end after the output may have been emptied or replaced.
-void check_output_name(const ConvertOptions& options) {
-  if (options.output_name.empty() || options.output_name == "-") return;
-  for (const std::string& name : options.report_names) {
-    if (name != "-" && is_same_file(name, options.output_name)) {
-      throw UsageError("the output " + options.output_name + " is one of the reports");
-    }
-  }
-}
-
 void check_options(const ConvertOptions& options) {
-  check_output_name(options);
+  check_output_name(options.output_name, options.reports);
   if (options.window.has_value() != (options.format == kBedgraph)) {
     throw UsageError("--to bedgraph needs --window, and no other format takes it");
   }
@@ -50,7 +29,7 @@ class CConversion {
   CConversion(const ConvertOptions& options, COutput& output)
       : options_(options),
         filter_(options.filters),
-        identifiers_(options.has_full_names),
+        identifiers_(options.reports.has_full_names),
         writer_(make_format_writer(options.format, output, options.window.value_or(0))) {
     if (options.sort_key && !writer_->can_be_sorted()) {
       throw UsageError("--to " + options.format + " has an order of its own; leave out --sort");
@@ -59,7 +38,7 @@ class CConversion {
 
   void run() {
     writer_->begin();
-    for (const std::string& name : options_.report_names) convert_report(name);
+    for (const std::string& name : options_.reports.names) convert_report(name);
     if (const std::string missing = filter_.missing_sequence(); !missing.empty()) {
       throw InputError("--sequence " + missing + ": no record has this identifier");
     }
@@ -69,16 +48,14 @@ class CConversion {
  private:
   void convert_report(const std::string& file_name) {
     const std::string name = shown_input_name(file_name);
-    CReportReader reader(open_input(file_name), name, options_.allows_incomplete);
+    CReportReader reader(open_input(file_name), name, options_.reports.allows_incomplete);
     while (reader.next_sequence()) {
       const std::string& identifier = identifiers_.add(name, reader.sequence());
       if (filter_.takes_sequence(identifier)) {
         convert_sequence(reader, name, {identifier, reader.sequence().length});
       }
     }
-    if (!reader.cut_message().empty()) {
-      std::fprintf(stderr, "quorix-tools: incomplete: %s\n", reader.cut_message().c_str());
-    }
+    tell_incomplete(reader.cut_message());
   }
 
   void convert_sequence(CReportReader& reader, const std::string& name,

@@ -6,19 +6,17 @@
 #include <cstdint>
 #include <optional>
 #include <string>
-#include <vector>
 
 #include "tools/commands/repeat_filter.h"
 #include "tools/commands/repeat_list.h"
+#include "tools/commands/report_choice.h"
 
 namespace quorix::tools {
 
 struct ConvertOptions {
   std::string format;
   std::string output_name;  ///< empty or "-" for standard output
-  std::vector<std::string> report_names;
-  bool allows_incomplete = false;
-  bool has_full_names = false;
+  ReportChoice reports;
   std::optional<std::int64_t> window;  ///< of a bedgraph, in bp
   std::optional<SortKey> sort_key;     ///< none: the order of the reports, in flat memory
   FilterOptions filters;

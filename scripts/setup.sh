@@ -13,7 +13,9 @@ source "$(dirname -- "$(readlink -f -- "${BASH_SOURCE[0]}")")/usage.sh"
 readonly run_packages=(g++ cmake make libtclap-dev libhwy-dev libcli11-dev zlib1g-dev)
 readonly test_packages=("${run_packages[@]}"
   libgtest-dev librapidcheck-dev libbenchmark-dev clang clang-format clang-tidy cppcheck locales
-  ninja-build nlohmann-json3-dev python3)
+  ninja-build nlohmann-json3-dev python3
+  # What reads the output.
+  bedtools chromium genometools nodejs npm python3-jsonschema samtools tabix)
 readonly coverage_packages=("${run_packages[@]}" libgtest-dev librapidcheck-dev gcovr ninja-build
   nlohmann-json3-dev python3)
 readonly measure_packages=("${run_packages[@]}" time)
@@ -32,6 +34,8 @@ give_up() {
 
 # is_installed PACKAGE (for any architecture)
 is_installed() {
+  # Packages of Node from elsewhere bring npm with them, and Debian's npm conflicts with those.
+  if [ "$1" = npm ] && command -v npm >/dev/null; then return; fi
   [[ $(dpkg-query --show --showformat='${db:Status-Status} ' "$1" 2>/dev/null) == installed* ]]
 }
 

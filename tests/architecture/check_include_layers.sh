@@ -15,8 +15,9 @@ set -euo pipefail
 readonly layers='
 tools             tools/command_line
 tools/command_line tools/commands tools/formats tools/io
-tools/commands    tools/formats tools/report tools/io
+tools/commands    tools/formats tools/summary tools/report tools/io
 tools/formats     tools/report tools/io
+tools/summary     tools/report
 tools/report      tools/io report sequence
 tools/io          sequence
 driver            search report console sequence settings

@@ -16,7 +16,7 @@ readonly layers='
 tools             tools/command_line
 tools/command_line tools/commands tools/formats tools/io
 tools/commands    tools/formats tools/summary tools/report tools/io
-tools/formats     tools/report tools/io
+tools/formats     tools/summary tools/report tools/io
 tools/summary     tools/report
 tools/report      tools/io report sequence
 tools/io          sequence
@@ -44,6 +44,7 @@ zlib.h  sequence/inflater.cpp
 CLI/    tools/command_line/command_line.cpp
 CLI/    tools/command_line/convert_options.cpp
 CLI/    tools/command_line/shared_options.cpp
+CLI/    tools/command_line/stats_options.cpp
 hwy/    search/filter/batch_bound.cpp
 hwy/    search/filter/chain_sieve.cpp
 hwy/    search/filter/dp_cell.h

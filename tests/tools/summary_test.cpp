@@ -197,6 +197,8 @@ TEST(Summary, texts_are_rounded_as_stated) {
   EXPECT_EQ(tools::share_text(7, 7), "1");
   EXPECT_EQ(tools::share_text(1, 3), "0.333333");
   EXPECT_EQ(tools::share_text(30, 3'000'000'000), "1e-08");
+  EXPECT_EQ(tools::percent_text(1, 3), "33.3333");
+  EXPECT_EQ(tools::percent_text(0, 0), "0.0000");
   EXPECT_EQ(tools::copies_text({1, 1, 4.0 / 3, 0, 0}), "1.33");
   EXPECT_EQ(tools::mean_perfection_text({2, 1, 0, 199'999, 2}), "100.000");
   EXPECT_EQ(tools::mean_perfection_text({3, 1, 0, 199'999, 3}), "66.666");

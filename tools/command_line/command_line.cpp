@@ -7,6 +7,7 @@
 
 #include "tools/command_line/convert_options.h"
 #include "tools/command_line/exit_status.h"
+#include "tools/command_line/stats_options.h"
 #include "tools/io/closed_descriptors.h"
 #include "tools/io/errors.h"
 #include "tools/io/output.h"
@@ -20,6 +21,7 @@ constexpr const char* kVersion = "quorix-tools, version 3.3.2b";
 constexpr const char* kExamples = R"(Examples:
   quorix-tools convert --to bed genome.report > genome.bed
   quorix genome.fa | quorix-tools convert --to jsonl -o genome.jsonl -
+  quorix-tools stats genome.report
 
 Statuses: 0 success, 1 internal error, 2 wrong usage, 3 input, 4 output.)";
 
@@ -37,11 +39,13 @@ void print(const std::string& text) {
 
 /// The command that the arguments name runs as soon as all of them are read.
 int parse_and_run(int argc, const char* const* argv) {
-  CLI::App program("Reads the reports of quorix and writes them in other forms.", "quorix-tools");
+  CLI::App program("Reads the reports of quorix, writes them in other forms and sums them up.",
+                   "quorix-tools");
   program.footer(kExamples);
   program.set_version_flag("--version", kVersion, "Print the version and exit");
   program.require_subcommand(1);
   add_convert(program);
+  add_stats(program);
   try {
     program.parse(argc, argv);
   } catch (const CLI::CallForHelp&) {

@@ -18,13 +18,21 @@ std::string text_of(double number, std::chars_format format, int precision) {
   return {digits.data(), end.ptr};
 }
 
+double share_of(std::int64_t base_count, std::int64_t length) {
+  return length == 0 ? 0 : static_cast<double>(base_count) / static_cast<double>(length);
+}
+
 }  // namespace
 
 std::string share_text(std::int64_t base_count, std::int64_t length) {
   constexpr int kDigits = 6;
-  if (length == 0) return "0";
-  const double share = static_cast<double>(base_count) / static_cast<double>(length);
-  return text_of(share, std::chars_format::general, kDigits);
+  return text_of(share_of(base_count, length), std::chars_format::general, kDigits);
+}
+
+std::string percent_text(std::int64_t base_count, std::int64_t length) {
+  constexpr double kPercent = 100;
+  constexpr int kDecimals = 4;
+  return text_of(kPercent * share_of(base_count, length), std::chars_format::fixed, kDecimals);
 }
 
 std::string copies_text(const GroupFigures& figures) {

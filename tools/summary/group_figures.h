@@ -23,6 +23,9 @@ struct GroupFigures {
 /// digits as JSON writes numbers ("0.0123457", "1e-08"); "0" if `length` is 0.
 [[nodiscard]] std::string share_text(std::int64_t base_count, std::int64_t length);
 
+/// Returns the same in percent, with four decimals.
+[[nodiscard]] std::string percent_text(std::int64_t base_count, std::int64_t length);
+
 /// Returns the copies with two decimals.
 [[nodiscard]] std::string copies_text(const GroupFigures& figures);
 

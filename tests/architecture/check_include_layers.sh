@@ -15,8 +15,9 @@ set -euo pipefail
 readonly layers='
 tools             tools/command_line
 tools/command_line tools/commands tools/formats tools/io
-tools/commands    tools/formats tools/summary tools/report tools/io
+tools/commands    tools/formats tools/merge tools/summary tools/report tools/io
 tools/formats     tools/summary tools/report tools/io
+tools/merge       tools/report tools/io
 tools/summary     tools/report
 tools/report      tools/io report sequence
 tools/io          sequence
@@ -43,6 +44,7 @@ tclap/  driver/command_line.cpp
 zlib.h  sequence/inflater.cpp
 CLI/    tools/command_line/command_line.cpp
 CLI/    tools/command_line/convert_options.cpp
+CLI/    tools/command_line/merge_options.cpp
 CLI/    tools/command_line/shared_options.cpp
 CLI/    tools/command_line/stats_options.cpp
 hwy/    search/filter/batch_bound.cpp

@@ -7,6 +7,7 @@
 
 #include "tools/command_line/convert_options.h"
 #include "tools/command_line/exit_status.h"
+#include "tools/command_line/merge_options.h"
 #include "tools/command_line/stats_options.h"
 #include "tools/io/closed_descriptors.h"
 #include "tools/io/errors.h"
@@ -22,6 +23,7 @@ constexpr const char* kExamples = R"(Examples:
   quorix-tools convert --to bed genome.report > genome.bed
   quorix genome.fa | quorix-tools convert --to jsonl -o genome.jsonl -
   quorix-tools stats genome.report
+  quorix-tools merge -o genome.report part1.report part2.report part3.report
 
 Statuses: 0 success, 1 internal error, 2 wrong usage, 3 input, 4 output.)";
 
@@ -39,13 +41,16 @@ void print(const std::string& text) {
 
 /// The command that the arguments name runs as soon as all of them are read.
 int parse_and_run(int argc, const char* const* argv) {
-  CLI::App program("Reads the reports of quorix, writes them in other forms and sums them up.",
-                   "quorix-tools");
+  CLI::App program(
+      "Reads the reports of quorix, writes them in other forms, sums them up and puts them "
+      "together.",
+      "quorix-tools");
   program.footer(kExamples);
   program.set_version_flag("--version", kVersion, "Print the version and exit");
   program.require_subcommand(1);
   add_convert(program);
   add_stats(program);
+  add_merge(program);
   try {
     program.parse(argc, argv);
   } catch (const CLI::CallForHelp&) {
@@ -66,6 +71,9 @@ int run_command_line(int argc, const char* const* argv) {
     return parse_and_run(argc, argv);
   } catch (const UsageError& error) {
     return fail(kUsageError, error.what());
+  } catch (const InputCutShort& error) {
+    return fail(kInputFailed,
+                (std::string(error.what()) + "; --allow-incomplete reads what is there").c_str());
   } catch (const InputError& error) {
     return fail(kInputFailed, error.what());
   } catch (const OutputError& error) {

@@ -28,8 +28,7 @@ void CReportLines::fail(std::string_view reason) const {
 void CReportLines::fail_as_cut() const {
   const std::string reason = reader_.cut_reason();
   throw InputCutShort(name_ + ":" + std::to_string(reader_.line_number() + 1) +
-                      ": the report ends early" + (reason.empty() ? "" : ", " + reason) +
-                      "; --allow-incomplete reads what is there");
+                      ": the report ends early" + (reason.empty() ? "" : ", " + reason));
 }
 
 }  // namespace quorix::tools

@@ -13,7 +13,6 @@ namespace quorix::tools {
 
 namespace {
 
-constexpr std::string_view kClosingLine = "## Finished successfully. ##";
 constexpr std::string_view kFootBegin = "# Analysis of sequence \"";
 constexpr std::string_view kFootEnd = "\" completed.";
 

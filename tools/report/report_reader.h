@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "tools/report/edit_list.h"
@@ -17,6 +18,9 @@
 #include "tools/report/unit_forms.h"
 
 namespace quorix::tools {
+
+/// The last line of a report that is complete.
+inline constexpr std::string_view kClosingLine = "## Finished successfully. ##";
 
 class CReportReader {
  public:

@@ -19,7 +19,7 @@ std::string five_records() {
   std::vector<NamedBases> records;
   for (const char* const name : {"a", "b", "c", "d", "e"}) {
     records.push_back({name, std::string(70, 'N') + "GTCAGCAGCAGCAGCAGCAGTT" +
-                                 std::string(name[0] - 'a' + 68, 'N')});
+                                 std::string(68U + static_cast<std::size_t>(name[0] - 'a'), 'N')});
   }
   return fasta_text(records);
 }

@@ -83,7 +83,7 @@ class CMaskedMerge {
     for (const std::string& name : options_.parts) copy_part(name);
     if (!check_) return;
     try {
-      check_->end();
+      check_->finish();
     } catch (const LineFault& fault) {
       throw InputError(options_.parts.back() + ": " + fault.what());
     }

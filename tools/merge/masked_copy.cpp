@@ -99,7 +99,7 @@ void CMaskedCheck::end_record() const {
   }
 }
 
-void CMaskedCheck::end() {
+void CMaskedCheck::finish() {
   end_record();
   if (reader_.next_sequence()) {
     throw InputError("no part has the record \"" + std::string(reader_.sequence().name) + "\" " +

@@ -41,7 +41,7 @@ class CMaskedCheck {
 
   /// There is no further record. Throws: InputError if the report has one, LineFault as
   /// `begin_record`.
-  void end();
+  void finish();
 
  private:
   void end_record() const;

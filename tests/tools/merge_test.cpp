@@ -14,12 +14,14 @@
 namespace quorix::testing {
 namespace {
 
-/// Five records, each with a repeat over the end of a line of the masked copy.
+/// Five records, each with a repeat over the end of a line of the masked copy. That of the last one
+/// begins with the last base of the line.
 std::string five_records() {
   std::vector<NamedBases> records;
   for (const char* const name : {"a", "b", "c", "d", "e"}) {
-    records.push_back({name, std::string(70, 'N') + "GTCAGCAGCAGCAGCAGCAGTT" +
-                                 std::string(68U + static_cast<std::size_t>(name[0] - 'a'), 'N')});
+    const std::size_t number = records.size();
+    records.push_back({name, std::string(number == 4 ? 77 : 70, 'N') + "GTCAGCAGCAGCAGCAGCAGTT" +
+                                 std::string(68 + number, 'N')});
   }
   return fasta_text(records);
 }
@@ -260,6 +262,10 @@ TEST_F(MergeRun, masked_copies_are_compared_with_their_report) {
     refused({masked("ab"), "bare", masked("e")},
             "base " + std::to_string(base + 1) + " of the record \"c\" is not masked");
   }
+  std::string late = runs.read(masked("e"));
+  late[3 + 79] = 'C';
+  runs.write("late", late);
+  refused({masked("ab"), masked("cd"), "late"}, "base 80 of the record \"e\" is not masked");
   std::string other = text;
   other[3 + 71] = 'A';  // before the repeat: what it was, no report tells
   runs.write("other", other);

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include "support/engine_comparison.h"
 #include "tools/plain_summary.h"
 #include "tools/random_reports.h"
@@ -146,6 +148,34 @@ TEST(Summary, ties_of_units_are_decided_by_bases_length_and_alphabet) {
   }
   EXPECT_EQ(units, (std::vector<std::string>{"AAAANC", "AC", "AAC", "ACG", "ACN", "ACT"}));
   EXPECT_EQ(summary.commonest_units(4).size(), 4U);
+}
+
+TEST(Summary, units_that_differ_in_length_alone_are_told_apart) {
+  CSummary summary;
+  summary.begin_report(tools::UnitForm::kAlphabeticalBothStrands);
+  summary.begin_record("x", 1000);
+  const std::set<std::string> units{"A", "AA", "AAA", "AAAA", "C", "CA", "CAA"};
+  for (const std::string& unit : units) summary.add(repeat_of(unit, 1, 30));
+  summary.end_record(true);
+  std::set<std::string> seen;
+  for (const std::uint32_t number : summary.commonest_units(0)) {
+    seen.insert(summary.unit_at(number).unit);
+  }
+  EXPECT_EQ(seen, units);
+}
+
+TEST(Summary, copies_do_not_depend_on_the_order_of_repeats) {
+  for (std::int64_t count = 10; count < 60; ++count) {
+    CSummary summary;
+    std::vector<std::string> units{"AC", "AAC", "AAAAC", "AAAACAC", "AAAAACAACAC"};
+    for (const bool is_first : {true, false}) {
+      summary.begin_record(is_first ? "x" : "y", 1000);
+      for (const std::string& unit : units) summary.add(repeat_of(unit, 1, count));
+      summary.end_record(true);
+      std::reverse(units.begin(), units.end());
+    }
+    EXPECT_EQ(summary.records()[0].figures, summary.records()[1].figures) << count;
+  }
 }
 
 /// Every unit of a length as a number in base 4.

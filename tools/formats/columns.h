@@ -15,6 +15,10 @@ namespace quorix::tools {
 /// Stands in a column for what the report does not tell.
 inline constexpr std::string_view kNoValue = ".";
 
+/// Units of so many bases make a minisatellite and a satellite; shorter ones a microsatellite.
+inline constexpr std::int64_t kMinMinisatelliteUnit = 10;
+inline constexpr std::int64_t kMinSatelliteUnit = 100;
+
 /// Appends the normalized length in units, with two decimals; halves are rounded up.
 void add_copies(COutput& output, const Repeat& repeat);
 

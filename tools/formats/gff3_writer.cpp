@@ -9,8 +9,6 @@ namespace quorix::tools {
 
 namespace {
 
-constexpr std::int64_t kMinMinisatelliteUnit = 10;
-constexpr std::int64_t kMinSatelliteUnit = 100;
 /// What the first column may hold besides letters and digits.
 constexpr std::string_view kColumnMarks = ".:^*$@!+_?-|";
 /// What ends a value of an attribute or begins an escape.

@@ -1,5 +1,6 @@
 #include "tools/formats/multiqc_writer.h"
 
+#include "tools/formats/columns.h"
 #include "tools/formats/json_text.h"
 
 namespace quorix::tools {
@@ -40,8 +41,6 @@ struct ClassCounts {
 };
 
 ClassCounts class_counts(const CSummary& summary) {
-  constexpr std::int64_t kMinMinisatelliteUnit = 10;
-  constexpr std::int64_t kMinSatelliteUnit = 100;
   ClassCounts counts;
   for (const UnitLengthSummary& group : summary.unit_lengths()) {
     std::int64_t& count = group.unit_length < kMinMinisatelliteUnit ? counts.microsatellites

@@ -7,15 +7,16 @@ namespace quorix::tools {
 
 namespace {
 
-void add_number(COutput& output, std::string_view key, std::int64_t number) {
+void add_member(COutput& output, std::string_view key, std::int64_t number) {
   output.add(key);
   output.add_number(number);
 }
 
 /// Appends the members that every group has, after those that name it.
-void add_figures(COutput& output, const GroupFigures& figures, std::int64_t searched_length) {
-  add_number(output, R"(,"repeats":)", figures.repeat_count);
-  add_number(output, R"(,"bases":)", figures.base_count);
+void add_figure_members(COutput& output, const GroupFigures& figures,
+                        std::int64_t searched_length) {
+  add_member(output, R"(,"repeats":)", figures.repeat_count);
+  add_member(output, R"(,"bases":)", figures.base_count);
   output.add(R"(,"share":)");
   output.add(share_text(figures.base_count, searched_length));
   output.add(R"(,"copies":)");
@@ -53,26 +54,26 @@ void add_records(COutput& output, const CSummary& summary) {
     list.begin_element();
     output.add(R"({"sequence":)");
     output.add(json_quoted(record.identifier, "json"));
-    add_number(output, R"(,"length":)", record.length);
+    add_member(output, R"(,"length":)", record.length);
     if (!record.is_complete) output.add(R"(,"incomplete":true)");
-    add_figures(output, record.figures, record.length);
+    add_figure_members(output, record.figures, record.length);
   }
   list.end();
 }
 
 void add_total(COutput& output, const CSummary& summary) {
-  add_number(output, R"("total":{"records":)", std::ssize(summary.records()));
-  add_number(output, R"(,"length":)", summary.searched_length());
-  add_number(output, R"(,"distinct_units":)", static_cast<std::int64_t>(summary.unit_count()));
-  add_figures(output, summary.total(), summary.searched_length());
+  add_member(output, R"("total":{"records":)", std::ssize(summary.records()));
+  add_member(output, R"(,"length":)", summary.searched_length());
+  add_member(output, R"(,"distinct_units":)", static_cast<std::int64_t>(summary.unit_count()));
+  add_figure_members(output, summary.total(), summary.searched_length());
 }
 
 void add_unit_lengths(COutput& output, const CSummary& summary) {
   CList list(output, R"("unit_lengths":)");
   for (const UnitLengthSummary& group : summary.unit_lengths()) {
     list.begin_element();
-    add_number(output, R"({"unit_length":)", group.unit_length);
-    add_figures(output, group.figures, summary.searched_length());
+    add_member(output, R"({"unit_length":)", group.unit_length);
+    add_figure_members(output, group.figures, summary.searched_length());
   }
   list.end();
 }
@@ -84,8 +85,8 @@ void add_units(COutput& output, const SummaryView& view) {
     list.begin_element();
     output.add(R"({"unit":")");
     output.add(group.unit);
-    add_number(output, R"(","unit_length":)", std::ssize(group.unit));
-    add_figures(output, group.figures, view.summary.searched_length());
+    add_member(output, R"(","unit_length":)", std::ssize(group.unit));
+    add_figure_members(output, group.figures, view.summary.searched_length());
   }
   list.end();
 }

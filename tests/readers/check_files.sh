@@ -83,6 +83,31 @@ check_bedtools() {
   same "repeats" rows.bed theirs
 }
 
+# merged_bases KEY: reads rows by position, and prints the key and how many bases lie in one of them.
+merged_bases() {
+  bedtools merge -i - | awk -v key="$1" '{ count += $3 - $2 } END { if (NR > 0) print key, count }'
+}
+
+check_stats() {
+  local key
+  check "bedtools merge has the bases of stats, for every record, every unit length, and in total"
+  "$tools" stats --to tsv genome.report >genome.stats
+  awk -F '\t' 'NR > 1 && $1 != "unit" && $6 > 0 { print $1 == "record" ? $2 : $1 == "total" ? $1 : $4, $7 }' \
+    genome.stats | LC_ALL=C sort >ours
+  LC_ALL=C sort --key=1,1 --key=2,2n rows.bed >sorted.bed
+  {
+    merged_bases total <sorted.bed
+    while read -r key; do
+      awk -F '\t' -v key="$key" '$1 == key' sorted.bed | merged_bases "$key"
+    done < <(cut --fields=1 genome.sizes)
+    while read -r key; do
+      awk -F '\t' -v key="$key" '$7 == key' sorted.bed | merged_bases "$key"
+    done < <(cut --fields=7 rows.bed | sort --unique)
+  } | LC_ALL=C sort >theirs
+  not_empty ours
+  same "bases" ours theirs
+}
+
 # check_index KIND FILE: rows of a region by the index and by reading all.
 check_index() {
   local record length first last
@@ -154,6 +179,7 @@ main() {
 
   write_files
   check_bedtools
+  check_stats
   check_indexes
   check_gff3
   check_masked

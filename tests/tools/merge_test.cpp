@@ -153,7 +153,7 @@ TEST_F(MergeRun, parts_must_be_regular_files) {
   expect_refusal({report("ab"), "none"}, {"none: No such file"});
   expect_refusal({report("ab"), "/dev/null"}, {"/dev/null: a part must be a regular file"});
   expect_refusal({report("ab"), "."}, {"a part must be a regular file"});
-  expect_refusal({report("ab"), "-"}, {"-: "});
+  expect_refusal({report("ab"), "-"}, {"-: a part must be a regular file"});
 }
 
 TEST_F(MergeRun, wrong_usage_ends_with_status_2) {
@@ -232,6 +232,24 @@ TEST_F(MergeRun, masked_copies_that_are_none_are_told) {
   runs.write("cut.gz", packed.substr(0, packed.size() - 1));
   expect_refusal({"--masked", "cut.gz"}, {"cut.gz:", "the compressed data end early"});
   expect_refusal({"--masked", masked("ab"), masked("ab")}, {"same file"});
+}
+
+TEST_F(MergeRun, a_record_in_two_masked_copies_needs_a_report) {
+  runs.write("copy", runs.read(masked("cd")));
+  expect_refusal({"--masked", masked("ab"), masked("cd"), "copy"},
+                 {"copy:1: the record \"c\" is also in " + masked("cd")});
+  // Records of one name are none the less good ones.
+  const CRangeRuns twins(fasta_text({{"x", "ACGT"}, {"x", "ACGT"}, {"x", ""}}), {"--maskX"});
+  twins.run("whole");
+  twins.run("one", {"--lastSeq", "1"});
+  twins.run("two", {"--firstSeq", "2"});
+  EXPECT_EQ(twins.run_tool({"merge", "--masked", masked("two")}).status, 0);
+  const std::vector<std::string> parts{"merge", "--masked", masked("one"), masked("two")};
+  EXPECT_EQ(twins.run_tool(parts).status, 3);
+  const ProcessResult run = twins.run_tool(
+      {"merge", "--masked", masked("one"), masked("two"), "--report", report("whole")});
+  EXPECT_EQ(run.status, 0) << run.err;
+  EXPECT_EQ(run.out, ">x\nACGT\n>x\nACGT\n>x\n");
 }
 
 TEST_F(MergeRun, masked_copies_are_compared_with_their_report) {

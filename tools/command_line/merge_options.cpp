@@ -18,8 +18,8 @@ constexpr const char* kMergeExamples = R"(Examples:
   quorix-tools merge --masked --report genome.report -o genome.masked part1.masked part2.masked
 
 Reports come in any order. Parts that overlap, leave out records, differ in input or settings, or are
-incomplete are refused. Masked copies come in the order of their records; without --report only their
-form can be checked.)";
+incomplete are refused. Masked copies come in the order of their records; only with --report is it
+noticed that one is cut short, missing or out of place.)";
 
 }  // namespace
 

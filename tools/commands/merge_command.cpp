@@ -6,6 +6,7 @@
 
 #include <memory>
 #include <optional>
+#include <unordered_map>
 
 #include "tools/commands/progress.h"
 #include "tools/commands/report_choice.h"
@@ -96,7 +97,7 @@ class CMaskedMerge {
     std::string_view line;
     while (reader.next_line(line)) {
       try {
-        check_line(line, lines);
+        check_line(line, lines, name);
       } catch (const LineFault& fault) {
         throw InputError(name + ":" + std::to_string(reader.line_number()) + ": " + fault.what());
       }
@@ -113,18 +114,30 @@ class CMaskedMerge {
     }
   }
 
-  void check_line(std::string_view line, CMaskedLines& lines) {
-    if (lines.is_header(line)) {
-      if (check_) check_->begin_record(line.substr(1));
+  void check_line(std::string_view line, CMaskedLines& lines, const std::string& part) {
+    const bool is_header = lines.is_header(line);
+    if (check_ && is_header) {
+      check_->begin_record(line.substr(1));
     } else if (check_) {
       check_->add_bases(line);
+    } else if (is_header) {
+      check_is_new(std::string(line.substr(1)), part);
     }
+  }
+
+  /// Without a report, a name in two parts is taken for a record that is there twice.
+  void check_is_new(const std::string& record, const std::string& part) {
+    const std::string& found = part_of_record_.try_emplace(record, part).first->second;
+    if (found == part) return;
+    throw LineFault("the record \"" + record + "\" is also in " + found +
+                    "; --report tells whether it may be");
   }
 
   const MergeOptions& options_;
   COutput& output_;
   std::optional<CReportReader> report_;
   std::optional<CMaskedCheck> check_;
+  std::unordered_map<std::string, std::string> part_of_record_;  ///< used without a report
   CProgress progress_;
 };
 

@@ -66,7 +66,7 @@ void CMultiqcWriter::add_sample(std::string_view name, const CSummary& summary) 
     output_.add("\": ");
     output_.add(value);
   };
-  const auto add_count = [&add](std::string_view key, std::int64_t count) {
+  const auto add_number = [&add](std::string_view key, std::int64_t count) {
     add(key, std::to_string(count));
   };
   output_.add(has_sample_ ? ",\n    " : "\n    ");
@@ -74,17 +74,17 @@ void CMultiqcWriter::add_sample(std::string_view name, const CSummary& summary) 
   output_.add(json_quoted(name, "multiqc"));
   output_.add(R"(: {"records": )");
   output_.add_number(std::ssize(summary.records()));
-  add_count("length", summary.searched_length());
-  add_count("repeats", total.repeat_count);
-  add_count("bases", total.base_count);
+  add_number("length", summary.searched_length());
+  add_number("repeats", total.repeat_count);
+  add_number("bases", total.base_count);
   add("share", percent_text(total.base_count, summary.searched_length()));
   add("copies", copies_text(total));
   if (const std::string mean = mean_perfection_text(total); !mean.empty()) {
     add("mean_perfection", mean);
   }
-  add_count("microsatellites", counts.microsatellites);
-  add_count("minisatellites", counts.minisatellites);
-  add_count("satellites", counts.satellites);
+  add_number("microsatellites", counts.microsatellites);
+  add_number("minisatellites", counts.minisatellites);
+  add_number("satellites", counts.satellites);
   output_.add('}');
 }
 

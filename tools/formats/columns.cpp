@@ -7,24 +7,18 @@
 
 namespace quorix::tools {
 
-namespace {
-
-[[noreturn]] void refuse(std::string_view identifier, std::string_view format,
-                         const std::string& reason) {
-  throw InputError("the identifier \"" + std::string(identifier) + "\" cannot stand in " +
-                   std::string(format) + ": " + reason);
-}
-
-}  // namespace
-
-void add_copies(COutput& output, const Repeat& repeat) {
-  const std::int64_t whole = repeat.normalized_length / repeat.unit_length;
-  const std::int64_t rest = repeat.normalized_length % repeat.unit_length;
-  const std::int64_t hundredths = (rest * 200 + repeat.unit_length) / (2 * repeat.unit_length);
+void add_quotient(COutput& output, std::int64_t length, std::int64_t unit_length) {
+  const std::int64_t whole = length / unit_length;
+  const std::int64_t rest = length % unit_length;
+  const std::int64_t hundredths = (rest * 200 + unit_length) / (2 * unit_length);
   output.add_number(whole + hundredths / 100);
   const char decimals[] = {'.', static_cast<char>('0' + hundredths % 100 / 10),
                            static_cast<char>('0' + hundredths % 10)};
   output.add({decimals, sizeof decimals});
+}
+
+void add_copies(COutput& output, const Repeat& repeat) {
+  add_quotient(output, repeat.normalized_length, repeat.unit_length);
 }
 
 void add_count(COutput& output, std::int64_t count) {
@@ -53,9 +47,15 @@ void add_perfection(COutput& output, const Repeat& repeat) {
   output.add(has_perfection(repeat) ? repeat.perfection : kNoValue);
 }
 
+void refuse_identifier(std::string_view identifier, std::string_view format,
+                       const std::string& reason) {
+  throw InputError("the identifier \"" + std::string(identifier) + "\" cannot stand in " +
+                   std::string(format) + ": " + reason);
+}
+
 void check_column_text(std::string_view identifier, std::string_view format) {
   if (identifier.find('\t') != std::string_view::npos) {
-    refuse(identifier, format, "it holds a tab, which ends a column");
+    refuse_identifier(identifier, format, "it holds a tab, which ends a column");
   }
 }
 
@@ -63,8 +63,9 @@ void check_bed_identifier(std::string_view identifier, std::string_view format) 
   check_column_text(identifier, format);
   for (const std::string_view begin : {"#", "track", "browser"}) {
     if (identifier.starts_with(begin)) {
-      refuse(identifier, format,
-             "a line that begins with \"" + std::string(begin) + "\" is no repeat there");
+      refuse_identifier(
+          identifier, format,
+          "a line that begins with \"" + std::string(begin) + "\" is no repeat there");
     }
   }
 }

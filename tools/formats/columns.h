@@ -4,6 +4,7 @@
 /// What the columns of several formats share.
 
 #include <cstdint>
+#include <string>
 #include <string_view>
 
 #include "tools/formats/format_writer.h"
@@ -18,6 +19,10 @@ inline constexpr std::string_view kNoValue = ".";
 /// Units of so many bases make a minisatellite and a satellite; shorter ones a microsatellite.
 inline constexpr std::int64_t kMinMinisatelliteUnit = 10;
 inline constexpr std::int64_t kMinSatelliteUnit = 100;
+
+/// Appends `length` / `unit_length` with two decimals; halves are rounded up. REQUIRES: both are
+/// positive.
+void add_quotient(COutput& output, std::int64_t length, std::int64_t unit_length);
 
 /// Appends the normalized length in units, with two decimals; halves are rounded up.
 void add_copies(COutput& output, const Repeat& repeat);
@@ -36,6 +41,10 @@ void add_text(COutput& output, std::string_view text);
 
 /// Appends the perfection as printed, or "." if it is no number.
 void add_perfection(COutput& output, const Repeat& repeat);
+
+/// Throws: InputError, which says why an identifier cannot stand in a format.
+[[noreturn]] void refuse_identifier(std::string_view identifier, std::string_view format,
+                                    const std::string& reason);
 
 /// Throws: InputError if an identifier would break the lines of a format whose columns are
 /// separated by tabs.

@@ -1,6 +1,6 @@
 #include "tools/formats/json_text.h"
 
-#include "tools/io/errors.h"
+#include "tools/formats/columns.h"
 
 namespace quorix::tools {
 
@@ -27,31 +27,28 @@ std::size_t utf8_length(std::string_view text) {
 }
 
 /// Appends an ASCII character as it stands in a JSON string.
-void append_escaped(std::string& quoted, char character) {
+void append_escaped(std::string& result, char character) {
   constexpr std::string_view kHexDigits = "0123456789abcdef";
   const auto code = static_cast<unsigned char>(character);
   if (character == '"' || character == '\\') {
-    quoted += '\\';
-    quoted += character;
+    result += '\\';
+    result += character;
   } else if (code < 0x20U) {
-    quoted += "\\u00";
-    quoted += kHexDigits[code >> 4U];
-    quoted += kHexDigits[code & 0xFU];
+    result += "\\u00";
+    result += kHexDigits[code >> 4U];
+    result += kHexDigits[code & 0xFU];
   } else {
-    quoted += character;
+    result += character;
   }
 }
 
 }  // namespace
 
-std::string json_quoted(std::string_view text, std::string_view format) {
-  std::string result = "\"";
-  for (std::string_view rest = text; !rest.empty();) {
+std::string json_text(std::string_view identifier, std::string_view format) {
+  std::string result;
+  for (std::string_view rest = identifier; !rest.empty();) {
     const std::size_t length = utf8_length(rest);
-    if (length == 0) {
-      throw InputError("the identifier \"" + std::string(text) + "\" cannot stand in " +
-                       std::string(format) + ": it is not UTF-8");
-    }
+    if (length == 0) refuse_identifier(identifier, format, "it is not UTF-8");
     if (length == 1) {
       append_escaped(result, rest.front());
     } else {
@@ -59,7 +56,11 @@ std::string json_quoted(std::string_view text, std::string_view format) {
     }
     rest.remove_prefix(length);
   }
-  return result + '"';
+  return result;
+}
+
+std::string json_quoted(std::string_view identifier, std::string_view format) {
+  return '"' + json_text(identifier, format) + '"';
 }
 
 }  // namespace quorix::tools

@@ -8,8 +8,11 @@
 
 namespace quorix::tools {
 
-/// Returns `text` as a JSON string, in quotation marks. Throws: InputError, which calls the text an
-/// identifier and names the output `format`, if it is not UTF-8.
-[[nodiscard]] std::string json_quoted(std::string_view text, std::string_view format);
+/// Returns an identifier as it stands between the quotes of a JSON string. Throws: InputError if it
+/// is not UTF-8, which JSON is made of.
+[[nodiscard]] std::string json_text(std::string_view identifier, std::string_view format);
+
+/// The same with the quotes.
+[[nodiscard]] std::string json_quoted(std::string_view identifier, std::string_view format);
 
 }  // namespace quorix::tools

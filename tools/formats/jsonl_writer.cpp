@@ -4,7 +4,6 @@
 
 #include "tools/formats/columns.h"
 #include "tools/formats/json_text.h"
-#include "tools/report/edit_list.h"
 
 namespace quorix::tools {
 

@@ -14,8 +14,9 @@ set -euo pipefail
 # the tree has a line.
 readonly layers='
 tools             tools/command_line
-tools/command_line tools/commands tools/formats tools/io
-tools/commands    tools/formats tools/merge tools/summary tools/report tools/io
+tools/command_line tools/commands tools/catalogues tools/formats tools/io
+tools/commands    tools/catalogues tools/formats tools/merge tools/summary tools/report tools/io
+tools/catalogues  tools/formats tools/report tools/io
 tools/formats     tools/summary tools/report tools/io
 tools/merge       tools/report tools/io
 tools/summary     tools/report

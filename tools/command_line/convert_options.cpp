@@ -6,6 +6,7 @@
 #include <set>
 #include <string>
 
+#include "tools/catalogues/catalogue.h"
 #include "tools/command_line/shared_options.h"
 #include "tools/commands/convert_command.h"
 #include "tools/formats/format_names.h"
@@ -21,8 +22,15 @@ constexpr const char* kConvertExamples = R"(Examples:
   quorix-tools convert --to bedgraph --window 1000 genome.report
   quorix genome.fa | quorix-tools convert --to tsv --sort score - | head
 
-Positions in bed and bedgraph count from 0, and the end is the first base after the repeat. All
-others are those of the report: counted from 1, and the end belongs to the repeat.)";
+  quorix-tools convert --to trgt --unit-length 1-50 --min-copies 3 --min-length 9 genome.report
+
+Catalogues for genotypers are expansionhunter, gangstr, hipstr, longtr, straglr, trgt and vamos. They
+need a report with alignments, or with bases and edits. What a catalogue cannot hold is left out; how
+many repeats and why is said on standard error.
+
+Positions in bed, bedgraph, expansionhunter, straglr and trgt count from 0, and the end is the first
+base after the repeat. All others are those of the report: counted from 1, and the end belongs to the
+repeat.)";
 
 /// The orders by their names.
 const std::map<std::string, SortKey> kSortKeys{{"position", SortKey::kPosition},
@@ -30,6 +38,12 @@ const std::map<std::string, SortKey> kSortKeys{{"position", SortKey::kPosition},
                                                {"copies", SortKey::kCopies},
                                                {"score", SortKey::kScore},
                                                {"perfection", SortKey::kPerfection}};
+
+std::set<std::string> format_names() {
+  std::set<std::string> names(kFormatNames.begin(), kFormatNames.end());
+  for (const Catalogue& catalogue : kCatalogues) names.emplace(catalogue.name);
+  return names;
+}
 
 }  // namespace
 
@@ -40,7 +54,7 @@ void add_convert(CLI::App& program) {
   command.footer(kConvertExamples);
   command.add_option("--to", options->format, "The format to write.")
       ->required()
-      ->check(CLI::IsMember(std::set<std::string>(kFormatNames.begin(), kFormatNames.end())));
+      ->check(CLI::IsMember(format_names()));
   add_output(command, options->output_name);
   command.add_option("--window", options->window, "For bedgraph: the length of a window in bases.");
   command

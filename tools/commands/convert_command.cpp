@@ -1,7 +1,13 @@
 #include "tools/commands/convert_command.h"
 
+#include <cstdio>
 #include <memory>
+#include <optional>
+#include <string>
 
+#include "tools/catalogues/catalogue.h"
+#include "tools/catalogues/catalogue_writer.h"
+#include "tools/catalogues/locus_selection.h"
 #include "tools/commands/progress.h"
 #include "tools/formats/format_names.h"
 #include "tools/formats/format_writer.h"
@@ -23,6 +29,12 @@ void check_options(const ConvertOptions& options) {
   if (options.window && *options.window < 1) throw UsageError("--window must be 1 or more");
 }
 
+std::unique_ptr<CFormatWriter> make_writer(const ConvertOptions& options,
+                                           const Catalogue* catalogue, COutput& output) {
+  if (catalogue != nullptr) return std::make_unique<CCatalogueWriter>(output, *catalogue);
+  return make_format_writer(options.format, output, options.window.value_or(0));
+}
+
 /// What a conversion works with.
 class CConversion {
  public:
@@ -30,9 +42,15 @@ class CConversion {
       : options_(options),
         filter_(options.filters),
         identifiers_(options.reports.has_full_names),
-        writer_(make_format_writer(options.format, output, options.window.value_or(0))) {
+        catalogue_(find_catalogue(options.format)),
+        writer_(make_writer(options, catalogue_, output)) {
     if (options.sort_key && !writer_->can_be_sorted()) {
       throw UsageError("--to " + options.format + " has an order of its own; leave out --sort");
+    }
+    if (catalogue_ != nullptr) {
+      loci_.emplace(*catalogue_, [this](const OutputSequence& sequence, const Repeat& locus) {
+        keep(sequence, locus);
+      });
     }
   }
 
@@ -43,42 +61,63 @@ class CConversion {
       throw InputError("--sequence " + missing + ": no record has this identifier");
     }
     if (options_.sort_key) list_.write_sorted(*options_.sort_key, *writer_);
+    writer_->end();
+  }
+
+  /// Says on standard error what a catalogue has left out.
+  void tell_left_out() const {
+    const std::string summary = loci_ ? loci_->summary() : "";
+    if (!summary.empty()) std::fprintf(stderr, "quorix-tools: %s\n", summary.c_str());
   }
 
  private:
   void convert_report(const std::string& file_name) {
     const std::string name = shown_input_name(file_name);
     CReportReader reader(open_input(file_name), name, options_.reports.allows_incomplete);
+    if (loci_) check_motifs_are_told(reader.settings(), name);
     while (reader.next_sequence()) {
       const std::string& identifier = identifiers_.add(name, reader.sequence());
       if (filter_.takes_sequence(identifier)) {
         convert_sequence(reader, name, {identifier, reader.sequence().length});
       }
     }
+    progress_.clear();
     tell_incomplete(reader.cut_message());
   }
 
   void convert_sequence(CReportReader& reader, const std::string& name,
                         const OutputSequence& sequence) {
     writer_->begin_sequence(sequence);
+    if (loci_) loci_->begin_sequence(sequence);
     if (options_.sort_key) list_.begin_sequence(sequence);
     while (reader.next_repeat()) {
       progress_.note(name, reader.byte_count());
       if (!filter_.takes(reader.repeat())) continue;
-      if (options_.sort_key) {
-        list_.add(reader.repeat());
+      if (loci_) {
+        loci_->add(reader.repeat());
       } else {
-        writer_->add(sequence, reader.repeat());
+        keep(sequence, reader.repeat());
       }
     }
+    if (loci_) loci_->end_sequence();
     // Of the rest of a record that is cut short nothing is known.
     if (reader.cut_message().empty()) writer_->end_sequence(sequence);
+  }
+
+  void keep(const OutputSequence& sequence, const Repeat& repeat) {
+    if (options_.sort_key) {
+      list_.add(repeat);
+    } else {
+      writer_->add(sequence, repeat);
+    }
   }
 
   const ConvertOptions& options_;
   CRepeatFilter filter_;
   CIdentifiers identifiers_;
+  const Catalogue* catalogue_;  ///< null for a format that is none
   std::unique_ptr<CFormatWriter> writer_;
+  std::optional<CLocusSelection> loci_;
   CRepeatList list_;
   CProgress progress_;
 };
@@ -91,6 +130,7 @@ void convert(const ConvertOptions& options) {
   CConversion conversion(options, output);
   conversion.run();
   output.finish();
+  conversion.tell_left_out();
 }
 
 }  // namespace quorix::tools

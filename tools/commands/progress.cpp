@@ -10,7 +10,12 @@ CProgress::CProgress()
     : is_shown_(::isatty(STDERR_FILENO) == 1), last_(std::chrono::steady_clock::now()) {}
 
 CProgress::~CProgress() {
+  clear();
+}
+
+void CProgress::clear() {
   if (has_line_) std::fputs("\r\033[K", stderr);
+  has_line_ = false;
 }
 
 void CProgress::look_at_clock(const std::string& name, std::uint64_t byte_count) {

@@ -23,6 +23,9 @@ class CProgress {
     if (is_shown_ && ++call_count_ % kCallsBetweenLooks == 0) look_at_clock(name, byte_count);
   }
 
+  /// Removes the line, so that a message has one of its own.
+  void clear();
+
  private:
   static constexpr std::uint64_t kCallsBetweenLooks = 1024;
 

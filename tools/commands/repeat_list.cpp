@@ -10,12 +10,6 @@ namespace quorix::tools {
 
 namespace {
 
-/// The members of a repeat that are texts.
-constexpr std::string_view Repeat::*kTexts[] = {
-    &Repeat::perfection,   &Repeat::unit,       &Repeat::motif,
-    &Repeat::edits,        &Repeat::bases,      &Repeat::marks,
-    &Repeat::aligned_unit, &Repeat::left_flank, &Repeat::right_flank};
-
 /// Returns the perfection, or less than any other where it is no number.
 double sorted_perfection(const Repeat& repeat) {
   const double perfection = perfection_of(repeat);
@@ -26,10 +20,10 @@ double sorted_perfection(const Repeat& repeat) {
 
 void CRepeatList::add(const Repeat& repeat) {
   std::size_t length = 0;
-  for (const auto text : kTexts) length += (repeat.*text).size();
+  for (const auto text : kRepeatTexts) length += (repeat.*text).size();
   Entry entry{repeat, std::make_unique<char[]>(length), sequences_.size() - 1};
   char* place = entry.text.get();
-  for (const auto text : kTexts) {
+  for (const auto text : kRepeatTexts) {
     const std::string_view part = repeat.*text;
     std::copy(part.begin(), part.end(), place);
     entry.repeat.*text = {place, part.size()};

@@ -20,10 +20,10 @@ struct OutputSequence {
 };
 
 /// Writes repeats in one format. The calls come in this order: `begin`; for each record
-/// `begin_sequence`, `add` for each of its repeats, and `end_sequence` if the record is complete.
-/// Formats that `can_be_sorted` also take repeats of any record after the end of all. Identifiers
-/// must stay where they are. Each call may throw OutputError, and InputError for what the format
-/// cannot hold.
+/// `begin_sequence`, `add` for each of its repeats, and `end_sequence` if the record is complete;
+/// `end`. Formats that `can_be_sorted` also take repeats of any record after the end of all
+/// records. Identifiers must stay where they are. Each call may throw OutputError, and InputError
+/// for what the format cannot hold.
 class CFormatWriter {
  public:
   explicit CFormatWriter(COutput& output) : output_(output) {}
@@ -35,6 +35,7 @@ class CFormatWriter {
   virtual void begin_sequence(const OutputSequence& /*sequence*/) {}
   virtual void add(const OutputSequence& sequence, const Repeat& repeat) = 0;
   virtual void end_sequence(const OutputSequence& /*sequence*/) {}
+  virtual void end() {}
 
   /// False if repeats must come by their positions, with their records.
   [[nodiscard]] virtual bool can_be_sorted() const { return true; }

@@ -39,6 +39,12 @@ struct Repeat {
   [[nodiscard]] std::int64_t length() const { return end - start + 1; }
 };
 
+/// The members of a repeat that are texts.
+inline constexpr std::string_view Repeat::*kRepeatTexts[] = {
+    &Repeat::perfection,   &Repeat::unit,       &Repeat::motif,
+    &Repeat::edits,        &Repeat::bases,      &Repeat::marks,
+    &Repeat::aligned_unit, &Repeat::left_flank, &Repeat::right_flank};
+
 /// The record that repeats belong to.
 struct ReportedSequence {
   std::string_view name;    ///< the whole header, valid until the next record

@@ -150,9 +150,7 @@ void CReportReader::read_edit_line() {
 
 void CReportReader::read_bases(std::string_view line) {
   split_flanks(line, settings_, sequence_length_, repeat_);
-  // Exact repeats have no edits, even where none are listed.
-  const bool are_edits_known = repeat_.tells_edits || settings_.search_mode == SearchMode::kExact;
-  printed_bases_.check_bases(repeat_, are_edits_known, edits_);
+  printed_bases_.check_bases(repeat_, settings_.tells_edits(), edits_);
 }
 
 void CReportReader::read_alignment(std::string_view line) {

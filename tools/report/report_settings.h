@@ -50,6 +50,17 @@ struct ReportSettings {
   ReportFormat format = ReportFormat::kExtendedQuorix;
   SequenceMode sequence_mode = SequenceMode::kAlignment;
 
+  /// True if the edits of repeats are known: listed, or none at all.
+  [[nodiscard]] bool tells_edits() const {
+    return format == ReportFormat::kExtendedQuorix || search_mode == SearchMode::kExact;
+  }
+
+  /// True if motifs follow from the lines below the figures, but for some among unknown bases.
+  [[nodiscard]] bool tells_motifs() const {
+    return sequence_mode == SequenceMode::kAlignment ||
+           (sequence_mode == SequenceMode::kBases && tells_edits());
+  }
+
   /// True if the lines of repeats count N's.
   [[nodiscard]] bool has_n_column() const {
     return format == ReportFormat::kExtendedQuorix && !treats_ns_as_missense;

@@ -257,7 +257,7 @@ TEST(ReportReader, faults_are_told) {
       {"\nAGCAGCAGCAGCAGTC", "\nAGCAGCAGCAGCAGxC", "ACGTN"},
       {"\nAGCAGCAGCAGCAGTC", "\nACCAGCAGCAGCAGTC", "column 2 of the alignment"},
       {"|||||||||||||| ||", "||||||||||||||||||", "differ in length"},
-      {"AGCAGCAGCAGCAG-C", "AGCAGCAGCAGCAGTC", "no mismatch, although it has no mark"},
+      {"AGCAGCAGCAGCAG-C", "AGCAGCAGCAGCAGTC", "does not repeat with its length"},
       {"# Analysis of sequence \"exact\"", "# Analysis of sequence \"exbct\"",
        "expected \"exact\""},
       {"\"exact\" completed.", "\"exact\" completed. ", "should end before"},
@@ -269,6 +269,67 @@ TEST(ReportReader, faults_are_told) {
     const std::string refusal = refusal_of(example_with(fault.from, fault.to));
     EXPECT_NE(refusal.find(fault.reason), std::string::npos)
         << fault.from << " -> " << fault.to << ": " << refusal;
+  }
+}
+
+/// Something wrong, and the line that the message names: those of a repeat are 61 its figures, 62
+/// its edits, 63 its bases, 64 the marks and 65 the unit.
+struct PlacedFault {
+  std::string from;
+  std::string to;
+  int line;
+};
+
+TEST(ReportReader, faults_in_an_alignment_are_told_at_their_lines) {
+  const std::string unit = "\nAGCAGCAGCAGCAG-CAGCAGCAGCAGCAGC\n";
+  const std::vector<PlacedFault> faults{
+      {"     21 pt |  96.667 % |   0 mis |   1 ins |   0 del |   0 N |  unit AGC",
+       "     21 pt |  96.667 % |   0 mis |   1 ins |   0 del |   0 N |  unit AAC", 61},
+      {"Missense: (15,I),", "Missense: (14,I),", 62},
+      {"Missense: (15,I),", "Missense: (16,I),", 62},
+      {"\nAGCAGCAGCAGCAGTC", "\nAGCAGCAGCAGCAGTCA", 63},
+      {"\nAGCAGCAGCAGCAGTC", "\nAGCAGCAGCAGCAGxC", 63},
+      {"\nAGCAGCAGCAGCAGTC", "\nACCAGCAGCAGCAGTC", 63},
+      {"\nAGCAGCAGCAGCAGTC", "\nAG-AGCAGCAGCAGTC", 63},
+      {"\nAGCAGCAGCAGCAGTC", "\nANCAGCAGCAGCAGTC", 63},
+      {"\n|||||||||||||| ||", "\n||||||||||||||||||", 64},
+      {"\n|||||||||||||| ||", "\n|||||||||||||||||", 64},
+      {"\n|||||||||||||| ||", "\n||||| |||||||| ||", 64},
+      {"\n|||||||||||||| ||", "\n|||||*|||||||| ||", 64},
+      {"\n|||||||||||||| ||", "\n|||||x|||||||| ||", 64},
+      {unit, "\nAGCAGCAGCAGCAG-CAGCAGCAGCAGCAGCA\n", 65},
+      {unit, "\nAGCAGCAGCAGCAGTCAGCAGCAGCAGCAGC\n", 65},
+      {unit, "\nAGCAGCAGCAGCAG-CAGCAGCAGCxGCAGC\n", 65},
+      {unit, "\nAGCAGCAGCAGCA-GCAGCAGCAGCAGCAGC\n", 65},
+  };
+  for (const PlacedFault& fault : faults) {
+    const std::string refusal = refusal_of(example_with(fault.from, fault.to));
+    EXPECT_EQ(refusal.find("r:" + std::to_string(fault.line) + ": "), 0U)
+        << fault.from << " -> " << fault.to << ": " << refusal;
+  }
+}
+
+TEST(ReportReader, faults_of_flanks_are_told_at_their_lines) {
+  const std::string report =
+      report_with({"-f", "3", "-s", "8"}, {{"flanked", "GTTTAGCAGCAGCAGCAGCAGCAGCCCC"}});
+  const std::string bases = "\nTTT:AGCAGCAGCAGCAGCAGCAGC:CCC\n";
+  const std::string marks = "\n    |||||||||||||||||||||    \n";
+  const auto lines_before = [&](std::size_t place) {
+    return std::count(report.begin(), report.begin() + static_cast<std::ptrdiff_t>(place), '\n');
+  };
+  const auto refusal_with = [&](std::size_t place, char character) {
+    std::string spoiled = report;
+    spoiled[place] = character;
+    return refusal_of(spoiled);
+  };
+  const std::size_t bases_place = report.find(bases);
+  const std::size_t marks_place = report.find(marks);
+  ASSERT_NE(bases_place, std::string::npos);
+  ASSERT_NE(marks_place, std::string::npos);
+  const std::size_t unit_place = marks_place + marks.size() - 1;
+  for (const std::size_t place : {bases_place, marks_place, unit_place}) {
+    const std::string begin = "r:" + std::to_string(lines_before(place) + 2) + ": ";
+    EXPECT_EQ(refusal_with(place + 1, 'x').find(begin), 0U) << refusal_with(place + 1, 'x');
   }
 }
 

@@ -11,6 +11,8 @@ namespace {
 
 constexpr char kGap = '-';
 constexpr char kUnknown = 'N';
+/// How many lines follow the list of edits up to the end of an alignment.
+constexpr std::uint64_t kLinesAfterEdits = 3;
 
 /// Lengths of the flanks with their colons.
 struct FlankWidths {
@@ -35,37 +37,72 @@ struct ColumnCounts {
   std::int64_t unknown_bases = 0;  ///< without an edit
 };
 
-/// Returns the edit that a column with a blank mark shows, and counts it. Throws: LineFault.
-char edit_of_column(char base, char unit_base, ColumnCounts& counts) {
-  if (base == kGap && is_base_letter(unit_base)) {
-    ++counts.deletions;
-    return 'D';
+/// A column of an alignment.
+struct Column {
+  char base;
+  char mark;
+  char unit_base;
+};
+
+bool is_base_or_gap(char character) {
+  return character == kGap || is_base_letter(character);
+}
+
+/// Returns the kind of edit that a column shows, or 0 if it is none.
+char edit_of_column(const Column& column) {
+  if (column.mark != ' ') return 0;
+  if (column.base == kGap) return is_base_letter(column.unit_base) ? 'D' : '\0';
+  if (!is_base_letter(column.base)) return 0;
+  if (column.unit_base == kGap) return 'I';
+  const bool is_match = column.base == column.unit_base && column.base != kUnknown;
+  return is_base_letter(column.unit_base) && !is_match ? 'M' : '\0';
+}
+
+/// What the list of edits says of a column.
+enum class ListedEdit { kNoList, kNone, kOne };
+
+/// Throws: LineFault for the line that makes a column contradict itself. If the list agrees with
+/// the mark, that is the line of bases or of the unit; otherwise it is taken to be that of the
+/// marks.
+[[noreturn]] void refuse_column(const Column& column, std::size_t number, ListedEdit listed) {
+  if (!is_base_or_gap(column.base)) {
+    throw LineFault("the bases have another character than ACGTN-", kLinesAfterBases);
   }
-  if (!is_base_letter(base)) throw LineFault("the bases have another character than ACGTN-");
-  ++counts.bases;
-  if (unit_base == kGap) {
-    ++counts.insertions;
-    return 'I';
+  if (!is_base_or_gap(column.unit_base)) {
+    throw LineFault("the line of the unit has another character than ACGTN-");
   }
-  if (!is_base_letter(unit_base) || (base == unit_base && base != kUnknown)) {
-    throw LineFault("a column of the alignment is no mismatch, although it has no mark");
-  }
-  ++counts.mismatches;
-  return 'M';
+  const bool is_mark_right = (column.mark == '|' && listed == ListedEdit::kNone) ||
+                             (column.mark == ' ' && listed == ListedEdit::kOne);
+  const std::uint64_t lines_after = !is_mark_right             ? kLinesAfterMarks
+                                    : column.unit_base == kGap ? 0
+                                                               : kLinesAfterBases;
+  throw LineFault("column " + std::to_string(number) +
+                      " of the alignment is wrong: the mark does not fit base and unit",
+                  lines_after);
 }
 
 void check_counts(const Repeat& repeat, const ColumnCounts& counts) {
   if (counts.bases != repeat.length()) {
     throw LineFault("the alignment has " + std::to_string(counts.bases) +
-                    " bases, the repeat has " + std::to_string(repeat.length()));
+                        " bases, the repeat has " + std::to_string(repeat.length()),
+                    kLinesAfterBases);
+  }
+  if (repeat.ns != kNotTold && counts.unknown_bases != repeat.ns) {
+    throw LineFault("the marks do not agree with the number of N's", kLinesAfterMarks);
   }
   const bool is_told = repeat.mismatches != kNotTold;
   if (counts.bases - counts.insertions + counts.deletions != repeat.normalized_length ||
       (is_told &&
-       (counts.mismatches != repeat.mismatches || counts.insertions != repeat.insertions)) ||
-      (repeat.ns != kNotTold && counts.unknown_bases != repeat.ns)) {
+       (counts.mismatches != repeat.mismatches || counts.insertions != repeat.insertions))) {
     throw LineFault("the alignment does not agree with the counts of edits");
   }
+}
+
+void count_edit(char kind, ColumnCounts& counts) {
+  counts.bases += kind == 'D' ? 0 : 1;
+  counts.deletions += kind == 'D' ? 1 : 0;
+  counts.insertions += kind == 'I' ? 1 : 0;
+  counts.mismatches += kind == 'M' ? 1 : 0;
 }
 
 /// Goes through the columns beside the list of edits, if there is one. Throws: LineFault.
@@ -73,26 +110,33 @@ void check_columns(const Repeat& repeat, const std::vector<ReportedEdit>& edits)
   ColumnCounts counts;
   auto edit = edits.begin();
   for (std::size_t i = 0; i < repeat.bases.size(); ++i) {
-    const char base = repeat.bases[i];
-    const char unit_base = repeat.aligned_unit[i];
-    if (repeat.marks[i] == '|' && base == unit_base && is_base_letter(base) && base != kUnknown) {
+    const Column column{repeat.bases[i], repeat.marks[i], repeat.aligned_unit[i]};
+    if (column.mark == '|' && column.base == column.unit_base && is_base_letter(column.base) &&
+        column.base != kUnknown) {
       ++counts.bases;
-    } else if (repeat.marks[i] == '*' && base == kUnknown && is_base_letter(unit_base)) {
+      continue;
+    }
+    if (column.mark == '*' && column.base == kUnknown && is_base_letter(column.unit_base)) {
       ++counts.bases;
       ++counts.unknown_bases;
-    } else if (repeat.marks[i] == ' ') {
-      const char kind = edit_of_column(base, unit_base, counts);
-      if (!repeat.tells_edits) continue;
-      const ReportedEdit expected{counts.bases + (kind == 'D' ? 1 : 0), kind};
-      if (edit == edits.end() || *edit != expected) {
-        throw LineFault("the alignment does not agree with the list of edits");
-      }
-      ++edit;
-    } else {
-      throw LineFault("column " + std::to_string(i + 1) + " of the alignment is wrong");
+      continue;
     }
+    const bool is_listed = edit != edits.end() && edit->position == counts.bases + 1;
+    const char kind = edit_of_column(column);
+    if (kind == 0) {
+      const ListedEdit listed = is_listed ? ListedEdit::kOne : ListedEdit::kNone;
+      refuse_column(column, i + 1, repeat.tells_edits ? listed : ListedEdit::kNoList);
+    }
+    count_edit(kind, counts);
+    if (!repeat.tells_edits) continue;
+    if (!is_listed || edit->kind != kind) {
+      throw LineFault("the list of edits does not agree with the alignment", kLinesAfterEdits);
+    }
+    ++edit;
   }
-  if (edit != edits.end()) throw LineFault("the alignment lacks an edit of the list");
+  if (edit != edits.end()) {
+    throw LineFault("the list of edits has one that the alignment lacks", kLinesAfterEdits);
+  }
   check_counts(repeat, counts);
 }
 
@@ -113,14 +157,17 @@ void split_flanks(std::string_view line, const ReportSettings& settings,
   }
 }
 
+void check_line_lengths(std::string_view bases, std::string_view marks, std::string_view unit) {
+  if (bases.size() == marks.size() && marks.size() == unit.size()) return;
+  const std::uint64_t lines_after = bases.size() == marks.size()  ? 0
+                                    : bases.size() == unit.size() ? kLinesAfterMarks
+                                                                  : kLinesAfterBases;
+  throw LineFault("the lines of the alignment differ in length", lines_after);
+}
+
 std::string_view part_below(std::string_view line, const ReportSettings& settings,
                             const Repeat& repeat) {
-  const bool has_flanks = settings.flank_length > 0;
-  const std::size_t left = has_flanks ? repeat.left_flank.size() + 1 : 0;
-  const std::size_t right = has_flanks ? repeat.right_flank.size() + 1 : 0;
-  if (line.size() != left + repeat.bases.size() + right) {
-    throw LineFault("the lines of the alignment differ in length");
-  }
+  const std::size_t left = settings.flank_length > 0 ? repeat.left_flank.size() + 1 : 0;
   const std::string_view part = line.substr(left, repeat.bases.size());
   if (line.substr(0, left).find_first_not_of(' ') != std::string_view::npos ||
       line.substr(left + part.size()).find_first_not_of(' ') != std::string_view::npos) {
@@ -158,8 +205,8 @@ void CPrintedBases::check_bases(Repeat& repeat, bool are_edits_known,
 }
 
 void CPrintedBases::check_alignment(Repeat& repeat, const std::vector<ReportedEdit>& edits) {
-  check_columns(repeat, edits);
   set_motif(repeat);
+  check_columns(repeat, edits);
 }
 
 /// Throws: LineFault unless the line of the unit repeats it.

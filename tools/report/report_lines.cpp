@@ -20,8 +20,8 @@ void CReportLines::expect_end() {
   if (!reader_.cut_reason().empty()) fail_as_cut();
 }
 
-void CReportLines::fail(std::string_view reason) const {
-  throw InputError(name_ + ":" + std::to_string(reader_.line_number()) + ": " +
+void CReportLines::fail(std::string_view reason, std::uint64_t lines_after) const {
+  throw InputError(name_ + ":" + std::to_string(reader_.line_number() - lines_after) + ": " +
                    std::string(reason));
 }
 

@@ -4,6 +4,7 @@
 /// The lines of a report with a name for messages, and the two ways in which they disappoint: a
 /// report that is wrong, and one that ends too early.
 
+#include <cstdint>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -24,7 +25,8 @@ class CReportLines {
   /// Throws: InputError if anything is left, InputCutShort if compressed data end early.
   void expect_end();
 
-  [[noreturn]] void fail(std::string_view reason) const;
+  /// Throws: InputError for the line after which so many were read.
+  [[noreturn]] void fail(std::string_view reason, std::uint64_t lines_after = 0) const;
 
   [[nodiscard]] CLineReader& reader() { return reader_; }
   [[nodiscard]] const CLineReader& reader() const { return reader_; }

@@ -36,7 +36,7 @@ bool CReportReader::guarded(const Step& step) {
   try {
     return step();
   } catch (const LineFault& fault) {
-    lines_.fail(fault.what());
+    lines_.fail(fault.what(), fault.lines_after);
   } catch (const InputCutShort& cut) {
     if (!allows_incomplete_) throw;
     cut_message_ = cut.what();
@@ -95,6 +95,7 @@ bool CReportReader::read_repeat() {
     return false;
   }
 
+  const std::uint64_t line_number = reader.line_number();
   const std::int64_t ordinal = repeat_.ordinal + 1;
   repeat_ = Repeat();
   repeat_.ordinal = ordinal;
@@ -113,7 +114,9 @@ bool CReportReader::read_repeat() {
   repeat_.unit = reader.text_at(unit);
   repeat_.perfection = reader.text_at(perfection);
   repeat_.edits = reader.text_at(edits);
-  unit_forms_.check_printed_unit(repeat_.unit, repeat_.motif, settings_.unit_form);
+  on_earlier_line(reader.line_number() - line_number, [this] {
+    unit_forms_.check_printed_unit(repeat_.unit, repeat_.motif, settings_.unit_form);
+  });
   return true;
 }
 
@@ -158,8 +161,13 @@ void CReportReader::read_alignment(std::string_view line) {
   const TextSpan bases = reader.span_of(line);
   const TextSpan marks = reader.span_of(lines_.next());
   const std::string_view unit_line = lines_.next();
-  split_flanks(reader.text_at(bases), settings_, sequence_length_, repeat_);
-  repeat_.marks = part_below(reader.text_at(marks), settings_, repeat_);
+  const std::string_view bases_line = reader.text_at(bases);
+  const std::string_view marks_line = reader.text_at(marks);
+  check_line_lengths(bases_line, marks_line, unit_line);
+  on_earlier_line(kLinesAfterBases,
+                  [&] { split_flanks(bases_line, settings_, sequence_length_, repeat_); });
+  repeat_.marks =
+      on_earlier_line(kLinesAfterMarks, [&] { return part_below(marks_line, settings_, repeat_); });
   repeat_.aligned_unit = part_below(unit_line, settings_, repeat_);
   printed_bases_.check_alignment(repeat_, edits_);
 }

@@ -15,8 +15,22 @@ namespace quorix::tools {
 /// A line that is not as it should be; the text says what is expected. The reader adds file and
 /// line.
 struct LineFault : std::runtime_error {
-  using std::runtime_error::runtime_error;
+  explicit LineFault(const std::string& text, std::uint64_t line_count_after = 0)
+      : std::runtime_error(text), lines_after(line_count_after) {}
+
+  std::uint64_t lines_after;  ///< how many lines were read after it
 };
+
+/// Calls a step on a line after which so many lines were read: that is where its faults are told.
+/// Returns what the step returns. Throws: LineFault.
+template <class Step>
+decltype(auto) on_earlier_line(std::uint64_t lines_after, const Step& step) {
+  try {
+    return step();
+  } catch (const LineFault& fault) {
+    throw LineFault(fault.what(), lines_after);
+  }
+}
 
 class CTextCursor {
  public:

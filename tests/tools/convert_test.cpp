@@ -233,17 +233,26 @@ TEST(Convert, no_message_gets_into_an_output) {
 TEST(Convert, a_pipe_that_nobody_reads_ends_the_run_quietly) {
   const CToolFolder folder;
   const std::string report = folder.write("r", example_report());
-  const ProcessResult run = run_in_child([&] {
-    int ends[2];
-    if (::pipe(ends) != 0) return 99;
-    ::close(ends[0]);
-    ::dup2(ends[1], STDOUT_FILENO);
-    std::signal(SIGPIPE, SIG_DFL);
-    const char* const words[] = {"quorix-tools", "convert", "--to", "tsv", report.c_str()};
-    return tools::run_command_line(5, words);
-  });
-  EXPECT_EQ(run.status, 128 + SIGPIPE);
-  EXPECT_EQ(run.err, "");
+  std::vector<std::vector<const char*>> formats{{"bedgraph", "--window", "5"}};
+  for (const char* const format : {"bed", "gff3", "jsonl", "tsv", "expansionhunter", "gangstr",
+                                   "hipstr", "longtr", "straglr", "trgt", "vamos"}) {
+    formats.push_back({format});
+    formats.push_back({format, "--sort", "score"});
+  }
+  for (const std::vector<const char*>& format : formats) {
+    std::vector<const char*> words{"quorix-tools", "convert", report.c_str(), "--to"};
+    words.insert(words.end(), format.begin(), format.end());
+    const ProcessResult run = run_in_child([&] {
+      int ends[2];
+      if (::pipe(ends) != 0) return 99;
+      ::close(ends[0]);
+      ::dup2(ends[1], STDOUT_FILENO);
+      std::signal(SIGPIPE, SIG_DFL);
+      return tools::run_command_line(static_cast<int>(words.size()), words.data());
+    });
+    EXPECT_EQ(run.status, 128 + SIGPIPE) << format.front();
+    EXPECT_EQ(run.err, "") << format.front();
+  }
 }
 
 TEST(Convert, a_file_is_replaced_only_when_all_is_written) {

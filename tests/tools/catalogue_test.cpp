@@ -158,14 +158,19 @@ TEST(Catalogue, expansionhunter_is_a_list_of_loci_with_flanks) {
 
 TEST(Catalogue, expansionhunter_leaves_out_records_that_its_reader_refuses) {
   const std::string bases = plain_bases(1000) + "CAGCAGCAGCAGCAGCAGCAG" + plain_bases(1000);
-  const std::string report =
-      catalogue_report({{"HLA-A*01:01", bases}, {"chr1", bases}, {"a:b", bases}}, {"-s", "15"});
-  const ProcessResult run = convert_to("expansionhunter", report);
-  EXPECT_EQ(run.status, 0);
-  EXPECT_EQ(nlohmann::json::parse(run.out).size(), 1U);
-  EXPECT_EQ(run.err,
-            "quorix-tools: expansionhunter leaves out 2 of 3 repeats: 2 of records that its reader "
-            "refuses for their names (such as HLA-A*01:01)\n");
+  for (const char* const name : {"HLA-A*01:01", "a:b", "a-b", "-", ":"}) {
+    const std::string report =
+        catalogue_report({{name, bases}, {"chr1", bases}, {"x-y", bases}}, {"-s", "15"});
+    const ProcessResult run = convert_to("expansionhunter", report);
+    EXPECT_EQ(run.status, 0);
+    const nlohmann::json list = nlohmann::json::parse(run.out);
+    ASSERT_EQ(list.size(), 1U);
+    EXPECT_EQ(list.at(0).at("LocusId"), "chr1-1000-1021-CAG");
+    EXPECT_EQ(run.err,
+              "quorix-tools: expansionhunter leaves out 2 of 3 repeats: 2 of records that its "
+              "reader refuses for their names (such as " +
+                  std::string(name) + ")\n");
+  }
 }
 
 TEST(Catalogue, names_are_escaped_in_json) {

@@ -20,9 +20,8 @@ constexpr const char* kConvertExamples = R"(Examples:
   quorix-tools convert --to bed --motif CAG --min-copies 10 genome.report.gz
   quorix-tools convert --to gff3 --unit-length 1-6 --sequence chr1 --sequence chr2 genome.report
   quorix-tools convert --to bedgraph --window 1000 genome.report
-  quorix genome.fa | quorix-tools convert --to tsv --sort score - | head
-
   quorix-tools convert --to trgt --unit-length 1-50 --min-copies 3 --min-length 9 genome.report
+  quorix genome.fa | quorix-tools convert --to tsv --sort score - | head
 
 Catalogues for genotypers are expansionhunter, gangstr, hipstr, longtr, straglr, trgt and vamos. They
 need a report with alignments, or with bases and edits. What a catalogue cannot hold is left out; how

@@ -164,6 +164,26 @@ check_json() {
     genome.jsonl genome.tsv
 }
 
+check_catalogues() {
+  check "the loci of the catalogues are repeats, and their motifs the bases of the genome"
+  local catalogue
+  local -a chosen
+  # Records with other names are refused.
+  mapfile -t chosen < <(cut --fields=1 genome.sizes | grep --invert-match '[;=,]' | sed 's/^/--sequence=/')
+  mkdir catalogues
+  for catalogue in expansionhunter gangstr hipstr longtr straglr trgt vamos; do
+    convert "$catalogue" "${chosen[@]}" -o "catalogues/$catalogue" 2>>left_out
+  done
+  convert tsv "${chosen[@]}" -o chosen.tsv
+  "$python" "$here/check_catalogues.py" genome.fa chosen.tsv catalogues
+
+  check "bedtools reads the catalogues that are BED, all of whose places are repeats"
+  for catalogue in straglr trgt; do
+    bedtools intersect -u -f 1 -r -a "catalogues/$catalogue" -b rows.bed >theirs
+    same "$catalogue" "catalogues/$catalogue" theirs
+  done
+}
+
 main() {
   local program
   for program in bedtools bgzip tabix gt samtools "$python"; do
@@ -184,6 +204,7 @@ main() {
   check_gff3
   check_masked
   check_json
+  check_catalogues
 }
 
 main

@@ -92,7 +92,8 @@ def check_catalogue(path, genome, table):
     for locus in read_loci(path):
         record, start, end, motif = locus
         if path.name == "gangstr":
-            whole = [one for one in ends.get((record, start, motif), []) if 0 <= one - end < len(motif)]
+            uncut = ends.get((record, start, motif), [])
+            whole = [one for one in uncut if 0 <= one - end < len(motif)]
             if not whole or (end - start) % len(motif) != 0:
                 sys.exit(f"gangstr: {locus} is no repeat of whole copies")
             perfection = table[record, start, whole[0], motif]

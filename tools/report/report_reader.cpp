@@ -114,7 +114,7 @@ bool CReportReader::read_repeat() {
   repeat_.unit = reader.text_at(unit);
   repeat_.perfection = reader.text_at(perfection);
   repeat_.edits = reader.text_at(edits);
-  on_earlier_line(reader.line_number() - line_number, [this] {
+  on_earlier_line(lines_after(line_number), [this] {
     unit_forms_.check_printed_unit(repeat_.unit, repeat_.motif, settings_.unit_form);
   });
   return true;

@@ -59,6 +59,11 @@ class CReportReader {
   template <class Step>
   bool guarded(const Step& step);
 
+  /// Returns how many lines were read after that with this number.
+  [[nodiscard]] std::uint64_t lines_after(std::uint64_t line_number) const {
+    return lines_.reader().line_number() - line_number;
+  }
+
   bool read_sequence_head();
   bool read_repeat();
   void read_edit_line();

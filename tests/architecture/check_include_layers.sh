@@ -15,10 +15,11 @@ set -euo pipefail
 readonly layers='
 tools             tools/command_line
 tools/command_line tools/commands tools/catalogues tools/formats tools/io
-tools/commands    tools/catalogues tools/formats tools/merge tools/summary tools/report tools/io
+tools/commands    tools/catalogues tools/formats tools/merge tools/page tools/summary tools/report tools/io
 tools/catalogues  tools/formats tools/report tools/io
 tools/formats     tools/summary tools/report tools/io
 tools/merge       tools/report tools/io
+tools/page        tools/summary tools/report tools/io
 tools/summary     tools/report
 tools/report      tools/io report sequence
 tools/io          sequence
@@ -43,8 +44,10 @@ readonly system_headers='fcntl.h sys/file.h sys/stat.h unistd.h'
 readonly third_party_headers='
 tclap/  driver/command_line.cpp
 zlib.h  sequence/inflater.cpp
+zlib.h  tools/page/packed_text.cpp
 CLI/    tools/command_line/command_line.cpp
 CLI/    tools/command_line/convert_options.cpp
+CLI/    tools/command_line/html_options.cpp
 CLI/    tools/command_line/merge_options.cpp
 CLI/    tools/command_line/shared_options.cpp
 CLI/    tools/command_line/stats_options.cpp

@@ -7,6 +7,7 @@
 
 #include "tools/command_line/convert_options.h"
 #include "tools/command_line/exit_status.h"
+#include "tools/command_line/html_options.h"
 #include "tools/command_line/merge_options.h"
 #include "tools/command_line/stats_options.h"
 #include "tools/io/closed_descriptors.h"
@@ -51,6 +52,7 @@ int parse_and_run(int argc, const char* const* argv) {
   add_convert(program);
   add_stats(program);
   add_merge(program);
+  add_html(program);
   try {
     program.parse(argc, argv);
   } catch (const CLI::CallForHelp&) {

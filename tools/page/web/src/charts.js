@@ -12,6 +12,15 @@ echarts.use([BarChart, GridComponent, TooltipComponent, CanvasRenderer]);
 
 const FONT = 'system-ui, -apple-system, "Segoe UI", Roboto, "Noto Sans", sans-serif';
 
+const bars = []; // charts of bars, each as a function that draws it again
+let isLogarithmic = false;
+
+/** Draws all bars on a logarithmic scale, or on a linear one. */
+export function setLogarithmic(isWanted) {
+  isLogarithmic = isWanted;
+  for (const draw of bars) draw();
+}
+
 /** Returns what all charts share: fonts, colours, margins and the box with the figures. */
 export function baseOption() {
   return {
@@ -37,7 +46,7 @@ export function axis(type, more = {}) {
     axisLine: { lineStyle: { color: colour('--line') } },
     axisTick: { show: false },
     axisLabel: { color: colour('--muted'), hideOverlap: true, ...more.axisLabel },
-    splitLine: { show: type === 'value', lineStyle: { color: colour('--grid') } },
+    splitLine: { show: type !== 'category', lineStyle: { color: colour('--grid') } },
     nameTextStyle: { color: colour('--muted') },
     ...Object.fromEntries(Object.entries(more).filter(([key]) => key !== 'axisLabel')),
   };
@@ -97,7 +106,11 @@ export function drawBars(place, items, { name, isFlat = false, pick }) {
       inverse: isFlat,
       axisLabel: isFlat ? { interval: 0, fontFamily: 'ui-monospace, monospace' } : {},
     });
-    const values = axis('value', { minInterval: 1, axisLabel: { formatter: shortNumber } });
+    const values = axis(isLogarithmic ? 'log' : 'value', {
+      minInterval: 1,
+      min: isLogarithmic ? 1 : 0,
+      axisLabel: { formatter: shortNumber },
+    });
     option.tooltip.formatter = ([point]) => lines(...items[point.dataIndex].lines);
     option.xAxis = isFlat ? values : categories;
     option.yAxis = isFlat ? categories : values;
@@ -117,6 +130,7 @@ export function drawBars(place, items, { name, isFlat = false, pick }) {
     return option;
   };
   const chart = makeChart(place, makeOption);
+  bars.push(() => chart.setOption(makeOption(), { notMerge: true }));
   if (pick) chart.on('click', (event) => pick(event.dataIndex));
   place.setAttribute('role', 'img');
   return chart;

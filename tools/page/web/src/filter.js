@@ -19,28 +19,32 @@ export function commonForm(unit) {
 }
 
 /**
- * Reads a place: a name, alone or with a range of positions.
+ * Reads a place: the name of a record, alone or with a range of positions.
+ * @param {import('./repeats.js').Repeats} repeats
  * @param {string} text such as "chrII", "chrII:1,200-5,000" or "chrII:1200"
- * @returns {{name: string, start: number, end: number}} with 1-based, closed positions
+ * @returns {{record: number, start: number, end: number}} with 1-based, closed positions, or null if
+ *   no record has this name
  */
-export function readPlace(text) {
-  const found = /^(.+):([\d,]+)(?:-([\d,]+))?$/.exec(text.trim());
-  if (!found) return { name: text.trim(), start: 1, end: Infinity };
+export function findPlace(repeats, text) {
+  const whole = text.trim();
+  const record = repeats.recordNamed(whole);
+  if (record >= 0) return { record, start: 1, end: Infinity };
+  const found = /^(.+):([\d,]+)(?:-([\d,]+))?$/.exec(whole);
+  const named = found ? repeats.recordNamed(found[1]) : -1;
+  if (named < 0) return null;
   const start = Number(found[2].replace(/,/g, ''));
-  const end = found[3] ? Number(found[3].replace(/,/g, '')) : start;
-  return { name: found[1], start, end };
+  return { record: named, start, end: found[3] ? Number(found[3].replace(/,/g, '')) : start };
 }
 
 /** Returns a test of records for the text of the field Record: part of a name, or a place. */
 function recordTest(repeats, text) {
   const { count } = repeats.records;
   const taken = new Uint8Array(count);
-  const place = readPlace(text);
-  let hasWhole = false;
-  for (let i = 0; i < count; ++i) {
-    if (repeats.recordName(i) === place.name) taken[i] = hasWhole = 1;
+  const place = findPlace(repeats, text);
+  if (place) {
+    taken[place.record] = 1;
+    return { taken, start: place.start, end: place.end };
   }
-  if (hasWhole) return { taken, start: place.start, end: place.end };
   const part = text.trim().toLowerCase();
   for (let i = 0; i < count; ++i) {
     if (repeats.recordName(i).toLowerCase().includes(part)) taken[i] = 1;

@@ -4,7 +4,7 @@ import { readDetails, readTable } from './data.js';
 import { Density } from './density.js';
 import { Details } from './details.js';
 import { makeFile, save } from './download.js';
-import { passingRows, sortRows, readPlace } from './filter.js';
+import { findPlace, passingRows, sortRows } from './filter.js';
 import { drawOverview } from './overview.js';
 import { grouped, Repeats } from './repeats.js';
 import { Table } from './table.js';
@@ -69,6 +69,7 @@ class RepeatList {
     const all = head.rows === head.total.repeats ? '' : ` listed, of ${grouped(head.total.repeats)} in the report`;
     byId('count').textContent = `${grouped(this.shown.length)} of ${grouped(head.rows)} repeats${all}`;
     byId('save-note').textContent = '';
+    byId('nothing').hidden = this.shown.length > 0;
   }
 
   sort(column) {
@@ -147,27 +148,26 @@ function showRange(density, repeats, select) {
   const one = `${repeats.recordName(first)}: ${grouped(start)}–${grouped(end)}`;
   const many = `${repeats.recordName(first)} to ${repeats.recordName(last)} (${grouped(last - first + 1)} records)`;
   byId('range').textContent = first === last ? one : many;
+  document.querySelector('[data-do=list]').disabled = first !== last;
   byId('density-chart').setAttribute('aria-label', `Density of repeats in ${first === last ? one : many}`);
   const isAll = density.begin === 0 && density.end === density.windows.total;
   select.value = isAll && repeats.records.count > 1 ? 'all' : first === last && isWhole ? String(first) : '';
 }
 
 function goToPlace(density, repeats, field) {
-  const place = readPlace(field.value);
-  for (let i = 0; i < repeats.records.count; ++i) {
-    if (repeats.recordName(i) !== place.name || repeats.records.lengths[i] === 0) continue;
-    density.showPlace(i, place.start, place.end);
-    field.setCustomValidity('');
+  const place = findPlace(repeats, field.value);
+  if (place && repeats.records.lengths[place.record] > 0) {
+    density.showPlace(place.record, place.start, place.end);
     return;
   }
-  field.setCustomValidity('No record has this name.');
+  field.setCustomValidity(place ? 'This record has no bases.' : 'No record has this name.');
   field.reportValidity();
   field.addEventListener('input', () => field.setCustomValidity(''), { once: true });
 }
 
 function listRange(density, repeats, list) {
-  const { first, last, start, end } = density.range();
-  list.ask(first === last ? { record: `${repeats.recordName(first)}:${start}-${end}` } : {});
+  const { first, start, end } = density.range();
+  list.ask({ record: `${repeats.recordName(first)}:${start}-${end}` });
 }
 
 async function start() {

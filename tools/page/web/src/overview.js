@@ -1,6 +1,6 @@
 // Totals, the four bar charts with their tables, and the settings.
 
-import { drawBars, repeatText } from './charts.js';
+import { drawBars, repeatText, setLogarithmic } from './charts.js';
 import { grouped } from './repeats.js';
 
 const byId = (id) => document.getElementById(id);
@@ -50,6 +50,7 @@ function drawOr(place, items, more, description) {
   if (items.length === 0) {
     place.textContent = 'There are no repeats.';
     place.classList.add('none');
+    place.parentElement.querySelector('details').hidden = true;
     return;
   }
   drawBars(place, items, more);
@@ -172,6 +173,14 @@ export function drawOverview({ head, records }, repeats, list) {
   drawUnits(head, list);
   drawLengths(head.distributions, list);
   drawPerfections(head.distributions, list);
+  const box = byId('logarithmic');
+  box.addEventListener('change', () => setLogarithmic(box.checked));
+  box.closest('p').hidden = total.repeats === 0;
+  drawRecords(records, repeats);
+  for (const [title, value] of head.settings) addPair(byId('setting-list'), title, value);
+}
+
+function drawRecords(records, repeats) {
   const lines = [];
   for (let i = 0; i < Math.min(records.count, MAX_TABLE_ROWS + 1); ++i) {
     const share = records.lengths[i] > 0 ? records.bases[i] / records.lengths[i] : 0;
@@ -179,5 +188,4 @@ export function drawOverview({ head, records }, repeats, list) {
       grouped(records.bases[i]), PERCENT(share)]);
   }
   fillTable(byId('record-table'), ['Record', 'Length', 'Repeats', 'Bases in repeats', 'Share'], lines, records.count);
-  for (const [title, value] of head.settings) addPair(byId('setting-list'), title, value);
 }

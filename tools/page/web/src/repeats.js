@@ -31,6 +31,15 @@ export class Repeats {
     return name;
   }
 
+  /** Returns the number of the record with this identifier, -1 if there is none. */
+  recordNamed(name) {
+    if (!this.numbers) {
+      this.numbers = new Map();
+      for (let i = 0; i < this.records.count; ++i) this.numbers.set(this.recordName(i), i);
+    }
+    return this.numbers.get(name) ?? -1;
+  }
+
   recordBytes(record) {
     return bytesOf(this.records.names, record);
   }

@@ -4,6 +4,7 @@ import { grouped } from './repeats.js';
 
 const ROW_HEIGHT = 32;
 const ROWS_BEYOND = 8;
+const ROOM_FOR_EDGES = 20; // borders and a scroll bar, in pixels
 
 /** The columns: key for sorting, title, explanation, and text of a row. */
 const COLUMNS = [
@@ -98,6 +99,7 @@ export class Table {
     this.active = 0;
     this.grid.scrollTop = 0;
     this.body.style.height = `${shown.length * ROW_HEIGHT}px`;
+    this.grid.style.maxHeight = `${(shown.length + 1) * ROW_HEIGHT + ROOM_FOR_EDGES}px`;
     this.grid.setAttribute('aria-rowcount', shown.length + 1);
     this.titles.forEach((title, i) => {
       const order = COLUMNS[i][0] === column ? (isDescending ? 'descending' : 'ascending') : 'none';

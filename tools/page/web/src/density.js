@@ -14,6 +14,10 @@ echarts.use([LineChart, DataZoomInsideComponent, DataZoomSliderComponent]);
 const MAX_BINS = 800;
 const MAX_NAMED_RECORDS = 40;
 
+// Begins the names of records on the axis. It has no width. The library keeps the widths of texts as
+// properties of an object, where "constructor" or "__proto__" would find what is no width.
+const NO_PROPERTY = '\u200b';
+
 /** Sums over the windows of all records. */
 class Windows {
   constructor(data) {
@@ -163,7 +167,7 @@ export class Density {
         const begin = Math.max(windows.offsets[record], this.begin);
         const stop = Math.min(windows.offsets[record + 1], this.end);
         const name = repeats.recordName(record);
-        labels.set((begin + stop) / 2, name.length > 14 ? `${name.slice(0, 13)}…` : name);
+        labels.set((begin + stop) / 2, NO_PROPERTY + (name.length > 14 ? `${name.slice(0, 13)}…` : name));
       }
     } else {
       for (const tick of roundTicks(this.begin, this.end)) labels.set(tick, shortNumber(tick));

@@ -72,6 +72,10 @@ export class Details {
     if (place < 0 || place >= this.shown.length) return;
     this.place = place;
     this.fill();
+    // A button that has just become useless would take the keys along.
+    if (document.activeElement.disabled || !this.dialog.contains(document.activeElement)) {
+      this.dialog.querySelector('[data-do=close]').focus();
+    }
     this.onMove(place);
   }
 

@@ -33,8 +33,10 @@ class RepeatList {
       timer = setTimeout(() => this.update(), 120);
     });
     this.form.addEventListener('reset', () => setTimeout(() => this.update()));
-    this.form.addEventListener('submit', (event) => {
-      event.preventDefault();
+    this.form.addEventListener('submit', (event) => event.preventDefault());
+    // Sent by Enter too; the list is then as the fields ask at once.
+    this.form.addEventListener('change', () => {
+      clearTimeout(timer);
       this.update();
     });
     byId('save-bed').addEventListener('click', () => this.save('bed'));

@@ -6,7 +6,7 @@ import { DataZoomInsideComponent, DataZoomSliderComponent } from 'echarts/compon
 import * as echarts from 'echarts/core';
 
 import { axis, baseOption, lines, makeChart, shortNumber } from './charts.js';
-import { grouped } from './repeats.js';
+import { cut, grouped } from './repeats.js';
 import { colour } from './theme.js';
 
 echarts.use([LineChart, DataZoomInsideComponent, DataZoomSliderComponent]);
@@ -167,7 +167,7 @@ export class Density {
         const begin = Math.max(windows.offsets[record], this.begin);
         const stop = Math.min(windows.offsets[record + 1], this.end);
         const name = repeats.recordName(record);
-        labels.set((begin + stop) / 2, NO_PROPERTY + (name.length > 14 ? `${name.slice(0, 13)}…` : name));
+        labels.set((begin + stop) / 2, NO_PROPERTY + cut(name, 14));
       }
     } else {
       for (const tick of roundTicks(this.begin, this.end)) labels.set(tick, shortNumber(tick));
@@ -216,10 +216,10 @@ export class Density {
     if (!bin) return [''];
     const last = windows.recordAt(bin.end - 1);
     const start = grouped(bin.begin - windows.offsets[bin.record] + 1);
-    const name = repeats.recordName(bin.record).slice(0, 60);
+    const name = cut(repeats.recordName(bin.record), 60);
     const range = last === bin.record
       ? `${name}: ${start}–${grouped(bin.end - windows.offsets[bin.record])}`
-      : `${name} to ${repeats.recordName(last).slice(0, 60)}`;
+      : `${name} to ${cut(repeats.recordName(last), 60)}`;
     return [range, `${(bin.share * 100).toPrecision(3)} % in repeats`,
       `${grouped(bin.covered)} of ${grouped(bin.end - bin.begin)} bp`];
   }

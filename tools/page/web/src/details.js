@@ -115,7 +115,7 @@ export class Details {
     for (const [title, value] of figures) {
       const group = add(this.figures, 'div');
       add(group, 'dt', title);
-      add(group, 'dd', value);
+      add(group, 'dd', value, /^(Unit|Motif on.*)$/.test(title) ? 'letters' : '');
     }
   }
 

@@ -2,13 +2,26 @@
 
 const COMPLEMENT = { A: 'T', C: 'G', G: 'C', T: 'A', N: 'N' };
 
+/** Returns the least rotation, in a number of steps that is proportional to the length. */
 function leastRotation(unit) {
-  let least = unit;
-  for (let i = 1; i < unit.length; ++i) {
-    const rotation = unit.slice(i) + unit.slice(0, i);
-    if (rotation < least) least = rotation;
+  // Two rotations are compared; of the one that is found larger, all are that begin in what has
+  // matched.
+  const { length } = unit;
+  let [left, right, matched] = [0, 1, 0];
+  while (left < length && right < length && matched < length) {
+    const a = unit[(left + matched) % length];
+    const b = unit[(right + matched) % length];
+    if (a === b) {
+      ++matched;
+      continue;
+    }
+    if (a > b) left += matched + 1;
+    else right += matched + 1;
+    if (left === right) ++right;
+    matched = 0;
   }
-  return least;
+  const least = Math.min(left, right);
+  return unit.slice(least) + unit.slice(0, least);
 }
 
 /** Returns the form that all rotations of a unit on either strand share. */

@@ -6,13 +6,14 @@ import { Details } from './details.js';
 import { makeFile, save } from './download.js';
 import { findPlace, passingRows, sortRows } from './filter.js';
 import { drawOverview } from './overview.js';
-import { grouped, Repeats } from './repeats.js';
+import { cut, grouped, Repeats } from './repeats.js';
 import { Table } from './table.js';
 import { startTheme, switchTheme } from './theme.js';
 
 const byId = (id) => document.getElementById(id);
 
 const MAX_LISTED_RECORDS = 2000;
+const MAX_NAME_LENGTH = 80;
 
 /** The state of the list of repeats: what the fields ask for, and the order. */
 class RepeatList {
@@ -112,7 +113,7 @@ function startDensity(data, repeats, list) {
     ? `All ${grouped(records.count)} (below: the longest)` : `All ${grouped(records.count)}`;
   select.append(new Option(title, 'all'));
   for (const record of longest) {
-    if (records.lengths[record] > 0) select.append(new Option(repeats.recordName(record).slice(0, 80), record));
+    if (records.lengths[record] > 0) select.append(new Option(cut(repeats.recordName(record), MAX_NAME_LENGTH), record));
   }
   select.addEventListener('change', () => {
     if (select.value === 'all') density.showAll();
@@ -147,8 +148,9 @@ function showRange(density, repeats, select) {
   const { first, last, start, end } = density.range();
   const length = repeats.records.lengths[first];
   const isWhole = start === 1 && end === length;
-  const one = `${repeats.recordName(first)}: ${grouped(start)}–${grouped(end)}`;
-  const many = `${repeats.recordName(first)} to ${repeats.recordName(last)} (${grouped(last - first + 1)} records)`;
+  const nameOf = (record) => cut(repeats.recordName(record), MAX_NAME_LENGTH);
+  const one = `${nameOf(first)}: ${grouped(start)}–${grouped(end)}`;
+  const many = `${nameOf(first)} to ${nameOf(last)} (${grouped(last - first + 1)} records)`;
   byId('range').textContent = first === last ? one : many;
   document.querySelector('[data-do=list]').disabled = first !== last;
   byId('density-chart').setAttribute('aria-label', `Density of repeats in ${first === last ? one : many}`);

@@ -1,7 +1,7 @@
 // Totals, the four bar charts with their tables, and the settings.
 
 import { drawBars, repeatText, setLogarithmic } from './charts.js';
-import { grouped } from './repeats.js';
+import { cut, grouped } from './repeats.js';
 
 const byId = (id) => document.getElementById(id);
 
@@ -9,11 +9,6 @@ const MAX_BARS = 60;
 const SHOWN_UNITS = 15;
 const MAX_TABLE_ROWS = 2000;
 const PERCENT = (share) => `${Number((share * 100).toPrecision(4))} %`;
-
-/** Returns a text that is cut where a label would be too long. */
-function cut(text, length) {
-  return text.length > length ? `${text.slice(0, length - 1)}…` : text;
-}
 
 function addPair(list, title, value) {
   const group = document.createElement('div');

@@ -9,6 +9,11 @@ export function grouped(number) {
   return String(number).replace(/\B(?=(\d{3})+(?!\d))/g, ',');
 }
 
+/** Returns a text of up to `length` characters, with an ellipsis where it is cut. */
+export function cut(text, length) {
+  return text.length > length ? `${text.slice(0, length - 1)}…` : text;
+}
+
 /** The figures of the repeats as texts. Nothing is computed before it is asked for. */
 export class Repeats {
   /** @param {object} data what `readTable` returns */

@@ -1,6 +1,6 @@
 // The table of repeats. Only the rows that are in sight are elements of the page.
 
-import { grouped } from './repeats.js';
+import { cut, grouped } from './repeats.js';
 
 const ROW_HEIGHT = 32;
 const ROWS_BEYOND = 8;
@@ -142,8 +142,7 @@ export class Table {
     line.setAttribute('aria-rowindex', place + 2);
     const row = this.shown[place];
     COLUMNS.forEach(([, , , text], i) => {
-      const value = text(this.repeats, row);
-      line.cells[i].textContent = value.length > 200 ? `${value.slice(0, 200)}…` : value;
+      line.cells[i].textContent = cut(text(this.repeats, row), 200);
     });
   }
 

@@ -112,6 +112,14 @@ test('light and dark follow the system and the switch', async () => {
   }
 });
 
+test('a print has a few pages, however many repeats there are', async () => {
+  const { page, ...rest } = await open(report);
+  const pdf = (await page.pdf({ format: 'A4', printBackground: true })).toString('latin1');
+  const pages = pdf.match(/\/Type\s*\/Page\b/g).length;
+  assert.ok(pages >= 2 && pages <= 5, `${pages} pages`);
+  expectQuiet({ page, ...rest });
+});
+
 test('the page fits a phone', async () => {
   const { page, ...rest } = await open(report, { viewport: { width: 390, height: 800 } });
   assert.equal(await page.evaluate(() => document.documentElement.scrollWidth), 390);

@@ -79,7 +79,7 @@ class Windows {
 
 /** Returns ticks at round positions of a range, from 0 on. */
 function roundTicks(begin, end) {
-  const rough = (end - begin) / 7;
+  const rough = (end - begin) / 10;
   const power = 10 ** Math.floor(Math.log10(Math.max(rough, 1)));
   const step = [1, 2, 5, 10].map((digit) => digit * power).find((size) => size >= rough) ?? power;
   const ticks = [];

@@ -206,7 +206,7 @@ TEST(Html, the_longest_alignments_are_left_out_and_counted) {
   const std::string report = report_of_many(99);
   const OwnedReport whole = read_whole(report);
   tools::PageLimits limits;
-  limits.detail_bytes = 6000;
+  limits.detail_bytes = 1500;
   const auto [page, said] = run_with_limits(report, limits);
   ASSERT_EQ(page.repeats.size(), 99U);
   std::size_t left_out_count = 0;

@@ -15,15 +15,13 @@
 // Details, for each row: length of the bases, or -1 if the details are left out | length of the
 // unit copies | lengths of edits, left flank and right flank; then the bases of all rows | the unit
 // copies | the edits | the left flanks | the right flanks.
-//   Bases with an alignment: '-' for a deletion, small letters for insertions, x for an N that is a
-//   mismatch. The line of the unit repeats the motif, with '-' for insertions; only where the motif
-//   is not known, for less than one copy, its letters follow as unit copies.
+//   Bases and unit copies are as folded_alignment.h describes them. The line of the unit repeats
+//   the motif, or begins with the unit copies where there are any, with '-' for insertions.
 
 #include "tools/page/page_writer.h"
 
 #include <algorithm>
 #include <charconv>
-#include <functional>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -36,8 +34,6 @@
 namespace quorix::tools {
 
 namespace {
-
-constexpr char kGap = '-';
 
 /// The distinct units and motifs, by the order in which rows have them first.
 class CWordList {
@@ -116,27 +112,6 @@ void add_rows(CPackedText& data, const std::vector<PageRow>& rows,
   add_column(data, words, [](const RowWords& word) { return word.motif; });
 }
 
-/// Makes `text` the bases of a repeat, with what the line of its unit adds to them.
-void encode_bases(const Repeat& repeat, std::string& text) {
-  text = repeat.bases;
-  for (std::size_t i = 0; i < repeat.aligned_unit.size(); ++i) {
-    if (repeat.aligned_unit[i] == kGap) {
-      text[i] = static_cast<char>(text[i] - 'A' + 'a');
-    } else if (text[i] == 'N' && repeat.marks[i] == ' ') {
-      text[i] = 'x';
-    }
-  }
-}
-
-/// Returns the letters of the unit's line where the motif does not tell them.
-std::string unit_copies(const Repeat& repeat) {
-  std::string copies;
-  if (!repeat.motif.empty()) return copies;
-  std::remove_copy(repeat.aligned_unit.begin(), repeat.aligned_unit.end(),
-                   std::back_inserter(copies), kGap);
-  return copies;
-}
-
 }  // namespace
 
 void write_table_data(const CPageContents& contents, COutput& output) {
@@ -168,17 +143,12 @@ void write_detail_data(const CPageContents& contents, COutput& output) {
   add_column(data, rows, [](const PageRow& row) {
     return row.details == nullptr ? -1 : static_cast<std::int64_t>(row.figures.bases.size());
   });
-  add_column(data, rows, [](const PageRow& row) { return unit_copies(row.figures).size(); });
-  for (const auto member : {&Repeat::edits, &Repeat::left_flank, &Repeat::right_flank}) {
+  for (const auto member :
+       {&Repeat::aligned_unit, &Repeat::edits, &Repeat::left_flank, &Repeat::right_flank}) {
     add_column(data, rows, [&](const PageRow& row) { return (row.figures.*member).size(); });
   }
-  std::string bases;
-  for (const PageRow& row : rows) {
-    encode_bases(row.figures, bases);
-    data.add(bases);
-  }
-  for (const PageRow& row : rows) data.add(unit_copies(row.figures));
-  for (const auto member : {&Repeat::edits, &Repeat::left_flank, &Repeat::right_flank}) {
+  for (const auto member : {&Repeat::bases, &Repeat::aligned_unit, &Repeat::edits,
+                            &Repeat::left_flank, &Repeat::right_flank}) {
     for (const PageRow& row : rows) data.add(row.figures.*member);
   }
   data.finish();

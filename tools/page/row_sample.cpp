@@ -6,6 +6,9 @@
 
 #include <algorithm>
 #include <array>
+#include <string_view>
+
+#include "tools/page/folded_alignment.h"
 
 namespace quorix::tools {
 
@@ -14,8 +17,7 @@ namespace {
 using Text = std::string_view Repeat::*;
 
 constexpr std::array<Text, 3> kWords{&Repeat::perfection, &Repeat::unit, &Repeat::motif};
-constexpr std::array<Text, 6> kDetails{&Repeat::edits,      &Repeat::bases,
-                                       &Repeat::marks,      &Repeat::aligned_unit,
+constexpr std::array<Text, 5> kDetails{&Repeat::edits, &Repeat::bases, &Repeat::aligned_unit,
                                        &Repeat::left_flank, &Repeat::right_flank};
 
 template <std::size_t kCount>
@@ -39,16 +41,16 @@ std::unique_ptr<char[]> own(Repeat& repeat, const std::array<Text, kCount>& text
   return block;
 }
 
+std::size_t detail_length(const Repeat& repeat) {
+  return total_length(repeat, kDetails);
+}
+
 void drop_details(PageRow& row) {
   for (const Text text : kDetails) row.figures.*text = {};
   row.details.reset();
 }
 
 }  // namespace
-
-std::size_t detail_length(const Repeat& repeat) {
-  return total_length(repeat, kDetails);
-}
 
 void CRowSample::add(std::uint32_t sequence, const Repeat& repeat) {
   if (seen_count_++ % stride_ != 0) return;
@@ -60,10 +62,15 @@ void CRowSample::add(std::uint32_t sequence, const Repeat& repeat) {
 }
 
 void CRowSample::store(std::uint32_t sequence, const Repeat& repeat) {
+  fold_bases(repeat, bases_);
+  fold_unit(repeat, unit_copies_);
   PageRow row{repeat, sequence, nullptr, nullptr};
+  row.figures.bases = bases_;
+  row.figures.aligned_unit = unit_copies_;
+  row.figures.marks = {};
   row.words = own(row.figures, kWords);
   word_bytes_ += total_length(repeat, kWords);
-  if (const std::size_t length = detail_length(repeat); length > max_detail_length_) {
+  if (const std::size_t length = detail_length(row.figures); length > max_detail_length_) {
     drop_details(row);
   } else {
     row.details = own(row.figures, kDetails);

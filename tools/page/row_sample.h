@@ -8,7 +8,7 @@
 #include <cstdint>
 #include <limits>
 #include <memory>
-#include <string_view>
+#include <string>
 #include <vector>
 
 #include "tools/page/page_limits.h"
@@ -16,12 +16,13 @@
 
 namespace quorix::tools {
 
-/// A repeat with texts of its own. Views in `figures` lie in the blocks beside it.
+/// A repeat with texts of its own, in blocks beside it. Its alignment is folded: `bases` and
+/// `aligned_unit` are what folded_alignment.h makes of them, and `marks` is empty.
 struct PageRow {
   Repeat figures;
   std::uint32_t sequence = 0;       ///< number of its record, from 0
   std::unique_ptr<char[]> words;    ///< perfection, unit and motif
-  std::unique_ptr<char[]> details;  ///< bases, alignment, edits and flanks, unless left out
+  std::unique_ptr<char[]> details;  ///< bases, edits and flanks; null if they are left out
 };
 
 class CRowSample {
@@ -37,9 +38,6 @@ class CRowSample {
   /// Returns 1 if all repeats are listed, n if every n-th one is, beginning with the first.
   [[nodiscard]] std::uint64_t stride() const { return stride_; }
 
-  /// Details of more bytes than this are left out.
-  [[nodiscard]] std::size_t max_detail_length() const { return max_detail_length_; }
-
   /// Returns the number of rows whose details are left out.
   [[nodiscard]] std::size_t left_out_count() const;
 
@@ -54,10 +52,9 @@ class CRowSample {
   std::uint64_t stride_ = 1;
   std::size_t word_bytes_ = 0;
   std::size_t detail_bytes_ = 0;
-  std::size_t max_detail_length_ = std::numeric_limits<std::size_t>::max();
+  std::size_t max_detail_length_ = std::numeric_limits<std::size_t>::max();  ///< beyond: left out
+  std::string bases_;
+  std::string unit_copies_;
 };
-
-/// Returns the bytes that the details of a repeat take.
-[[nodiscard]] std::size_t detail_length(const Repeat& repeat);
 
 }  // namespace quorix::tools

@@ -6,6 +6,8 @@
 # source with an empty one. The packages are installed into the build folder, once for each state of
 # the lock file; the source folder is not written to.
 
+include(GNUInstallDirs)
+
 set(QUORIX_BUILD_PAGE AUTO CACHE STRING
   "Build the page of quorix-tools html (Node.js 18 and npm are needed): ON, OFF, or AUTO where that works")
 
@@ -46,6 +48,18 @@ function(quorix_install_page_packages variable web_folder package_folder)
     set(${variable} "npm could not install its packages (${status}): ${messages}" PARENT_SCOPE)
     return()
   endif()
+  # Whether this Node.js can make the page is seen now, while it can still be left out.
+  execute_process(
+    COMMAND ${QUORIX_NODE} ${web_folder}/build.mjs ${package_folder}/node_modules
+      ${package_folder}/page_template.cpp ${package_folder}/THIRD-PARTY-NOTICES.txt
+    RESULT_VARIABLE status
+    OUTPUT_QUIET
+    ERROR_VARIABLE messages)
+  if(NOT status EQUAL 0)
+    string(STRIP "${messages}" messages)
+    set(${variable} "Node.js could not bundle it (${status}): ${messages}" PARENT_SCOPE)
+    return()
+  endif()
   configure_file(${web_folder}/package-lock.json ${stamp} COPYONLY)
 endfunction()
 
@@ -71,7 +85,9 @@ function(quorix_page_template variable)
   set(output ${package_folder}/page_template.cpp)
   add_custom_command(
     OUTPUT ${output}
+    BYPRODUCTS ${package_folder}/THIRD-PARTY-NOTICES.txt
     COMMAND ${QUORIX_NODE} ${web_folder}/build.mjs ${package_folder}/node_modules ${output}
+      ${package_folder}/THIRD-PARTY-NOTICES.txt
     DEPENDS ${sources} ${web_folder}/build.mjs ${web_folder}/template.html
       ${web_folder}/src/style.css ${package_folder}/node_modules/.installed.json
     COMMENT "Bundling the page of quorix-tools html"
@@ -79,5 +95,6 @@ function(quorix_page_template variable)
   # The page is one string, and longer than the standard asks compilers to take.
   set_source_files_properties(${output} PROPERTIES
     COMPILE_OPTIONS -Wno-overlength-strings SKIP_UNITY_BUILD_INCLUSION ON)
+  install(FILES ${package_folder}/THIRD-PARTY-NOTICES.txt DESTINATION ${CMAKE_INSTALL_DOCDIR})
   set(${variable} ${output} PARENT_SCOPE)
 endfunction()

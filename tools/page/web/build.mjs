@@ -1,5 +1,6 @@
-// Bundles the page and writes it as a C++ source: build.mjs MODULES OUTPUT.cpp. MODULES is the
-// folder node_modules. The same sources and modules give the same bytes.
+// Bundles the page and writes it as a C++ source: build.mjs MODULES OUTPUT.cpp NOTICES.txt. MODULES
+// is the folder node_modules; the notices are those of the packages that are part of the page. The
+// same sources and modules give the same bytes.
 
 import { createHash } from 'node:crypto';
 import { readFileSync, writeFileSync } from 'node:fs';
@@ -7,7 +8,7 @@ import { createRequire } from 'node:module';
 import { dirname, join } from 'node:path';
 import { fileURLToPath } from 'node:url';
 
-const [modules, output] = process.argv.slice(2);
+const [modules, output, noticeFile] = process.argv.slice(2);
 const here = dirname(fileURLToPath(import.meta.url));
 const esbuild = createRequire(join(modules, 'none.js'))('esbuild');
 
@@ -81,6 +82,7 @@ for (const mark of ['@TABLE-DATA@', '@DETAIL-DATA@']) {
   if (page.split(mark).length !== 2) throw new Error(`${mark} does not stand in the page once`);
 }
 
+writeFileSync(noticeFile, `${notices()}\n`);
 writeFileSync(output, `// Made by build.mjs.
 
 #include "tools/page/page_template.h"

@@ -2,11 +2,11 @@
 
 #include <zlib.h>
 
-#include <algorithm>
 #include <array>
 #include <limits>
 #include <new>
 #include <stdexcept>
+#include <string>
 
 namespace quorix::tools {
 
@@ -19,6 +19,8 @@ constexpr std::string_view kLetters =
 constexpr int kLevel = 5;
 constexpr int kGzipWindow = 15 + 16;
 constexpr int kMemoryLevel = 8;
+
+constexpr std::size_t kGroup = 3;  // bytes of four letters
 
 /// Appends the letters of three bytes, of which the first `count` count.
 void append_letters(std::string& text, const unsigned char* bytes, std::size_t count) {
@@ -38,7 +40,7 @@ struct CPackedText::Deflater {
 };
 
 CPackedText::CPackedText(COutput& output)
-    : output_(output), deflater_(std::make_unique<Deflater>()) {
+    : output_(output), packed_(kBlockSize), deflater_(std::make_unique<Deflater>()) {
   if (deflateInit2(&deflater_->stream, kLevel, Z_DEFLATED, kGzipWindow, kMemoryLevel,
                    Z_DEFAULT_STRATEGY) != Z_OK) {
     throw std::bad_alloc();
@@ -61,52 +63,51 @@ void CPackedText::add_number(std::int64_t number) {
 }
 
 void CPackedText::finish() {
-  pack(waiting_, true);
-  waiting_.clear();
+  pack(true);
   if (rest_.empty()) return;
   std::string letters;
   const std::size_t count = rest_.size();
-  rest_.resize(3);
-  append_letters(letters, reinterpret_cast<const unsigned char*>(rest_.data()), count);
+  rest_.resize(kGroup);
+  append_letters(letters, rest_.data(), count);
   output_.add(letters);
   rest_.clear();
 }
 
-void CPackedText::flush() {
-  pack(waiting_, false);
+/// Fills block after block.
+void CPackedText::add_long(std::string_view bytes) {
+  while (!bytes.empty()) {
+    const std::string_view part = bytes.substr(0, kBlockSize - waiting_.size());
+    waiting_.insert(waiting_.end(), part.begin(), part.end());
+    bytes.remove_prefix(part.size());
+    if (waiting_.size() == kBlockSize) pack(false);
+  }
+}
+
+/// Compresses what is waiting.
+void CPackedText::pack(bool is_last) {
+  z_stream& stream = deflater_->stream;
+  stream.next_in = waiting_.data();
+  stream.avail_in = static_cast<uInt>(waiting_.size());
+  do {
+    stream.next_out = packed_.data();
+    stream.avail_out = static_cast<uInt>(packed_.size());
+    if (deflate(&stream, is_last ? Z_FINISH : Z_NO_FLUSH) == Z_STREAM_ERROR) {
+      throw std::logic_error("zlib refuses to deflate");
+    }
+    write(packed_.size() - stream.avail_out);
+  } while (stream.avail_out == 0);
   waiting_.clear();
 }
 
-void CPackedText::pack(std::string_view bytes, bool is_last) {
-  z_stream& stream = deflater_->stream;
-  std::string packed(kBlockSize, '\0');
-  do {
-    const std::size_t length = std::min<std::size_t>(bytes.size(), std::size_t{1} << 30U);
-    // zlib does not change its input, although its pointer is to bytes that may change.
-    stream.next_in = reinterpret_cast<Bytef*>(const_cast<char*>(bytes.data()));
-    stream.avail_in = static_cast<uInt>(length);
-    bytes.remove_prefix(length);
-    const int mode = is_last && bytes.empty() ? Z_FINISH : Z_NO_FLUSH;
-    do {
-      stream.next_out = reinterpret_cast<Bytef*>(packed.data());
-      stream.avail_out = static_cast<uInt>(packed.size());
-      if (deflate(&stream, mode) == Z_STREAM_ERROR)
-        throw std::logic_error("zlib refuses to deflate");
-      write({packed.data(), packed.size() - stream.avail_out});
-    } while (stream.avail_out == 0);
-  } while (!bytes.empty());
-}
-
 /// Writes all whole groups of three bytes and keeps the rest.
-void CPackedText::write(std::string_view packed) {
+void CPackedText::write(std::size_t length) {
+  rest_.insert(rest_.end(), packed_.begin(), packed_.begin() + static_cast<std::ptrdiff_t>(length));
+  const std::size_t whole = rest_.size() / kGroup * kGroup;
   std::string letters;
-  letters.reserve((packed.size() + 2) / 3 * 4 + 4);
-  rest_ += packed;
-  const auto* const bytes = reinterpret_cast<const unsigned char*>(rest_.data());
-  const std::size_t whole = rest_.size() / 3 * 3;
-  for (std::size_t i = 0; i < whole; i += 3) append_letters(letters, bytes + i, 3);
+  letters.reserve(whole / kGroup * 4);
+  for (std::size_t i = 0; i < whole; i += kGroup) append_letters(letters, &rest_[i], kGroup);
   output_.add(letters);
-  rest_.erase(0, whole);
+  rest_.erase(rest_.begin(), rest_.begin() + static_cast<std::ptrdiff_t>(whole));
 }
 
 }  // namespace quorix::tools

@@ -7,8 +7,8 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
-#include <string>
 #include <string_view>
+#include <vector>
 
 #include "tools/io/output.h"
 
@@ -24,9 +24,8 @@ class CPackedText {
 
   /// Appends bytes. Throws: OutputError.
   void add(std::string_view bytes) {
-    if (bytes.size() > kBlockSize - waiting_.size()) flush();
-    if (bytes.size() > kBlockSize) return pack(bytes, false);
-    waiting_ += bytes;
+    if (bytes.size() >= kBlockSize - waiting_.size()) return add_long(bytes);
+    waiting_.insert(waiting_.end(), bytes.begin(), bytes.end());
   }
 
   /// Appends a number: seven bits a byte, the low ones first, with the top bit set in all bytes but
@@ -40,13 +39,14 @@ class CPackedText {
   struct Deflater;
   static constexpr std::size_t kBlockSize = std::size_t{1} << 16U;
 
-  void flush();
-  void pack(std::string_view bytes, bool is_last);
-  void write(std::string_view packed);
+  void add_long(std::string_view bytes);
+  void pack(bool is_last);
+  void write(std::size_t length);
 
   COutput& output_;
-  std::string waiting_;  ///< to be compressed
-  std::string rest_;     ///< compressed, less than three bytes
+  std::vector<unsigned char> waiting_;  ///< to be compressed
+  std::vector<unsigned char> packed_;   ///< room for what comes out
+  std::vector<unsigned char> rest_;     ///< compressed, and not yet letters
   std::unique_ptr<Deflater> deflater_;
 };
 

@@ -80,7 +80,8 @@ function(quorix_page_template variable)
     message(FATAL_ERROR "The page of quorix-tools html cannot be built: ${hindrance}")
   endif()
 
-  set(sources charts data density details download filter main overview repeats table theme)
+  set(sources charts data density density_fields details download filter main overview repeat_list
+    repeats table theme windows)
   list(TRANSFORM sources REPLACE "(.+)" "${web_folder}/src/\\1.js")
   set(output ${package_folder}/page_template.cpp)
   add_custom_command(

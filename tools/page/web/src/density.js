@@ -1,5 +1,4 @@
-// The share of bases in repeats along the records, from all of them down to one window. Places are
-// counted through all records in a row, from 0; a record lies at its offset.
+// The share of bases in repeats along the records, from all of them down to one window.
 
 import { LineChart } from 'echarts/charts';
 import { DataZoomInsideComponent, DataZoomSliderComponent } from 'echarts/components';
@@ -8,84 +7,13 @@ import * as echarts from 'echarts/core';
 import { axis, baseOption, lines, makeChart, shortNumber } from './charts.js';
 import { cut, grouped } from './repeats.js';
 import { colour } from './theme.js';
+import { MAX_NAMED_RECORDS, roundTicks, Windows } from './windows.js';
 
 echarts.use([LineChart, DataZoomInsideComponent, DataZoomSliderComponent]);
-
-const MAX_BINS = 800;
-const MAX_NAMED_RECORDS = 40;
 
 // Begins the names of records on the axis. It has no width. The library keeps the widths of texts as
 // properties of an object, where "constructor" or "__proto__" would find what is no width.
 const NO_PROPERTY = '\u200b';
-
-/** Sums over the windows of all records. */
-class Windows {
-  constructor(data) {
-    this.records = data.records;
-    this.window = data.head.window;
-    const { count, lengths } = this.records;
-    this.offsets = new Float64Array(count + 1);
-    const places = [];
-    for (let i = 0; i < count; ++i) {
-      this.offsets[i + 1] = this.offsets[i] + lengths[i];
-      for (let start = 0; start < lengths[i]; start += this.window) places.push(this.offsets[i] + start);
-    }
-    this.total = this.offsets[count];
-    places.push(this.total);
-    this.starts = Float64Array.from(places);
-    this.sums = new Float64Array(data.windows.length + 1);
-    for (let i = 0; i < data.windows.length; ++i) this.sums[i + 1] = this.sums[i] + data.windows[i];
-  }
-
-  /** Returns the last item of an ascending array that is not above `place`. */
-  static find(array, place) {
-    let low = 0;
-    let high = array.length - 2;
-    while (low < high) {
-      const middle = (low + high + 1) >> 1;
-      if (array[middle] <= place) low = middle;
-      else high = middle - 1;
-    }
-    return Math.max(low, 0);
-  }
-
-  recordAt(place) {
-    return Windows.find(this.offsets, place);
-  }
-
-  /** Returns up to about `MAX_BINS` bins of whole windows that cover a range of places. */
-  bins(begin, end) {
-    const first = Windows.find(this.starts, begin);
-    const last = Windows.find(this.starts, Math.max(end - 1, begin));
-    const step = Math.ceil((last - first + 1) / MAX_BINS);
-    const firstRecord = this.recordAt(begin);
-    const breaks = this.recordAt(Math.max(end - 1, begin)) - firstRecord < MAX_NAMED_RECORDS;
-    const bins = [];
-    let record = firstRecord;
-    for (let from = first; from <= last; ) {
-      while (this.offsets[record + 1] <= this.starts[from]) ++record;
-      let to = Math.min(from + step, last + 1);
-      // Few records: none shares a bin with the next one.
-      if (breaks) while (to > from + 1 && this.starts[to - 1] >= this.offsets[record + 1]) --to;
-      const size = this.starts[to] - this.starts[from];
-      const covered = this.sums[to] - this.sums[from];
-      bins.push({ begin: this.starts[from], end: this.starts[to], share: covered / size, covered, record });
-      from = to;
-    }
-    return bins;
-  }
-}
-
-
-/** Returns ticks at round positions of a range, from 0 on. */
-function roundTicks(begin, end) {
-  const rough = (end - begin) / 10;
-  const power = 10 ** Math.floor(Math.log10(Math.max(rough, 1)));
-  const step = [1, 2, 5, 10].map((digit) => digit * power).find((size) => size >= rough) ?? power;
-  const ticks = [];
-  for (let tick = Math.ceil(begin / step) * step; tick <= end; tick += step) ticks.push(tick);
-  return ticks;
-}
 
 /** The chart with its zoom. */
 export class Density {

@@ -33,6 +33,16 @@ test('names of records do nothing', async () => {
   assert.equal(await page.$$eval('script', (scripts) => scripts.length), 3);
   expectQuiet({ page, ...rest });
   assert.deepEqual(await saved(page, 'tsv'), converted('tsv', hostile));
+
+  // Nor could anything that got in: the page lets no other script run, and asks nobody.
+  const asked = await page.evaluate(() => fetch('data:text/plain,x').then(() => 'got it', () => 'refused'));
+  assert.equal(asked, 'refused');
+  await page.evaluate(() => {
+    const script = document.createElement('script');
+    script.textContent = 'window.hasRun = true';
+    document.body.append(script);
+  });
+  assert.equal(await page.evaluate(() => window.hasRun), undefined);
 });
 
 test('names keep bytes that are no UTF-8', async () => {

@@ -9,6 +9,11 @@ import { cut, grouped } from './repeats.js';
 import { colour } from './theme.js';
 import { MAX_NAMED_RECORDS, roundTicks, Windows } from './windows.js';
 
+/** Up to so many repeats are drawn one by one. */
+const MAX_DRAWN_REPEATS = 400;
+/** A repeat is drawn as wide as such a part of the chart, or wider. */
+const MIN_REPEAT_PART = 400;
+
 echarts.use([LineChart, DataZoomInsideComponent, DataZoomSliderComponent]);
 
 // Begins the names of records on the axis. It has no width. The library keeps the widths of texts as
@@ -128,13 +133,38 @@ export class Density {
     });
   }
 
+  /** The listed repeats in sight, as a line each at the top, unless there are too many. */
+  repeatSeries() {
+    const { first, last, start, end } = this.range();
+    const rows = first === last ? this.repeats.rowsIn(first, start, end, MAX_DRAWN_REPEATS) : [];
+    const offset = this.windows.offsets[first];
+    const points = [];
+    // What is narrower than a dot would not be drawn.
+    const minLength = (this.end - this.begin) / MIN_REPEAT_PART;
+    for (const row of rows) {
+      const from = offset + this.repeats.rows.start[row] - 1;
+      const length = Math.max(this.repeats.rows.length[row], minLength);
+      points.push([from, 1], [from + length, 1], [null, null]);
+    }
+    return {
+      type: 'line',
+      yAxisIndex: 1,
+      data: points,
+      symbol: 'none',
+      animation: false,
+      silent: true,
+      lineStyle: { width: 7, color: colour('--accent-strong'), cap: 'butt' },
+      emphasis: { disabled: true },
+    };
+  }
+
   rangeOption() {
     const labels = this.labels();
     return {
       xAxis: {
         axisLabel: { customValues: [...labels.keys()], formatter: (value) => labels.get(value) ?? '' },
       },
-      series: this.series(),
+      series: [...this.series(), this.repeatSeries()],
     };
   }
 
@@ -164,7 +194,10 @@ export class Density {
       axisLabel: range.xAxis.axisLabel,
       splitLine: { show: false },
     });
-    option.yAxis = axis('value', { axisLabel: { formatter: (value) => `${shortNumber(value)} %` } });
+    option.yAxis = [
+      axis('value', { axisLabel: { formatter: (value) => `${shortNumber(value)} %` } }),
+      { type: 'value', min: 0, max: 1, show: false },
+    ];
     option.series = range.series;
     const shared = {
       startValue: this.begin,

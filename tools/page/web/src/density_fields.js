@@ -32,6 +32,10 @@ export function startDensity(data, repeats, list) {
   const title = records.count > MAX_LISTED_RECORDS
     ? `All ${grouped(records.count)} (below: the longest)` : `All ${grouped(records.count)}`;
   select.append(new Option(title, 'all'));
+  // Shown where the range is neither; it cannot be chosen.
+  const part = new Option('a part, see below', '');
+  part.hidden = true;
+  select.append(part);
   for (const record of longest) {
     if (records.lengths[record] > 0) select.append(new Option(cut(repeats.recordName(record), MAX_NAME_LENGTH), record));
   }

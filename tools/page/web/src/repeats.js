@@ -45,6 +45,23 @@ export class Repeats {
     return this.numbers.get(name) ?? -1;
   }
 
+  /**
+   * Returns the rows of a record that have bases in a range, or none if there are more than
+   * `maxCount`.
+   */
+  rowsIn(record, start, end, maxCount) {
+    const { rows, records } = this;
+    let row = 0;
+    for (let i = 0; i < record; ++i) row += records.rows[i];
+    const found = [];
+    for (const stop = row + records.rows[record]; row < stop && rows.start[row] <= end; ++row) {
+      if (this.end(row) < start) continue;
+      if (found.length === maxCount) return [];
+      found.push(row);
+    }
+    return found;
+  }
+
   recordBytes(record) {
     return bytesOf(this.records.names, record);
   }

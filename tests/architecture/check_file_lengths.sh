@@ -8,7 +8,8 @@ readonly max_lines=500
 
 [ $# -eq 1 ] || { echo 'usage: check_file_lengths.sh SOURCE_FOLDER' >&2 && exit 2; }
 
-files=$(find "$1" -type f -size +0)
+# What npm writes is as long as it is.
+files=$(find "$1" -type f -size +0 ! -name package-lock.json)
 [ -n "$files" ] || { echo "no files found in $1" && exit 1; }
 
 findings=''

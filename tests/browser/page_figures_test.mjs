@@ -163,6 +163,7 @@ test('of too many repeats the table lists a sample, and says so', async () => {
   assert.equal(counts.reduce((sum, count) => sum + count, 0), rows.length);
 
   // Quick enough to follow the hand, with room for a busy machine.
+  assert.ok(rest.usableAfter < 5000, `usable after ${rest.usableAfter} ms`);
   const times = await page.evaluate(async () => {
     const took = [];
     for (const key of ['unit', 'copies', 'start', 'start']) {

@@ -54,9 +54,10 @@ export function usePages() {
     runTools('html', '-o', file, reportName);
     const opened = await openPage(browser, options);
     const address = pathToFileURL(file).href;
+    const begin = Date.now();
     await opened.page.goto(address);
     await opened.page.waitForFunction(() => document.documentElement.dataset.ready === 'all');
-    return { ...opened, address };
+    return { ...opened, address, usableAfter: Date.now() - begin };
   };
   return shared;
 }

@@ -13,6 +13,7 @@ const KINDS = {
 
 const GROUP = 10;
 const MIN_COLUMNS = 20;
+const MIN_COLUMNS_WITH_ENDS = 40;
 const MAX_COLUMNS = 80;
 
 function add(parent, tag, text, className) {
@@ -145,7 +146,7 @@ export class Details {
     const right = repeats.detail('right', row);
     if (left) add(this.alignment, 'p', `Before it: ${left}`, 'flank');
 
-    const width = this.columnsOfLine();
+    const { width, hasEnds } = this.lineForm();
     let position = repeats.rows.start[row];
     const digits = String(repeats.end(row)).length;
     for (let begin = 0; begin < bases.length; begin += width) {
@@ -158,7 +159,7 @@ export class Details {
       block.append(`${first}  `);
       addStretches(block, piece, pieceKinds);
       position += count;
-      block.append(`  ${position - 1}`);
+      if (hasEnds) block.append(`  ${position - 1}`);
       if (!unit) continue;
       block.append(`\n${indent}`);
       addStretches(block, [...pieceKinds].map((kind) => KINDS[kind][0]).join(''), pieceKinds);
@@ -168,13 +169,16 @@ export class Details {
     if (right) add(this.alignment, 'p', `After it: ${right}`, 'flank');
   }
 
-  /** Returns how many columns of an alignment fit side by side. */
-  columnsOfLine() {
+  /** Returns how many columns of an alignment fit side by side, and whether their end does too. */
+  lineForm() {
     const probe = add(this.alignment, 'pre', '0'.repeat(100), 'probe');
     const letter = probe.getBoundingClientRect().width / 100;
-    const end = String(this.repeats.end(this.shown[this.place])).length;
-    const room = Math.floor(this.alignment.clientWidth / letter) - 2 * end - 6;
+    const digits = String(this.repeats.end(this.shown[this.place])).length;
+    const room = Math.floor(this.alignment.clientWidth / letter) - digits - 3;
     probe.remove();
-    return Math.min(Math.max(Math.floor(room / GROUP) * GROUP, MIN_COLUMNS), MAX_COLUMNS);
+    const hasEnds = room - digits - 2 >= MIN_COLUMNS_WITH_ENDS;
+    const columns = hasEnds ? room - digits - 2 : room;
+    const width = Math.min(Math.max(Math.floor(columns / GROUP) * GROUP, MIN_COLUMNS), MAX_COLUMNS);
+    return { width, hasEnds };
   }
 }

@@ -22,7 +22,7 @@ const COLUMNS = [
 
 function editText(repeats, row) {
   const { mismatches, insertions, deletions } = repeats.rows;
-  return mismatches[row] < 0 ? '.' : String(mismatches[row] + insertions[row] + deletions[row]);
+  return mismatches[row] < 0 ? '.' : grouped(mismatches[row] + insertions[row] + deletions[row]);
 }
 
 function element(tag, className, role) {

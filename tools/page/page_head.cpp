@@ -23,9 +23,9 @@ std::uint32_t take_character(std::string_view& bytes) {
     is_good = (byte(i) & 0xC0U) == 0x80U;
     code = (code << 6U) | (byte(i) & 0x3FU);
   }
-  constexpr std::uint32_t kLeast[] = {0, 0, 0x80, 0x800, 0x10000};
-  is_good =
-      is_good && code >= kLeast[length] && code <= 0x10FFFFU && (code < 0xD800U || code > 0xDFFFU);
+  constexpr std::uint32_t kMinCodes[] = {0, 0, 0x80, 0x800, 0x10000};
+  is_good = is_good && code >= kMinCodes[length] && code <= 0x10FFFFU &&
+            (code < 0xD800U || code > 0xDFFFU);
   bytes.remove_prefix(is_good ? length : 1);
   return is_good ? code : kReplacement;
 }

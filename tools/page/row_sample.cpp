@@ -1,6 +1,6 @@
 // Rows are thinned while they arrive, so memory never holds more than the limits, whatever the
-// length of the report. Long alignments go first where space is short: there are few, and a page
-// shows none of them at one glance.
+// length of the report. Where space is short, the longest alignments are dropped: that leaves out
+// the fewest repeats.
 
 #include "tools/page/row_sample.h"
 

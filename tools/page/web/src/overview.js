@@ -62,20 +62,20 @@ function figures(group) {
 function drawUnitLengths(head, list) {
   const groups = head.unit_lengths;
   // Many unit lengths share bars of one width.
-  const least = groups[0]?.unit_length ?? 1;
-  const most = groups.at(-1)?.unit_length ?? 0;
-  const step = Math.ceil((most - least + 1) / MAX_BARS);
+  const min = groups[0]?.unit_length ?? 1;
+  const max = groups.at(-1)?.unit_length ?? 0;
+  const step = Math.ceil((max - min + 1) / MAX_BARS);
   const items = [];
-  for (let from = least; from <= most; from += step) {
+  for (let from = min; from <= max; from += step) {
     const to = from + step - 1;
     items.push({ from, to, count: 0, label: step === 1 ? String(from) : `${from}–${to}` });
   }
-  for (const group of groups) items[Math.floor((group.unit_length - least) / step)].count += group.repeats;
+  for (const group of groups) items[Math.floor((group.unit_length - min) / step)].count += group.repeats;
   for (const item of items) item.lines = [`Units of ${item.label} bp`, repeatText(item.count)];
   drawOr(byId('unit-length-chart'), items, {
     name: 'Unit length (bp)',
     pick: (i) => list.ask({ minUnit: items[i].from, maxUnit: items[i].to }),
-  }, `Repeats of ${groups.length} unit lengths, from ${least} to ${most} bp`);
+  }, `Repeats of ${groups.length} unit lengths, from ${min} to ${max} bp`);
   fillTable(byId('unit-length-table'), ['Unit length', ...FIGURES],
     groups.map((group) => [String(group.unit_length), ...figures(group)]));
 }

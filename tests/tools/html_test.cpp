@@ -270,6 +270,14 @@ TEST(Html, filters_hold_for_all_figures) {
   EXPECT_EQ(run_tool({"html", "--sequence", "nobody", name}).status, 3);
 }
 
+TEST(Html, help_names_the_command_and_shows_examples) {
+  EXPECT_NE(run_tool({"--help"}).out.find("quorix-tools html -o"), std::string::npos);
+  const ProcessResult help = run_tool({"html", "--help"});
+  EXPECT_EQ(help.status, 0);
+  EXPECT_NE(help.out.find("Examples:"), std::string::npos);
+  EXPECT_NE(help.out.find("--min-copies"), std::string::npos);
+}
+
 TEST(Html, two_runs_write_the_same_bytes) {
   const CToolFolder folder;
   const std::string name = folder.write("r", example_report());

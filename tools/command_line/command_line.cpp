@@ -25,6 +25,7 @@ constexpr const char* kExamples = R"(Examples:
   quorix genome.fa | quorix-tools convert --to jsonl -o genome.jsonl -
   quorix-tools stats genome.report
   quorix-tools merge -o genome.report part1.report part2.report part3.report
+  quorix-tools html -o genome.html genome.report
 
 Statuses: 0 success, 1 internal error, 2 wrong usage, 3 input, 4 output.)";
 

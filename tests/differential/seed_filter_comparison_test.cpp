@@ -159,7 +159,8 @@ class CJudgedRecord {
 
   [[nodiscard]] CSeedFilter filter_for(SeedUse use, const SeedThresholds& thresholds) const {
     return {record_.sequence.data(), bases_.size(),
-            CFilterPlan(use, scoring_rules_of_settings(), thresholds, global_max_unit_length)};
+            CFilterPlan(use, scoring_rules_of_settings(), thresholds, global_max_unit_length,
+                        global_Ns_allowed_in_a_row)};
   }
 
   [[nodiscard]] CBitSet seeds_for(std::uint64_t unit_length, SeedUse use,

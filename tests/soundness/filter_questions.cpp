@@ -121,9 +121,12 @@ class CQuestions {
     for_each_score(&ExtendedSeed::edited, [&](std::int64_t score) {
       const CThresholdTable scores(draw_rule(engine_, score, unit_length_), unit_length_);
       const CThresholdTable lengths(kNoMinimum, unit_length_);
-      CSeedFilter filter(
-          attack_.text.data(), text_length(),
-          {SeedUse::kExtendOverEdits, text_.scoring, {scores, lengths, scores}, draw_last_unit()});
+      CSeedFilter filter(attack_.text.data(), text_length(),
+                         {SeedUse::kExtendOverEdits,
+                          text_.scoring,
+                          {scores, lengths, scores},
+                          draw_last_unit(),
+                          global_Ns_allowed_in_a_row});
       const CBitSet& left = filter.seeds(unit_length_);
       const std::uint64_t open_share = draw_chance(engine_, 50) ? 0 : draw_between(engine_, 1, 3);
       const auto open_from = [&](std::uint64_t p) {
@@ -157,9 +160,12 @@ class CQuestions {
                                         ? kNoMinimum
                                         : draw_rule(engine_, score + signed_length_, unit_length_),
                                     unit_length_);
-      CSeedFilter filter(
-          attack_.text.data(), text_length(),
-          {SeedUse::kExtendExactly, text_.scoring, {scores, lengths, scores}, signed_length_});
+      CSeedFilter filter(attack_.text.data(), text_length(),
+                         {SeedUse::kExtendExactly,
+                          text_.scoring,
+                          {scores, lengths, scores},
+                          signed_length_,
+                          global_Ns_allowed_in_a_row});
       const CBitSet& left = filter.seeds(unit_length_);
       for (const ExtendedSeed& seed : seeds_) {
         // N's that count for the length are given by exact extension alone.
@@ -176,7 +182,8 @@ class CQuestions {
                          {SeedUse::kExtendExactlyFirst,
                           text_.scoring,
                           {scores, lengths, user_scores},
-                          signed_length_});
+                          signed_length_,
+                          global_Ns_allowed_in_a_row});
       const CBitSet& left = filter.seeds(unit_length_);
       for (const ExtendedSeed& seed : seeds_) {
         if (seed.exact.score < scores[signed_length_]) continue;

@@ -14,6 +14,7 @@ CHAIN = "filter/chain_sieve.cpp"
 RUNS = "filter/run_sieve.cpp"
 FILTER = "filter/seed_filter.cpp"
 PLAN = "filter/filter_plan.cpp"
+WALLS = "filter/walled_text.cpp"
 
 HOLES = {
     "lag grid: an even lowest lag is rounded up": [
@@ -90,6 +91,8 @@ HOLES = {
     "filter plan: the first edit needs one match more": [
         (PLAN, "scoring_.min_penalty() - unit_length + 1;",
          "scoring_.min_penalty() - unit_length + 2;")],
+    "walled text: a run as long as allowed is a wall": [
+        (WALLS, "run_end - run <= static_cast", "run_end - run < static_cast")],
     "filter plan: the second edit needs one match more": [
         (PLAN, "min_two_runs = edited_run + scoring_.min_penalty();",
          "min_two_runs = edited_run + scoring_.min_penalty() + 1;")],

@@ -21,15 +21,19 @@ ChainRule ChainRule::for_unit(std::int64_t unit_length, std::int64_t min_score,
 }
 
 CFilterPlan::CFilterPlan(SeedUse use, const ScoringRules& scoring, const SeedThresholds& thresholds,
-                         std::int64_t last_unit_length)
-    : use_(use), scoring_(scoring), thresholds_(thresholds), last_unit_length_(last_unit_length) {}
+                         std::int64_t last_unit_length, std::int64_t max_Ns_in_a_row)
+    : use_(use),
+      scoring_(scoring),
+      thresholds_(thresholds),
+      last_unit_length_(last_unit_length),
+      max_Ns_in_a_row_(max_Ns_in_a_row) {}
 
 bool CFilterPlan::operator==(const CFilterPlan& other) const {
   return use_ == other.use_ && scoring_ == other.scoring_ &&
          &thresholds_.min_scores == &other.thresholds_.min_scores &&
          &thresholds_.min_lengths == &other.thresholds_.min_lengths &&
          &thresholds_.user_min_scores == &other.thresholds_.user_min_scores &&
-         last_unit_length_ == other.last_unit_length_;
+         last_unit_length_ == other.last_unit_length_ && max_Ns_in_a_row_ == other.max_Ns_in_a_row_;
 }
 
 std::int64_t CFilterPlan::min_score(std::int64_t unit_length) const {

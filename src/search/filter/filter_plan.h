@@ -143,11 +143,13 @@ struct UnitPlan {
 /// The table of one search. A pure function of what it is made of.
 class CFilterPlan {
  public:
-  /// `last_unit_length` is the last one that is searched.
+  /// `last_unit_length` is the last one that is searched. Where N's are neutral, an extension ends
+  /// before a run of more than `max_Ns_in_a_row`.
   CFilterPlan(SeedUse use, const ScoringRules& scoring, const SeedThresholds& thresholds,
-              std::int64_t last_unit_length);
+              std::int64_t last_unit_length, std::int64_t max_Ns_in_a_row);
 
   [[nodiscard]] const ScoringRules& scoring() const { return scoring_; }
+  [[nodiscard]] std::int64_t max_Ns_in_a_row() const { return max_Ns_in_a_row_; }
 
   /// The line of one unit length, 1 or more.
   [[nodiscard]] UnitPlan unit(std::int64_t unit_length) const;
@@ -174,6 +176,7 @@ class CFilterPlan {
   ScoringRules scoring_;
   SeedThresholds thresholds_;
   std::int64_t last_unit_length_;
+  std::int64_t max_Ns_in_a_row_;
 };
 
 }  // namespace quorix

@@ -22,6 +22,8 @@
 #include <bit>
 #include <cassert>
 
+#include "search/filter/walled_text.h"
+
 namespace quorix {
 
 namespace {
@@ -160,12 +162,15 @@ void CLagGrid::load_segment(std::int64_t first_row, std::int64_t row_end) {
   lower_bases_.assign(static_cast<std::size_t>(last_lower_ - lower_begin), kBeforeText);
   for (std::int64_t x = std::max<std::int64_t>(first_higher_, 0); x < std::min(higher_end, length_);
        ++x) {
-    higher_bases_[static_cast<std::size_t>(x - first_higher_)] =
-        static_cast<std::uint8_t>(text_[x]);
+    const char base = text_[x];
+    if (base == kWallLetter) continue;
+    higher_bases_[static_cast<std::size_t>(x - first_higher_)] = static_cast<std::uint8_t>(base);
   }
   for (std::int64_t y = std::max<std::int64_t>(lower_begin + 1, 0);
        y <= std::min(last_lower_, length_ - 1); ++y) {
-    lower_bases_[static_cast<std::size_t>(last_lower_ - y)] = static_cast<std::uint8_t>(text_[y]);
+    const char base = text_[y];
+    if (base == kWallLetter) continue;
+    lower_bases_[static_cast<std::size_t>(last_lower_ - y)] = static_cast<std::uint8_t>(base);
   }
   const auto has_N = [](const std::vector<std::uint8_t>& bases) {
     return std::find(bases.begin(), bases.end(), static_cast<std::uint8_t>('N')) != bases.end();

@@ -7,6 +7,7 @@
 
 #include <bit>
 #include <cassert>
+#include <optional>
 
 #include "search/filter/batch_bound.h"
 #include "search/filter/chain_sieve.h"
@@ -21,16 +22,22 @@ namespace {
 // Neighbours are the bits of a word.
 static_assert(kGroupSeeds == kWordBits && kBatchSeeds == 32);
 
+/// Returns how many N's in a row an extension takes at most, if it takes any.
+std::optional<std::int64_t> max_neutral_Ns(const CFilterPlan& plan) {
+  if (!plan.scoring().is_N_neutral) return std::nullopt;
+  return plan.max_Ns_in_a_row();
+}
+
 }  // namespace
 
 CSeedFilter::CSeedFilter(const char* text, std::uint64_t length, const CFilterPlan& plan)
-    : text_(text),
-      plan_(plan),
+    : plan_(plan),
       planes_(text, length),
-      scored_text_{text, text + length, plan.scoring()},
+      text_(text, planes_.bits_of_Ns(), max_neutral_Ns(plan)),
+      scored_text_{text_.begin(), text_.begin() + length, plan.scoring()},
       lags_(planes_, plan.scoring().is_N_neutral) {
   // Without N's the bounds need not look for them.
-  scored_text_.scoring.is_N_neutral = plan.scoring().is_N_neutral && planes_.has_Ns();
+  scored_text_.scoring.is_N_neutral = plan.scoring().is_N_neutral && text_.has_Ns();
 }
 
 void CSeedFilter::sift_unit_by_runs() {
@@ -52,7 +59,7 @@ const CBitSet& CSeedFilter::lag_seeds() {
       lag_seeds_.emplace_back().reset_to_set(static_cast<std::uint64_t>(text_length() - u));
     }
     first_lag_unit_ = unit_length;
-    const BoundWork done = sift_text_by_lags(text_, planes_.length(), rule, lag_seeds_);
+    const BoundWork done = sift_text_by_lags(text_.begin(), planes_.length(), rule, lag_seeds_);
     work_.lags.tables += done.tables;
     work_.lags.rows += done.rows;
     work_.lags.cells += done.cells;

@@ -28,6 +28,7 @@
 #include "search/filter/bound.h"
 #include "search/filter/filter_plan.h"
 #include "search/filter/run_sieve.h"
+#include "search/filter/walled_text.h"
 
 namespace quorix {
 
@@ -109,7 +110,7 @@ class CSeedFilter {
   /// after it that the plan adds.
   const CBitSet& lag_seeds();
   [[nodiscard]] SeedQuestion question(std::uint64_t p, std::uint64_t asked) const {
-    return {text_ + p, unit_.unit_length, asked, unit_.min_score};
+    return {text_.begin() + p, unit_.unit_length, asked, unit_.min_score};
   }
   /// The verdict of the first bound that serves for `asked` seeds, bit k for base p + k.
   [[nodiscard]] Verdicts bound_neighbours(std::uint64_t p, std::uint64_t asked);
@@ -117,10 +118,10 @@ class CSeedFilter {
   /// undecided group has the seed at p.
   [[nodiscard]] bool is_group_rejected(std::uint64_t p, std::uint64_t asked);
 
-  const char* text_;
   CFilterPlan plan_;
   UnitPlan unit_;  ///< of the last `seeds`
   CBasePlanes planes_;
+  CWalledText text_;
   ScoredText scored_text_;
   CNeighbourLags lags_;
   CBitSet seeds_;

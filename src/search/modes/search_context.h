@@ -31,7 +31,8 @@ struct SearchContext {
         {use,
          scoring_rules_of_settings(),
          {*thresholds.min_scores, *thresholds.min_lengths, *user_thresholds.min_scores},
-         static_cast<std::int64_t>(units.last)});
+         static_cast<std::int64_t>(units.last),
+         std::int64_t{global_Ns_allowed_in_a_row}});
   }
 };
 

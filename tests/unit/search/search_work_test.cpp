@@ -44,17 +44,17 @@ class SearchWork : public CSearchSettings {
 TEST_F(SearchWork, of_short_units) {
   search_units_from_to(1, 30);
   expect_work(hard_text(), search_imperfect,
-              "search: seeds 23494, extended over edits 308\n"
-              "look-ahead: calls 3476, windows 2987, wavefronts 9903, states 122704, unwindowed "
-              "runs 110908, runs of N's 37127\n"
-              "memo: hits 137, misses 3134, stored 3161, moved 1800\n"
+              "search: seeds 23042, extended over edits 223\n"
+              "look-ahead: calls 2905, windows 2577, wavefronts 8833, states 113047, unwindowed "
+              "runs 98304, runs of N's 35994\n"
+              "memo: hits 100, misses 2677, stored 2702, moved 1839\n"
               "paths: misses 1\n",
               "runs: lags 7, words 494, runs 1226\n"
               "lag sieve: tables 2, rows 23212, cells 742784\n"
-              "asked: batches 667, singles 341\n"
+              "asked: batches 612, singles 330\n"
               "group bound:\n"
-              "batch bound: tables 1330, rows 50394, cells 257195\n"
-              "single bound: tables 637, rows 29093, cells 465488\n");
+              "batch bound: tables 1220, rows 36341, cells 158342\n"
+              "single bound: tables 629, rows 23928, cells 382848\n");
 }
 
 TEST_F(SearchWork, of_short_units_with_mild_penalties) {
@@ -62,17 +62,17 @@ TEST_F(SearchWork, of_short_units_with_mild_penalties) {
   require_score(9);
   search_units_from_to(1, 12);
   expect_work(hard_text().substr(1300, 1500), search_imperfect,
-              "search: seeds 8267, extended over edits 210\n"
-              "look-ahead: calls 2189, windows 1726, wavefronts 5366, states 58121, unwindowed "
-              "runs 44447, runs of N's 12639\n"
-              "memo: hits 354, misses 2155, stored 2189, moved 1812\n"
+              "search: seeds 8267, extended over edits 179\n"
+              "look-ahead: calls 1957, windows 1608, wavefronts 5148, states 57213, unwindowed "
+              "runs 43110, runs of N's 12542\n"
+              "memo: hits 256, misses 1931, stored 1957, moved 368\n"
               "paths: misses 20, stored 18\n",
               "runs: lags 5, words 92, runs 365\n"
               "lag sieve:\n"
               "asked: batches 145, singles 23\n"
               "group bound:\n"
-              "batch bound: tables 276, rows 15680, cells 46090\n"
-              "single bound: tables 42, rows 1559, cells 24944\n");
+              "batch bound: tables 276, rows 12696, cells 36603\n"
+              "single bound: tables 43, rows 1265, cells 20240\n");
 }
 
 TEST_F(SearchWork, of_short_units_with_high_penalties) {
@@ -80,33 +80,32 @@ TEST_F(SearchWork, of_short_units_with_high_penalties) {
   require_score(20);
   search_units_from_to(1, 60);
   expect_work(hard_text(), search_imperfect,
-              "search: seeds 26157, extended over edits 726\n"
-              "look-ahead: calls 1626, windows 1031, wavefronts 3033, states 21322, unwindowed "
-              "runs 30961, runs of N's 7764\n"
-              "memo: hits 855, misses 1307, stored 1426, moved 332\n"
+              "search: seeds 25939, extended over edits 121\n"
+              "look-ahead: calls 423, windows 263, wavefronts 836, states 7287, unwindowed runs "
+              "8288, runs of N's 3761\n"
+              "memo: hits 79, misses 235, stored 283, moved 54\n"
               "paths:\n",
               "runs: lags 13, words 1005, runs 1288\n"
               "lag sieve: tables 2, rows 23212, cells 742784\n"
-              "asked: batches 567, singles 110\n"
+              "asked: batches 552, singles 108\n"
               "group bound:\n"
-              "batch bound: tables 1134, rows 67299, cells 245620\n"
-              "single bound: tables 214, rows 11332, cells 181312\n");
+              "batch bound: tables 1104, rows 43191, cells 143630\n"
+              "single bound: tables 214, rows 7917, cells 126672\n");
 }
 
 TEST_F(SearchWork, of_long_units) {
   search_units_from_to(110, 400);
   expect_work(hard_text(), search_imperfect,
-              "search: seeds 8510, extended over edits 75\n"
-              "look-ahead: calls 1143, windows 1143, wavefronts 4572, states 62773, unwindowed "
-              "runs 59861, runs of N's 36903\n"
+              "search: seeds 4736\n"
+              "look-ahead:\n"
               "memo:\n"
               "paths:\n",
               "runs:\n"
               "lag sieve: tables 6, rows 26358, cells 7591104\n"
-              "asked: groups 235, batches 167, singles 6\n"
-              "group bound: tables 470, rows 133584\n"
-              "batch bound: tables 364, rows 76841, cells 2157892\n"
-              "single bound: tables 12, rows 1687, cells 107968\n");
+              "asked: groups 125, batches 91, singles 4\n"
+              "group bound: tables 250, rows 73688\n"
+              "batch bound: tables 182, rows 38148, cells 894556\n"
+              "single bound: tables 8, rows 625, cells 20000\n");
 }
 
 TEST_F(SearchWork, of_long_units_beside_an_array_of_short_ones) {
@@ -117,16 +116,16 @@ TEST_F(SearchWork, of_long_units_beside_an_array_of_short_ones) {
   text += draw_letters(engine, 700, "ACGT");
   search_units_from_to(120, 360);
   expect_work(text, search_imperfect,
-              "search: seeds 79255\n"
+              "search: seeds 46048\n"
               "look-ahead:\n"
               "memo:\n"
               "paths:\n",
               "runs:\n"
               "lag sieve: tables 4, rows 11365, cells 2909440\n"
-              "asked: groups 1399, batches 114, singles 25\n"
-              "group bound: tables 2798, rows 865473\n"
-              "batch bound: tables 230, rows 28760, cells 622722\n"
-              "single bound: tables 50, rows 5799, cells 371136\n");
+              "asked: groups 902, batches 110, singles 9\n"
+              "group bound: tables 1804, rows 525027\n"
+              "batch bound: tables 222, rows 28130, cells 612420\n"
+              "single bound: tables 18, rows 3793, cells 428416\n");
 }
 
 TEST_F(SearchWork, of_units_too_long_for_the_lag_sieve) {
@@ -149,67 +148,67 @@ TEST_F(SearchWork, where_a_score_reduction_limits_extension) {
   global_maximum_scorereduction = 15;
   search_units_from_to(1, 30);
   expect_work(hard_text(), search_imperfect,
-              "search: seeds 23494, extended over edits 283\n"
-              "look-ahead: calls 1798, all paths 4470, states 136071, runs of N's 13385\n"
+              "search: seeds 23042, extended over edits 196\n"
+              "look-ahead: calls 1350, all paths 3378, states 115107, runs of N's 11907\n"
               "memo:\n"
               "paths:\n",
               "runs: lags 7, words 494, runs 1226\n"
               "lag sieve: tables 2, rows 23212, cells 742784\n"
-              "asked: batches 648, singles 335\n"
+              "asked: batches 593, singles 324\n"
               "group bound:\n"
-              "batch bound: tables 1292, rows 46117, cells 232912\n"
-              "single bound: tables 632, rows 27715, cells 443440\n");
+              "batch bound: tables 1182, rows 32609, cells 135743\n"
+              "single bound: tables 622, rows 22295, cells 356720\n");
 }
 
 TEST_F(SearchWork, of_deep_look_aheads) {
   global_maximum_recursion_depth = 9;
   search_units_from_to(2, 9);
   expect_work(hard_text(), search_imperfect,
-              "search: seeds 7739, extended over edits 72\n"
-              "look-ahead: calls 745, wavefronts 3291, states 57781, unwindowed runs 105309, runs "
-              "of N's 9253\n"
-              "memo: hits 28, misses 745, stored 745, moved 457\n"
+              "search: seeds 7739, extended over edits 39\n"
+              "look-ahead: calls 605, wavefronts 2939, states 55507, unwindowed runs 100292, runs "
+              "of N's 8794\n"
+              "memo: misses 605, stored 605, moved 463\n"
               "paths:\n",
               "runs: lags 7, words 405, runs 1184\n"
               "lag sieve:\n"
               "asked: batches 271, singles 39\n"
               "group bound:\n"
-              "batch bound: tables 542, rows 13007, cells 39153\n"
-              "single bound: tables 75, rows 2151, cells 34416\n");
+              "batch bound: tables 542, rows 10752, cells 28890\n"
+              "single bound: tables 75, rows 1490, cells 23840\n");
 }
 
 TEST_F(SearchWork, of_shallow_look_aheads) {
   global_maximum_recursion_depth = 2;
   search_units_from_to(2, 30);
   expect_work(hard_text(), search_imperfect,
-              "search: seeds 22741, extended over edits 252\n"
-              "look-ahead: calls 3465, windows 3050, wavefronts 2589, states 11638, unwindowed "
-              "runs 14952, runs of N's 4767\n"
-              "memo: hits 195, misses 3189, stored 3197, moved 1939\n"
+              "search: seeds 22289, extended over edits 165\n"
+              "look-ahead: calls 2887, windows 2634, wavefronts 2298, states 10584, unwindowed "
+              "runs 12641, runs of N's 4321\n"
+              "memo: hits 145, misses 2745, stored 2751, moved 1995\n"
               "paths:\n",
               "runs: lags 7, words 405, runs 1184\n"
               "lag sieve: tables 2, rows 23212, cells 742784\n"
-              "asked: batches 688, singles 334\n"
+              "asked: batches 633, singles 323\n"
               "group bound:\n"
-              "batch bound: tables 1372, rows 55786, cells 310573\n"
-              "single bound: tables 627, rows 30427, cells 486832\n");
+              "batch bound: tables 1262, rows 40297, cells 191757\n"
+              "single bound: tables 620, rows 24600, cells 393600\n");
 }
 
 TEST_F(SearchWork, along_a_long_array) {
   RandomEngine engine(9);
   search_units_from_to(1, 12);
   expect_work(draw_array(engine, 20'000, 6, 4), search_imperfect,
-              "search: seeds 155168, extended over edits 648\n"
-              "look-ahead: calls 11764, windows 11041, wavefronts 41977, states 654330, unwindowed "
-              "runs 451761, runs of N's 24775\n"
-              "memo: hits 2768, misses 11753, stored 11764, moved 1697\n"
+              "search: seeds 155168, extended over edits 595\n"
+              "look-ahead: calls 11687, windows 11031, wavefronts 41953, states 654243, unwindowed "
+              "runs 451531, runs of N's 24768\n"
+              "memo: hits 2762, misses 11682, stored 11687, moved 1725\n"
               "paths: hits 43, misses 2372, steps 99, stored 2322, placed 3072\n",
               "runs: lags 7, words 1567, runs 2536\n"
               "lag sieve:\n"
               "asked: batches 299, singles 339\n"
               "group bound:\n"
-              "batch bound: tables 598, rows 25656, cells 105173\n"
-              "single bound: tables 516, rows 24582, cells 393312\n");
+              "batch bound: tables 598, rows 21402, cells 89102\n"
+              "single bound: tables 537, rows 22136, cells 354176\n");
 }
 
 TEST_F(SearchWork, among_gaps) {
@@ -220,17 +219,17 @@ TEST_F(SearchWork, among_gaps) {
   global_Ns_allowed_in_a_row = 3;
   search_units_from_to(1, 40);
   expect_work(text, search_imperfect,
-              "search: seeds 60280, extended over edits 777\n"
-              "look-ahead: calls 6986, windows 5448, wavefronts 14238, states 149192, unwindowed "
-              "runs 124103, runs of N's 11254\n"
-              "memo: hits 800, misses 5272, stored 5438, moved 1460\n"
+              "search: seeds 60196, extended over edits 551\n"
+              "look-ahead: calls 6193, windows 4923, wavefronts 12925, states 137184, unwindowed "
+              "runs 112348, runs of N's 10391\n"
+              "memo: hits 543, misses 4894, stored 4985, moved 1532\n"
               "paths:\n",
               "runs: lags 7, words 366, runs 1214\n"
               "lag sieve: tables 2, rows 17792, cells 569344\n"
-              "asked: batches 824, singles 541\n"
+              "asked: batches 816, singles 551\n"
               "group bound:\n"
-              "batch bound: tables 1620, rows 137545, cells 721062\n"
-              "single bound: tables 991, rows 93294, cells 1492704\n");
+              "batch bound: tables 1604, rows 79990, cells 438857\n"
+              "single bound: tables 1027, rows 62285, cells 996560\n");
 }
 
 TEST_F(SearchWork, of_exact_repeats) {

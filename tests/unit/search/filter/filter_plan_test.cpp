@@ -32,11 +32,12 @@ struct Thresholds {
 };
 
 CFilterPlan plan_of(SeedUse use, const ScoringRules& scoring, const Thresholds& thresholds,
-                    std::int64_t last_unit_length = kLastUnit) {
+                    std::int64_t last_unit_length = kLastUnit, std::int64_t max_Ns_in_a_row = 4) {
   return {use,
           scoring,
           {thresholds.min_scores, thresholds.min_lengths, thresholds.user_min_scores},
-          last_unit_length};
+          last_unit_length,
+          max_Ns_in_a_row};
 }
 
 std::string sieve_text(const UnitPlan& unit) {
@@ -234,6 +235,7 @@ TEST(FilterPlan, is_equal_to_one_of_the_same_rules_and_tables) {
   EXPECT_FALSE(plan == plan_of(SeedUse::kExtendExactly, {6, 6, false}, user));
   EXPECT_FALSE(plan == plan_of(SeedUse::kExtendExactly, {6, 6, true}, others));
   EXPECT_FALSE(plan == plan_of(SeedUse::kExtendExactly, {6, 6, true}, user, 9));
+  EXPECT_FALSE(plan == plan_of(SeedUse::kExtendExactly, {6, 6, true}, user, kLastUnit, 5));
 }
 
 }  // namespace

@@ -30,6 +30,7 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "search/bits/count_ones.h"
 #include "search/bits/match_window.h"
 
 namespace quorix {
@@ -83,7 +84,7 @@ class CGainWindow {
   [[nodiscard]] bool may_gain_more_than(std::int64_t points, std::int64_t offset,
                                         int max_edits) const {
     if (offset >= window_.size()) return true;
-    const std::int64_t max_gain = std::popcount(run_starts_ >> static_cast<unsigned>(offset));
+    const std::int64_t max_gain = count_ones(run_starts_ >> static_cast<unsigned>(offset));
     if (max_gain > points) return true;
     const std::int64_t farthest = offset + max_edits * (min_penalty_ + 1) + max_gain;
     return farthest >= window_.size();

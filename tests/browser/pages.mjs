@@ -54,10 +54,9 @@ export function usePages() {
     runTools('html', '-o', file, reportName);
     const opened = await openPage(browser, options);
     const address = pathToFileURL(file).href;
-    const begin = Date.now();
     await opened.page.goto(address);
     await opened.page.waitForFunction(() => document.documentElement.dataset.ready === 'all');
-    return { ...opened, address, usableAfter: Date.now() - begin };
+    return { ...opened, address };
   };
   return shared;
 }

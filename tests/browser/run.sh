@@ -2,9 +2,10 @@
 # Runs the tests in a browser.
 #
 #   run.sh FOLDER QUORIX TOOLS [TEST_FILE]...
+#   run.sh FOLDER QUORIX TOOLS --script SCRIPT [ARGUMENT]...
 #
 # The packages of package-lock.json are installed into FOLDER, unless they are there; QUORIX and TOOLS
-# are the two programs. Without a TEST_FILE all run. node, npm and Chromium are needed; the variable
+# are the two programs. Without a TEST_FILE all run. A SCRIPT is a file beside this one. node, npm and Chromium are needed; the variable
 # CHROMIUM names one that is not the first of the path.
 set -euo pipefail
 
@@ -33,7 +34,9 @@ if ! cmp --silent "$here/package-lock.json" node_modules/.from.json; then
   cp -- package-lock.json node_modules/.from.json
 fi
 
-if [ $# -gt 3 ]; then
+if [ "${4-}" = --script ]; then
+  exec node "${@:5}"
+elif [ $# -gt 3 ]; then
   exec node --test "${@:4}"
 fi
 exec node --test

@@ -99,6 +99,7 @@ export class Density {
       for (let record = first; record <= last; ++record) {
         const begin = Math.max(windows.offsets[record], this.begin);
         const stop = Math.min(windows.offsets[record + 1], this.end);
+        if (stop <= begin) continue; // a record without bases would hide the name of the next one
         const name = repeats.recordName(record);
         labels.set((begin + stop) / 2, NO_PROPERTY + cut(name, 14));
       }

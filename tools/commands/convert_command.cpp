@@ -8,14 +8,11 @@
 #include "tools/catalogues/catalogue.h"
 #include "tools/catalogues/catalogue_writer.h"
 #include "tools/catalogues/locus_selection.h"
-#include "tools/commands/progress.h"
+#include "tools/commands/filtered_reports.h"
 #include "tools/formats/format_names.h"
 #include "tools/formats/format_writer.h"
-#include "tools/io/byte_input.h"
 #include "tools/io/errors.h"
 #include "tools/io/output.h"
-#include "tools/report/identifiers.h"
-#include "tools/report/report_reader.h"
 
 namespace quorix::tools {
 
@@ -36,12 +33,11 @@ std::unique_ptr<CFormatWriter> make_writer(const ConvertOptions& options,
 }
 
 /// What a conversion works with.
-class CConversion {
+class CConversion : public CRepeatVisitor {
  public:
   CConversion(const ConvertOptions& options, COutput& output)
       : options_(options),
-        filter_(options.filters),
-        identifiers_(options.reports.has_full_names),
+        reports_(options.reports, options.filters),
         catalogue_(find_catalogue(options.format)),
         writer_(make_writer(options, catalogue_, output)) {
     if (options.sort_key && !writer_->can_be_sorted()) {
@@ -56,10 +52,8 @@ class CConversion {
 
   void run() {
     writer_->begin();
-    for (const std::string& name : options_.reports.names) convert_report(name);
-    if (const std::string missing = filter_.missing_sequence(); !missing.empty()) {
-      throw InputError("--sequence " + missing + ": no record has this identifier");
-    }
+    for (const std::string& name : options_.reports.names) reports_.read(name, *this);
+    reports_.check_all_found();
     if (options_.sort_key) list_.write_sorted(*options_.sort_key, *writer_);
     writer_->end();
   }
@@ -71,37 +65,28 @@ class CConversion {
   }
 
  private:
-  void convert_report(const std::string& file_name) {
-    const std::string name = shown_input_name(file_name);
-    CReportReader reader(open_input(file_name), name, options_.reports.allows_incomplete);
-    if (loci_) check_motifs_are_told(reader.settings(), name);
-    while (reader.next_sequence()) {
-      const std::string& identifier = identifiers_.add(name, reader.sequence());
-      if (filter_.takes_sequence(identifier)) {
-        convert_sequence(reader, name, {identifier, reader.sequence().length});
-      }
-    }
-    progress_.clear();
-    tell_incomplete(reader.cut_message());
+  void begin_report(const ReportSettings& settings, const std::string& name) override {
+    if (loci_) check_motifs_are_told(settings, name);
   }
 
-  void convert_sequence(CReportReader& reader, const std::string& name,
-                        const OutputSequence& sequence) {
+  void begin_sequence(const OutputSequence& sequence) override {
     writer_->begin_sequence(sequence);
     if (loci_) loci_->begin_sequence(sequence);
     if (options_.sort_key) list_.begin_sequence(sequence);
-    while (reader.next_repeat()) {
-      progress_.note(name, reader.byte_count());
-      if (!filter_.takes(reader.repeat())) continue;
-      if (loci_) {
-        loci_->add(reader.repeat());
-      } else {
-        keep(sequence, reader.repeat());
-      }
+  }
+
+  void add(const OutputSequence& sequence, const Repeat& repeat) override {
+    if (loci_) {
+      loci_->add(repeat);
+    } else {
+      keep(sequence, repeat);
     }
+  }
+
+  void end_sequence(const OutputSequence& sequence, bool is_complete) override {
     if (loci_) loci_->end_sequence();
     // Of the rest of a record that is cut short nothing is known.
-    if (reader.cut_message().empty()) writer_->end_sequence(sequence);
+    if (is_complete) writer_->end_sequence(sequence);
   }
 
   void keep(const OutputSequence& sequence, const Repeat& repeat) {
@@ -113,13 +98,11 @@ class CConversion {
   }
 
   const ConvertOptions& options_;
-  CRepeatFilter filter_;
-  CIdentifiers identifiers_;
+  CFilteredReports reports_;
   const Catalogue* catalogue_;  ///< null for a format that is none
   std::unique_ptr<CFormatWriter> writer_;
   std::optional<CLocusSelection> loci_;
   CRepeatList list_;
-  CProgress progress_;
 };
 
 }  // namespace

@@ -1,16 +1,14 @@
 #include "tools/commands/html_command.h"
 
 #include <cstdio>
+#include <optional>
 
-#include "tools/commands/progress.h"
-#include "tools/io/byte_input.h"
+#include "tools/commands/filtered_reports.h"
 #include "tools/io/errors.h"
 #include "tools/io/output.h"
 #include "tools/page/page_contents.h"
 #include "tools/page/page_template.h"
 #include "tools/page/page_writer.h"
-#include "tools/report/identifiers.h"
-#include "tools/report/report_reader.h"
 
 namespace quorix::tools {
 
@@ -27,26 +25,31 @@ void check_options(const HtmlOptions& options) {
   check_output_name(options.output_name, options.reports);
 }
 
-/// Reads the report into `contents`.
-void collect(CReportReader& reader, const std::string& name, const HtmlOptions& options,
-             CPageContents& contents) {
-  CRepeatFilter filter(options.filters);
-  CIdentifiers identifiers(options.reports.has_full_names);
-  CProgress progress;
-  while (reader.next_sequence()) {
-    const std::string& identifier = identifiers.add(name, reader.sequence());
-    if (!filter.takes_sequence(identifier)) continue;
-    contents.begin_sequence(identifier, reader.sequence().length);
-    while (reader.next_repeat()) {
-      progress.note(name, reader.byte_count());
-      if (filter.takes(reader.repeat())) contents.add(reader.repeat());
-    }
-    contents.end_sequence(reader.cut_message().empty());
+/// Collects what the page shows.
+class CPageVisitor : public CRepeatVisitor {
+ public:
+  explicit CPageVisitor(const PageLimits& limits) : limits_(limits) {}
+
+  /// REQUIRES: a report was read.
+  [[nodiscard]] CPageContents& contents() { return *contents_; }
+
+  void begin_report(const ReportSettings& settings, const std::string& /*name*/) override {
+    contents_.emplace(settings, limits_);
   }
-  if (const std::string missing = filter.missing_sequence(); !missing.empty()) {
-    throw InputError("--sequence " + missing + ": no record has this identifier");
+  void begin_sequence(const OutputSequence& sequence) override {
+    contents_->begin_sequence(sequence.identifier, sequence.length);
   }
-}
+  void add(const OutputSequence& /*sequence*/, const Repeat& repeat) override {
+    contents_->add(repeat);
+  }
+  void end_sequence(const OutputSequence& /*sequence*/, bool is_complete) override {
+    contents_->end_sequence(is_complete);
+  }
+
+ private:
+  PageLimits limits_;
+  std::optional<CPageContents> contents_;
+};
 
 /// Says what the page leaves out.
 void tell_sample(const CPageContents& contents) {
@@ -71,15 +74,13 @@ void tell_sample(const CPageContents& contents) {
 void write_html(const HtmlOptions& options) {
   check_options(options);
   COutput output(options.output_name);
-  const std::string& file_name = options.reports.names.front();
-  const std::string name = shown_input_name(file_name);
-  CReportReader reader(open_input(file_name), name, options.reports.allows_incomplete);
-  CPageContents contents(reader.settings(), options.limits);
-  collect(reader, name, options, contents);
-  tell_incomplete(reader.cut_message());
-  write_page(contents, output);
+  CFilteredReports reports(options.reports, options.filters);
+  CPageVisitor visitor(options.limits);
+  reports.read(options.reports.names.front(), visitor);
+  reports.check_all_found();
+  write_page(visitor.contents(), output);
   output.finish();
-  tell_sample(contents);
+  tell_sample(visitor.contents());
 }
 
 }  // namespace quorix::tools

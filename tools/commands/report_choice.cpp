@@ -2,8 +2,6 @@
 
 #include <sys/stat.h>
 
-#include <cstdio>
-
 #include "tools/io/errors.h"
 
 namespace quorix::tools {
@@ -27,10 +25,6 @@ void check_output_name(const std::string& output_name, const ReportChoice& repor
       throw UsageError("the output " + output_name + " is one of the reports");
     }
   }
-}
-
-void tell_incomplete(const std::string& message) {
-  if (!message.empty()) std::fprintf(stderr, "quorix-tools: incomplete: %s\n", message.c_str());
 }
 
 }  // namespace quorix::tools

@@ -18,7 +18,4 @@ struct ReportChoice {
 /// are read to the end after the output may have been emptied or replaced.
 void check_output_name(const std::string& output_name, const ReportChoice& reports);
 
-/// Says on standard error why a report is incomplete; `message` is empty if it is not.
-void tell_incomplete(const std::string& message);
-
 }  // namespace quorix::tools

@@ -2,14 +2,12 @@
 
 #include <map>
 
-#include "tools/commands/progress.h"
+#include "tools/commands/filtered_reports.h"
 #include "tools/formats/multiqc_writer.h"
 #include "tools/formats/summary_writer.h"
 #include "tools/io/byte_input.h"
 #include "tools/io/errors.h"
 #include "tools/io/output.h"
-#include "tools/report/identifiers.h"
-#include "tools/report/report_reader.h"
 #include "tools/summary/summary.h"
 
 namespace quorix::tools {
@@ -37,91 +35,78 @@ std::string sample_name(const std::string& report_name, const std::string& input
   return name;
 }
 
-/// What the figures are made with.
-class CStatistics {
+/// Adds reports to a summary.
+class CSummaryVisitor : public CRepeatVisitor {
  public:
-  CStatistics(const StatsOptions& options, COutput& output)
-      : options_(options), output_(output), filter_(options.filters) {}
+  [[nodiscard]] const CSummary& summary() const { return summary_; }
+  /// The name of the last report's input.
+  [[nodiscard]] const std::string& input_name() const { return input_name_; }
 
-  void run() {
-    if (options_.format == kMultiqc) {
-      write_samples();
-    } else {
-      write_summary();
-    }
-    if (const std::string missing = filter_.missing_sequence(); !missing.empty()) {
-      throw InputError("--sequence " + missing + ": no record has this identifier");
-    }
+  void begin_report(const ReportSettings& settings, const std::string& /*name*/) override {
+    input_name_ = settings.input_name;
+    summary_.begin_report(settings.unit_form);
+  }
+  void begin_sequence(const OutputSequence& sequence) override {
+    summary_.begin_record(sequence.identifier, sequence.length);
+  }
+  void add(const OutputSequence& /*sequence*/, const Repeat& repeat) override {
+    summary_.add(repeat);
+  }
+  void end_sequence(const OutputSequence& /*sequence*/, bool is_complete) override {
+    summary_.end_record(is_complete);
   }
 
  private:
-  /// All reports are one table.
-  void write_summary() {
-    CSummary summary;
-    CIdentifiers identifiers(options_.reports.has_full_names);
-    for (const std::string& name : options_.reports.names) add_report(name, summary, identifiers);
-    const std::int64_t max_unit_count = options_.max_unit_count.value_or(kDefaultUnitCount);
-    const SummaryView view{summary, static_cast<std::size_t>(max_unit_count)};
-    if (options_.format == "json") {
-      write_summary_json(view, output_);
-    } else if (options_.format == "tsv") {
-      write_summary_tsv(view, output_);
-    } else {
-      write_summary_table(view, output_);
-    }
-  }
-
-  /// Each report is a sample, with records of its own.
-  void write_samples() {
-    CMultiqcWriter writer(output_);
-    std::map<std::string, std::string> report_of_sample;
-    for (const std::string& name : options_.reports.names) {
-      CSummary summary;
-      CIdentifiers identifiers(options_.reports.has_full_names);
-      const std::string sample = sample_name(name, add_report(name, summary, identifiers));
-      const auto [found, is_new] = report_of_sample.try_emplace(sample, shown_input_name(name));
-      if (!is_new) {
-        throw InputError(shown_input_name(name) + ": this sample is called \"" + sample +
-                         "\" like that of " + found->second);
-      }
-      writer.add_sample(sample, summary);
-    }
-    writer.end();
-  }
-
-  /// Adds a report and returns the name of its input.
-  std::string add_report(const std::string& file_name, CSummary& summary,
-                         CIdentifiers& identifiers) {
-    const std::string name = shown_input_name(file_name);
-    CReportReader reader(open_input(file_name), name, options_.reports.allows_incomplete);
-    summary.begin_report(reader.settings().unit_form);
-    while (reader.next_sequence()) {
-      const std::string& identifier = identifiers.add(name, reader.sequence());
-      if (!filter_.takes_sequence(identifier)) continue;
-      summary.begin_record(identifier, reader.sequence().length);
-      while (reader.next_repeat()) {
-        progress_.note(name, reader.byte_count());
-        if (filter_.takes(reader.repeat())) summary.add(reader.repeat());
-      }
-      summary.end_record(reader.cut_message().empty());
-    }
-    tell_incomplete(reader.cut_message());
-    return reader.settings().input_name;
-  }
-
-  const StatsOptions& options_;
-  COutput& output_;
-  CRepeatFilter filter_;
-  CProgress progress_;
+  CSummary summary_;
+  std::string input_name_;
 };
+
+/// All reports are one table.
+void write_summary(const StatsOptions& options, CFilteredReports& reports, COutput& output) {
+  CSummaryVisitor visitor;
+  for (const std::string& name : options.reports.names) reports.read(name, visitor);
+  const std::int64_t max_unit_count = options.max_unit_count.value_or(kDefaultUnitCount);
+  const SummaryView view{visitor.summary(), static_cast<std::size_t>(max_unit_count)};
+  if (options.format == "json") {
+    write_summary_json(view, output);
+  } else if (options.format == "tsv") {
+    write_summary_tsv(view, output);
+  } else {
+    write_summary_table(view, output);
+  }
+}
+
+/// Each report is a sample, with records of its own.
+void write_samples(const StatsOptions& options, CFilteredReports& reports, COutput& output) {
+  CMultiqcWriter writer(output);
+  std::map<std::string, std::string> report_of_sample;
+  for (const std::string& name : options.reports.names) {
+    CSummaryVisitor visitor;
+    reports.read(name, visitor);
+    reports.forget_identifiers();
+    const std::string sample = sample_name(name, visitor.input_name());
+    const auto [found, is_new] = report_of_sample.try_emplace(sample, shown_input_name(name));
+    if (!is_new) {
+      throw InputError(shown_input_name(name) + ": this sample is called \"" + sample +
+                       "\" like that of " + found->second);
+    }
+    writer.add_sample(sample, visitor.summary());
+  }
+  writer.end();
+}
 
 }  // namespace
 
 void stats(const StatsOptions& options) {
   check_options(options);
   COutput output(options.output_name);
-  CStatistics statistics(options, output);
-  statistics.run();
+  CFilteredReports reports(options.reports, options.filters);
+  if (options.format == kMultiqc) {
+    write_samples(options, reports, output);
+  } else {
+    write_summary(options, reports, output);
+  }
+  reports.check_all_found();
   output.finish();
 }
 

@@ -85,7 +85,7 @@ std::string draw_floor_array(RandomEngine& engine, const std::string& unit) {
 /// Turns a few bases of [first, last) into runs of N's.
 void sprinkle_Ns(RandomEngine& engine, std::string& text, std::size_t first, std::size_t last) {
   const std::size_t run_count = draw_between(engine, 1, 6);
-  // Longer ones end an extension.
+  // A run of more N's than allowed ends an extension, and is a wall for the filter.
   const std::size_t longest =
       static_cast<std::size_t>(global_Ns_allowed_in_a_row) + (draw_chance(engine, 20) ? 40 : 1);
   for (std::size_t i = 0; i < run_count; ++i) {

@@ -21,7 +21,8 @@
 
 namespace quorix {
 
-/// The text that may be read, and the rules by which repeats in it are scored.
+/// The text that may be read, with walls if a filter asks (search/filter/walled_text.h), and the
+/// rules by which repeats in it are scored.
 struct ScoredText {
   const char* begin;
   const char* end;

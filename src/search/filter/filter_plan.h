@@ -148,6 +148,7 @@ class CFilterPlan {
   CFilterPlan(SeedUse use, const ScoringRules& scoring, const SeedThresholds& thresholds,
               std::int64_t last_unit_length, std::int64_t max_Ns_in_a_row);
 
+  [[nodiscard]] SeedUse use() const { return use_; }
   [[nodiscard]] const ScoringRules& scoring() const { return scoring_; }
   [[nodiscard]] std::int64_t max_Ns_in_a_row() const { return max_Ns_in_a_row_; }
 

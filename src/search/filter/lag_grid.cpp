@@ -6,9 +6,9 @@
 //     higher bases      x         x + 1     x + 2          x = (t + l) / 2
 //     lower bases       y         y - 1     y - 2          y = (t - l) / 2
 //
-// The next row of the same parity begins one base further in both. Outside the text stand letters
-// that match nothing, so that no loop needs the ends of the text. To the right the higher position
-// is the base, to the left the lower one: the same rows serve both sides.
+// The next row of the same parity begins one base further in both. Outside the text and in walls
+// stand letters that match nothing, so that no loop needs the ends of the text. To the right the
+// higher position is the base, to the left the lower one: the same rows serve both sides.
 //
 // Rows after the last base are left out: there a cell has no base, only a mismatch, and is 0.
 //
@@ -163,13 +163,13 @@ void CLagGrid::load_segment(std::int64_t first_row, std::int64_t row_end) {
   for (std::int64_t x = std::max<std::int64_t>(first_higher_, 0); x < std::min(higher_end, length_);
        ++x) {
     const char base = text_[x];
+    // The letter that is there already: two walls must not match, or paths would gain in a gap.
     if (base == kWallLetter) continue;
     higher_bases_[static_cast<std::size_t>(x - first_higher_)] = static_cast<std::uint8_t>(base);
   }
   for (std::int64_t y = std::max<std::int64_t>(lower_begin + 1, 0);
        y <= std::min(last_lower_, length_ - 1); ++y) {
     const char base = text_[y];
-    if (base == kWallLetter) continue;
     lower_bases_[static_cast<std::size_t>(last_lower_ - y)] = static_cast<std::uint8_t>(base);
   }
   const auto has_N = [](const std::vector<std::uint8_t>& bases) {

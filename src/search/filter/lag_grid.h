@@ -141,7 +141,7 @@ class CLagGrid {
   }
 
   /// Bases and characters of row `t`, those of higher and of lower positions, by lane. Outside the
-  /// text are letters that match nothing. REQUIRES: the rows are loaded, from
+  /// text and in walls are letters that match nothing. REQUIRES: the rows are loaded, from
   /// `row_before(first_row)` - 2 up to `row_ahead(row_end)`.
   [[nodiscard]] const std::uint8_t* higher_bases(std::int64_t t) const {
     const std::int64_t offset = (t + first_lag_ + parity_of(t)) / 2 - first_higher_;

@@ -22,9 +22,10 @@ namespace {
 // Neighbours are the bits of a word.
 static_assert(kGroupSeeds == kWordBits && kBatchSeeds == 32);
 
-/// Returns how many N's in a row an extension takes at most, if it takes any.
+/// Returns how many neutral N's in a row an extension over edits takes at most; none if N's are not
+/// neutral, or if no seed is extended over edits: then nothing reads the text but its planes.
 std::optional<std::int64_t> max_neutral_Ns(const CFilterPlan& plan) {
-  if (!plan.scoring().is_N_neutral) return std::nullopt;
+  if (!plan.scoring().is_N_neutral || plan.use() != SeedUse::kExtendOverEdits) return std::nullopt;
   return plan.max_Ns_in_a_row();
 }
 

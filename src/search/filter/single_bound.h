@@ -11,9 +11,10 @@
 ///
 /// Why it is sound. An extension takes one of these paths, under rules that are no laxer: it may
 /// only edit where a base differs, only within the score reduction limit, and it stops at a long
-/// run of N's, which here scores 0 a base. The extension to the left begins with the best score of
-/// the one to the right, and a path with a higher score on entry has every choice of one with less;
-/// so the table to the left begins with the best value of the table to the right.
+/// run of N's, which here costs a mismatch a base where the text has walls, and else scores 0. The
+/// extension to the left begins with the best score of the one to the right, and a path with a
+/// higher score on entry has every choice of one with less; so the table to the left begins with
+/// the best value of the table to the right.
 ///
 /// The bound of batches would serve for a lone seed, too. This one is kept for exact repeats, which
 /// have a score and phases already, and for one or two seeds, where its rows in registers are

@@ -85,7 +85,7 @@ TEST(Catalogue, hipstr_takes_two_bases_or_more) {
   EXPECT_EQ(rows_of("hipstr", with_bases(2)), "c\t3\t4\t1\t2.00\tc-2-4-A\n");
   const ProcessResult run = convert_to("hipstr", with_bases(1));
   EXPECT_EQ(run.out, "");
-  EXPECT_EQ(run.err, "quorix-tools: hipstr leaves out 1 of 1 repeats: 1 of less than 2 bases\n");
+  EXPECT_EQ(run.err, "quorix-tools: hipstr leaves out 1 of 1 repeats: 1 shorter than 2 bases\n");
   EXPECT_EQ(rows_of("longtr", with_bases(1)), "c\t3\t3\tA\tc-2-3-A\n");
 }
 
@@ -105,7 +105,7 @@ TEST(Catalogue, gangstr_needs_two_whole_copies) {
   const ProcessResult run = convert_to("gangstr", report);
   EXPECT_EQ(run.out, "two\t1\t26\t13\tACCGTTTAGCATG\n");
   EXPECT_EQ(run.err,
-            "quorix-tools: gangstr leaves out 1 of 2 repeats: 1 of less than 2 whole copies\n");
+            "quorix-tools: gangstr leaves out 1 of 2 repeats: 1 with fewer than 2 whole copies\n");
 }
 
 TEST(Catalogue, longtr_has_motif_and_name) {
@@ -152,7 +152,7 @@ TEST(Catalogue, expansionhunter_is_a_list_of_loci_with_flanks) {
             "\n]\n");
   EXPECT_EQ(
       run.err,
-      "quorix-tools: expansionhunter leaves out 2 of 4 repeats: 2 with less than 1000 bases to "
+      "quorix-tools: expansionhunter leaves out 2 of 4 repeats: 2 with fewer than 1000 bases to "
       "an end of the record\n");
 }
 

@@ -1,7 +1,9 @@
 // Whole runs of `convert`: what they write, and how they end.
 
+#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
+#include <unistd.h>
 #include <zlib.h>
 
 #include <csignal>
@@ -292,6 +294,47 @@ TEST(Convert, help_and_version_are_printed) {
   EXPECT_NE(help.out.find("Examples:"), std::string::npos);
   EXPECT_EQ(run_tool({"--help"}).status, 0);
   EXPECT_EQ(run_tool({"--version"}).out, "quorix-tools, version 3.3.2b\n");
+}
+
+TEST(Convert, dev_stdout_is_what_the_caller_has_opened) {
+  const CToolFolder folder;
+  const std::string report = folder.write("r", report_of({"a"}));
+  const std::string log = folder.write("log", "kept\n");
+  const std::vector<const char*> words{"quorix-tools", "convert",     "--to",        "bed",
+                                       "-o",           "/dev/stdout", report.c_str()};
+  const ProcessResult run = run_in_child([&] {
+    const int descriptor = ::open(log.c_str(), O_WRONLY | O_APPEND);
+    ::dup2(descriptor, STDOUT_FILENO);
+    return tools::run_command_line(static_cast<int>(words.size()), words.data());
+  });
+  EXPECT_EQ(run.status, 0) << run.err;
+  EXPECT_EQ(folder.read("log").rfind("kept\n#chrom\t", 0), 0U) << folder.read("log");
+  EXPECT_EQ(folder.files(), (std::vector<std::string>{"log", "r"}));
+}
+
+TEST(Convert, a_refused_identifier_is_told_with_its_line) {
+  const CToolFolder folder;
+  const std::string text = report_of({"a", "#b"});
+  const std::string report = folder.write("r", text);
+  const ProcessResult run = run_tool({"convert", "--to", "bed", report});
+  EXPECT_EQ(run.status, 3);
+  const auto lines =
+      std::count(text.begin(), text.begin() + static_cast<std::ptrdiff_t>(text.find(">#b")), '\n');
+  EXPECT_EQ(run.err.rfind("quorix-tools: " + report + ':' + std::to_string(lines + 1) +
+                              ": the identifier \"#b\" cannot stand in bed",
+                          0),
+            0U)
+      << run.err;
+}
+
+TEST(Convert, control_characters_of_names_do_not_reach_the_terminal) {
+  const CToolFolder folder;
+  const std::string name = "a\033[31m\007";
+  const ProcessResult run =
+      run_tool({"convert", "--to", "tsv", folder.write("r", report_of({name, name}))});
+  EXPECT_EQ(run.status, 3);
+  EXPECT_NE(run.err.find("a?[31m?"), std::string::npos) << run.err;
+  EXPECT_EQ(run.err.find('\033'), std::string::npos);
 }
 
 }  // namespace

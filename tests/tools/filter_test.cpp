@@ -137,6 +137,11 @@ TEST(RepeatFilter, values_that_make_no_sense_are_refused) {
                                                         {"--motif", ""},
                                                         {"--sort", "name"},
                                                         {"--min-length", "ten"},
+                                                        {"--min-length", ""},
+                                                        {"--min-copies", "nan"},
+                                                        {"--min-perfection", "nan"},
+                                                        {"--unit-length", ""},
+                                                        {"--sequence", ""},
                                                         {"--window", "100"}}) {
     const ProcessResult run = run_tool({"convert", "--to", "tsv", option, value, report});
     EXPECT_EQ(run.status, 2) << option << ' ' << value;

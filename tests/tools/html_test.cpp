@@ -307,6 +307,33 @@ TEST(Html, a_file_appears_when_it_is_complete) {
   EXPECT_FALSE(read_page(folder.read("page.html")).records.back().is_complete);
 }
 
+TEST(Html, a_report_that_ends_between_two_records_is_told_on_the_page) {
+  const CToolFolder folder;
+  const std::string whole = example_report();
+  const std::string page = folder.path("page.html");
+  const auto is_told = [&](const std::string& report) {
+    EXPECT_EQ(run_tool({"html", "--allow-incomplete", "-o", page, report}).status, 0);
+    return read_page(folder.read("page.html")).head.at("complete") == 0;
+  };
+  const std::size_t second = whole.find("\n>", whole.find("\n>") + 1) + 1;
+  EXPECT_TRUE(is_told(folder.write("cut", whole.substr(0, second))));
+  EXPECT_FALSE(is_told(folder.write("whole", whole)));
+}
+
+TEST(Html, the_page_says_which_filters_made_it) {
+  const CToolFolder folder;
+  const std::string report = folder.write("r", example_report());
+  const auto filters = [&](std::vector<std::string> options) {
+    options.insert(options.begin(), {"html", "-o", folder.path("page.html"), report});
+    EXPECT_EQ(run_tool(options).status, 0);
+    return read_page(folder.read("page.html")).head.at("filters").get<std::string>();
+  };
+  EXPECT_EQ(filters({}), "");
+  EXPECT_EQ(filters({"--min-copies", "2.5", "--unit-length", "2-6", "--motif", "CAG", "--min-score",
+                     "7"}),
+            "--unit-length 2-6, --min-copies 2.5, --min-score 7, --motif CAG");
+}
+
 TEST(Html, ends_with_the_status_of_what_is_wrong) {
   const CToolFolder folder;
   const std::string good = folder.write("r", example_report());

@@ -203,6 +203,7 @@ TEST(Stats, a_report_that_is_cut_short_is_counted_where_that_is_asked_for) {
   ASSERT_EQ(records.size(), 2U);
   EXPECT_FALSE(records[0].contains("incomplete"));
   EXPECT_EQ(records[1].at("incomplete"), true);
+  EXPECT_EQ(nlohmann::json::parse(run.out).at("total").at("incomplete"), true);
   EXPECT_EQ(records[1].at("length"), 55);
 }
 

@@ -21,11 +21,11 @@ std::string text_of(LeftOutReason reason, const Catalogue& catalogue,
     case LeftOutReason::kLongMotif:
       return "with motifs of more than " + std::to_string(catalogue.max_motif_length) + " bases";
     case LeftOutReason::kShortLength:
-      return "of less than " + std::to_string(catalogue.min_length) + " bases";
+      return "shorter than " + std::to_string(catalogue.min_length) + " bases";
     case LeftOutReason::kFewCopies:
-      return "of less than " + std::to_string(catalogue.min_whole_copies) + " whole copies";
+      return "with fewer than " + std::to_string(catalogue.min_whole_copies) + " whole copies";
     case LeftOutReason::kShortFlank:
-      return "with less than " + std::to_string(catalogue.flank_length) +
+      return "with fewer than " + std::to_string(catalogue.flank_length) +
              " bases to an end of the record";
     case LeftOutReason::kSameLocus:
       return "with place and motif of another";

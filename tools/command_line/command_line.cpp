@@ -1,6 +1,7 @@
 #include "tools/command_line/command_line.h"
 
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <cstdio>
 #include <exception>
 #include <string>
@@ -29,9 +30,27 @@ constexpr const char* kExamples = R"(Examples:
 
 Statuses: 0 success, 1 internal error, 2 wrong usage, 3 input, 4 output.)";
 
+/// Prints a message on one line. What a terminal would take for a command is shown as '?'.
 int fail(ExitStatus status, const char* message) {
-  std::fprintf(stderr, "quorix-tools: %s\n", message);
+  std::string text(message);
+  const auto is_command = [](unsigned char code) {
+    return (code < 0x20U && code != '\t') || code == 0x7FU;
+  };
+  std::replace_if(text.begin(), text.end(), is_command, '?');
+  std::fprintf(stderr, "quorix-tools: %s\n", text.c_str());
   return status;
+}
+
+/// Refuses empty values: from an unset variable of a script they must not mean that nothing was
+/// asked for.
+void refuse_empty_values(CLI::App& program) {
+  for (CLI::App* const command : program.get_subcommands({})) {
+    for (CLI::Option* const option : command->get_options()) {
+      option->check([](const std::string& value) {
+        return value.empty() ? std::string("the value is empty") : std::string();
+      });
+    }
+  }
 }
 
 /// Prints what was asked for instead of a command.
@@ -54,6 +73,7 @@ int parse_and_run(int argc, const char* const* argv) {
   add_stats(program);
   add_merge(program);
   add_html(program);
+  refuse_empty_values(program);
   try {
     program.parse(argc, argv);
   } catch (const CLI::CallForHelp&) {

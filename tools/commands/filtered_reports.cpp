@@ -16,13 +16,18 @@ void CFilteredReports::read(const std::string& file_name, CRepeatVisitor& visito
     const std::string& identifier = identifiers_.add(name, reader.sequence());
     if (!filter_.takes_sequence(identifier)) continue;
     const OutputSequence sequence{identifier, reader.sequence().length};
-    visitor.begin_sequence(sequence);
+    try {
+      visitor.begin_sequence(sequence);
+    } catch (const InputError& error) {  // for an identifier that cannot stand in the output
+      throw InputError(name + ':' + std::to_string(reader.sequence().line) + ": " + error.what());
+    }
     while (reader.next_repeat()) {
       progress_.note(name, reader.byte_count());
       if (filter_.takes(reader.repeat())) visitor.add(sequence, reader.repeat());
     }
     visitor.end_sequence(sequence, reader.cut_message().empty());
   }
+  visitor.end_report(reader.cut_message().empty());
   progress_.clear();
   if (!reader.cut_message().empty()) {
     std::fprintf(stderr, "quorix-tools: incomplete: %s\n", reader.cut_message().c_str());

@@ -32,6 +32,8 @@ class CRepeatVisitor {
   virtual void add(const OutputSequence& sequence, const Repeat& repeat) = 0;
   /// `is_complete` is false if the report is cut short in this record.
   virtual void end_sequence(const OutputSequence& sequence, bool is_complete) = 0;
+  /// `is_complete` is false if the report is cut short, in a record or between two.
+  virtual void end_report(bool /*is_complete*/) {}
 };
 
 /// Reads reports one after the other. Identifiers differ between all of them.

@@ -28,13 +28,13 @@ void check_options(const HtmlOptions& options) {
 /// Collects what the page shows.
 class CPageVisitor : public CRepeatVisitor {
  public:
-  explicit CPageVisitor(const PageLimits& limits) : limits_(limits) {}
+  explicit CPageVisitor(const HtmlOptions& options) : options_(options) {}
 
   /// REQUIRES: a report was read.
   [[nodiscard]] CPageContents& contents() { return *contents_; }
 
   void begin_report(const ReportSettings& settings, const std::string& /*name*/) override {
-    contents_.emplace(settings, limits_);
+    contents_.emplace(settings, options_.limits, in_words(options_.filters));
   }
   void begin_sequence(const OutputSequence& sequence) override {
     contents_->begin_sequence(sequence.identifier, sequence.length);
@@ -45,9 +45,10 @@ class CPageVisitor : public CRepeatVisitor {
   void end_sequence(const OutputSequence& /*sequence*/, bool is_complete) override {
     contents_->end_sequence(is_complete);
   }
+  void end_report(bool is_complete) override { contents_->end_report(is_complete); }
 
  private:
-  PageLimits limits_;
+  const HtmlOptions& options_;
   std::optional<CPageContents> contents_;
 };
 
@@ -75,7 +76,7 @@ void write_html(const HtmlOptions& options) {
   check_options(options);
   COutput output(options.output_name);
   CFilteredReports reports(options.reports, options.filters);
-  CPageVisitor visitor(options.limits);
+  CPageVisitor visitor(options);
   reports.read(options.reports.names.front(), visitor);
   reports.check_all_found();
   write_page(visitor.contents(), output);

@@ -1,6 +1,8 @@
 #include "tools/commands/repeat_filter.h"
 
+#include <array>
 #include <charconv>
+#include <cmath>
 
 #include "tools/io/errors.h"
 #include "tools/report/dna_letters.h"
@@ -30,10 +32,34 @@ std::int64_t number_of(std::string_view text, const std::string& range) {
 
 }  // namespace
 
+std::string in_words(const FilterOptions& options) {
+  std::string text;
+  const auto add = [&](const char* name, const std::string& value) {
+    text += text.empty() ? name : std::string(", ") + name;
+    text += ' ' + value;
+  };
+  const auto number = [](double value) {
+    std::array<char, 32> digits{};
+    return std::string(digits.data(),
+                       std::to_chars(digits.data(), digits.data() + digits.size(), value).ptr);
+  };
+  if (!options.unit_lengths.empty()) add("--unit-length", options.unit_lengths);
+  if (options.min_length > 0) add("--min-length", std::to_string(options.min_length));
+  if (options.min_copies > 0) add("--min-copies", number(options.min_copies));
+  if (options.min_score) add("--min-score", std::to_string(*options.min_score));
+  if (options.min_perfection > 0) add("--min-perfection", number(options.min_perfection));
+  for (const std::string& motif : options.motifs) add("--motif", motif);
+  for (const std::string& sequence : options.sequences) add("--sequence", sequence);
+  return text;
+}
+
 CRepeatFilter::CRepeatFilter(const FilterOptions& options)
     : options_(options),
       sequences_(options.sequences.begin(), options.sequences.end()),
       missing_sequences_(sequences_) {
+  if (std::isnan(options.min_copies) || std::isnan(options.min_perfection)) {
+    throw UsageError("--min-copies and --min-perfection take numbers");
+  }
   if (!options.unit_lengths.empty()) set_unit_lengths(options.unit_lengths);
   for (const std::string& motif : options.motifs) add_motif(motif);
 }

@@ -27,6 +27,9 @@ struct FilterOptions {
   std::vector<std::string> sequences;  ///< identifiers
 };
 
+/// Returns the options that leave out repeats, as the command line has them; empty if none does.
+[[nodiscard]] std::string in_words(const FilterOptions& options);
+
 class CRepeatFilter {
  public:
   /// Throws: UsageError for a range or a motif that is none.

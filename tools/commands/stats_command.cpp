@@ -55,6 +55,7 @@ class CSummaryVisitor : public CRepeatVisitor {
   void end_sequence(const OutputSequence& /*sequence*/, bool is_complete) override {
     summary_.end_record(is_complete);
   }
+  void end_report(bool is_complete) override { summary_.end_report(is_complete); }
 
  private:
   CSummary summary_;

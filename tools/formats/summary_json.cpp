@@ -65,6 +65,7 @@ void add_total(COutput& output, const CSummary& summary) {
   add_member(output, R"("total":{"records":)", std::ssize(summary.records()));
   add_member(output, R"(,"length":)", summary.searched_length());
   add_member(output, R"(,"distinct_units":)", static_cast<std::int64_t>(summary.unit_count()));
+  if (!summary.is_complete()) output.add(R"(,"incomplete":true)");
   add_figure_members(output, summary.total(), summary.searched_length());
 }
 

@@ -49,6 +49,13 @@ void COutput::open_file(const std::string& name) {
     if (descriptor_ < 0) fail();
     return;
   }
+  // "/dev/stdout" may lead to a file that the caller has opened and goes on with.
+  struct stat standard {};
+  if (is_there && ::fstat(STDOUT_FILENO, &standard) == 0 && standard.st_dev == old.st_dev &&
+      standard.st_ino == old.st_ino) {
+    descriptor_ = STDOUT_FILENO;
+    return;
+  }
   std::error_code error;
   const std::filesystem::path target = std::filesystem::weakly_canonical(name, error);
   open_beside(error ? name : target.string());

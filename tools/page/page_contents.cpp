@@ -1,9 +1,12 @@
 #include "tools/page/page_contents.h"
 
+#include <utility>
+
 namespace quorix::tools {
 
-CPageContents::CPageContents(const ReportSettings& settings, const PageLimits& limits)
-    : settings_(settings), density_(limits.windows), sample_(limits) {
+CPageContents::CPageContents(const ReportSettings& settings, const PageLimits& limits,
+                             std::string filters)
+    : settings_(settings), filters_(std::move(filters)), density_(limits.windows), sample_(limits) {
   summary_.begin_report(settings.unit_form);
 }
 

@@ -20,7 +20,8 @@ namespace quorix::tools {
 
 class CPageContents {
  public:
-  CPageContents(const ReportSettings& settings, const PageLimits& limits);
+  /// `filters` says which repeats are taken, in words of the command line; empty for all.
+  CPageContents(const ReportSettings& settings, const PageLimits& limits, std::string filters = {});
 
   /// The repeats that follow belong to this record.
   void begin_sequence(std::string_view identifier, std::int64_t length);
@@ -31,7 +32,11 @@ class CPageContents {
   /// Ends the record; `is_complete` is false if the report is cut short there.
   void end_sequence(bool is_complete) { summary_.end_record(is_complete); }
 
+  /// Ends the report; `is_complete` is false if it is cut short, in a record or between two.
+  void end_report(bool is_complete) { summary_.end_report(is_complete); }
+
   [[nodiscard]] const ReportSettings& settings() const { return settings_; }
+  [[nodiscard]] const std::string& filters() const { return filters_; }
   [[nodiscard]] const CSummary& summary() const { return summary_; }
   [[nodiscard]] const CDistributions& distributions() const { return distributions_; }
   [[nodiscard]] const CDensityWindows& density() const { return density_; }
@@ -39,6 +44,7 @@ class CPageContents {
 
  private:
   ReportSettings settings_;
+  std::string filters_;
   CSummary summary_;
   CDistributions distributions_;
   CDensityWindows density_;

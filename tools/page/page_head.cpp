@@ -150,6 +150,8 @@ std::string page_head(const CPageContents& contents, std::size_t word_count) {
                return '[' + json_string(line.first) + ',' + json_string(line.second) + ']';
              }));
   object.add("input", json_string(settings.input_name));
+  object.add("filters", json_string(contents.filters()));
+  object.add("complete", contents.summary().is_complete() ? 1 : 0);
   object.add("total", json_total(contents.summary()));
   object.add("unit_lengths", json_unit_lengths(contents.summary()));
   object.add("units", json_units(contents.summary()));

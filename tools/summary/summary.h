@@ -54,6 +54,12 @@ class CSummary {
   /// Ends the record; `is_complete` is false if its report was cut short there.
   void end_record(bool is_complete);
 
+  /// Ends the report; `is_complete` is false if it was cut short, in a record or between two.
+  void end_report(bool is_complete) { is_complete_ = is_complete_ && is_complete; }
+
+  /// False if a report was cut short.
+  [[nodiscard]] bool is_complete() const { return is_complete_; }
+
   /// The records that have ended, in their order.
   [[nodiscard]] const std::vector<RecordSummary>& records() const { return records_; }
 
@@ -86,6 +92,7 @@ class CSummary {
 
   UnitForm form_ = UnitForm::kAsFound;
   CUnitForms forms_;
+  bool is_complete_ = true;
   std::vector<RecordSummary> records_;
   RecordSummary record_;  ///< the one that repeats are added to
   RepeatSums record_sums_;

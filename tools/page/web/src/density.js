@@ -76,7 +76,13 @@ export class Density {
   showPlace(record, start, end) {
     const offset = this.windows.offsets[record];
     const length = this.windows.records.lengths[record];
-    this.setRange(offset + Math.min(start, length) - 1, offset + Math.min(end, length));
+    const first = Math.min(Math.max(start, 1), length) - 1;
+    const last = Math.min(Math.max(end, first + 1), length);
+    // At least a window is shown; near the end of a record it begins earlier, so that the next
+    // record stays out of sight.
+    const size = Math.min(Math.max(last - first, this.windows.window), length);
+    const begin = offset + Math.min(first, length - size);
+    this.setRange(begin, begin + size);
   }
 
   /** Returns what is shown: first and last record and, if it is one, its positions. */

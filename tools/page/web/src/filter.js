@@ -89,7 +89,7 @@ export function passingRows(repeats, wanted) {
   const record = wanted.record ? recordTest(repeats, wanted.record) : null;
   const motif = wanted.motif ? motifTest(repeats, wanted.motif) : null;
   const scale = repeats.head.decimals === 0 ? 1 : 1000;
-  const minPerfection = (wanted.minPerfection ?? 0) * scale;
+  const minPerfection = wanted.minPerfection ?? 0;
   const { minUnit = 0, maxUnit = Infinity, minLength = 0, minCopies = 0, minScore = -Infinity } = wanted;
   const passing = new Uint32Array(rows.count);
   let count = 0;
@@ -99,7 +99,7 @@ export function passingRows(repeats, wanted) {
     if (unitLength < minUnit || unitLength > maxUnit || rows.length[i] < minLength) continue;
     if (rows.score[i] < minScore) continue;
     // A repeat without a perfection passes only where none is asked for.
-    if (minPerfection > 0 && !(rows.perfection[i] >= minPerfection)) continue;
+    if (minPerfection > 0 && !(rows.perfection[i] / scale >= minPerfection)) continue;
     if (rows.normalized[i] / unitLength < minCopies) continue;
     if (motif && !motif[unit]) continue;
     if (record) {

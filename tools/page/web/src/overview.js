@@ -136,17 +136,19 @@ function addNote(text) {
 }
 
 /** Says what is not on the page. */
-function drawNotes(head, records) {
+function drawNotes(head) {
+  if (head.filters !== '') {
+    addNote(`Only repeats that pass ${head.filters}. Totals, charts and density are of these.`);
+  }
   if (head.stride > 1) {
-    addNote(`The report has more repeats than a page can list. The table holds ${grouped(head.rows)} of ` +
+    addNote(`There are more repeats than a page can list. The table holds ${grouped(head.rows)} of ` +
       `${grouped(head.total.repeats)}, one in ${grouped(head.stride)} in the order of the report. ` +
       'Totals, charts and density are of all.');
   }
   if (head.left_out > 0) {
     addNote(`The longest alignments, ${grouped(head.left_out)} of ${grouped(head.rows)}, are left out for space.`);
   }
-  const cutRecord = records.complete.indexOf(0);
-  if (cutRecord >= 0) addNote('The report is cut short; the last record is not complete.');
+  if (!head.complete) addNote('The report is cut short. What came after is missing here.');
 }
 
 /**
@@ -163,7 +165,7 @@ export function drawOverview({ head, records }, repeats, list) {
     ['Share in repeats', PERCENT(total.share)], ['Different units', grouped(total.units)]]) {
     addPair(byId('totals'), title, value);
   }
-  drawNotes(head, records);
+  drawNotes(head);
   drawUnitLengths(head, list);
   drawUnits(head, list);
   drawLengths(head.distributions, list);

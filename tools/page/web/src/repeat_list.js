@@ -65,8 +65,10 @@ export class RepeatList {
     if (this.column) sortRows(repeats, this.shown, this.column, this.isDescending);
     this.table.show(this.shown, this.column, this.isDescending);
     const { head } = repeats;
-    const all = head.rows === head.total.repeats ? '' : ` listed, of ${grouped(head.total.repeats)} in the report`;
-    byId('count').textContent = `${grouped(this.shown.length)} of ${grouped(head.rows)} repeats${all}`;
+    const whole = head.filters === '' ? 'in the report' : 'that pass';
+    const all = head.rows === head.total.repeats ? '' : ` listed, of ${grouped(head.total.repeats)} ${whole}`;
+    const fault = this.form.checkValidity() ? '' : ' (a field that is not valid is left out)';
+    byId('count').textContent = `${grouped(this.shown.length)} of ${grouped(head.rows)} repeats${all}${fault}`;
     byId('save-note').textContent = '';
     byId('nothing').hidden = this.shown.length > 0;
   }

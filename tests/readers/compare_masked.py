@@ -1,10 +1,11 @@
 """Compares a genome with its masked copy.
 
 compare_masked.py GENOME MASKED BED: every base in a repeat of the BED file must be X in the masked
-copy. Every other one is as it is in the genome, or X: repeats whose unit repeats a shorter one are
+copy. Every other one is as it is in the genome (T for U, N for ambiguity letters), or X: repeats whose unit repeats a shorter one are
 masked, but print no line. Those must be the smaller part.
 """
 
+import re
 import sys
 
 
@@ -30,7 +31,8 @@ def main():
             record, start, end = row.split("\t")[:3]
             repeats[record][int(start) : int(end)] = b"\1" * (int(end) - int(start))
     printed = others = 0
-    for record, bases in genome.items():
+    for record, letters in genome.items():
+        bases = re.sub("[^ACGT]", "N", letters.replace("U", "T"))
         if len(bases) != len(masked[record]):
             sys.exit(f"record {record} has another length")
         for place, (base, shown, is_repeat) in enumerate(zip(bases, masked[record], repeats[record])):

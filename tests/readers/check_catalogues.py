@@ -9,17 +9,7 @@ import json
 import pathlib
 import sys
 
-
-def read_fasta(name):
-    """Returns the bases, in upper case, by the first words of the names."""
-    records, parts = {}, []
-    with open(name, encoding="latin-1") as file:
-        for line in file:
-            if line.startswith(">"):
-                parts = records.setdefault(line[1:].split()[0], [])
-            else:
-                parts.append(line.rstrip("\n").upper().replace("U", "T"))
-    return {record: "".join(parts) for record, parts in records.items()}
+from fasta import read_fasta
 
 
 def read_table(name):

@@ -155,12 +155,12 @@ check_masked() {
   samtools faidx masked.fa
   cut --fields=1,2 masked.fa.fai >theirs
   same "records and lengths" genome.sizes theirs
-  "$python" "$here/compare_masked.py" genome.fa masked.fa rows.bed
+  "$python" -B "$here/compare_masked.py" genome.fa masked.fa rows.bed
 }
 
 check_json() {
   check "jsonschema takes the JSON lines, which say what the tsv says"
-  "$python" "$here/check_json_lines.py" "$here/../../tools/formats/repeat.schema.json" \
+  "$python" -B "$here/check_json_lines.py" "$here/../../tools/formats/repeat.schema.json" \
     genome.jsonl genome.tsv
 }
 
@@ -175,7 +175,7 @@ check_catalogues() {
     convert "$catalogue" "${chosen[@]}" -o "catalogues/$catalogue" 2>>left_out
   done
   convert tsv "${chosen[@]}" -o chosen.tsv
-  "$python" "$here/check_catalogues.py" genome.fa chosen.tsv catalogues
+  "$python" -B "$here/check_catalogues.py" genome.fa chosen.tsv catalogues
 
   check "bedtools reads the catalogues that are BED, all of whose places are repeats"
   for catalogue in straglr trgt; do

@@ -1,24 +1,14 @@
 """Compares a genome with its masked copy.
 
 compare_masked.py GENOME MASKED BED: every base in a repeat of the BED file must be X in the masked
-copy. Every other one is as it is in the genome (T for U, N for ambiguity letters), or X: repeats whose unit repeats a shorter one are
-masked, but print no line. Those must be the smaller part.
+copy. Every other one is as it is in the genome (T for U, N for ambiguity letters), or X: repeats whose
+unit repeats a shorter one are masked, but print no line. Those must be the smaller part.
 """
 
 import re
 import sys
 
-
-def read_fasta(name):
-    """Returns the bases, in upper case, by the first words of the names."""
-    records, parts = {}, []
-    with open(name, encoding="latin-1") as file:
-        for line in file:
-            if line.startswith(">"):
-                parts = records.setdefault(line[1:].split()[0], [])
-            else:
-                parts.append(line.rstrip("\n").upper())
-    return {record: "".join(parts) for record, parts in records.items()}
+from fasta import read_fasta
 
 
 def main():
@@ -32,7 +22,7 @@ def main():
             repeats[record][int(start) : int(end)] = b"\1" * (int(end) - int(start))
     printed = others = 0
     for record, letters in genome.items():
-        bases = re.sub("[^ACGT]", "N", letters.replace("U", "T"))
+        bases = re.sub("[^ACGT]", "N", letters)
         if len(bases) != len(masked[record]):
             sys.exit(f"record {record} has another length")
         for place, (base, shown, is_repeat) in enumerate(zip(bases, masked[record], repeats[record])):

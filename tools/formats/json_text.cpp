@@ -1,30 +1,11 @@
 #include "tools/formats/json_text.h"
 
 #include "tools/formats/columns.h"
+#include "tools/io/utf8.h"
 
 namespace quorix::tools {
 
 namespace {
-
-/// Returns the bytes of the UTF-8 character that `text` begins with, 0 if it is none. Surrogates,
-/// overlong forms and what lies beyond U+10FFFF are none.
-std::size_t utf8_length(std::string_view text) {
-  const auto byte = [&](std::size_t i) { return static_cast<unsigned char>(text[i]); };
-  if (byte(0) < 0x80U) return 1;
-  const std::size_t length = byte(0) >= 0xF0U ? 4 : byte(0) >= 0xE0U ? 3 : 2;
-  if (byte(0) < 0xC2U || byte(0) > 0xF4U || text.size() < length) return 0;
-  unsigned first = 0x80U;  // range of the second byte
-  unsigned last = 0xBFU;
-  if (byte(0) == 0xE0U) first = 0xA0U;
-  if (byte(0) == 0xEDU) last = 0x9FU;
-  if (byte(0) == 0xF0U) first = 0x90U;
-  if (byte(0) == 0xF4U) last = 0x8FU;
-  if (byte(1) < first || byte(1) > last) return 0;
-  for (std::size_t i = 2; i < length; ++i) {
-    if ((byte(i) & 0xC0U) != 0x80U) return 0;
-  }
-  return length;
-}
 
 /// Appends an ASCII character as it stands in a JSON string.
 void append_escaped(std::string& result, char character) {
@@ -47,14 +28,14 @@ void append_escaped(std::string& result, char character) {
 std::string json_text(std::string_view identifier, std::string_view format) {
   std::string result;
   for (std::string_view rest = identifier; !rest.empty();) {
-    const std::size_t length = utf8_length(rest);
-    if (length == 0) refuse_identifier(identifier, format, "it is not UTF-8");
-    if (length == 1) {
-      append_escaped(result, rest.front());
+    const std::string_view from_here = rest;
+    if (!take_utf8_character(rest)) refuse_identifier(identifier, format, "it is not UTF-8");
+    const std::string_view character = from_here.substr(0, from_here.size() - rest.size());
+    if (character.size() == 1) {
+      append_escaped(result, character.front());
     } else {
-      result += rest.substr(0, length);
+      result += character;
     }
-    rest.remove_prefix(length);
   }
   return result;
 }

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 
+#include "tools/io/utf8.h"
 #include "tools/page/shown_settings.h"
 
 namespace quorix::tools {
@@ -10,25 +11,6 @@ namespace {
 
 constexpr std::size_t kShownUnits = 30;
 constexpr std::uint32_t kReplacement = 0xFFFD;
-
-/// Takes a character off the front of `bytes`, which are not empty. Surrogates, overlong forms and
-/// what lies beyond U+10FFFF are no characters; of those one byte is taken.
-std::uint32_t take_character(std::string_view& bytes) {
-  const auto byte = [&](std::size_t i) { return static_cast<unsigned char>(bytes[i]); };
-  const std::uint32_t first = byte(0);
-  const std::size_t length = first < 0x80U ? 1 : first < 0xE0U ? 2 : first < 0xF0U ? 3 : 4;
-  std::uint32_t code = length == 1 ? first : first & (0xFFU >> (length + 1));
-  bool is_good = (first < 0x80U || first >= 0xC2U) && first < 0xF5U && bytes.size() >= length;
-  for (std::size_t i = 1; is_good && i < length; ++i) {
-    is_good = (byte(i) & 0xC0U) == 0x80U;
-    code = (code << 6U) | (byte(i) & 0x3FU);
-  }
-  constexpr std::uint32_t kMinCodes[] = {0, 0, 0x80, 0x800, 0x10000};
-  is_good = is_good && code >= kMinCodes[length] && code <= 0x10FFFFU &&
-            (code < 0xD800U || code > 0xDFFFU);
-  bytes.remove_prefix(is_good ? length : 1);
-  return is_good ? code : kReplacement;
-}
 
 void append_escape(std::string& text, std::uint32_t unit) {
   constexpr std::string_view kHexDigits = "0123456789abcdef";
@@ -130,7 +112,7 @@ void add_sample(CJsonObject& object, const CPageContents& contents) {
 std::string json_string(std::string_view bytes) {
   std::string text = "\"";
   while (!bytes.empty()) {
-    const std::uint32_t code = take_character(bytes);
+    const std::uint32_t code = take_utf8_character(bytes).value_or(kReplacement);
     if (code >= 0x10000U) {
       append_escape(text, 0xD7C0U + (code >> 10U));
       append_escape(text, 0xDC00U | (code & 0x3FFU));

@@ -52,6 +52,7 @@ CLI/    tools/command_line/merge_options.cpp
 CLI/    tools/command_line/shared_options.cpp
 CLI/    tools/command_line/stats_options.cpp
 hwy/    search/filter/batch_bound.cpp
+hwy/    search/filter/block_nets.cpp
 hwy/    search/filter/chain_sieve.cpp
 hwy/    search/filter/dp_cell.h
 hwy/    search/filter/group_bound.cpp

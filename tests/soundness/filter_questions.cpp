@@ -11,6 +11,7 @@
 
 #include "search/bits/base_planes.h"
 #include "search/filter/batch_bound.h"
+#include "search/filter/block_sieve.h"
 #include "search/filter/chain_sieve.h"
 #include "search/filter/group_bound.h"
 #include "search/filter/lag_sieve.h"
@@ -62,6 +63,7 @@ class CQuestions {
     ask_searches_of_exact_repeats();
     ask_chains();
     ask_lags();
+    ask_blocks();
     for (const ExtendedSeed& seed : seeds_) {
       ask_group(seed);
       ask_batch(seed);
@@ -208,13 +210,22 @@ class CQuestions {
   }
 
   void ask_lags() {
-    if (signed_length_ > kMaxLagUnit || text_.scoring.min_penalty() < kMinLagPenalty) {
-      return;
-    }
+    if (signed_length_ > kMaxLagUnit || text_.scoring.min_penalty() < kMinLagPenalty) return;
+    ask_sieve_of_units(AttackedFilter::kLags, kMaxLagUnit, sift_text_by_lags);
+  }
+
+  void ask_blocks() {
+    if (signed_length_ < kMinBlockUnit) return;
+    ask_sieve_of_units(AttackedFilter::kBlocks, kMaxBlockUnit, sift_text_by_blocks);
+  }
+
+  /// Asks a sieve that takes several unit lengths at once.
+  template <class Sift>
+  void ask_sieve_of_units(AttackedFilter filter, std::int64_t max_unit, const Sift& sift) {
     for_each_score(&ExtendedSeed::edited, [&](std::int64_t score) {
       const std::size_t spread = draw_chance(engine_, 50) ? 0 : draw_chance(engine_, 80) ? 3 : 40;
       const std::uint64_t shorter = std::min(unit_length_ - 1, draw_between(engine_, 0, spread));
-      const std::uint64_t longer = std::min({static_cast<std::uint64_t>(kMaxLagUnit) - unit_length_,
+      const std::uint64_t longer = std::min({static_cast<std::uint64_t>(max_unit) - unit_length_,
                                              text_length() - 1 - unit_length_,
                                              std::uint64_t{draw_between(engine_, 0, spread)}});
       LagRule rule{signed_length_ - static_cast<std::int64_t>(shorter),
@@ -227,10 +238,9 @@ class CQuestions {
       for (std::int64_t u = rule.first_unit_length; u <= rule.last_unit_length(); ++u) {
         left.emplace_back().reset_to_set(text_length() - static_cast<std::uint64_t>(u));
       }
-      sift_text_by_lags(attack_.text.data(), text_length(), rule, left);
+      sift(attack_.text.data(), text_length(), rule, left);
       for (const ExtendedSeed& seed : seeds_) {
-        judge(AttackedFilter::kLags, seed, seed.edited.score, score,
-              !left[shorter].test(seed.start));
+        judge(filter, seed, seed.edited.score, score, !left[shorter].test(seed.start));
       }
     });
   }
@@ -332,6 +342,7 @@ const char* name_of(AttackedFilter filter) {
                                                     "filter of a search of exact repeats to extend",
                                                     "sieve by chains",
                                                     "sieve by lags",
+                                                    "sieve by blocks",
                                                     "bound of groups",
                                                     "bound of batches",
                                                     "bound of single seeds",

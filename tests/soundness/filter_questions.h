@@ -23,12 +23,13 @@ enum class AttackedFilter {
   kSearchOfExactRepeatsToExtend,
   kChains,
   kLags,
+  kBlocks,
   kGroups,
   kBatches,
   kSingleSeeds,
   kExactRepeats  ///< the bound of single seeds, asked for a repeat that was extended exactly
 };
-inline constexpr std::size_t kAttackedFilters = 9;
+inline constexpr std::size_t kAttackedFilters = 10;
 
 const char* name_of(AttackedFilter filter);
 

@@ -80,6 +80,9 @@ UnitPlan CFilterPlan::unit(std::int64_t unit_length) const {
       plan.sieve = Sieve::kChains;
     } else if (unit_length <= kMaxLagUnit && scoring_.min_penalty() >= kMinLagPenalty) {
       plan.sieve = Sieve::kLags;
+    } else if (kMinBlockUnit <= unit_length && unit_length <= kMaxBlockUnit &&
+               scoring_.min_penalty() >= kMinBlockPenalty) {
+      plan.sieve = Sieve::kBlocks;
     }
   }
   // A seed scores 0, so a minimum of 0 or less rejects none.
@@ -94,8 +97,10 @@ std::int64_t CFilterPlan::lag_units_at_once(std::int64_t text_length) {
 }
 
 std::int64_t CFilterPlan::last_lag_unit(std::int64_t unit_length, std::int64_t text_length) const {
-  const std::int64_t last = std::min({unit_length + lag_units_at_once(text_length) - 1, kMaxLagUnit,
-                                      last_unit_length_, text_length - 1});
+  const std::int64_t last_of_sieve =
+      unit(unit_length).sieve == Sieve::kLags ? kMaxLagUnit : kMaxBlockUnit;
+  const std::int64_t last = std::min({unit_length + lag_units_at_once(text_length) - 1,
+                                      last_of_sieve, last_unit_length_, text_length - 1});
   return std::max(unit_length, last);
 }
 

@@ -38,6 +38,14 @@ inline constexpr std::int64_t kMaxLagUnitsAtOnce = 512;
 /// What the seeds of several unit lengths may take, unless the text is large.
 inline constexpr std::int64_t kLagSeedBytes = 40'000'000;
 
+// Sieve of blocks: after that of lags, or alone.
+inline constexpr std::int64_t kMinBlockUnit = 96;  ///< shorter ones are left to other sieves
+inline constexpr std::int64_t kMaxBlockUnit = 4096;
+/// Milder ones let the nets of neighbouring blocks add up to anything.
+inline constexpr std::int64_t kMinBlockPenalty = 4;
+/// After the sieve of lags it serves only if that takes as many unit lengths at once.
+inline constexpr std::size_t kMinBlockUnitsAtOnce = 16;
+
 // Bound of groups.
 inline constexpr int kGroupSeeds = 64;
 inline constexpr int kMinGroupSeeds = 8;  ///< fewer are as fast in batches
@@ -117,7 +125,13 @@ struct ChainRule {
                                           const ScoringRules& scoring);
 };
 
-enum class Sieve { kNone, kRuns, kChains, kLags };
+enum class Sieve {
+  kNone,
+  kRuns,
+  kChains,
+  kLags,   ///< and that of blocks, for units that are long enough
+  kBlocks  ///< alone
+};
 
 /// The min number of neighbouring seeds for which each bound is asked; 0: never.
 struct BoundPlan {
@@ -158,8 +172,9 @@ class CFilterPlan {
   /// The minimum score of a unit length.
   [[nodiscard]] std::int64_t min_score(std::int64_t unit_length) const;
 
-  /// The sieve of lags goes over a text of `text_length` bases once for the unit lengths from this
-  /// one to the one returned. REQUIRES: 1 <= unit_length < text_length.
+  /// The sieves of lags and of blocks go over a text of `text_length` bases once for the unit
+  /// lengths from this one to the one returned. REQUIRES: 1 <= unit_length < text_length, one of
+  /// them serves this unit length.
   [[nodiscard]] std::int64_t last_lag_unit(std::int64_t unit_length,
                                            std::int64_t text_length) const;
 

@@ -1,4 +1,4 @@
-// Runs the plan: one sieve for each unit length, then the bounds of the seeds that are asked for,
+// Runs the plan: the sieves of each unit length, then the bounds of the seeds that are asked for,
 // largest first: what a group rejects, no batch has to look at. A bound serves where at least as
 // many seeds are asked for as the plan says. Verdicts are cached for the neighbours that a scan
 // asks for next.
@@ -10,6 +10,7 @@
 #include <optional>
 
 #include "search/filter/batch_bound.h"
+#include "search/filter/block_sieve.h"
 #include "search/filter/chain_sieve.h"
 #include "search/filter/group_bound.h"
 #include "search/filter/lag_sieve.h"
@@ -60,10 +61,20 @@ const CBitSet& CSeedFilter::lag_seeds() {
       lag_seeds_.emplace_back().reset_to_set(static_cast<std::uint64_t>(text_length() - u));
     }
     first_lag_unit_ = unit_length;
-    const BoundWork done = sift_text_by_lags(text_.begin(), planes_.length(), rule, lag_seeds_);
-    work_.lags.tables += done.tables;
-    work_.lags.rows += done.rows;
-    work_.lags.cells += done.cells;
+    if (unit_.sieve == Sieve::kLags) {
+      const BoundWork by_lags =
+          sift_text_by_lags(text_.begin(), planes_.length(), rule, lag_seeds_);
+      work_.lags.tables += by_lags.tables;
+      work_.lags.rows += by_lags.rows;
+      work_.lags.cells += by_lags.cells;
+    }
+    // Where few unit lengths are sieved at once, the nets of blocks would be found too often.
+    if (unit_.sieve == Sieve::kBlocks || lag_seeds_.size() >= kMinBlockUnitsAtOnce) {
+      const BlockWork by_blocks =
+          sift_text_by_blocks(text_.begin(), planes_.length(), rule, lag_seeds_);
+      work_.blocks.pieces += by_blocks.pieces;
+      work_.blocks.sides += by_blocks.sides;
+    }
   }
   return lag_seeds_[index()];
 }
@@ -74,7 +85,7 @@ const CBitSet& CSeedFilter::seeds(std::uint64_t unit_length) {
     unit_ = plan_.unit(static_cast<std::int64_t>(unit_length));
     verdicts_ = undecided_group_ = {};
   }
-  if (unit_.sieve == Sieve::kLags) {
+  if (unit_.sieve == Sieve::kLags || unit_.sieve == Sieve::kBlocks) {
     last_seeds_ = &lag_seeds();
     return *last_seeds_;
   }

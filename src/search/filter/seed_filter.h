@@ -25,6 +25,7 @@
 
 #include "search/bits/base_planes.h"
 #include "search/bits/bit_set.h"
+#include "search/filter/block_sieve.h"
 #include "search/filter/bound.h"
 #include "search/filter/filter_plan.h"
 #include "search/filter/run_sieve.h"
@@ -37,6 +38,7 @@ struct SeedFilterWork {
   RunWork runs;
   std::uint64_t lags_made = 0;  ///< lags at which the text was compared with itself
   BoundWork lags;
+  BlockWork blocks;
   std::uint64_t groups = 0;   ///< groups of seeds that were bounded as one
   std::uint64_t batches = 0;  ///< batches of seeds that were bounded side by side
   std::uint64_t singles = 0;  ///< seeds that were bounded one by one

@@ -51,6 +51,7 @@ TEST_F(SearchWork, of_short_units) {
               "paths: misses 1\n",
               "runs: lags 7, words 494, runs 1226\n"
               "lag sieve: tables 2, rows 23212, cells 742784\n"
+              "block sieve:\n"
               "asked: batches 612, singles 330\n"
               "group bound:\n"
               "batch bound: tables 1220, rows 36341, cells 158342\n"
@@ -69,6 +70,7 @@ TEST_F(SearchWork, of_short_units_with_mild_penalties) {
               "paths: misses 20, stored 18\n",
               "runs: lags 5, words 92, runs 365\n"
               "lag sieve:\n"
+              "block sieve:\n"
               "asked: batches 145, singles 23\n"
               "group bound:\n"
               "batch bound: tables 276, rows 12696, cells 36603\n"
@@ -87,6 +89,7 @@ TEST_F(SearchWork, of_short_units_with_high_penalties) {
               "paths:\n",
               "runs: lags 13, words 1005, runs 1288\n"
               "lag sieve: tables 2, rows 23212, cells 742784\n"
+              "block sieve:\n"
               "asked: batches 552, singles 108\n"
               "group bound:\n"
               "batch bound: tables 1104, rows 43191, cells 143630\n"
@@ -96,16 +99,17 @@ TEST_F(SearchWork, of_short_units_with_high_penalties) {
 TEST_F(SearchWork, of_long_units) {
   search_units_from_to(110, 400);
   expect_work(hard_text(), search_imperfect,
-              "search: seeds 4736\n"
+              "search: seeds 1698\n"
               "look-ahead:\n"
               "memo:\n"
               "paths:\n",
               "runs:\n"
               "lag sieve: tables 6, rows 26358, cells 7591104\n"
-              "asked: groups 125, batches 91, singles 4\n"
-              "group bound: tables 250, rows 73688\n"
-              "batch bound: tables 182, rows 38148, cells 894556\n"
-              "single bound: tables 8, rows 625, cells 20000\n");
+              "block sieve: pieces 204, sides 4960\n"
+              "asked: groups 39, batches 45\n"
+              "group bound: tables 78, rows 32228\n"
+              "batch bound: tables 90, rows 29796, cells 785849\n"
+              "single bound:\n");
 }
 
 TEST_F(SearchWork, of_long_units_beside_an_array_of_short_ones) {
@@ -116,30 +120,32 @@ TEST_F(SearchWork, of_long_units_beside_an_array_of_short_ones) {
   text += draw_letters(engine, 700, "ACGT");
   search_units_from_to(120, 360);
   expect_work(text, search_imperfect,
-              "search: seeds 46048\n"
+              "search:\n"
               "look-ahead:\n"
               "memo:\n"
               "paths:\n",
               "runs:\n"
               "lag sieve: tables 4, rows 11365, cells 2909440\n"
-              "asked: groups 902, batches 110, singles 9\n"
-              "group bound: tables 1804, rows 525027\n"
-              "batch bound: tables 222, rows 28130, cells 612420\n"
-              "single bound: tables 18, rows 3793, cells 428416\n");
+              "block sieve: pieces 187, sides 13104\n"
+              "asked:\n"
+              "group bound:\n"
+              "batch bound:\n"
+              "single bound:\n");
 }
 
 TEST_F(SearchWork, of_units_too_long_for_the_lag_sieve) {
   search_units_from_to(749, 760);
   expect_work(hard_text().substr(3000), search_imperfect,
-              "search: seeds 1639, extended over edits 1\n"
+              "search: seeds 14, extended over edits 1\n"
               "look-ahead: calls 242, windows 240, wavefronts 88, states 392, unwindowed runs 879, "
               "runs of N's 1\n"
               "memo:\n"
               "paths:\n",
               "runs:\n"
               "lag sieve: tables 2, rows 11212, cells 3229056\n"
-              "asked: groups 31, singles 1\n"
-              "group bound: tables 62, rows 35137\n"
+              "block sieve: pieces 149, sides 130\n"
+              "asked: groups 1, singles 1\n"
+              "group bound: tables 2, rows 1220\n"
               "batch bound:\n"
               "single bound: tables 1, rows 76, cells 19456\n");
 }
@@ -154,6 +160,7 @@ TEST_F(SearchWork, where_a_score_reduction_limits_extension) {
               "paths:\n",
               "runs: lags 7, words 494, runs 1226\n"
               "lag sieve: tables 2, rows 23212, cells 742784\n"
+              "block sieve:\n"
               "asked: batches 593, singles 324\n"
               "group bound:\n"
               "batch bound: tables 1182, rows 32609, cells 135743\n"
@@ -171,6 +178,7 @@ TEST_F(SearchWork, of_deep_look_aheads) {
               "paths:\n",
               "runs: lags 7, words 405, runs 1184\n"
               "lag sieve:\n"
+              "block sieve:\n"
               "asked: batches 271, singles 39\n"
               "group bound:\n"
               "batch bound: tables 542, rows 10752, cells 28890\n"
@@ -188,6 +196,7 @@ TEST_F(SearchWork, of_shallow_look_aheads) {
               "paths:\n",
               "runs: lags 7, words 405, runs 1184\n"
               "lag sieve: tables 2, rows 23212, cells 742784\n"
+              "block sieve:\n"
               "asked: batches 633, singles 323\n"
               "group bound:\n"
               "batch bound: tables 1262, rows 40297, cells 191757\n"
@@ -205,6 +214,7 @@ TEST_F(SearchWork, along_a_long_array) {
               "paths: hits 43, misses 2372, steps 99, stored 2322, placed 3072\n",
               "runs: lags 7, words 1567, runs 2536\n"
               "lag sieve:\n"
+              "block sieve:\n"
               "asked: batches 299, singles 339\n"
               "group bound:\n"
               "batch bound: tables 598, rows 21402, cells 89102\n"
@@ -226,6 +236,7 @@ TEST_F(SearchWork, among_gaps) {
               "paths:\n",
               "runs: lags 7, words 366, runs 1214\n"
               "lag sieve: tables 2, rows 17792, cells 569344\n"
+              "block sieve:\n"
               "asked: batches 816, singles 551\n"
               "group bound:\n"
               "batch bound: tables 1604, rows 79990, cells 438857\n"
@@ -242,6 +253,7 @@ TEST_F(SearchWork, of_exact_repeats) {
       "paths:\n",
       "runs: lags 300, words 26653, runs 606\n"
       "lag sieve:\n"
+      "block sieve:\n"
       "asked:\n"
       "group bound:\n"
       "batch bound:\n"
@@ -260,6 +272,7 @@ TEST_F(SearchWork, of_exact_repeats_that_are_extended) {
       "paths:\n",
       "runs: lags 60, words 5409, runs 617\n"
       "lag sieve:\n"
+      "block sieve:\n"
       "asked:\n"
       "group bound:\n"
       "batch bound:\n"

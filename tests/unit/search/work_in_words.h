@@ -64,6 +64,7 @@ inline std::string in_words(const SeedFilterWork& work) {
              "runs:",
              {{"lags", work.lags_made}, {"words", work.runs.words}, {"runs", work.runs.runs}}) +
          in_words("lag sieve:", work.lags) +
+         in_words("block sieve:", {{"pieces", work.blocks.pieces}, {"sides", work.blocks.sides}}) +
          in_words("asked:",
                   {{"groups", work.groups}, {"batches", work.batches}, {"singles", work.singles}}) +
          in_words("group bound:",

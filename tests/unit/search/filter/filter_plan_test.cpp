@@ -48,6 +48,8 @@ std::string sieve_text(const UnitPlan& unit) {
       return "chains of " + std::to_string(unit.chain_rule.edits) + " edits";
     case Sieve::kLags:
       return "lags";
+    case Sieve::kBlocks:
+      return "blocks";
     default:
       return "-";
   }
@@ -116,7 +118,8 @@ TEST(FilterPlan, has_the_table_of_the_documents) {
       "| `imperfect` | 23 to 127 | lags | batches of 3 or more, single seeds |\n"
       "| `imperfect` | 128 to 750 | lags | groups of 8 or more, batches of 3 or more, single seeds "
       "|\n"
-      "| `imperfect` | 751 to 4096 | - | groups of 8 or more, batches of 3 or more, single seeds "
+      "| `imperfect` | 751 to 4096 | blocks | groups of 8 or more, batches of 3 or more, single "
+      "seeds "
       "|\n"
       "| `imperfect` | 4097 to 30000 | - | groups of 8 or more, batches of 3 or more |\n"
       "| `imperfect` | 30001 and more | - | - |\n";
@@ -138,25 +141,28 @@ TEST(FilterPlan, follows_penalties) {
             "|  | 128 to 4096 | - | groups of 8 or more, batches of 3 or more, single seeds |\n"
             "|  | 4097 to 30000 | - | groups of 8 or more, batches of 3 or more |\n"
             "|  | 30001 and more | - | - |\n");
-  EXPECT_EQ(rows(4, 7),
-            "|  | 1 to 3 | runs | batches of 3 or more, single seeds |\n"
-            "|  | 4 | runs, words near longer ones | batches of 3 or more, single seeds |\n"
-            "|  | 5 to 8 | chains of 3 edits | batches of 3 or more, single seeds |\n"
-            "|  | 9 to 12 | chains of 4 edits | batches of 3 or more, single seeds |\n"
-            "|  | 13 to 127 | - | batches of 3 or more, single seeds |\n"
-            "|  | 128 to 4096 | - | groups of 8 or more, batches of 3 or more, single seeds |\n"
-            "|  | 4097 to 30000 | - | groups of 8 or more, batches of 3 or more |\n"
-            "|  | 30001 and more | - | - |\n");
-  EXPECT_EQ(rows(14, 12),
-            "|  | 1 to 10 | runs | batches of 3 or more, single seeds |\n"
-            "|  | 11 to 12 | runs, words near longer ones | batches of 3 or more, single seeds |\n"
-            "|  | 13 to 28 | chains of 2 edits | batches of 3 or more, single seeds |\n"
-            "|  | 29 to 32 | chains of 3 edits | batches of 3 or more, single seeds |\n"
-            "|  | 33 to 127 | lags | batches of 3 or more, single seeds |\n"
-            "|  | 128 to 750 | lags | groups of 8 or more, batches of 3 or more, single seeds |\n"
-            "|  | 751 to 4096 | - | groups of 8 or more, batches of 3 or more, single seeds |\n"
-            "|  | 4097 to 30000 | - | groups of 8 or more, batches of 3 or more |\n"
-            "|  | 30001 and more | - | - |\n");
+  EXPECT_EQ(
+      rows(4, 7),
+      "|  | 1 to 3 | runs | batches of 3 or more, single seeds |\n"
+      "|  | 4 | runs, words near longer ones | batches of 3 or more, single seeds |\n"
+      "|  | 5 to 8 | chains of 3 edits | batches of 3 or more, single seeds |\n"
+      "|  | 9 to 12 | chains of 4 edits | batches of 3 or more, single seeds |\n"
+      "|  | 13 to 95 | - | batches of 3 or more, single seeds |\n"
+      "|  | 96 to 127 | blocks | batches of 3 or more, single seeds |\n"
+      "|  | 128 to 4096 | blocks | groups of 8 or more, batches of 3 or more, single seeds |\n"
+      "|  | 4097 to 30000 | - | groups of 8 or more, batches of 3 or more |\n"
+      "|  | 30001 and more | - | - |\n");
+  EXPECT_EQ(
+      rows(14, 12),
+      "|  | 1 to 10 | runs | batches of 3 or more, single seeds |\n"
+      "|  | 11 to 12 | runs, words near longer ones | batches of 3 or more, single seeds |\n"
+      "|  | 13 to 28 | chains of 2 edits | batches of 3 or more, single seeds |\n"
+      "|  | 29 to 32 | chains of 3 edits | batches of 3 or more, single seeds |\n"
+      "|  | 33 to 127 | lags | batches of 3 or more, single seeds |\n"
+      "|  | 128 to 750 | lags | groups of 8 or more, batches of 3 or more, single seeds |\n"
+      "|  | 751 to 4096 | blocks | groups of 8 or more, batches of 3 or more, single seeds |\n"
+      "|  | 4097 to 30000 | - | groups of 8 or more, batches of 3 or more |\n"
+      "|  | 30001 and more | - | - |\n");
 }
 
 TEST(FilterPlan, rejects_nothing_where_no_score_is_asked_for) {
@@ -211,7 +217,7 @@ TEST(FilterPlan, sieves_as_many_unit_lengths_by_lags_as_find_room) {
   EXPECT_EQ(CFilterPlan::lag_units_at_once(4'000'000'000), 4);
 }
 
-TEST(FilterPlan, sieves_by_lags_no_unit_length_that_is_not_searched) {
+TEST(FilterPlan, sieves_at_once_no_unit_length_that_is_not_searched) {
   const Thresholds user(kDefaultScore, kNoMinimum, kDefaultScore);
   const auto last = [&](std::int64_t last_searched, std::int64_t unit_length, std::int64_t length) {
     return plan_of(SeedUse::kExtendOverEdits, {6, 6, true}, user, last_searched)
@@ -223,6 +229,8 @@ TEST(FilterPlan, sieves_by_lags_no_unit_length_that_is_not_searched) {
   EXPECT_EQ(last(10'000, 100, 200), 199);
   EXPECT_EQ(last(10'000, 100, 64'000'001), 103);
   EXPECT_EQ(last(50, 100, 5000), 100);  // served by itself
+  EXPECT_EQ(last(10'000, 751, 5000), 1262);
+  EXPECT_EQ(last(10'000, 4000, 50'000), 4096);
 }
 
 TEST(FilterPlan, is_equal_to_one_of_the_same_rules_and_tables) {

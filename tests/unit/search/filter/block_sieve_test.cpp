@@ -1,0 +1,166 @@
+// The seeds that the block sieve leaves undecided, against all paths of each seed.
+
+#include "search/filter/block_sieve.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "support/filter/plain_score_paths.h"
+#include "support/filter/vector_targets.h"
+#include "support/random_dna.h"
+#include "unit/search/searched_sequence.h"
+
+namespace quorix::testing {
+namespace {
+
+LagRule units_rule(std::int64_t first_unit, std::int64_t last_unit, const ScoringRules& scoring) {
+  LagRule rule{first_unit, {}, scoring};
+  for (std::int64_t unit = first_unit; unit <= last_unit; ++unit) rule.min_scores.push_back(unit);
+  return rule;
+}
+
+/// All seeds of the unit lengths of a rule.
+std::vector<CBitSet> set_seeds(const std::string& text, const LagRule& rule) {
+  std::vector<CBitSet> seeds;
+  for (std::size_t i = 0; i < rule.min_scores.size(); ++i) {
+    seeds.emplace_back().reset_to_set(text.size() -
+                                      static_cast<std::size_t>(rule.first_unit_length) - i);
+  }
+  return seeds;
+}
+
+std::vector<CBitSet> left_seeds(const std::string& text, const LagRule& rule) {
+  const CBases bases(text);
+  std::vector<CBitSet> seeds = set_seeds(text, rule);
+  sift_text_by_blocks(bases.begin(), text.size(), rule, seeds);
+  return seeds;
+}
+
+/// An array of `unit` with edits, some of them as long as a few units.
+std::string draw_edited_copies(RandomEngine& engine, const std::string& unit, std::size_t length,
+                               std::size_t percent) {
+  std::string copies;
+  while (copies.size() < length) {
+    for (const char letter : unit) {
+      if (draw_chance(engine, percent)) {
+        const auto kind = draw_between(engine, 0, 3);
+        if (kind == 0) continue;
+        copies += kind == 1 ? "AN" : kind == 2 ? "C" : "GT";
+        continue;
+      }
+      copies += letter;
+    }
+  }
+  return copies.substr(0, length);
+}
+
+std::string draw_text_around_array(RandomEngine& engine, std::size_t unit_length) {
+  std::string text = draw_letters(engine, draw_between(engine, 0, 300), "ACGT");
+  const std::string unit = draw_letters(engine, unit_length, "ACGT");
+  text += draw_edited_copies(engine, unit, draw_between(engine, unit_length, 4 * unit_length),
+                             draw_between(engine, 0, 12));
+  return text + draw_letters(engine, draw_between(engine, unit_length + 2, 400), "ACGT");
+}
+
+std::int64_t best_of(const std::string& text, std::int64_t p, std::int64_t unit_length,
+                     const ScoringRules& scoring) {
+  const std::int64_t end = p + unit_length;
+  const Outcome outcome = follow_all_paths({text, p, end, p, end, 0, unit_length - 1, 0, scoring});
+  return outcome.is_complete ? outcome.best : -1;
+}
+
+TEST(BlockSieve, rejects_no_seed_that_reaches_its_score) {
+  RandomEngine engine(71);
+  std::int64_t rejected = 0;
+  std::int64_t kept = 0;
+  for (int round = 0; round < 150; ++round) {
+    const auto of_array = draw_between(engine, 90, 180);
+    const std::string text = draw_text_around_array(engine, of_array);
+    const auto unit_length = static_cast<std::int64_t>(
+        std::max<std::size_t>(96, of_array + draw_between(engine, 0, 6) - std::size_t{3}));
+    if (unit_length + 2 > static_cast<std::int64_t>(text.size())) continue;
+    const ScoringRules scoring{draw_number(engine, 2, 9), draw_number(engine, 2, 9),
+                               draw_chance(engine, 50)};
+    const std::int64_t p =
+        draw_number(engine, 0, static_cast<std::int64_t>(text.size()) - unit_length - 1);
+    if (text.substr(static_cast<std::size_t>(p), static_cast<std::size_t>(unit_length)).find('N') !=
+        std::string::npos) {
+      continue;
+    }
+    const std::int64_t best = best_of(text, p, unit_length, scoring);
+    if (best < 1) continue;
+    for (const std::int64_t spread : {0, 5, 40}) {
+      const std::int64_t last =
+          std::min(unit_length + spread / 2, static_cast<std::int64_t>(text.size()) - 1);
+      LagRule rule = units_rule(std::max<std::int64_t>(unit_length - spread, 1), last, scoring);
+      const auto index = static_cast<std::size_t>(unit_length - rule.first_unit_length);
+      for (const std::int64_t more : {0, 1, 60}) {
+        rule.min_scores[index] = best + more;
+        for_each_vector_target([&](const char* target) {
+          const bool is_left = left_seeds(text, rule)[index].test(static_cast<std::uint64_t>(p));
+          ++(is_left ? kept : rejected);
+          if (more != 0) return;
+          ASSERT_TRUE(is_left) << target << " base " << p << " of " << text << " unit length "
+                               << unit_length << " penalties " << scoring.mismatch_penalty << ","
+                               << scoring.indel_penalty << " spread " << spread;
+        });
+      }
+    }
+  }
+  EXPECT_GT(rejected, 100);
+  EXPECT_GT(kept, 300);
+}
+
+TEST(BlockSieve, leaves_no_more_seeds_if_units_are_judged_together) {
+  RandomEngine engine(72);
+  std::int64_t rejected = 0;
+  std::int64_t kept = 0;
+  for (int round = 0; round < 6; ++round) {
+    const std::string text = draw_text_around_array(engine, draw_between(engine, 100, 300));
+    const ScoringRules scoring{6, 6, round % 2 == 0};
+    const std::int64_t first = draw_number(engine, 80, 110);
+    const std::int64_t last =
+        std::min<std::int64_t>(first + 70, static_cast<std::int64_t>(text.size()) - 1);
+    const std::vector<CBitSet> together = left_seeds(text, units_rule(first, last, scoring));
+    for (std::int64_t unit = first; unit <= last; ++unit) {
+      const std::vector<CBitSet> alone = left_seeds(text, units_rule(unit, unit, scoring));
+      const CBitSet& same = together[static_cast<std::size_t>(unit - first)];
+      for (std::uint64_t p = 0; p < same.size(); ++p) {
+        ASSERT_TRUE(alone[0].test(p) || !same.test(p)) << "unit " << unit << " of " << text;
+        ++(same.test(p) ? kept : rejected);
+      }
+    }
+  }
+  EXPECT_GT(rejected, 1000);
+  EXPECT_GT(kept, 1000);
+}
+
+TEST(BlockSieve, rejects_nearly_all_seeds_of_random_dna) {
+  RandomEngine engine(73);
+  const std::string text = draw_letters(engine, 6000, "ACGT");
+  for (const std::int64_t unit : {96, 171, 400, 1000}) {
+    const CBitSet left = left_seeds(text, units_rule(unit, unit, {6, 6, true}))[0];
+    std::uint64_t kept = 0;
+    for (std::uint64_t p = 0; p < left.size(); ++p) kept += left.test(p) ? 1 : 0;
+    EXPECT_LT(kept, left.size() / 50) << unit;
+  }
+}
+
+TEST(BlockSieve, leaves_short_units_alone) {
+  RandomEngine engine(74);
+  const std::string text = draw_letters(engine, 900, "ACGT");
+  const LagRule rule = units_rule(90, 99, {6, 6, true});
+  const std::vector<CBitSet> all = set_seeds(text, rule);
+  const std::vector<CBitSet> left = left_seeds(text, rule);
+  for (std::size_t i = 0; i < left.size(); ++i) {
+    EXPECT_EQ(left[i].words() == all[i].words(), 90 + i < 96) << i;
+  }
+}
+
+}  // namespace
+}  // namespace quorix::testing

@@ -23,7 +23,7 @@ static_assert((2 * (kBlockCharacters - 1) + kUnitsAtOnce - 1) / kBlockCharacters
 constexpr std::int64_t kBeginSpread = 2 * kBlockCharacters;
 
 /// Lags above this are not followed, in unit lengths.
-constexpr std::int64_t kMaxLagUnits = 4;
+constexpr std::int64_t kMaxLagUnits = 8;
 
 /// Unit lengths [first, last] of seeds that are judged at once, and the lowest minimum score.
 struct UnitLengths {

@@ -50,7 +50,7 @@ namespace quorix {
 static_assert(kMinBlockUnit >= kBlockCharacters, "a unit reaches the end of its first block");
 
 /// Copies of a unit that are followed, to either side.
-inline constexpr std::int64_t kMaxBlockCopies = 6;
+inline constexpr std::int64_t kMaxBlockCopies = 16;
 
 /// What a sieve of blocks has done.
 struct BlockWork {

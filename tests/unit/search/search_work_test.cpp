@@ -99,16 +99,16 @@ TEST_F(SearchWork, of_short_units_with_high_penalties) {
 TEST_F(SearchWork, of_long_units) {
   search_units_from_to(110, 400);
   expect_work(hard_text(), search_imperfect,
-              "search: seeds 1698\n"
+              "search: seeds 1683\n"
               "look-ahead:\n"
               "memo:\n"
               "paths:\n",
               "runs:\n"
               "lag sieve: tables 6, rows 26358, cells 7591104\n"
-              "block sieve: pieces 204, sides 4960\n"
-              "asked: groups 39, batches 45\n"
+              "block sieve: pieces 210, sides 4916\n"
+              "asked: groups 39, batches 40\n"
               "group bound: tables 78, rows 32228\n"
-              "batch bound: tables 90, rows 29796, cells 785849\n"
+              "batch bound: tables 80, rows 28086, cells 754131\n"
               "single bound:\n");
 }
 
@@ -126,7 +126,7 @@ TEST_F(SearchWork, of_long_units_beside_an_array_of_short_ones) {
               "paths:\n",
               "runs:\n"
               "lag sieve: tables 4, rows 11365, cells 2909440\n"
-              "block sieve: pieces 187, sides 13104\n"
+              "block sieve: pieces 227, sides 5521\n"
               "asked:\n"
               "group bound:\n"
               "batch bound:\n"

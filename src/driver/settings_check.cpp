@@ -1,40 +1,20 @@
-// The checks stop at the first setting that is refused, in a fixed order: scripts know the
-// messages.
+// What is refused is decided in settings/settings_rules.h; here it becomes a message and a code.
 
 #include "driver/settings_check.h"
 
-#include <algorithm>
+#include <string_view>
 
 #include "console/console_texts.h"
 #include "console/exit_status.h"
 #include "console/number_text.h"
 #include "settings/settings.h"
+#include "settings/settings_rules.h"
 
 namespace quorix {
 
 namespace {
 
 constexpr int kMaxModeCode = 2;
-constexpr int kMaxEditScore = -2;
-
-int refuse(const char* message) {
-  general_PrintMessage(stderr, message);
-  return kInvalidSetting;
-}
-
-/// The threshold of unit length 1, where both the score and the length are smallest.
-long double smallest_threshold(int constant, int offset, float factor) {
-  return std::max<long double>(constant, static_cast<long double>(offset) + factor);
-}
-
-/// A repeat must need at least two matches or two bases, or every base would be one.
-bool has_selective_threshold() {
-  constexpr long double kMinThreshold = 2.0L;
-  return smallest_threshold(global_min_score, global_min_score_a, global_min_score_bx) >=
-             kMinThreshold ||
-         smallest_threshold(global_min_length, global_min_length_a, global_min_length_bx) >=
-             kMinThreshold;
-}
 
 }  // namespace
 
@@ -49,31 +29,10 @@ bool store_mode_code(int& setting, int value, const char* before, const char* af
 }
 
 int check_settings() {
-  if (global_perfection_minimum != 0.0F) {
-    return refuse("Sorry, using a perfection minimum is not implemented in this version.\n");
-  }
-  if (!has_selective_threshold()) {
-    return refuse("Sorry, either the minimum score or the minimum length must be larger.\n");
-  }
-  if (global_mismatch_score > kMaxEditScore) {
-    return refuse("Sorry, the mismatch score must be smaller or equal to -2.\n");
-  }
-  if (global_indel_score > kMaxEditScore) {
-    return refuse("Sorry, the indel score must be smaller or equal to -2.\n");
-  }
-  global_Ns_allowed_in_a_row = std::max(global_Ns_allowed_in_a_row, 0);
-  global_flanking = std::max(global_flanking, 0);
-  if (global_maximum_recursion_depth <= 0) {
-    return refuse(
-        "Sorry, the recursion depth must be greater than 0.\n"
-        "A value of 0 would corresponds to a perfect search.\n");
-  }
-  if (global_max_unit_length < global_min_unit_length) {
-    return refuse(
-        "I think you have made a mistake here: The maximum unit length must be greater\n"
-        "or equal to the minimum unit length.\n");
-  }
-  return kSuccess;
+  const std::string_view reason = correct_settings();
+  if (reason.empty()) return kSuccess;
+  general_PrintMessage(stderr, reason);
+  return kInvalidSetting;
 }
 
 }  // namespace quorix

@@ -6,7 +6,6 @@
 
 #include <algorithm>
 #include <cstddef>
-#include <cstdio>
 #include <cstdlib>
 #include <new>
 #include <type_traits>
@@ -14,13 +13,10 @@
 
 namespace quorix {
 
-/// Prints to standard output that an edit list cannot grow, and ends the process with status 0.
-/// Scripts rely on the text and the status.
-[[noreturn]] inline void end_on_failed_realloc() {
-  std::fflush(nullptr);  // what is left of a report on standard output comes first
-  std::puts("Program aborded due to failed realloc!");
-  std::exit(0);
-}
+/// Called if a block cannot grow. That of the program prints so to standard output and ends the
+/// process with status 0: scripts rely on the text and the status. It is a library of its own, so
+/// that what must not end the process can link another one, which may throw std::bad_alloc.
+[[noreturn]] void end_on_failed_realloc();
 
 template <class Element>
 class fastvector {
@@ -60,7 +56,7 @@ class fastvector {
   }
 
   /// Makes room for `count` elements in all. A smaller block becomes exactly that large. If a block
-  /// cannot grow, the process ends, see `end_on_failed_realloc`.
+  /// cannot grow, `end_on_failed_realloc` is called and the elements are as they were.
   /// Throws: std::bad_alloc if the first block cannot be allocated.
   void reserve(std::size_t count) {
     if (capacity_ >= count) return;
@@ -75,7 +71,7 @@ class fastvector {
   }
 
   /// Appends one element. A full block doubles; the first block has room for 4.
-  /// Throws and ends the process as `reserve` does.
+  /// Fails as `reserve` does.
   void push_back(const Element& element) {
     const Element copy = element;
     if (size_ == capacity_) reserve(capacity_ == 0 ? kFirstCapacity : 2 * size_);

@@ -15,8 +15,8 @@
 #include "report/csat.h"
 #include "report/repeat_names.h"
 #include "report/report_text.h"
+#include "report/unit_form.h"
 #include "sequence/dna_string.h"
-#include "sequence/reducible_unit.h"
 #include "sequence/sequence_mol.h"
 #include "sequence/stream_text.h"
 #include "settings/settings.h"
@@ -42,25 +42,6 @@ RepeatFigures figures_of(const Csat& repeat, const SequenceText& text) {
   return {repeat.unit_length(),       (repeat.start - text.begin) + 1,
           repeat.end - text.begin,    repeat.end - repeat.start,
           repeat.normalized_length(), repeat.percentagePerfection()};
-}
-
-/// Replaces `unit` by the form in which it is printed. Returns true if it repeats a shorter unit.
-/// The test of the unit as found ignores prime lengths, the rotation test does not; both are rules
-/// of the format.
-bool normalize_unit(CDnaString& unit) {
-  if (global_report_unit_mode == kUnitAsFound) {
-    const char* const letters = unit.c_str();
-    return isReducibleUnit_global(letters, letters + unit.size());
-  }
-  if (global_report_unit_mode != kUnitAlphabeticalBothStrands) {
-    return unit.setToMinAlphaRepModCyclicPermOf(unit);
-  }
-  CDnaString complement;
-  complement.setToReverseComplementOf(unit);
-  const bool is_complement_reducible = complement.setToMinAlphaRepModCyclicPermOf(complement);
-  unit.setToMinAlphaRepModCyclicPermOf(unit);
-  if (complement.view() < unit.view()) unit.assign(complement.view());
-  return is_complement_reducible;
 }
 
 /// The class name, 16 characters wide for unit lengths of up to five digits.

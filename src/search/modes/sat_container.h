@@ -33,8 +33,10 @@ class CSpareRecord {
   /// A record of one unit copy [unit_first, unit_last). Throws: std::bad_alloc.
   Csat& seed(const char* unit_first, const char* unit_last) {
     if (held_.empty()) {
-      held_.push_back(nullptr);
-      held_.front() = pool_.acquire(unit_first, unit_last);
+      // The node comes first, so that no record is lost; and the pool must not get an empty one.
+      std::list<Csat*> node(1);
+      node.front() = pool_.acquire(unit_first, unit_last);
+      held_.splice(held_.end(), node);
     } else {
       held_.front()->init_from_unit(unit_first, unit_last);
     }

@@ -45,8 +45,8 @@ say_where_it_ended() { # STATUS
 }
 
 check_format() {
-  stage "Format of src, tools, tests and bench (clang-format)"
-  find src tools tests bench \( -name '*.cpp' -o -name '*.h' \) -print0 | sort --zero-terminated |
+  stage "Format of sources (clang-format)"
+  find bench examples include src tests tools \( -name '*.cpp' -o -name '*.h' \) -print0 | sort --zero-terminated |
     xargs --null clang-format --dry-run -Werror
 }
 
@@ -110,7 +110,7 @@ lint() {
   stage "Lint of src and tools (cppcheck)"
   cppcheck --std=c++20 --language=c++ --enable=warning,style,performance,portability --quiet \
     --inline-suppr --suppressions-list=.cppcheck-suppressions --error-exitcode=1 \
-    -I src -I . -DHWY_ONCE=1 -DHWY_TARGET=64 src tools
+    -I src -I include -I . -DHWY_ONCE=1 -DHWY_TARGET=64 src tools
 }
 
 main() {

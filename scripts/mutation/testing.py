@@ -24,6 +24,8 @@ LIMITED = 'ulimit -S -t "$1"; ulimit -v "$2"; ulimit -c 0; shift 2; exec "$@"'
 VECTOR_FLAGS = (["-march=haswell", "-maes", "-mpclmul", "-ffp-contract=off",
                  "-DHWY_COMPILE_ONLY_STATIC"]
                 if platform.machine() == "x86_64" else [])
+# What src/library is compiled with besides.
+LIBRARY_FLAGS = [f"-I{ROOT / 'include'}", '-DQUORIX_VERSION=""']
 PROPERTY = {"RC_PARAMS": "seed=20261121 max_success=200"}
 
 # What can see a mutant, the quickest first: program, arguments, environment.
@@ -32,6 +34,7 @@ SEARCH = ("unit/search/quorix_search_test", [], {})
 SEQUENCE = ("unit/sequence/quorix_sequence_test", [], {})
 REPORT = ("unit/report/quorix_report_test", [], {})
 DRIVER = ("unit/driver/quorix_driver_test", [], {})
+LIBRARY = ("library/quorix_library_test", [], {})
 CONSOLE = ("unit/console/quorix_console_test", [], {})
 SETTINGS = ("unit/settings/quorix_settings_test", [], {})
 RANDOM = ("differential/quorix_random_test", ["--cases=6000", "--seed=1"], {})
@@ -51,6 +54,7 @@ TESTS = {
     "src/console": [CONSOLE, DRIVER],
     "src/settings": [SETTINGS, DRIVER],
     "src/driver": [DRIVER],
+    "src/library": [LIBRARY],
 }
 # What is seen from outside of the program alone: the end-to-end cases are run, too.
 OUTER_ROOMS = ("src/settings", "src/console", "src/driver")
@@ -84,7 +88,7 @@ class Tree:
         self.folder = pathlib.Path(folder).resolve()
         self.tree, self.build = self.folder / "tree", self.folder / "build"
         self.tree.mkdir(parents=True, exist_ok=True)
-        for name in ("CMakeLists.txt", "cmake", "docs", "src", "tests"):
+        for name in ("CMakeLists.txt", "cmake", "docs", "include", "src", "tests"):
             for source in [ROOT / name, *(ROOT / name).rglob("*")]:
                 copy = self.tree / source.relative_to(ROOT)
                 if source.is_dir():
@@ -98,7 +102,7 @@ class Tree:
             generator = ["-G", "Ninja"] if shutil.which("ninja") else []
             subprocess.run(
                 ["cmake", *generator, "-S", self.tree, "-B", self.build, "-DQUORIX_BUILD_TESTS=ON",
-                 "-DQUORIX_BUILD_TOOLS=OFF",
+                 "-DQUORIX_BUILD_TOOLS=OFF", "-DQUORIX_BUILD_LIBRARY=ON",
                  "-DCMAKE_BUILD_TYPE=Mutation", f"-DCMAKE_CXX_FLAGS={flags}"],
                 check=True, stdout=subprocess.DEVNULL)
         self.aside = self.folder / "switched"
@@ -219,7 +223,7 @@ class Tree:
 
     def compile(self, plain, user, options):
         """The object file of a source file of the tree in `plain`, or None."""
-        done = subprocess.run(["c++", "-std=c++20", "-w", "-Isrc", *options, user], cwd=plain,
+        done = subprocess.run(["c++", "-std=c++20", "-w", "-Isrc", *LIBRARY_FLAGS, *options, user], cwd=plain,
                               stderr=subprocess.DEVNULL)
         if done.returncode != 0:
             return None
@@ -264,7 +268,7 @@ class Tree:
         if file not in self.users:
             self.users[file] = []
             for source in sorted((ROOT / "src").rglob("*.cpp")):
-                listed = subprocess.run(["c++", "-std=c++20", "-Isrc", "-MM", source], cwd=ROOT,
+                listed = subprocess.run(["c++", "-std=c++20", "-Isrc", *LIBRARY_FLAGS, "-MM", source], cwd=ROOT,
                                         capture_output=True, text=True, check=True).stdout
                 if file in listed.split():
                     self.users[file].append(str(source.relative_to(ROOT)))

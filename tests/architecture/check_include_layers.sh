@@ -24,6 +24,7 @@ tools/summary     tools/report
 tools/report      tools/io report sequence
 tools/io          sequence
 driver            search report console sequence settings
+library           search report console sequence settings
 search            search/modes search/scan search/extension search/rules report sequence settings
 search/modes      search/scan search/extension search/filter search/rules report console sequence settings
 search/scan       search/extension search/filter search/bits report console
@@ -43,6 +44,7 @@ settings
 readonly system_headers='fcntl.h sys/file.h sys/stat.h unistd.h'
 readonly third_party_headers='
 tclap/  driver/command_line.cpp
+quorix/ library/find_repeats.cpp
 zlib.h  sequence/inflater.cpp
 zlib.h  tools/page/packed_text.cpp
 CLI/    tools/command_line/command_line.cpp

@@ -4,6 +4,13 @@
 include(CMakePackageConfigHelpers)
 include(GNUInstallDirs)
 
+# Sets the variable to the objects that make up the library. They need hwy and zlib.
+function(quorix_library_objects variable)
+  set(rooms quorix_library_room quorix_search quorix_report quorix_sequence quorix_settings)
+  list(TRANSFORM rooms REPLACE "(.+)" "$<TARGET_OBJECTS:\\1>" OUTPUT_VARIABLE objects)
+  set(${variable} ${objects} PARENT_SCOPE)
+endfunction()
+
 # quorix_add_library(<target> STATIC|SHARED COMPONENT <name> [EXCLUDE_FROM_ALL])
 #
 # The library from the objects of the rooms, and what `cmake --install` makes of it. With
@@ -11,8 +18,7 @@ include(GNUInstallDirs)
 # defined.
 function(quorix_add_library target type)
   cmake_parse_arguments(PARSE_ARGV 2 library "EXCLUDE_FROM_ALL" "COMPONENT" "")
-  set(rooms quorix_library_room quorix_search quorix_report quorix_sequence quorix_settings)
-  list(TRANSFORM rooms REPLACE "(.+)" "$<TARGET_OBJECTS:\\1>" OUTPUT_VARIABLE objects)
+  quorix_library_objects(objects)
   add_library(${target} ${type} ${objects})
   target_sources(${target} PUBLIC FILE_SET HEADERS BASE_DIRS ${PROJECT_SOURCE_DIR}/include
     FILES ${PROJECT_SOURCE_DIR}/include/quorix/quorix.h)

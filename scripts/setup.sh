@@ -15,7 +15,7 @@ readonly test_packages=("${run_packages[@]}"
   libgtest-dev librapidcheck-dev libbenchmark-dev clang clang-format clang-tidy cppcheck locales
   ninja-build nlohmann-json3-dev python3
   # What uses the library.
-  pkg-config
+  mypy pkg-config pybind11-dev python3-dev python3-numpy
   # What reads the output.
   bedtools chromium genometools nodejs npm python3-jsonschema samtools tabix)
 readonly coverage_packages=("${run_packages[@]}" libgtest-dev librapidcheck-dev gcovr ninja-build

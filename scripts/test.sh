@@ -46,7 +46,7 @@ say_where_it_ended() { # STATUS
 
 check_format() {
   stage "Format of sources (clang-format)"
-  find bench examples include src tests tools \( -name '*.cpp' -o -name '*.h' \) -print0 | sort --zero-terminated |
+  find bench examples include python src tests tools \( -name '*.cpp' -o -name '*.h' \) -print0 | sort --zero-terminated |
     xargs --null clang-format --dry-run -Werror
 }
 
@@ -96,12 +96,12 @@ list_joined_files() {
 }
 
 lint() {
-  stage "Lint of src, tools and bench (clang-tidy)"
+  stage "Lint of src, tools, bench and python (clang-tidy)"
   # The longest runs first, so that none is left for the end: the search of paths takes most of the
   # time, and the longer a file, the longer it takes.
   # shellcheck disable=SC2016  # the $1 is for the inner shell
   {
-    find src tools bench -name '*.cpp' -printf '%s %p\n' | sort --numeric-sort --reverse |
+    find src tools bench python -name '*.cpp' -printf '%s %p\n' | sort --numeric-sort --reverse |
       cut --delimiter=' ' --fields=2- |
       awk -v checks="$own_checks" '{ print "build-dev"; print checks; print }'
     list_joined_files | awk -v checks="$shared_checks" '{ print "build-clang"; print checks; print }'

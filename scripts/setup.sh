@@ -16,10 +16,12 @@ readonly test_packages=("${run_packages[@]}"
   ninja-build nlohmann-json3-dev python3
   # What uses the library.
   mypy pkg-config pybind11-dev python3-dev python3-numpy
+  # What draws plots.
+  python3-matplotlib
   # What reads the output.
   bedtools chromium genometools nodejs npm python3-jsonschema samtools tabix)
 readonly coverage_packages=("${run_packages[@]}" libgtest-dev librapidcheck-dev gcovr ninja-build
-  nlohmann-json3-dev python3)
+  nlohmann-json3-dev python3 python3-matplotlib)
 readonly measure_packages=("${run_packages[@]}" time)
 readonly bench_packages=("${run_packages[@]}" libbenchmark-dev)
 readonly mutate_packages=("${run_packages[@]}" libgtest-dev librapidcheck-dev ninja-build python3)

@@ -78,7 +78,7 @@ TEST(LibraryMemory, any_failed_allocation_is_an_exception) {
 
     long failures = 0;
     long failing = 0;  // number of the allocation that fails: all of the first, some of the later
-    for (bool is_done = false; !is_done; failing += 1 + failing / 20) {
+    for (bool is_done = false; !is_done; failing += 1 + failing / 8) {
       allocations_left = failing;
       try {
         const std::size_t found = count_repeats();

@@ -98,6 +98,17 @@ TEST(FindRepeats, keeps_nothing_of_the_search_before) {
   EXPECT_TRUE(find_repeats(text, strict).empty());
 }
 
+#if defined(__x86_64__)
+TEST(FindRepeats, takes_and_returns_what_installed_programs_were_compiled_for) {
+  // Another size is a change of the major version.
+  ASSERT_EQ(quorix::kVersionMajor, 3);
+  EXPECT_EQ(sizeof(SearchSettings), 72U);
+  EXPECT_EQ(sizeof(Repeat), 232U);
+  EXPECT_EQ(sizeof(quorix::RepeatEdit), 16U);
+  EXPECT_EQ(sizeof(quorix::RepeatAlignment), 96U);
+}
+#endif
+
 TEST(FindRepeats, tells_the_version_of_its_header) {
   EXPECT_EQ(quorix::version(), std::to_string(quorix::kVersionMajor) + "." +
                                    std::to_string(quorix::kVersionMinor) + "." +

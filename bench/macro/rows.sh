@@ -200,23 +200,47 @@ limit_row() {
     "$(format_speed "$bases" "$seconds" "$outcome")" "$(format_memory "$peak")"
 }
 
-# another_method: the time of another method, which finds something else than we do.
+# another_method: processor seconds beside another method, which finds something else than we do.
 another_method() {
-  local max_unit_length program_time
   command -v tantan >/dev/null || return 0
-  begin_table 'tantan, another method' row input bases seconds 'tantan seconds'
+  begin_table 'tantan, another method' row input bases seconds 'tantan seconds' ratio
+  local max_unit_length genome
   for max_unit_length in 6 50 100 500; do
-    is_wanted "tantan/$max_unit_length" || continue
-    if ! make_input slice human-chr22-1M.fa 100000; then
-      row "tantan/$max_unit_length" 'skipped: no human-chr22-1M.fa' '' '' ''
-      continue
-    fi
-    measure_program "$made" -U "$max_unit_length"
-    program_time=$(format_seconds "$seconds" "$outcome")
-    count_bases "$searched"
-    measure "$runs" tantan -w "$max_unit_length" -f 4 "$searched"
-    row "tantan/$max_unit_length" \
-      "$(format_input "$copies" "-U $max_unit_length" slice human-chr22-1M.fa 100000)" "$bases" \
-      "$program_time" "$(format_seconds "$seconds" "$outcome")"
+    beside_tantan 1 "$max_unit_length" slice human-chr22-1M.fa 100000
   done
+  for max_unit_length in 50 100; do
+    for genome in ecoli-k12.fa yeast-s288c.fa human-chr2-2.3M-softmasked.fa human-chr22-1M.fa; do
+      beside_tantan 1 "$max_unit_length" genome "$genome"
+    done
+  done
+  beside_tantan 1 500 slice ecoli-k12.fa 1000000
+  beside_tantan 1 500 slice human-chr2-2.3M-softmasked.fa 300000
+  beside_tantan 1 500 genome human-chr22-1M.fa
+  beside_tantan 1 500 genome human-cen-100k.fa
+  beside_tantan 1 500 genome yeast-chrI-hardmasked.fa
+  beside_tantan 1 2000 slice ecoli-k12.fa 200000
+  beside_tantan 160 180 genome human-cen-100k.fa
+}
+
+# beside_tantan MIN_UNIT MAX_UNIT INPUT...: a row of units of that many bases.
+beside_tantan() {
+  local units="$1-$2" options="-u $1 -U $2" max_unit_length=$2 program_time
+  shift 2
+  local name="tantan/$units ${*:2}"
+  is_wanted "$name" || return 0
+  if ! make_input "$@"; then
+    row "$name" "skipped: no $2" '' '' '' ''
+    return 0
+  fi
+  local words
+  read -r -a words <<<"$options"
+  measure_program "$made" "${words[@]}"
+  program_time=$processor_seconds
+  count_bases "$searched"
+  local program_outcome=$outcome
+  measure "$runs" tantan -w "$max_unit_length" -f 4 "$searched"
+  row "$name" "$(format_input "$copies" "$options" "$@")" "$bases" \
+    "$(format_seconds "$program_time" "$program_outcome")" \
+    "$(format_seconds "$processor_seconds" "$outcome")" \
+    "$(calculate "$program_time / $processor_seconds")"
 }

@@ -18,6 +18,8 @@ readonly test_packages=("${run_packages[@]}"
   mypy pkg-config pybind11-dev python3-dev python3-numpy
   # What draws plots.
   python3-matplotlib
+  # What reads the man pages and completions.
+  man-db mandoc zsh
   # What reads the output.
   bedtools chromium genometools nodejs npm python3-jsonschema samtools tabix)
 readonly coverage_packages=("${run_packages[@]}" libgtest-dev librapidcheck-dev gcovr ninja-build

@@ -31,11 +31,14 @@ void add_merge(CLI::App& program) {
   add_output(command, options->output_name);
   command.add_flag("--masked", options->is_masked,
                    "The parts are masked copies, in the order of their records.");
-  command.add_option(
-      "--report", options->report_name,
-      "With --masked: the report of all parts, with which records, lengths and masked "
-      "bases are compared.");
-  command.add_option("PART", options->parts, "A file, plain or compressed by gzip.")->required();
+  command
+      .add_option("--report", options->report_name,
+                  "With --masked: the report of all parts, with which records, lengths and masked "
+                  "bases are compared.")
+      ->type_name(kFileType);
+  command.add_option("PART", options->parts, "A file, plain or compressed by gzip.")
+      ->type_name(kFileType)
+      ->required();
   command.callback([options] { merge(*options); });
 }
 

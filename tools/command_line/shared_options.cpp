@@ -5,9 +5,11 @@
 namespace quorix::tools {
 
 void add_output(CLI::App& command, std::string& output_name) {
-  command.add_option("-o,--output", output_name,
-                     "The file to write, which replaces an old one when it is complete; without "
-                     "it, or for -, standard output.");
+  command
+      .add_option("-o,--output", output_name,
+                  "The file to write, which replaces an old one when it is complete; without it, "
+                  "or for -, standard output.")
+      ->type_name(kFileType);
 }
 
 void add_filters(CLI::App& command, FilterOptions& filters) {
@@ -50,6 +52,7 @@ void add_reports(CLI::App& command, ReportChoice& reports) {
   command
       .add_option("REPORT", reports.names,
                   "A report, plain or compressed by gzip, or - for standard input.")
+      ->type_name(kFileType)
       ->required();
 }
 

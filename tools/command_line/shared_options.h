@@ -14,6 +14,9 @@ class App;
 
 namespace quorix::tools {
 
+/// How the help names a value that is a file; completions are made from that.
+inline constexpr const char* kFileType = "FILE";
+
 /// Adds `-o` and `--output`.
 void add_output(CLI::App& command, std::string& output_name);
 

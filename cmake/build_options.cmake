@@ -5,7 +5,9 @@ function(quorix_set_build_options target)
   target_compile_features(${target} PUBLIC cxx_std_20)
   target_compile_options(${target} PRIVATE
     -Wall -Wextra -Wpedantic -Wconversion -Wshadow
-    $<$<BOOL:${QUORIX_WARNINGS_AS_ERRORS}>:-Werror>)
+    $<$<BOOL:${QUORIX_WARNINGS_AS_ERRORS}>:-Werror>
+    # The folder of a build must not show in what is shipped.
+    $<$<CONFIG:Release>:-ffile-prefix-map=${PROJECT_SOURCE_DIR}=.>)
 
   if(QUORIX_SANITIZERS)
     target_compile_options(${target} PRIVATE

@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Installs the Debian packages that a purpose needs, and of those only the missing ones:
 #
-#   scripts/setup.sh run | test | coverage | measure | bench | fuzz | mutate
+#   scripts/setup.sh run | test | coverage | measure | bench | fuzz | mutate | package
 #
 # For bench, a program that is only measured beside ours is installed if that can be done.
 # It needs root or sudo only while a package is missing; where all are there, apt is not called.
@@ -18,15 +18,17 @@ readonly test_packages=("${run_packages[@]}"
   mypy pkg-config pybind11-dev python3-dev python3-numpy
   # What draws plots.
   python3-matplotlib
-  # What reads the man pages and completions.
-  man-db mandoc zsh
+  # What reads the man pages, the completions and the package.
+  dpkg-dev file lintian man-db mandoc zsh
   # What reads the output.
-  bedtools chromium genometools nodejs npm python3-jsonschema samtools tabix)
+  bedtools chromium genometools nodejs npm python3-jsonschema python3-yaml samtools tabix)
 readonly coverage_packages=("${run_packages[@]}" libgtest-dev librapidcheck-dev gcovr ninja-build
   nlohmann-json3-dev python3 python3-matplotlib)
 readonly measure_packages=("${run_packages[@]}" time)
 readonly bench_packages=("${run_packages[@]}" libbenchmark-dev)
 readonly mutate_packages=("${run_packages[@]}" libgtest-dev librapidcheck-dev ninja-build python3)
+readonly package_packages=("${run_packages[@]}" debootstrap dpkg-dev file git lintian
+  nodejs npm python3-jinja2 python3-yaml qemu-user)
 readonly fuzz_packages=("${run_packages[@]}" clang libclang-rt-dev llvm)
 
 say() { printf '%s\n' "$*" >&2; }
@@ -84,6 +86,7 @@ main() {
     bench) packages=("${bench_packages[@]}") ;;
     fuzz) packages=("${fuzz_packages[@]}") ;;
     mutate) packages=("${mutate_packages[@]}") ;;
+    package) packages=("${package_packages[@]}") ;;
     '')
       print_usage
       exit 0

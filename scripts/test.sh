@@ -113,6 +113,13 @@ lint() {
     -I src -I include -I . -DHWY_ONCE=1 -DHWY_TARGET=64 src tools
 }
 
+check_package() {
+  stage "Debian package (cpack, lintian)"
+  rm -rf build/package
+  cpack --config build/CPackConfig.cmake -B build/package
+  lintian --allow-root --fail-on error,warning build/package/*.deb
+}
+
 main() {
   local is_quick=false
   case "${1-}" in
@@ -145,6 +152,7 @@ main() {
   build release
   stage "Hardening of the release program"
   tests/architecture/check_hardening.sh build/quorix
+  check_package
   build dev --target all_verify_interface_header_sets all
   run_tests dev
   build clang --target quorix_unit_tests

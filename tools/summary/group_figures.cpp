@@ -47,9 +47,12 @@ std::string mean_perfection_text(const GroupFigures& figures) {
   const std::int64_t rest = sum % figures.perfection_count;
   const std::int64_t mean =
       sum / figures.perfection_count + (2 * rest >= figures.perfection_count ? 1 : 0);
-  const std::string decimals = std::to_string(kThousand + mean % kThousand).substr(1);
-  const bool is_negative = figures.perfection_sum < 0 && mean > 0;
-  return (is_negative ? "-" : "") + std::to_string(mean / kThousand) + '.' + decimals;
+  std::string text;
+  if (figures.perfection_sum < 0 && mean > 0) text += '-';
+  text += std::to_string(mean / kThousand);
+  text += '.';
+  text += std::to_string(kThousand + mean % kThousand).substr(1);
+  return text;
 }
 
 }  // namespace quorix::tools

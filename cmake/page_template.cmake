@@ -2,7 +2,7 @@
 #
 # quorix_page_template(<variable>)
 #
-# Sets the variable to the C++ source of the page's template. Where the page is not built, that is a
+# Sets the variable to the C++ source of the page's template, and the global property QUORIX_HAS_PAGE. Where the page is not built, that is a
 # source with an empty one. The packages are installed into the build folder, once for each state of
 # the lock file; the source folder is not written to.
 
@@ -98,4 +98,5 @@ function(quorix_page_template variable)
     COMPILE_OPTIONS -Wno-overlength-strings SKIP_UNITY_BUILD_INCLUSION ON)
   install(FILES ${package_folder}/THIRD-PARTY-NOTICES.txt DESTINATION ${CMAKE_INSTALL_DOCDIR})
   set(${variable} ${output} PARENT_SCOPE)
+  set_property(GLOBAL PROPERTY QUORIX_HAS_PAGE ON)
 endfunction()

@@ -7,6 +7,8 @@
 #include <algorithm>
 #include <cstdint>
 
+// Some processors have vectors only for functions that ask for them.
+HWY_BEFORE_NAMESPACE();
 namespace quorix::testing {
 namespace {
 
@@ -96,3 +98,4 @@ TEST(DpCell, reads_letters_as_values_of_any_width) {
 
 }  // namespace
 }  // namespace quorix::testing
+HWY_AFTER_NAMESPACE();

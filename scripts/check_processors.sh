@@ -6,7 +6,8 @@
 # x86_64 runs the release program on the oldest processor of that name, on one with SSE4 and on one with AVX2,
 # and the unit tests of the search on the first two. aarch64 builds programs and unit tests with Debian's cross
 # compiler in a bare Debian 12, and runs them there. The reports of the examples must be the same everywhere.
-# Without a word both are done. It needs what `scripts/setup.sh package` installs; aarch64 needs root.
+# Without a word both are done. It needs what `scripts/setup.sh test` and `scripts/setup.sh package` install;
+# aarch64 needs root.
 set -euo pipefail
 
 source "$(dirname -- "$(readlink -f -- "${BASH_SOURCE[0]}")")/usage.sh"

@@ -29,10 +29,10 @@ make_root() {
 # with the command.
 in_root() {
   cp -- /etc/resolv.conf "$1/etc/resolv.conf"
-  mkdir --parents -- "$1/etc/ssl/certs"
-  if [ ! -e "$1/etc/ssl/certs/ca-certificates.crt" ]; then
-    cp -- /etc/ssl/certs/ca-certificates.crt "$1/etc/ssl/certs/"
-  fi
+  # Whom this machine trusts beside the common authorities, such as a proxy, counts once ca-certificates is
+  # installed there.
+  mkdir --parents -- "$1/usr/local/share/ca-certificates"
+  cp -R -- /usr/local/share/ca-certificates "$1/usr/local/share"
   # shellcheck disable=SC2016  # the inner shell expands
   unshare --mount --propagation private bash -ec '
     root=$1 user=$2 home=/root

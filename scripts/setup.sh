@@ -11,24 +11,26 @@ set -euo pipefail
 source "$(dirname -- "$(readlink -f -- "${BASH_SOURCE[0]}")")/usage.sh"
 
 readonly run_packages=(g++ cmake make libtclap-dev libhwy-dev libcli11-dev zlib1g-dev)
-readonly test_packages=("${run_packages[@]}"
+# What reads the man pages, completions and metadata.
+readonly reader_packages=(man-db mandoc python3 python3-yaml zsh)
+readonly test_packages=("${run_packages[@]}" "${reader_packages[@]}"
   libgtest-dev librapidcheck-dev libbenchmark-dev clang clang-format clang-tidy cppcheck locales
-  ninja-build nlohmann-json3-dev python3
+  ninja-build nlohmann-json3-dev
   # What uses the library.
   mypy pkg-config pybind11-dev python3-dev python3-numpy
   # What draws plots.
   python3-matplotlib
-  # What reads the man pages, the completions and the package.
-  dpkg-dev file lintian man-db mandoc zsh
+  # What makes and reads the package.
+  dpkg-dev file lintian
   # What reads the output.
-  bedtools chromium genometools nodejs npm python3-jsonschema python3-yaml samtools tabix)
-readonly coverage_packages=("${run_packages[@]}" libgtest-dev librapidcheck-dev gcovr ninja-build
-  nlohmann-json3-dev python3 python3-matplotlib)
+  bedtools ca-certificates chromium genometools nodejs npm python3-jsonschema samtools tabix)
+readonly coverage_packages=("${run_packages[@]}" "${reader_packages[@]}"
+  libgtest-dev librapidcheck-dev gcovr ninja-build nlohmann-json3-dev python3-matplotlib)
 readonly measure_packages=("${run_packages[@]}" time)
 readonly bench_packages=("${run_packages[@]}" libbenchmark-dev)
 readonly mutate_packages=("${run_packages[@]}" libgtest-dev librapidcheck-dev ninja-build python3)
-readonly package_packages=("${run_packages[@]}" debootstrap dpkg-dev file git lintian
-  nodejs npm python3-jinja2 python3-yaml qemu-user)
+readonly package_packages=("${run_packages[@]}" ca-certificates debootstrap dpkg-dev file git
+  lintian nodejs npm python3-jinja2 python3-yaml qemu-user)
 readonly fuzz_packages=("${run_packages[@]}" clang libclang-rt-dev llvm)
 
 say() { printf '%s\n' "$*" >&2; }

@@ -12,7 +12,7 @@ GROUP = "filter/group_bound.cpp"
 CHAIN_STATES = "filter/chain_states.cpp"
 CHAIN = "filter/chain_sieve.cpp"
 RUNS = "filter/run_sieve.cpp"
-FILTER = "filter/seed_filter.cpp"
+BOUNDS = "filter/seed_bounds.cpp"
 PLAN = "filter/filter_plan.cpp"
 WALLS = "filter/walled_text.cpp"
 
@@ -97,5 +97,5 @@ HOLES = {
         (PLAN, "min_two_runs = edited_run + scoring_.min_penalty();",
          "min_two_runs = edited_run + scoring_.min_penalty() + 1;")],
     "seed filter: a verdict of a group counts for seeds that were not asked about": [
-        (FILTER, "return {p, asked, 0};", "return {p, ~std::uint64_t{0}, 0};")],
+        (BOUNDS, "return {p, asked, 0};", "return {p, ~std::uint64_t{0}, 0};")],
 }

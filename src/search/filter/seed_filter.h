@@ -7,9 +7,9 @@
 /// seeds at once. A filter never accepts a seed: its verdict is "rejected", if no extension could
 /// make an accepted repeat of it, or "undecided", and what is undecided is extended and tested.
 ///
-/// The plan (search/filter/filter_plan.h) says what serves a unit length: one sieve over the whole
-/// text, then bounds of the seeds that it leaves, which are asked only for seeds that the search
-/// comes to.
+/// The plan (search/filter/filter_plan.h) says what serves a unit length: the sieves over the whole
+/// text (search/filter/seed_sieve.h), then bounds of the seeds that it leaves, which are asked only
+/// for seeds that the search comes to (search/filter/seed_bounds.h).
 ///
 /// - Sieves and bounds judge the score alone, with the minimum of the seed's own unit length.
 ///   Minimum lengths count for exact extension only. Where a minimum score is 0 or less, no seed is
@@ -21,15 +21,14 @@
 ///   for.
 
 #include <cstdint>
-#include <vector>
 
-#include "search/bits/base_planes.h"
 #include "search/bits/bit_set.h"
 #include "search/filter/block_sieve.h"
-#include "search/filter/bound.h"
+#include "search/filter/bound_work.h"
 #include "search/filter/filter_plan.h"
 #include "search/filter/run_sieve.h"
-#include "search/filter/walled_text.h"
+#include "search/filter/seed_bounds.h"
+#include "search/filter/seed_sieve.h"
 
 namespace quorix {
 
@@ -54,7 +53,7 @@ class CSeedFilter {
   /// Reads the text [text, text + length), which must outlive it. Throws: std::bad_alloc.
   CSeedFilter(const char* text, std::uint64_t length, const CFilterPlan& plan);
 
-  [[nodiscard]] const CFilterPlan& plan() const { return plan_; }
+  [[nodiscard]] const CFilterPlan& plan() const { return sieve_.plan(); }
 
   /// The bases p, 0-based, whose units of `unit_length` the sieve leaves undecided; at least one
   /// base follows each unit. Valid until the next call; fastest for unit lengths in ascending
@@ -62,10 +61,10 @@ class CSeedFilter {
   const CBitSet& seeds(std::uint64_t unit_length);
 
   /// False if no bound serves the unit length of the last `seeds`: all of them stay undecided.
-  [[nodiscard]] bool has_bounds() const { return !unit_.bounds.is_empty(); }
+  [[nodiscard]] bool has_bounds() const { return bounds_.has_bounds(); }
 
   /// True if the seed at base p, of the unit length of the last `seeds`, has a verdict.
-  [[nodiscard]] bool has_verdict(std::uint64_t p) const { return verdicts_.cover(p); }
+  [[nodiscard]] bool has_verdict(std::uint64_t p) const { return bounds_.has_verdict(p); }
 
   /// Finds the verdict on the seed at base p, of the unit length of the last `seeds`, and on
   /// neighbours: of those at p + k, the ones whose bit k is set in `open` are likely to be asked
@@ -74,69 +73,20 @@ class CSeedFilter {
 
   /// False if the seed at base p is rejected: it cannot extend over edits into a repeat of the
   /// minimum score. REQUIRES: has_verdict(p).
-  [[nodiscard]] bool is_undecided(std::uint64_t p) const { return verdicts_.is_undecided(p); }
+  [[nodiscard]] bool is_undecided(std::uint64_t p) const { return bounds_.is_undecided(p); }
 
   /// The work done since it was made.
-  [[nodiscard]] SeedFilterWork work() const {
-    SeedFilterWork all = work_;
-    all.lags_made = lags_.made_count();
-    all.group_bound = for_groups_.work;
-    all.batch_bound = for_batches_.work;
-    all.single_bound = for_singles_.work;
-    return all;
-  }
+  [[nodiscard]] SeedFilterWork work() const;
 
   /// Where the N's are.
-  [[nodiscard]] const CBitSet& bits_of_Ns() const { return planes_.bits_of_Ns(); }
+  [[nodiscard]] const CBitSet& bits_of_Ns() const { return sieve_.bits_of_Ns(); }
 
  private:
-  /// Verdicts on seeds of one unit length at up to 64 neighbouring bases.
-  struct Verdicts {
-    std::uint64_t first_base = 0;
-    std::uint64_t decided = 0;    ///< bit k: there is a verdict on the seed at `first_base` + k
-    std::uint64_t undecided = 0;  ///< bit k: and it is "undecided"
-
-    [[nodiscard]] bool cover(std::uint64_t p) const {
-      return p - first_base < 64 && (decided >> (p - first_base) & 1) != 0;
-    }
-    [[nodiscard]] bool is_undecided(std::uint64_t p) const {
-      return (undecided >> (p - first_base) & 1) != 0;
-    }
-  };
-
-  [[nodiscard]] std::int64_t text_length() const {
-    return static_cast<std::int64_t>(planes_.length());
-  }
-  void sift_unit_by_runs();
-  /// The seeds of the unit length; if they are not there yet, sifts the text for it and for those
-  /// after it that the plan adds.
-  const CBitSet& lag_seeds();
-  [[nodiscard]] SeedQuestion question(std::uint64_t p, std::uint64_t asked) const {
-    return {text_.begin() + p, unit_.unit_length, asked, unit_.min_score};
-  }
-  /// The verdict of the first bound that serves for `asked` seeds, bit k for base p + k.
-  [[nodiscard]] Verdicts bound_neighbours(std::uint64_t p, std::uint64_t asked);
-  /// True if all of those seeds are rejected as one group. False, without asking, where the last
-  /// undecided group has the seed at p.
-  [[nodiscard]] bool is_group_rejected(std::uint64_t p, std::uint64_t asked);
-
-  CFilterPlan plan_;
-  UnitPlan unit_;  ///< of the last `seeds`
-  CBasePlanes planes_;
-  CWalledText text_;
-  ScoredText scored_text_;
-  CNeighbourLags lags_;
-  CBitSet seeds_;
-  const CBitSet* last_seeds_ = nullptr;  ///< `seeds_`, or one of `lag_seeds_`
-  std::int64_t first_lag_unit_ = 0;      ///< unit length of the first of `lag_seeds_`
-  std::vector<CBitSet> lag_seeds_;
-
-  BoundWorkspace for_singles_;
-  BoundWorkspace for_batches_;
-  BoundWorkspace for_groups_;
-  Verdicts verdicts_;
-  Verdicts undecided_group_;  ///< the last one
-  SeedFilterWork work_;       ///< without that of the bounds
+  CSeedSieve sieve_;
+  CSeedBounds bounds_;
+  RunWork run_work_;
+  BoundWork lag_work_;
+  BlockWork block_work_;
 };
 
 }  // namespace quorix

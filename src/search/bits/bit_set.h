@@ -48,6 +48,11 @@ class CBitSet {
     words_[position / kWordBits] |= std::uint64_t{1} << (position % kWordBits);
   }
 
+  /// Clears the bit of `position`. REQUIRES: position < size().
+  void clear(std::uint64_t position) {
+    words_[position / kWordBits] &= ~(std::uint64_t{1} << (position % kWordBits));
+  }
+
   /// Sets the bits of [first, last). REQUIRES: first <= last <= size().
   void set_range(std::uint64_t first, std::uint64_t last) {
     assert(first <= last && last <= size_);
@@ -94,6 +99,22 @@ class CBitSet {
     return w * kWordBits + static_cast<std::uint64_t>(std::countr_zero(word));
   }
 
+  /// The first set bit of [position, end), or `end`. Reads no word but those of that range.
+  /// REQUIRES: end <= size().
+  [[nodiscard]] std::uint64_t find_set(std::uint64_t position, std::uint64_t end) const {
+    assert(end <= size_);
+    if (position >= end) return end;
+    const std::uint64_t last_word = (end - 1) / kWordBits;
+    std::uint64_t w = position / kWordBits;
+    std::uint64_t word = words_[w] & (~std::uint64_t{0} << (position % kWordBits));
+    while (word == 0) {
+      if (++w > last_word) return end;
+      word = words_[w];
+    }
+    const std::uint64_t found = w * kWordBits + static_cast<std::uint64_t>(std::countr_zero(word));
+    return found < end ? found : end;
+  }
+
   /// The first clear bit at or after `position`, or size(). REQUIRES: position <= size().
   [[nodiscard]] std::uint64_t find_clear(std::uint64_t position) const {
     assert(position <= size_);
@@ -106,6 +127,21 @@ class CBitSet {
     return found < size_ ? found : size_;
   }
 
+  /// The first clear bit of [position, end), or `end`, as above.
+  [[nodiscard]] std::uint64_t find_clear(std::uint64_t position, std::uint64_t end) const {
+    assert(end <= size_);
+    if (position >= end) return end;
+    const std::uint64_t last_word = (end - 1) / kWordBits;
+    std::uint64_t w = position / kWordBits;
+    std::uint64_t word = ~words_[w] & (~std::uint64_t{0} << (position % kWordBits));
+    while (word == 0) {
+      if (++w > last_word) return end;
+      word = ~words_[w];
+    }
+    const std::uint64_t found = w * kWordBits + static_cast<std::uint64_t>(std::countr_zero(word));
+    return found < end ? found : end;
+  }
+
   /// The bits of `position` and the 63 positions after it. REQUIRES: position <= size().
   [[nodiscard]] std::uint64_t bits_from(std::uint64_t position) const {
     assert(position <= size_);
@@ -113,6 +149,21 @@ class CBitSet {
     const std::uint64_t offset = position % kWordBits;
     const std::uint64_t upper = offset == 0 ? 0 : words_[w + 1] << (kWordBits - offset);
     return words_[w] >> offset | upper;
+  }
+
+  /// The same for positions before `end` alone; the other bits are clear. Reads no word but those
+  /// of that range. REQUIRES: position < end <= size().
+  [[nodiscard]] std::uint64_t bits_from(std::uint64_t position, std::uint64_t end) const {
+    assert(position < end && end <= size_);
+    const std::uint64_t w = position / kWordBits;
+    const std::uint64_t offset = position % kWordBits;
+    const bool has_next = (end - 1) / kWordBits > w;
+    const std::uint64_t upper =
+        offset == 0 || !has_next ? 0 : words_[w + 1] << (kWordBits - offset);
+    const std::uint64_t count = end - position;
+    const std::uint64_t in_range =
+        count >= kWordBits ? ~std::uint64_t{0} : ~(~std::uint64_t{0} << count);
+    return (words_[w] >> offset | upper) & in_range;
   }
 
   /// How many bits are set from `position` on, up to 64. REQUIRES: position <= size().

@@ -126,6 +126,37 @@ TEST(BitSet, answers_as_a_vector_of_bools_does) {
   EXPECT_GT(longest_run, 200U);
 }
 
+TEST(BitSet, answers_for_a_range_as_for_a_set_that_ends_there) {
+  CBitSet bits(200);
+  for (const std::uint64_t position : {0U, 5U, 62U, 63U, 64U, 65U, 100U, 127U, 128U, 191U, 199U}) {
+    bits.set(position);
+  }
+  bits.set_range(110, 130);
+  for (std::uint64_t end = 0; end <= 200; ++end) {
+    CBitSet shorter(end);
+    for (std::uint64_t position = 0; position < end; ++position) {
+      if (bits.test(position)) shorter.set(position);
+    }
+    EXPECT_EQ(bits.find_set(end, end), end);
+    EXPECT_EQ(bits.find_clear(end, end), end);
+    for (std::uint64_t position = 0; position < end; ++position) {
+      ASSERT_EQ(bits.find_set(position, end), shorter.find_set(position)) << position << " " << end;
+      ASSERT_EQ(bits.find_clear(position, end), shorter.find_clear(position));
+      ASSERT_EQ(bits.bits_from(position, end), shorter.bits_from(position));
+    }
+  }
+}
+
+TEST(BitSet, clears_single_bits) {
+  CBitSet bits;
+  bits.reset_to_set(70);
+  bits.clear(3);
+  bits.clear(69);
+  for (std::uint64_t position = 0; position < 70; ++position) {
+    EXPECT_EQ(bits.test(position), position != 3 && position != 69) << position;
+  }
+}
+
 TEST(BitSet, is_clear_again_after_a_reset) {
   CBitSet bits(300);
   for (const std::size_t size : kSizes) {

@@ -49,6 +49,11 @@ std::string threshold_help(const std::string& threshold, const std::string& defa
 /// value of its setting. Several help texts name defaults of an earlier version; the texts are
 /// part of the program's face and stay.
 struct Options {
+  /// The option for threads joins if `has_threads`.
+  explicit Options(bool has_threads) {
+    if (has_threads) command_line.add(threads);
+  }
+
   TCLAP::CmdLine command_line{
       "This program searches for tandemly repeated patterns in DNA sequences.", ' ', "3.3.2b"};
 
@@ -227,6 +232,14 @@ struct Options {
       "Input and output filenames",
       command_line,
       true};
+  TCLAP::ValueArg<int> threads{"t",
+                               "threads",
+                               "Number of threads that search at once, 1 to " +
+                                   std::to_string(kMaxThreads) +
+                                   ". Default: the number of processors that the program may use.",
+                               false,
+                               0,
+                               "int"};
 };
 
 /// Stores the names of input and report. Of more than two none is stored: `open_input_and_report`
@@ -283,6 +296,16 @@ bool store_mode_codes(const Options& options) {
                          "An option value of ", kUnknownUnitMode);
 }
 
+/// Stores the number of threads, if there is such an option and it is set.
+bool store_thread_count(const Options& options, int* thread_count) {
+  if (!options.threads.isSet()) return true;
+  *thread_count = options.threads.getValue();
+  if (*thread_count >= 1 && *thread_count <= kMaxThreads) return true;
+  general_PrintMessage(stderr, "Sorry, the number of threads must be from 1 to ",
+                       std::to_string(kMaxThreads), ".\n");
+  return false;
+}
+
 /// Lets the library parse and write its own texts. The library must not end the process: whether
 /// its texts could be written is checked before that.
 void parse_or_end(TCLAP::CmdLine& command_line, int argc, const char* const* argv) {
@@ -300,8 +323,8 @@ void parse_or_end(TCLAP::CmdLine& command_line, int argc, const char* const* arg
 
 /// Parses the arguments into the settings. Throws: TCLAP::ArgException if the options themselves
 /// contradict each other.
-int parse_into_settings(int argc, const char* const* argv) {
-  Options options;
+int parse_into_settings(int argc, const char* const* argv, int* thread_count) {
+  Options options(thread_count != nullptr);
   parse_or_end(options.command_line, argc, argv);
 
   if (options.iofiles.getValue().empty()) {
@@ -312,16 +335,17 @@ int parse_into_settings(int argc, const char* const* argv) {
   store_file_names(options.iofiles.getValue());
   store_search_settings(options);
   global_search_mode = search_mode_of(options.searchMode.getValue());
-  return store_mode_codes(options) ? kSuccess : kUnknownMode;
+  if (!store_mode_codes(options)) return kUnknownMode;
+  return store_thread_count(options, thread_count) ? kSuccess : kInvalidSetting;
 }
 
 }  // namespace
 
-int read_and_init_parameters(int argc, const char* const* argv) {
+int read_and_init_parameters(int argc, const char* const* argv, int* thread_count) {
   init_param();
   int result = kSuccess;
   try {
-    result = parse_into_settings(argc, argv);
+    result = parse_into_settings(argc, argv, thread_count);
   } catch (const TCLAP::ArgException& fault) {
     general_PrintMessage(stderr, "Error: ", double_percent_signs(fault.error()), " for arg ",
                          double_percent_signs(fault.argId()));

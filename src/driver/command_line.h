@@ -5,6 +5,9 @@
 
 namespace quorix {
 
+/// The highest number of threads that may be asked for.
+inline constexpr int kMaxThreads = 1024;
+
 /// Thrown after the command-line library has written its own text: the process is to end.
 struct CommandLineEnd {
   int status;  ///< 0 after help and version, 1 after the message about a malformed command line
@@ -18,7 +21,11 @@ struct CommandLineEnd {
 /// text on standard output, whose writes are not checked, and for a malformed command line, after
 /// a message on standard error.
 ///
+/// If `thread_count` is not null, there is an option for the number of threads besides, which is
+/// stored there, from 1 to `kMaxThreads`; without it the value stays as it was.
+///
 /// REQUIRES: argc >= 1 and argv[0] is the name that the program was called by.
-[[nodiscard]] int read_and_init_parameters(int argc, const char* const* argv);
+[[nodiscard]] int read_and_init_parameters(int argc, const char* const* argv,
+                                           int* thread_count = nullptr);
 
 }  // namespace quorix

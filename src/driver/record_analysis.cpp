@@ -29,14 +29,14 @@ CsatContainer& search(CSearchController& controller, std::FILE* report) {
   }
 }
 
-void mask_repeats(const CsatContainer& repeats, CSequence_Mol& record) {
+}  // namespace
+
+void mask_repeats(const std::list<Csat*>& repeats, CSequence_Mol& record) {
   char* const text = record.sequence.data();
-  for (const Csat* const repeat : repeats.sat_list) {
+  for (const Csat* const repeat : repeats) {
     std::fill(text + (repeat->start - text), text + (repeat->end - text), 'X');
   }
 }
-
-}  // namespace
 
 void analyse_record(std::uint64_t number, CSequence_Mol& record, std::FILE* report,
                     bool is_masked) {
@@ -48,7 +48,7 @@ void analyse_record(std::uint64_t number, CSequence_Mol& record, std::FILE* repo
   CSearchController::remove_hidden(repeats);
   controller.report_SATList(report, repeats.sat_list);
   // Repeats point into the bases, so the bases change only after the report.
-  if (is_masked) mask_repeats(repeats, record);
+  if (is_masked) mask_repeats(repeats.sat_list, record);
 }
 
 }  // namespace quorix

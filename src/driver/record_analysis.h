@@ -5,7 +5,9 @@
 
 #include <cstdint>
 #include <cstdio>
+#include <list>
 
+#include "report/csat.h"
 #include "sequence/sequence_mol.h"
 
 namespace quorix {
@@ -15,5 +17,8 @@ namespace quorix {
 /// 'X' afterwards.
 /// Throws: std::bad_alloc.
 void analyse_record(std::uint64_t number, CSequence_Mol& record, std::FILE* report, bool is_masked);
+
+/// Makes every base of `repeats`, which are in `record`, an 'X'.
+void mask_repeats(const std::list<Csat*>& repeats, CSequence_Mol& record);
 
 }  // namespace quorix

@@ -51,6 +51,10 @@ CSearchController::CSearchController(std::uint64_t number, CSequence_Mol& record
       text_(text_of(record)),
       extender_(text_),
       scan_(text_, {number, record.name}) {
+  prepare_thresholds();
+}
+
+void CSearchController::prepare_thresholds() {
   make_table_unless_there(minScores_user,
                           {global_min_score, global_min_score_a, global_min_score_bx});
   make_table_unless_there(minLengths_user,

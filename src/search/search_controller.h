@@ -62,6 +62,10 @@ class CSearchController {
   CSearchController(const CSearchController&) = delete;
   CSearchController& operator=(const CSearchController&) = delete;
 
+  /// Computes the threshold tables from the settings, unless they are there, and makes the user's
+  /// the active ones, as every constructor does. Throws: std::bad_alloc.
+  static void prepare_thresholds();
+
   /// Forgets the threshold tables, so that the next controller computes them from the settings at
   /// that time. Returns 0. No controller may be in use.
   static int reset_minimum_arrays();

@@ -17,13 +17,13 @@ namespace quorix {
 
 void extend_exact_repeats(const SearchContext& context, const Thresholds& exact_thresholds,
                           std::list<Csat*>& exact, std::list<Csat*>& accepted) {
-  general_PrintMessage(stderr, "  Searching for exact repeats.\n");
+  general_PrintMessage(stderr, kSearchesExactRepeats);
   std::fflush(stderr);
   SearchContext exact_search = context;
   exact_search.thresholds = exact_thresholds;
   search_exact_repeats(exact_search, SeedUse::kExtendExactlyFirst, exact);
 
-  general_PrintMessage(stderr, "  Extend exact to imperfect repeats.\n");
+  general_PrintMessage(stderr, kExtendsExactRepeats);
   std::fflush(stderr);
   CExtender& extender = context.extender;
   extender.clear_caches();

@@ -10,6 +10,10 @@
 
 namespace quorix {
 
+/// What the mode writes to standard error before its two parts.
+inline constexpr const char* kSearchesExactRepeats = "  Searching for exact repeats.\n";
+inline constexpr const char* kExtendsExactRepeats = "  Extend exact to imperfect repeats.\n";
+
 /// Finds exact repeats that pass `exact_thresholds`, extends each over edits and appends to
 /// `accepted` those that pass the thresholds of `context`; sorts it by `lessThan_sat`. The exact
 /// repeats wait in `exact`, which is empty afterwards. Writes two lines to standard error.

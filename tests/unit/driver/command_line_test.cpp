@@ -153,5 +153,26 @@ TEST_F(CommandLine, sets_what_its_options_name_and_nothing_else) {
   }
 }
 
+/// Reads a command line that may name a number of threads. Returns that number, 7 without it.
+int threads_of(const char* option, const char* value) {
+  int thread_count = 7;
+  const char* const words[] = {"quorix", option, value, "in.fa"};
+  EXPECT_EQ(read_and_init_parameters(4, words, &thread_count), 0);
+  return thread_count;
+}
+
+TEST_F(CommandLine, stores_a_number_of_threads_where_there_is_such_an_option) {
+  EXPECT_EQ(threads_of("-t", "1"), 1);
+  EXPECT_EQ(threads_of("--threads", "1024"), 1024);
+  EXPECT_EQ(threads_of("-U", "9"), 7);
+}
+
+TEST_F(CommandLine, has_no_option_for_threads_otherwise) {
+  EXPECT_EQ(testing::run_in_child([] {
+              return testing::status_of_end({"-t", "2", "in.fa"});
+            }).status,
+            1);
+}
+
 }  // namespace
 }  // namespace quorix

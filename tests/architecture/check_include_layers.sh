@@ -14,8 +14,9 @@ set -euo pipefail
 # the tree has a line.
 readonly layers='
 tools             tools/command_line
-tools/command_line tools/commands tools/catalogues tools/formats tools/io
+tools/command_line tools/commands tools/search tools/catalogues tools/formats tools/io
 tools/commands    tools/catalogues tools/formats tools/merge tools/page tools/summary tools/report tools/io
+tools/search      driver search search/modes search/scan search/extension search/filter search/rules search/bits report console sequence settings
 tools/catalogues  tools/formats tools/report tools/io
 tools/formats     tools/summary tools/report tools/io
 tools/merge       tools/report tools/io
@@ -41,7 +42,7 @@ settings
 # Headers with a '/' or a '.h' in angle brackets: the system's, for every file, and those of other
 # projects, by their beginning, each for the files named with it alone. All else in angle brackets
 # is the standard library.
-readonly system_headers='fcntl.h sys/file.h sys/stat.h unistd.h'
+readonly system_headers='fcntl.h sched.h sys/file.h sys/stat.h unistd.h'
 readonly third_party_headers='
 tclap/  driver/command_line.cpp
 quorix/ library/find_repeats.cpp

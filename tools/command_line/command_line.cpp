@@ -5,6 +5,8 @@
 #include <cstdio>
 #include <exception>
 #include <string>
+#include <string_view>
+#include <vector>
 
 #include "tools/command_line/convert_options.h"
 #include "tools/command_line/exit_status.h"
@@ -14,6 +16,7 @@
 #include "tools/io/closed_descriptors.h"
 #include "tools/io/errors.h"
 #include "tools/io/output.h"
+#include "tools/search/search_command.h"
 
 namespace quorix::tools {
 
@@ -29,6 +32,9 @@ constexpr const char* kExamples = R"(Examples:
   quorix-tools html -o genome.html genome.report
 
 Statuses: 0 success, 1 internal error, 2 wrong usage, 3 input, 4 output.)";
+
+constexpr std::string_view kSearchCommand = "search";
+constexpr const char* kSearchName = "quorix-tools search";
 
 /// Prints a message on one line. What a terminal would take for a command is shown as '?'.
 int fail(ExitStatus status, const char* message) {
@@ -73,6 +79,7 @@ int parse_and_run(int argc, const char* const* argv) {
   add_stats(program);
   add_merge(program);
   add_html(program);
+  program.add_subcommand("search", "Searches as quorix does, on several threads.");
   refuse_empty_values(program);
   try {
     program.parse(argc, argv);
@@ -89,6 +96,12 @@ int parse_and_run(int argc, const char* const* argv) {
 }  // namespace
 
 int run_command_line(int argc, const char* const* argv) {
+  if (argc >= 2 && std::string_view(argv[1]) == kSearchCommand) {
+    // Its options are those of quorix, which has a command line of its own.
+    std::vector<const char*> arguments(argv + 1, argv + argc);
+    arguments.front() = kSearchName;
+    return search(static_cast<int>(arguments.size()), arguments.data());
+  }
   occupy_closed_descriptors();
   try {
     return parse_and_run(argc, argv);

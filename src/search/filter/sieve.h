@@ -7,6 +7,7 @@
 ///   run_sieve     one unit length     a bit is a base, a word holds 64 of them
 ///   chain_sieve   one unit length     a bit is a seed, a vector holds up to 512 of them
 ///   lag_sieve     many unit lengths   a lane is a lag, a vector holds up to 32 of them
+///   block_sieve   many unit lengths   a lane is a unit character; 32 seeds are judged as one
 /// ```
 ///
 /// The calls are alike, too: the text, prepared; the rule; the segment; the seeds.

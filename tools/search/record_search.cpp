@@ -9,6 +9,7 @@
 #include <iterator>
 
 #include "search/extension/exact_extension.h"
+#include "search/filter/block_sieve.h"
 #include "search/filter/lag_sieve.h"
 #include "search/modes/extend_exact_search.h"
 #include "search/modes/overlap_removal.h"
@@ -173,6 +174,7 @@ void CRecordSearch::begin_unit_length(std::uint64_t unit_length, std::size_t wor
   watcher_.pass(unit_length_);
   sieve_->begin(unit_length);
   if (sieve_->needs_lags()) sift_by_lags(worker);
+  if (sieve_->needs_blocks()) sift_by_blocks(worker);
 }
 
 void CRecordSearch::sift_by_lags(std::size_t worker) {
@@ -194,6 +196,18 @@ void CRecordSearch::sift_by_lags(std::size_t worker) {
   }
 }
 
+void CRecordSearch::sift_by_blocks(std::size_t worker) {
+  const auto sift = [&](const Segment& segment) {
+    quorix::sift_by_blocks(sieve_->scored_text().begin, text_.length(), sieve_->lag_rule(), segment,
+                           sieve_->lag_seeds());
+    watcher_.pass(unit_length_);
+  };
+  // This sieve judges whole words of seeds.
+  if (lengths_.grain % kWordBits != 0) return sift({0, text_.length()});
+  team_.for_each(segments_.size(), worker,
+                 [&](std::size_t part, std::size_t) { sift(segments_[part].bases); });
+}
+
 void CRecordSearch::sift_lag_segment(std::int64_t index, Worker& worker) {
   if (worker.grid == nullptr) {
     worker.grid =
@@ -208,7 +222,7 @@ void CRecordSearch::search_unit_length(std::uint64_t unit_length, std::size_t wo
   const bool is_one = segments_.size() == 1;
   team_.for_each(segments_.size(), worker, [&](std::size_t part, std::size_t helper) {
     TextSegment& segment = segments_[part];
-    if (sieve_->unit().sieve != Sieve::kLags) sieve_->sift(segment.bases);
+    sieve_->sift(segment.bases);
     if (!is_one) scan(segment, worker_at(helper));
     watcher_.pass(unit_length_);
   });
@@ -351,7 +365,7 @@ void CRecordSearch::scan_again(TextSegment& segment, Worker& worker) {
 void CRecordSearch::search_runs(std::size_t worker) {
   begin_unit_length(1, worker);
   team_.for_each(segments_.size(), worker, [&](std::size_t part, std::size_t helper) {
-    if (sieve_->unit().sieve != Sieve::kLags) sieve_->sift(segments_[part].bases);
+    sieve_->sift(segments_[part].bases);
     scan_runs(segments_[part], worker_at(helper));
   });
   for (TextSegment& segment : segments_) {

@@ -122,9 +122,10 @@ class CRecordSearch {
 
   void make_sieve(SeedUse use);
   void cut_text();
-  /// Begins a unit length and sifts the text by lags, if need be.
+  /// Begins a unit length and sifts the text for it and longer ones at once, if need be.
   void begin_unit_length(std::uint64_t unit_length, std::size_t worker);
   void sift_by_lags(std::size_t worker);
+  void sift_by_blocks(std::size_t worker);
   void sift_lag_segment(std::int64_t index, Worker& worker);
 
   void search_unit_length(std::uint64_t unit_length, std::size_t worker);

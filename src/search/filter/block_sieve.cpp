@@ -229,15 +229,23 @@ class CBlockSieve {
 
 }  // namespace
 
-BlockWork sift_text_by_blocks(const char* text, std::uint64_t length, const LagRule& rule,
-                              std::vector<CBitSet>& seeds) {
+BlockWork sift_by_blocks(const char* text, std::uint64_t length, const LagRule& rule,
+                         const Segment& segment, std::vector<CBitSet>& seeds) {
   assert(rule.last_unit_length() < static_cast<std::int64_t>(length));
+  assert(segment.first % kWordBits == 0 && (segment.end % kWordBits == 0 || segment.end == length));
   if (rule.last_unit_length() < kMinBlockUnit) return {};
   CBlockSieve sieve(text, length, rule, seeds);
-  for (std::int64_t b = 0; b * kBlockCharacters < static_cast<std::int64_t>(length); ++b) {
+  const auto first = static_cast<std::int64_t>(segment.first);
+  for (std::int64_t b = first / kBlockCharacters;
+       b * kBlockCharacters < static_cast<std::int64_t>(segment.end); ++b) {
     sieve.sift_block(b);
   }
   return sieve.work();
+}
+
+BlockWork sift_text_by_blocks(const char* text, std::uint64_t length, const LagRule& rule,
+                              std::vector<CBitSet>& seeds) {
+  return sift_by_blocks(text, length, rule, {0, length}, seeds);
 }
 
 }  // namespace quorix

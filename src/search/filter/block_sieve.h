@@ -44,6 +44,7 @@
 #include "search/bits/bit_set.h"
 #include "search/filter/block_nets.h"
 #include "search/filter/lag_sieve.h"
+#include "search/filter/sieve.h"
 
 namespace quorix {
 
@@ -64,5 +65,10 @@ struct BlockWork {
 /// Throws: std::bad_alloc.
 BlockWork sift_text_by_blocks(const char* text, std::uint64_t length, const LagRule& rule,
                               std::vector<CBitSet>& seeds);
+
+/// The same for the seeds of one segment alone. Changes no word of bits that has none of them.
+/// REQUIRES: the segment begins at a multiple of 64 bases, and ends at one or with the text.
+BlockWork sift_by_blocks(const char* text, std::uint64_t length, const LagRule& rule,
+                         const Segment& segment, std::vector<CBitSet>& seeds);
 
 }  // namespace quorix

@@ -77,16 +77,30 @@ class CMatchWindow {
                                             unit_begin, unit_end);
     unit_low_ = unit_high_ = 0;
     const std::int64_t count = std::min(unit_length, kWordBits);
-    for (unsigned i = 0; i < count; ++i) {
-      const auto letter = static_cast<unsigned char>(*character);
-      if (letter == 'N') size_ = 0;
-      unit_low_ |= std::uint64_t{letter >> 1U & 1U} << i;
-      unit_high_ |= std::uint64_t{letter >> 2U & 1U} << i;
-      character = Direction::next_in_unit(character, unit_begin, unit_end);
+    const std::int64_t first_part =
+        std::min(count, Direction::characters_left(character, unit_begin, unit_end));
+    read_characters<Direction>(character, 0, first_part);
+    if (first_part < count) {
+      read_characters<Direction>(
+          Direction::character_beyond(character, first_part, unit_begin, unit_end), first_part,
+          count);
     }
     for (auto copied = static_cast<unsigned>(count); copied < kWordBits; copied *= 2) {
       unit_low_ |= unit_low_ << copied;
       unit_high_ |= unit_high_ << copied;
+    }
+  }
+
+  /// Reads characters that lie next to each other, from `character` on, to bits `first` to `end`.
+  template <class Direction>
+  void read_characters(const char* character, std::int64_t first, std::int64_t end) {
+    const char* const edge = Direction::edge_before(character);
+    for (std::int64_t i = first; i < end; i += 8) {
+      const std::uint64_t letters =
+          Direction::eight_bases(Direction::edge_beyond(edge, i - first), end - i);
+      unit_low_ |= gather_lowest_bits(letters >> 1U) << static_cast<unsigned>(i);
+      unit_high_ |= gather_lowest_bits(letters >> 2U) << static_cast<unsigned>(i);
+      if ((letters & kNBits) != 0) size_ = 0;
     }
   }
 

@@ -29,6 +29,8 @@ struct Rightward {
   static bool is_at_limit(const char* edge, const char* limit) { return edge == limit; }
   /// The base just beyond `edge`.
   static const char* base_beyond(const char* edge) { return edge; }
+  /// The edge beyond which `base` is the next one.
+  static const char* edge_before(const char* base) { return base; }
   /// The edge one base on.
   static const char* edge_beyond(const char* edge) { return edge + 1; }
 
@@ -87,6 +89,7 @@ struct Leftward {
 
   static bool is_at_limit(const char* edge, const char* limit) { return edge == limit + 1; }
   static const char* base_beyond(const char* edge) { return edge - 1; }
+  static const char* edge_before(const char* base) { return base + 1; }
   static const char* edge_beyond(const char* edge) { return edge - 1; }
 
   static const char* next_in_unit(const char* character, const char* unit_begin,

@@ -6,26 +6,22 @@
 // states at the same base and unit character after equally many edits the lower-scoring one can be
 // dropped: whatever follows it follows the other one with a higher score. So the search goes from
 // wavefront to wavefront (wavefront.h): as many states as the depth squared, not three to its
-// power. Where the first edit is to be chosen, it is part of the score: on equal scores the path
-// that began with the preferred edit stays. The search ends early when all states left began with
-// the edit of the highest score: user time of `quorix -U 28` on the first percent of each fly
-// chromosome is 5.4 s without that, 4.9 s with it. States from which nothing can be gained are
-// dropped (gain_window.h).
+// power. States from which nothing can be gained are dropped (gain_window.h).
+//
+// Where only the first edit is to be chosen, branch and bound decides most often (edit_choice.h).
+// If it does not, wavefronts do: the first edit is part of the score, so that on equal scores the
+// path that began with the preferred edit stays. They begin with the score that branch and bound
+// has met, and end early when all states left began with the edit of the highest score.
 //
 // Two states do not share a drop-off limit that depends on the best score of a path, as a score
 // reduction limit makes it. If that may come into play, every path is followed by itself, with a
 // list of states still to be visited: a state leaves it before its successors join, so it holds at
 // most three times as many states as the deepest path has edits.
-//
-// Unlike the exact extension, matches continue through a run of N's of any length, at score 0 a
-// base: a gap at which another edit would end anyway must not hide what this one leads to.
 
 #include "search/extension/look_ahead.h"
 
 #include <algorithm>
-#include <bit>
 #include <cassert>
-#include <limits>
 #include <utility>
 
 #include "search/extension/direction.h"
@@ -78,57 +74,7 @@ std::ptrdiff_t diagonal_modulus(std::int64_t unit_length) {
   }
 }
 
-/// Matches that make up for the cheapest edit.
-std::int64_t min_penalty() {
-  return scoring_rules_of_settings().min_penalty();
-}
-
 }  // namespace
-
-// A run of N's may be a gap of many megabases, and hundreds of paths at its edge go through it. So
-// the run that was followed last is remembered, and all but the first of them skip it.
-template <class Direction>
-const char* CLookAhead::edge_after_Ns(const char* edge, const char* limit) {
-  NRun& last = last_N_runs_[Direction::kIndex];
-  if (last.limit == limit) {
-    const std::int64_t offset = Direction::distance(last.near_edge, edge);
-    if (offset >= 0 && offset < Direction::distance(last.near_edge, last.far_edge)) {
-      return last.far_edge;
-    }
-  }
-
-  // As far as the bases equal the one before them.
-  const std::int64_t others = Direction::common_bases(Direction::edge_beyond(edge), edge,
-                                                      Direction::bases_beyond(edge, limit) - 1);
-  const char* const far_edge = Direction::edge_beyond(edge, others + 1);
-  last = {edge, far_edge, limit};
-  ++work_.runs_of_Ns;
-  return far_edge;
-}
-
-template <class Direction>
-std::int64_t CLookAhead::follow_matches(const char*& edge, const char*& character,
-                                        const LookAheadContext& context) {
-  std::int64_t all_matches = 0;
-  const auto move_on = [&](std::int64_t count) {
-    edge = Direction::edge_beyond(edge, count);
-    character = Direction::character_beyond(character, count, context.unit_begin, context.unit_end);
-  };
-  while (!Direction::is_at_limit(edge, context.limit)) {
-    const char base = *Direction::base_beyond(edge);
-    if (base == *character) {
-      const std::int64_t matches = matches_beyond<Direction>(edge, character, context.unit_begin,
-                                                             context.unit_end, context.limit);
-      all_matches += matches;
-      move_on(matches);
-    } else if (base == 'N' && is_N_neutral()) {
-      move_on(Direction::distance(edge, edge_after_Ns<Direction>(edge, context.limit)));
-    } else {
-      break;
-    }
-  }
-  return all_matches;
-}
 
 template <class Direction>
 std::int64_t CLookAhead::highest_score_of_all_paths(const LookAheadState& from,
@@ -140,7 +86,7 @@ std::int64_t CLookAhead::highest_score_of_all_paths(const LookAheadState& from,
     ++work_.states;
     LookAheadState state = pending_.back();
     pending_.pop_back();
-    state.score += follow_matches<Direction>(state.edge, state.character, context);
+    state.score += runs_.follow_matches<Direction>(state.edge, state.character, context);
     // Before the tests that end a path: its last state counts too.
     highest = std::max(highest, state.score);
     if (state.edit_count == global_maximum_recursion_depth ||
@@ -159,42 +105,22 @@ std::int64_t CLookAhead::highest_score_of_all_paths(const LookAheadState& from,
 
 template <class Direction>
 void CLookAhead::begin(const LookAheadState& site, const LookAheadContext& context) {
-  frame_ = {site.edge, site.character, context, Direction::bases_beyond(site.edge, context.limit),
-            (1 - context.unit_length) * kPoint};
-  window_.clear();
-}
-
-template <class Direction>
-std::int64_t CLookAhead::follow_cell(WavefrontCell& cell, std::ptrdiff_t diagonal) {
-  // Where the window shows the end of the run, no base is read.
-  const std::int64_t shown = window_.matches(cell.offset, diagonal);
-  if (shown >= 0) {
-    cell.offset += shown;
-    return shown;
-  }
-  ++work_.unwindowed_runs;
-  const LookAheadContext& context = frame_.context;
-  std::int64_t characters = (cell.offset - diagonal) % context.unit_length;
-  if (characters < 0) characters += context.unit_length;
-  const char* edge = Direction::edge_beyond(frame_.origin, cell.offset);
-  const char* character = Direction::character_beyond(frame_.character, characters,
-                                                      context.unit_begin, context.unit_end);
-  const std::int64_t matches = follow_matches<Direction>(edge, character, context);
-  cell.offset = Direction::distance(frame_.origin, edge);
-  return matches;
+  runs_.begin<Direction>(site.edge, site.character, context);
+  min_score_ = (1 - context.unit_length) * kPoint;
+  min_editable_score_ = min_score_ + scoring_rules_of_settings().min_penalty() * kPoint;
 }
 
 bool CLookAhead::may_rise(const WavefrontCell& cell, int max_edits) const {
-  return window_.may_gain_more_than(score_of(highest_ - cell.score), cell.offset, max_edits);
+  return runs_.may_gain_more_than(score_of(highest_ - cell.score), cell.offset, max_edits);
 }
 
 template <class Direction>
 void CLookAhead::add_cell(WavefrontCell cell, std::ptrdiff_t diagonal, int max_edits,
                           Wavefront& wavefront, std::size_t first) {
-  cell.score += follow_cell<Direction>(cell, diagonal) * kPoint;
+  cell.score += runs_.follow<Direction>(cell.offset, diagonal) * kPoint;
   highest_ = std::max(highest_, cell.score);
-  if (cell.offset == frame_.base_count) return;
-  if (cell.score - min_penalty() * kPoint < frame_.min_score) return;  // no edit can follow
+  if (cell.offset == runs_.base_count()) return;
+  if (cell.score < min_editable_score_) return;
   if (!may_rise(cell, max_edits)) return;
   // Runs on one diagonal that overlap end at the same base.
   assert(wavefront.cells.size() <= first || wavefront.cells.back().offset <= cell.offset);
@@ -206,7 +132,7 @@ void CLookAhead::add_cell(WavefrontCell cell, std::ptrdiff_t diagonal, int max_e
 }
 
 CLookAhead::EditSource CLookAhead::source_of(std::ptrdiff_t diagonal) const {
-  const std::ptrdiff_t modulus = diagonal_modulus(frame_.context.unit_length);
+  const std::ptrdiff_t modulus = diagonal_modulus(runs_.unit_length());
   std::ptrdiff_t from_first = diagonal - wavefront_.min_diagonal;
   if (from_first < 0) from_first += modulus;
   assert(from_first >= 0 && from_first < modulus);
@@ -239,8 +165,7 @@ void CLookAhead::edit_cells(std::ptrdiff_t diagonal, int max_edits) {
       cell.score = std::max(cell.score, sources[i].place->score + edits[i].score);
       ++sources[i].place;
     }
-    if (cell.score >= frame_.min_score)
-      add_cell<Direction>(cell, diagonal, max_edits, next_, first);
+    if (cell.score >= min_score_) add_cell<Direction>(cell, diagonal, max_edits, next_, first);
   }
 }
 
@@ -251,18 +176,7 @@ bool CLookAhead::is_decided() const {
                      });
 }
 
-template <class Direction>
-void CLookAhead::read_window(int max_edits) {
-  if (max_edits < 0 || max_edits > CGainWindow::kMaxEdits) return;
-  const LookAheadContext& context = frame_.context;
-  ++work_.windows;
-  window_.read<Direction>(frame_.origin, context.limit, frame_.character, context.unit_begin,
-                          context.unit_end, max_edits, min_penalty());
-}
-
 void CLookAhead::drop_cells_without_gain(int max_edits) {
-  // The window is read only once the first cells turn out not to decide, so they were added without
-  // it.
   next_.restart(wavefront_.min_diagonal);
   for (std::size_t i = 0; i + 1 < wavefront_.begins.size(); ++i) {
     for (std::size_t k = wavefront_.begins[i]; k < wavefront_.begins[i + 1]; ++k) {
@@ -281,7 +195,7 @@ void CLookAhead::make_wavefront(int max_edits) {
   // the unit where the first ones do.
   const std::ptrdiff_t last_diagonal =
       std::min(wavefront_.max_diagonal() + 1,
-               wavefront_.min_diagonal + diagonal_modulus(frame_.context.unit_length) - 2);
+               wavefront_.min_diagonal + diagonal_modulus(runs_.unit_length()) - 2);
   for (std::ptrdiff_t diagonal = wavefront_.min_diagonal - 1; diagonal <= last_diagonal;
        ++diagonal) {
     edit_cells<Direction>(diagonal, max_edits);
@@ -298,9 +212,6 @@ void CLookAhead::follow_best_paths(int max_edits, bool is_first_edit_enough) {
   const auto is_over = [&] {
     return max_edits == 0 || wavefront_.cells.empty() || (is_first_edit_enough && is_decided());
   };
-  if (is_over()) return;
-  read_window<Direction>(max_edits);
-  drop_cells_without_gain(max_edits);
   while (!is_over()) {
     if (max_edits > 0) --max_edits;
     make_wavefront<Direction>(max_edits);
@@ -320,8 +231,43 @@ std::int64_t CLookAhead::highest_score(const LookAheadState& from,
   const int max_edits = edits_left(from.edit_count);
   add_cell<Direction>({0, highest_}, 0, max_edits, wavefront_, 0);
   wavefront_.complete_diagonal();
+  // Only now, as the first run often leads out of the window, or to the limit.
+  if (max_edits != 0 && !wavefront_.cells.empty()) {
+    runs_.read_window<Direction>(max_edits);
+    drop_cells_without_gain(max_edits);
+  }
   follow_best_paths<Direction>(max_edits, false);
   return score_of(highest_);
+}
+
+template <class Direction>
+std::optional<std::size_t> CLookAhead::edit_by_branch_and_bound(
+    const ByEdit<EditedState>& first_states) {
+  const int max_edits = first_states[0].edits_left;
+  highest_ = kNoScore;
+  if (max_edits < 0 || max_edits > CEditChoice::kMaxEdits) return std::nullopt;
+  const std::optional<std::size_t> edit = choice_.choose<Direction>(first_states, runs_);
+  highest_ = choice_.highest();
+  return edit;
+}
+
+template <class Direction>
+std::size_t CLookAhead::edit_by_wavefronts(const ByEdit<EditedState>& first_states) {
+  // By ascending diagonal: a deletion, the mismatch, an insertion.
+  constexpr ByEdit<std::size_t> kByDiagonal = {2, 0, 1};
+  const int max_edits = first_states[0].edits_left;
+  wavefront_.restart(-1);
+  for (const std::size_t i : kByDiagonal) {
+    const EditedState& first = first_states[i];
+    if (first.score != kNoScore) {
+      add_cell<Direction>({first.offset, first.score}, first.diagonal, max_edits, wavefront_,
+                          wavefront_.cells.size());
+    }
+    wavefront_.complete_diagonal();
+  }
+  wavefront_.complete();
+  follow_best_paths<Direction>(max_edits, true);
+  return first_edit_of(highest_);
 }
 
 template <class Direction>
@@ -329,32 +275,33 @@ std::size_t CLookAhead::best_edit(const LookAheadState& site, const LookAheadCon
   ++work_.calls;
   const std::int64_t limit_score = drop_off_limit(site.best_score, context.unit_length);
   const ByEdit<LookAheadState> edited = edits_at<Direction>(site, context);
-  highest_ = kNoScore;
+  const auto is_allowed = [&](const LookAheadState& state) { return state.score > limit_score; };
+  if (std::count_if(edited.begin(), edited.end(), is_allowed) < 2) {
+    const auto* const only = std::find_if(edited.begin(), edited.end(), is_allowed);
+    return static_cast<std::size_t>(only - edited.begin());  // kNoEdit if there is none
+  }
+
   if (may_reduction_be_limited<Direction>(site, context)) {
+    highest_ = kNoScore;
     for (std::size_t i = 0; i < kEditKinds; ++i) {
-      if (edited[i].score <= limit_score) continue;
+      if (!is_allowed(edited[i])) continue;
       highest_ =
           std::max(highest_, ranked(highest_score_of_all_paths<Direction>(edited[i], context), i));
     }
-  } else {
-    // By ascending diagonal: a deletion, the mismatch, an insertion.
-    constexpr ByEdit<std::size_t> kByDiagonal = {2, 0, 1};
-    const int max_edits = edits_left(edited[0].edit_count);
-    begin<Direction>(site, context);
-    wavefront_.restart(-1);
-    for (std::ptrdiff_t diagonal = -1; diagonal <= 1; ++diagonal) {
-      const std::size_t i = kByDiagonal[static_cast<std::size_t>(diagonal + 1)];
-      if (edited[i].score > limit_score) {
-        add_cell<Direction>(
-            {Direction::distance(site.edge, edited[i].edge), ranked(edited[i].score, i)}, diagonal,
-            max_edits, wavefront_, wavefront_.cells.size());
-      }
-      wavefront_.complete_diagonal();
-    }
-    wavefront_.complete();
-    follow_best_paths<Direction>(max_edits, true);
+    return first_edit_of(highest_);
   }
-  return highest_ == kNoScore ? kNoEdit : first_edit_of(highest_);
+
+  constexpr ByEdit<std::int32_t> kDiagonals = {0, 1, -1};
+  ByEdit<EditedState> first_states;
+  for (std::size_t i = 0; i < kEditKinds; ++i) {
+    first_states[i] = {is_allowed(edited[i]) ? ranked(edited[i].score, i) : kNoScore,
+                       Direction::distance(site.edge, edited[i].edge), kDiagonals[i],
+                       edits_left(edited[i].edit_count)};
+  }
+  begin<Direction>(site, context);
+  if (first_states[0].edits_left != 0) runs_.read_window<Direction>(first_states[0].edits_left);
+  const std::optional<std::size_t> edit = edit_by_branch_and_bound<Direction>(first_states);
+  return edit ? *edit : edit_by_wavefronts<Direction>(first_states);
 }
 
 template std::int64_t CLookAhead::highest_score<Rightward>(const LookAheadState&,

@@ -4,13 +4,15 @@
 /// The highest score that an extension can still reach within some edits. At an edit site, the edit
 /// that can lead to the highest one is chosen.
 
-#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <limits>
+#include <optional>
 #include <vector>
 
-#include "search/extension/gain_window.h"
+#include "search/extension/edit_choice.h"
+#include "search/extension/ranked_score.h"
+#include "search/extension/run_follower.h"
 #include "search/extension/wavefront.h"
 
 namespace quorix {
@@ -24,31 +26,13 @@ struct LookAheadState {
   std::uint8_t edit_count;  ///< edits on the way here, counted in 8 bits
 };
 
-/// What all states of a look-ahead share: the unit, and how far bases may be read.
-struct LookAheadContext {
-  const char* unit_begin;
-  const char* unit_end;
-  std::int64_t unit_length;
-  const char* limit;  ///< see search/extension/direction.h
-};
-
-/// Something for each kind of edit.
-template <class Value>
-using ByEdit = std::array<Value, kEditKinds>;
-
-/// None of them.
-inline constexpr std::size_t kNoEdit = kEditKinds;
-
 /// The work of look-aheads.
 struct LookAheadWork {
   std::uint64_t calls = 0;  ///< edits judged, or scores asked for
   /// Searches that followed every path by itself; up to three for an edit judged.
   std::uint64_t all_paths = 0;
-  std::uint64_t windows = 0;          ///< times that the bases beyond were read into a window
-  std::uint64_t wavefronts = 0;       ///< sets of states with one more edit each
-  std::uint64_t states = 0;           ///< states followed, of wavefronts and of single paths
-  std::uint64_t unwindowed_runs = 0;  ///< runs of matches that no window shows
-  std::uint64_t runs_of_Ns = 0;       ///< runs of N's followed base by base
+  std::uint64_t wavefronts = 0;  ///< sets of states with one more edit each
+  std::uint64_t states = 0;      ///< states followed, of wavefronts and of single paths
 };
 
 /// A look-ahead belongs to one text: it remembers the runs of N's that it has met there.
@@ -72,25 +56,10 @@ class CLookAhead {
 
   /// The work done since it was made.
   [[nodiscard]] const LookAheadWork& work() const { return work_; }
+  [[nodiscard]] const RunFollowerWork& run_work() const { return runs_.work(); }
+  [[nodiscard]] const EditChoiceWork& choice_work() const { return choice_.work(); }
 
  private:
-  /// A run of N's as it was last followed in one direction: from every edge between the two it
-  /// leads to `far_edge`.
-  struct NRun {
-    const char* near_edge = nullptr;
-    const char* far_edge = nullptr;
-    const char* limit = nullptr;  ///< of that time; null before the first one
-  };
-
-  /// What a look-ahead begins with.
-  struct Frame {
-    const char* origin;     ///< the edge
-    const char* character;  ///< that the base beyond it has to match
-    LookAheadContext context;
-    std::int64_t base_count;  ///< bases beyond the origin
-    RankedScore min_score;    ///< the min score after an edit
-  };
-
   /// What an edit uses and costs.
   struct EditUse {
     std::int64_t bases;
@@ -121,10 +90,6 @@ class CLookAhead {
   template <class Direction>
   void begin(const LookAheadState& site, const LookAheadContext& context);
 
-  /// Reads the bases beyond the origin, and finds out what up to `max_edits` edits may gain there.
-  template <class Direction>
-  void read_window(int max_edits);
-
   /// False if no path from `cell` over up to `max_edits` edits rises above `highest_`.
   [[nodiscard]] bool may_rise(const WavefrontCell& cell, int max_edits) const;
 
@@ -149,33 +114,30 @@ class CLookAhead {
   template <class Direction>
   void edit_cells(std::ptrdiff_t diagonal, int max_edits);
 
+  /// The edit chosen by branch and bound, see search/extension/edit_choice.h, given the states
+  /// after each first edit; nothing if that is undecided. `highest_` is a score met, or `kNoScore`.
+  template <class Direction>
+  [[nodiscard]] std::optional<std::size_t> edit_by_branch_and_bound(
+      const ByEdit<EditedState>& first_states);
+
+  /// The edit chosen by wavefronts. `highest_` is already set: only what exceeds it is followed.
+  template <class Direction>
+  [[nodiscard]] std::size_t edit_by_wavefronts(const ByEdit<EditedState>& first_states);
+
   /// Moves `cell` on over matches and raises `highest_`. Adds the cell to `wavefront`, whose states
   /// from `first` on have the same diagonal, unless it need not be followed.
   template <class Direction>
   void add_cell(WavefrontCell cell, std::ptrdiff_t diagonal, int max_edits, Wavefront& wavefront,
                 std::size_t first);
 
-  /// Moves `cell` on over matches and neutral N's. Returns the matches.
-  template <class Direction>
-  std::int64_t follow_cell(WavefrontCell& cell, std::ptrdiff_t diagonal);
-
-  /// Moves on over matches and neutral N's, until a base differs or the limit is met. Returns the
-  /// matches.
-  template <class Direction>
-  std::int64_t follow_matches(const char*& edge, const char*& character,
-                              const LookAheadContext& context);
-
-  /// The edge after the run of N's that begins beyond `edge`.
-  template <class Direction>
-  const char* edge_after_Ns(const char* edge, const char* limit);
-
   std::vector<LookAheadState> pending_;  ///< empty between calls; kept for its block
   Wavefront wavefront_;                  ///< as well
   Wavefront next_;
-  Frame frame_ = {};
-  RankedScore highest_ = 0;  ///< met so far
-  CGainWindow window_;
-  std::array<NRun, 2> last_N_runs_;  ///< by direction
+  CRunFollower runs_;
+  CEditChoice choice_;
+  RankedScore min_score_ = 0;           ///< the min score after an edit
+  RankedScore min_editable_score_ = 0;  ///< the min score that an edit can follow
+  RankedScore highest_ = 0;             ///< met so far
   LookAheadWork work_;
 };
 

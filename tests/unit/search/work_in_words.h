@@ -31,14 +31,20 @@ inline std::string in_words(const std::string& title, const BoundWork& work) {
   return in_words(title, {{"tables", work.tables}, {"rows", work.rows}, {"cells", work.cells}});
 }
 
-inline std::string in_words(const LookAheadWork& work) {
+inline std::string in_words(const CLookAhead& look_ahead) {
+  const LookAheadWork& work = look_ahead.work();
+  const EditChoiceWork& choices = look_ahead.choice_work();
+  const RunFollowerWork& runs = look_ahead.run_work();
   return in_words("look-ahead:", {{"calls", work.calls},
                                   {"all paths", work.all_paths},
-                                  {"windows", work.windows},
+                                  {"choices", choices.choices},
+                                  {"explored", choices.explored},
+                                  {"undecided", choices.undecided},
                                   {"wavefronts", work.wavefronts},
                                   {"states", work.states},
-                                  {"unwindowed runs", work.unwindowed_runs},
-                                  {"runs of N's", work.runs_of_Ns}});
+                                  {"windows", runs.windows},
+                                  {"unwindowed runs", runs.unwindowed_runs},
+                                  {"runs of N's", runs.runs_of_Ns}});
 }
 
 inline std::string in_words(const EditCacheWork& work) {
@@ -81,8 +87,7 @@ inline std::string extension_in_words(const CSearchController& search) {
                               {"extended exactly", work.extensions.extended_exactly},
                               {"bounded", work.extensions.bounded},
                               {"extended over edits", work.extensions.extended_over_edits}}) +
-         in_words(extender.look_ahead().work()) +
-         in_words(extender.extension_cache().edits().work()) +
+         in_words(extender.look_ahead()) + in_words(extender.extension_cache().edits().work()) +
          in_words(extender.extension_cache().paths().work());
 }
 

@@ -73,80 +73,111 @@ void fill_block(const BlockTask& task) {
 
 namespace hn = hwy::HWY_NAMESPACE;
 
+/// Characters in half of a block.
+constexpr std::ptrdiff_t kHalf = 16;
+static_assert(2 * kHalf == kBlockCharacters);
+
+using Bytes = hn::Full128<std::uint8_t>;
+using Vector = hn::Vec<Bytes>;
+
 /// A row of values, one for each character.
-template <class Vector>
 struct BlockRow {
   Vector low;   ///< of characters 0 to 15
   Vector high;  ///< of 16 to 31
 };
 
-void fill_block(const BlockTask& task) {
-  const hn::Full128<std::uint8_t> d;
-  using Vector = hn::Vec<decltype(d)>;
-  using Row = BlockRow<Vector>;
+BlockRow higher(const BlockRow& a, const BlockRow& b) {
+  return {hn::Max(a.low, b.low), hn::Max(a.high, b.high)};
+}
+
+std::uint8_t highest_of_all(const BlockRow& row) {
+  std::array<std::uint8_t, kHalf> values = {};
+  hn::StoreU(hn::Max(row.low, row.high), Bytes(), values.data());
+  return *std::max_element(values.begin(), values.end());
+}
+
+/// The rows of one block, from the top one down.
+class CBlockRows {
+ public:
+  explicit CBlockRows(const BlockTask& task)
+      : bases_(task.bases),
+        weights_(score_weights(Bytes(), task.scoring.mismatch_penalty, task.scoring.indel_penalty)),
+        neutral_letter_(
+            hn::Set(Bytes(), task.scoring.is_N_neutral ? std::uint8_t{'N'} : kNoNeutralLetter)),
+        characters_{hn::LoadU(Bytes(), task.characters),
+                    hn::LoadU(Bytes(), task.characters + kHalf)},
+        zero_net_(hn::Set(Bytes(), kZeroNet)),
+        leaving_{hn::Set(Bytes(), kFullNet), hn::Set(Bytes(), kFullNet)},
+        leaving_before_(leaving_),
+        ending_(leaving_),
+        ending_before_(leaving_) {}
+
+  /// Fills the next row.
+  void step() {
+    const Letters low = compared(0, characters_.low);
+    const Letters high = compared(kHalf, characters_.high);
+    ++bases_;
+    fill(leaving_, leaving_before_, low, high);
+    fill(ending_, ending_before_, low, high);
+    ending_ = higher(ending_, {zero_net_, zero_net_});
+  }
+
+  /// The last row, of paths that leave the block and of those that end anywhere.
+  [[nodiscard]] const BlockRow& leaving() const { return leaving_; }
+  [[nodiscard]] const BlockRow& ending() const { return ending_; }
+
+ private:
   using Letters = ComparedLetters<Vector>;
-  constexpr std::ptrdiff_t kHalf = 16;
-  static_assert(2 * kHalf == kBlockCharacters);
-  const CellWeights<Vector> weights =
-      score_weights(d, task.scoring.mismatch_penalty, task.scoring.indel_penalty);
-  const Vector neutral_letter =
-      hn::Set(d, task.scoring.is_N_neutral ? std::uint8_t{'N'} : kNoNeutralLetter);
-  const Vector low_characters = hn::LoadU(d, task.characters);
-  const Vector high_characters = hn::LoadU(d, task.characters + kHalf);
-  const Vector zero_net = hn::Set(d, kZeroNet);
-  const Vector full_net = hn::Set(d, kFullNet);
 
-  // The last two rows: of paths that leave the block, and of those that end anywhere.
-  Row leaving = {full_net, full_net};
-  Row leaving_before = leaving;
-  Row ending = leaving;
-  Row ending_before = leaving;
-  // A net of 0 beyond the last character.
-  const auto fill_row = [&](Row& last, Row& before, const Letters& low, const Letters& high) {
-    const Row previous = {hn::CombineShiftRightBytes<1>(d, before.high, before.low),
-                          hn::CombineShiftRightBytes<1>(d, zero_net, before.high)};
-    const Row neighbour = {
-        hn::Max(last.low, hn::CombineShiftRightBytes<1>(d, last.high, last.low)),
-        hn::Max(last.high, hn::CombineShiftRightBytes<1>(d, zero_net, last.high))};
+  [[nodiscard]] Letters compared(std::ptrdiff_t first, Vector characters) const {
+    const Vector bases = hn::LoadU(Bytes(), bases_ + first);
+    return compare_letters<true>(
+        Bytes(), bases, hn::VecFromMask(Bytes(), hn::Eq(bases, characters)), neutral_letter_);
+  }
+
+  /// Fills a row from the two before it. Beyond the last character there is a net of 0.
+  void fill(BlockRow& last, BlockRow& before, const Letters& low, const Letters& high) const {
+    const Bytes d;
+    const BlockRow previous = {hn::CombineShiftRightBytes<1>(d, before.high, before.low),
+                               hn::CombineShiftRightBytes<1>(d, zero_net_, before.high)};
+    const BlockRow beside = {hn::CombineShiftRightBytes<1>(d, last.high, last.low),
+                             hn::CombineShiftRightBytes<1>(d, zero_net_, last.high)};
+    const BlockRow neighbour = higher(last, beside);
     before = last;
-    last = {beginning_cell(previous.low, neighbour.low, low, weights),
-            beginning_cell(previous.high, neighbour.high, high, weights)};
-  };
-  const auto highest_of_all = [&](const Row& row) {
-    std::array<std::uint8_t, kHalf> values;
-    hn::StoreU(hn::Max(row.low, row.high), d, values.data());
-    return *std::max_element(values.begin(), values.end());
-  };
+    last = {beginning_cell(previous.low, neighbour.low, low, weights_),
+            beginning_cell(previous.high, neighbour.high, high, weights_)};
+  }
 
-  std::int64_t lag = task.top_lag;
+  const std::uint8_t* bases_;
+  CellWeights<Vector> weights_;
+  Vector neutral_letter_;
+  BlockRow characters_;
+  Vector zero_net_;
+  BlockRow leaving_;
+  BlockRow leaving_before_;
+  BlockRow ending_;
+  BlockRow ending_before_;
+};
+
+void fill_block(const BlockTask& task) {
+  CBlockRows rows(task);
   for (std::int64_t bucket = (task.top_lag - task.first_lag) / task.bucket_lags; bucket >= 0;
        --bucket) {
-    Row highest_leaving = {hn::Zero(d), hn::Zero(d)};
-    Row highest_ending = highest_leaving;
-    for (std::int64_t i = 0; i < task.bucket_lags; ++i, --lag) {
-      const auto compared = [&](std::ptrdiff_t first, Vector characters) {
-        const Vector bases = hn::LoadU(d, task.bases + first + (task.top_lag - lag));
-        return compare_letters<true>(d, bases, hn::VecFromMask(d, hn::Eq(bases, characters)),
-                                     neutral_letter);
-      };
-      const Letters low = compared(0, low_characters);
-      const Letters high = compared(kHalf, high_characters);
-      fill_row(leaving, leaving_before, low, high);
-      fill_row(ending, ending_before, low, high);
-      ending = {hn::Max(ending.low, zero_net), hn::Max(ending.high, zero_net)};
-      highest_leaving = {hn::Max(highest_leaving.low, leaving.low),
-                         hn::Max(highest_leaving.high, leaving.high)};
-      highest_ending = {hn::Max(highest_ending.low, ending.low),
-                        hn::Max(highest_ending.high, ending.high)};
+    BlockRow leaving = {hn::Zero(Bytes()), hn::Zero(Bytes())};
+    BlockRow ending = leaving;
+    for (std::int64_t i = 0; i < task.bucket_lags; ++i) {
+      rows.step();
+      leaving = higher(leaving, rows.leaving());
+      ending = higher(ending, rows.ending());
     }
     if (bucket >= task.bucket_count) continue;
     const auto nets = [&](BlockPath path) -> std::uint8_t& {
       return task.nets[static_cast<std::size_t>(path)][bucket];
     };
-    nets(BlockPath::kThrough) = hn::GetLane(highest_leaving.low);
-    nets(BlockPath::kInto) = hn::GetLane(highest_ending.low);
-    nets(BlockPath::kOutOf) = highest_of_all(highest_leaving);
-    nets(BlockPath::kWithin) = highest_of_all(highest_ending);
+    nets(BlockPath::kThrough) = hn::GetLane(leaving.low);
+    nets(BlockPath::kInto) = hn::GetLane(ending.low);
+    nets(BlockPath::kOutOf) = highest_of_all(leaving);
+    nets(BlockPath::kWithin) = highest_of_all(ending);
   }
 }
 
@@ -207,8 +238,8 @@ void CBlockNets::fill(BlockSide side, std::int64_t block, std::int64_t index, Ch
   const std::int64_t character =
       block * kBlockCharacters + (is_right ? 0 : kBlockCharacters - 1);  // the first one read
   const std::int64_t top_lag = (index + 1) * kChunkLags + kLagsAbove - 1;
-  std::array<std::uint8_t, kBlockCharacters> characters;
-  std::array<std::uint8_t, kChunkLags + kLagsAbove + kBlockCharacters> bases;
+  std::array<std::uint8_t, kBlockCharacters> characters = {};
+  std::array<std::uint8_t, kChunkLags + kLagsAbove + kBlockCharacters> bases = {};
   copy_letters(character, is_right, kBlockCharacters, kNoCharacter, characters.data());
   copy_letters(is_right ? character + top_lag : character - top_lag, !is_right,
                static_cast<std::int64_t>(bases.size()), kNoBase, bases.data());
@@ -249,6 +280,7 @@ int CBlockNets::highest(BlockSide side, BlockPath path, std::int64_t block, cons
     const std::int64_t index = bucket / kChunkBuckets;
     const std::int64_t end = std::min(last + 1, (index + 1) * kChunkBuckets);
     const auto count = static_cast<std::uint64_t>(end - bucket);
+    assert(count != 0);
     const auto span = static_cast<std::size_t>(std::bit_width(count) - 1);
     const auto first = static_cast<std::size_t>(bucket % kChunkBuckets);
     const auto second = static_cast<std::size_t>(first + count - (std::uint64_t{1} << span));

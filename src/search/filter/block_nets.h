@@ -77,7 +77,7 @@ class CBlockNets {
   /// The nets of one block at the lags of one chunk, above `kMinNet`.
   struct Chunk {
     std::int64_t block = -1;
-    std::array<std::array<Row, kSpans>, kBlockPaths> nets;
+    std::array<std::array<Row, kSpans>, kBlockPaths> nets = {};
   };
 
   [[nodiscard]] const Chunk& chunk_of(BlockSide side, std::int64_t block, std::int64_t index);

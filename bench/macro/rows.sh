@@ -242,5 +242,5 @@ beside_tantan() {
   row "$name" "$(format_input "$copies" "$options" "$@")" "$bases" \
     "$(format_seconds "$program_time" "$program_outcome")" \
     "$(format_seconds "$processor_seconds" "$outcome")" \
-    "$(calculate "$program_time / $processor_seconds")"
+    "$(printf %.2f "$(calculate "$program_time / $processor_seconds")")"
 }

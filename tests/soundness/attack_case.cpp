@@ -16,11 +16,11 @@ namespace {
 
 std::size_t draw_unit_length(RandomEngine& engine) {
   const std::size_t chance = draw_between(engine, 1, 100);
-  if (chance <= 30) return draw_between(engine, 1, 12);
-  if (chance <= 70) return draw_between(engine, 13, 64);
-  if (chance <= 84) return draw_between(engine, 65, 135);
-  if (chance <= 97) return draw_between(engine, 128, 260);
-  return draw_between(engine, 261, 800);
+  if (chance <= 28) return draw_between(engine, 1, 12);
+  if (chance <= 62) return draw_between(engine, 13, 64);
+  if (chance <= 76) return draw_between(engine, 65, 135);
+  if (chance <= 94) return draw_between(engine, 96, 260);
+  return draw_between(engine, 261, 1000);
 }
 
 int draw_penalty(RandomEngine& engine) {

@@ -223,15 +223,19 @@ class CQuestions {
   template <class Sift>
   void ask_sieve_of_units(AttackedFilter filter, std::int64_t max_unit, const Sift& sift) {
     for_each_score(&ExtendedSeed::edited, [&](std::int64_t score) {
-      const std::size_t spread = draw_chance(engine_, 50) ? 0 : draw_chance(engine_, 80) ? 3 : 40;
+      constexpr std::size_t kSpreads[] = {0, 0, 0, 0, 3, 3, 3, 15, 15, 40};
+      const std::size_t spread = kSpreads[draw_between(engine_, 0, 9)];
       const std::uint64_t shorter = std::min(unit_length_ - 1, draw_between(engine_, 0, spread));
       const std::uint64_t longer = std::min({static_cast<std::uint64_t>(max_unit) - unit_length_,
                                              text_length() - 1 - unit_length_,
                                              std::uint64_t{draw_between(engine_, 0, spread)}});
       LagRule rule{signed_length_ - static_cast<std::int64_t>(shorter),
                    std::vector<std::int64_t>(shorter + 1 + longer, 1), text_.scoring};
+      // Seeds that are judged together are rejected only if all of them are. So at times no other
+      // unit length asks for less.
+      const std::int64_t lowest = draw_chance(engine_, 50) ? score : 1;
       for (std::int64_t& minimum : rule.min_scores) {
-        minimum = static_cast<std::int64_t>(draw_between(engine_, 1, 300));
+        minimum = lowest + static_cast<std::int64_t>(draw_between(engine_, 0, 300));
       }
       rule.min_scores[shorter] = score;
       std::vector<CBitSet> left;

@@ -6,6 +6,8 @@ what it becomes. Some bounds reject nothing without vectors, so that their holes
 
 LAG_GRID = "filter/lag_grid.cpp"
 LAGS = "filter/lag_sieve.cpp"
+BLOCKS = "filter/block_sieve.cpp"
+NETS = "filter/block_nets.cpp"
 BATCH = "filter/batch_bound.cpp"
 SINGLE = "filter/single_bound.cpp"
 GROUP = "filter/group_bound.cpp"
@@ -39,6 +41,14 @@ HOLES = {
          "free_letters{letters.is_match, letters.is_free};")],
     "lag sieve: to the left each segment begins with its own rows": [
         (LAGS, "t = grid.row_before(first_row);", "t = first_row;")],
+    "block sieve: the left side begins without the score of the right": [
+        (BLOCKS, "left_.follow(b, units, right.best_score);", "left_.follow(b, units, 0);")],
+    "block sieve: paths begin at the first character of a block": [
+        (BLOCKS, "(begins_inside ? kBeginSpread : 0)", "0")],
+    "block sieve: no indel changes the lag": [
+        (BLOCKS, "(entry_ + units_.last + characters_) / indel_penalty_ + 1;", "0;")],
+    "block nets: neutral N's cost a mismatch": [
+        (NETS, "compare_letters<true>(", "compare_letters<false>(")],
     "batch bound: what is given up is taken for dead": [
         (BATCH, "return give_up(best, row, last, before);", "return best;")],
     "batch bound: the left side begins without the score of the right": [

@@ -116,6 +116,73 @@ TEST(BlockSieve, rejects_no_seed_that_reaches_its_score) {
   EXPECT_GT(kept, 300);
 }
 
+/// `lead` bases, two copies of a random unit, and some bases. No copy goes on before or after them.
+std::string text_of_two_copies(RandomEngine& engine, std::size_t lead, std::size_t unit_length) {
+  const std::string unit = "A" + draw_letters(engine, unit_length - 2, "ACGT") + "C";
+  return draw_letters(engine, lead - 1, "ACGT") + "T" + unit + unit + "G" +
+         draw_letters(engine, 150, "ACGT");
+}
+
+// Bases and unit lengths at the ends of their blocks, where a tail has all its blocks.
+TEST(BlockSieve, counts_every_character_of_each_of_16_unit_lengths) {
+  RandomEngine engine(75);
+  for (const std::int64_t penalty : {std::int64_t{100}, std::int64_t{1} << 31}) {
+    for (const std::int64_t first_unit : {96, 97, 126, 127}) {
+      for (const std::int64_t unit_length : {first_unit, first_unit + 15}) {
+        for (const std::int64_t p : {256, 257, 286, 287}) {
+          for (const bool is_first_copy : {true, false}) {
+            LagRule rule = units_rule(first_unit, first_unit + 15, {penalty, penalty, true});
+            std::fill(rule.min_scores.begin(), rule.min_scores.end(), unit_length);
+            const std::int64_t lead = is_first_copy ? p : p - unit_length;
+            const std::string text = text_of_two_copies(engine, static_cast<std::size_t>(lead),
+                                                        static_cast<std::size_t>(unit_length));
+            const auto index = static_cast<std::size_t>(unit_length - first_unit);
+            for_each_vector_target([&](const char* target) {
+              EXPECT_TRUE(left_seeds(text, rule)[index].test(static_cast<std::uint64_t>(p)))
+                  << target << " units from " << first_unit << " unit length " << unit_length
+                  << " base " << p << (is_first_copy ? " first" : " second") << " copy";
+            });
+          }
+        }
+      }
+    }
+  }
+}
+
+TEST(BlockSieve, lets_each_unit_fall_to_its_own_floor) {
+  RandomEngine engine(76);
+  constexpr std::int64_t kUnit = 111;
+  constexpr std::int64_t kPenalty = 66;
+  // After the 32 bases of a block the score is -102: no more than minus 96, but above minus 111.
+  constexpr std::int64_t kScore = 30 - 2 * kPenalty + (kUnit - 32) + 2 * kUnit;
+  const std::string unit = draw_letters(engine, kUnit, "ACGT");
+  std::string copy = unit;
+  for (const std::size_t i : {30U, 31U}) copy[i] = copy[i] == 'A' ? 'C' : 'A';
+  const std::string text = draw_letters(engine, 64, "ACGT") + unit + copy + unit + unit +
+                           draw_letters(engine, 150, "ACGT");
+  LagRule rule = units_rule(96, kUnit, {kPenalty, kPenalty, true});
+  std::fill(rule.min_scores.begin(), rule.min_scores.end(), kScore);
+  for_each_vector_target(
+      [&](const char* target) { EXPECT_TRUE(left_seeds(text, rule).back().test(64)) << target; });
+}
+
+TEST(BlockSieve, leaves_seeds_of_arrays_longer_than_it_follows) {
+  RandomEngine engine(77);
+  constexpr std::int64_t kUnit = 128;
+  constexpr std::int64_t kCopies = kMaxBlockCopies + 4;
+  const std::string unit = draw_letters(engine, kUnit, "ACGT");
+  std::string text = draw_letters(engine, 64, "ACGT");
+  for (std::int64_t i = 0; i < kCopies; ++i) text += unit;
+  text += draw_letters(engine, 150, "ACGT");
+  LagRule rule = units_rule(kUnit, kUnit, {6, 6, true});
+  rule.min_scores[0] = (kCopies - 1) * kUnit;
+  for_each_vector_target([&](const char* target) {
+    const std::vector<CBitSet> left = left_seeds(text, rule);
+    EXPECT_TRUE(left[0].test(64)) << target;                          // all copies to the right
+    EXPECT_TRUE(left[0].test(64 + (kCopies - 1) * kUnit)) << target;  // and to the left
+  });
+}
+
 TEST(BlockSieve, leaves_no_more_seeds_if_units_are_judged_together) {
   RandomEngine engine(72);
   std::int64_t rejected = 0;

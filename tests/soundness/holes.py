@@ -47,6 +47,8 @@ HOLES = {
         (BLOCKS, "(begins_inside ? kBeginSpread : 0)", "0")],
     "block sieve: no indel changes the lag": [
         (BLOCKS, "(entry_ + units_.last + characters_) / indel_penalty_ + 1;", "0;")],
+    "block sieve: paths whose lags are too long are taken for dead": [
+        (BLOCKS, "return {best_, is_too_far_};", "return {best_, false};")],
     "block nets: neutral N's cost a mismatch": [
         (NETS, "compare_letters<true>(", "compare_letters<false>(")],
     "batch bound: what is given up is taken for dead": [

@@ -87,7 +87,7 @@ TEST(BlockSieve, rejects_no_seed_that_reaches_its_score) {
     const ScoringRules scoring{draw_number(engine, 2, 9), draw_number(engine, 2, 9),
                                draw_chance(engine, 50)};
     const std::int64_t p =
-        draw_number(engine, 0, static_cast<std::int64_t>(text.size()) - unit_length - 1);
+        draw_number(engine, 0, text.size() - static_cast<std::size_t>(unit_length) - 1);
     if (text.substr(static_cast<std::size_t>(p), static_cast<std::size_t>(unit_length)).find('N') !=
         std::string::npos) {
       continue;
@@ -116,11 +116,13 @@ TEST(BlockSieve, rejects_no_seed_that_reaches_its_score) {
   EXPECT_GT(kept, 300);
 }
 
-/// `lead` bases, two copies of a random unit, and some bases. No copy goes on before or after them.
-std::string text_of_two_copies(RandomEngine& engine, std::size_t lead, std::size_t unit_length) {
+/// Two copies of a random unit, the first one from base `lead` on. A seed at the copy in question
+/// extends over the other one, and no farther.
+std::string text_of_two_copies(RandomEngine& engine, std::size_t lead, std::size_t unit_length,
+                               bool is_first_copy) {
   const std::string unit = "A" + draw_letters(engine, unit_length - 2, "ACGT") + "C";
-  return draw_letters(engine, lead - 1, "ACGT") + "T" + unit + unit + "G" +
-         draw_letters(engine, 150, "ACGT");
+  const std::string before = draw_letters(engine, lead - 1, is_first_copy ? "ACGT" : "N") + "T";
+  return before + unit + unit + "G" + draw_letters(engine, 150, is_first_copy ? "N" : "ACGT");
 }
 
 // Bases and unit lengths at the ends of their blocks, where a tail has all its blocks.
@@ -131,11 +133,12 @@ TEST(BlockSieve, counts_every_character_of_each_of_16_unit_lengths) {
       for (const std::int64_t unit_length : {first_unit, first_unit + 15}) {
         for (const std::int64_t p : {256, 257, 286, 287}) {
           for (const bool is_first_copy : {true, false}) {
-            LagRule rule = units_rule(first_unit, first_unit + 15, {penalty, penalty, true});
+            LagRule rule = units_rule(first_unit, first_unit + 15, {penalty, penalty, false});
             std::fill(rule.min_scores.begin(), rule.min_scores.end(), unit_length);
             const std::int64_t lead = is_first_copy ? p : p - unit_length;
-            const std::string text = text_of_two_copies(engine, static_cast<std::size_t>(lead),
-                                                        static_cast<std::size_t>(unit_length));
+            const std::string text =
+                text_of_two_copies(engine, static_cast<std::size_t>(lead),
+                                   static_cast<std::size_t>(unit_length), is_first_copy);
             const auto index = static_cast<std::size_t>(unit_length - first_unit);
             for_each_vector_target([&](const char* target) {
               EXPECT_TRUE(left_seeds(text, rule)[index].test(static_cast<std::uint64_t>(p)))
@@ -152,12 +155,14 @@ TEST(BlockSieve, counts_every_character_of_each_of_16_unit_lengths) {
 TEST(BlockSieve, lets_each_unit_fall_to_its_own_floor) {
   RandomEngine engine(76);
   constexpr std::int64_t kUnit = 111;
-  constexpr std::int64_t kPenalty = 66;
-  // After the 32 bases of a block the score is -102: no more than minus 96, but above minus 111.
-  constexpr std::int64_t kScore = 30 - 2 * kPenalty + (kUnit - 32) + 2 * kUnit;
+  constexpr std::int64_t kPenalty = 98;
+  // After three blocks the score is -102: no more than minus 96, but above minus 111.
+  constexpr std::int64_t kScore = (94 - 2 * kPenalty) + (kUnit - 96) + 2 * kUnit;
   const std::string unit = draw_letters(engine, kUnit, "ACGT");
   std::string copy = unit;
-  for (const std::size_t i : {30U, 31U}) copy[i] = copy[i] == 'A' ? 'C' : 'A';
+  for (const std::size_t last_of_block : {63U, 95U}) {
+    copy[last_of_block] = copy[last_of_block] == 'A' ? 'C' : 'A';
+  }
   const std::string text = draw_letters(engine, 64, "ACGT") + unit + copy + unit + unit +
                            draw_letters(engine, 150, "ACGT");
   LagRule rule = units_rule(96, kUnit, {kPenalty, kPenalty, true});

@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -18,6 +19,12 @@ namespace quorix::testing {
 namespace {
 
 constexpr std::int64_t kBucket = 16;
+
+/// A number from `low` to `high`, neither of which is negative.
+std::int64_t draw_between_signed(RandomEngine& engine, std::int64_t low, std::int64_t high) {
+  return draw_number(engine, static_cast<std::size_t>(low), static_cast<std::size_t>(high));
+}
+
 constexpr BlockPath kPaths[] = {BlockPath::kThrough, BlockPath::kInto, BlockPath::kOutOf,
                                 BlockPath::kWithin};
 
@@ -46,7 +53,8 @@ void expect_nets_of(const std::string& text, const ScoringRules& scoring, BlockS
     const std::int64_t width = draw_chance(engine, 50) ? 40 : CPlainBlock::kMaxLag;
     questions.push_back(
         {kPaths[draw_between(engine, 0, 3)],
-         {low, draw_number(engine, low, std::min(low + width, CPlainBlock::kMaxLag - 20))}});
+         {low,
+          draw_between_signed(engine, low, std::min(low + width, CPlainBlock::kMaxLag - 20))}});
   }
   for_each_vector_target([&](const char* target) {
     CBlockNets nets(bases.begin(), text.size(), scoring, CPlainBlock::kMaxLag, 3);
@@ -70,8 +78,8 @@ TEST(BlockNets, are_the_highest_of_all_paths) {
                                draw_chance(engine, 50)};
     const auto last_block = static_cast<std::int64_t>(text.size()) / kBlockCharacters;
     const BlockSide side = draw_chance(engine, 50) ? BlockSide::kRight : BlockSide::kLeft;
-    ASSERT_NO_FATAL_FAILURE(
-        expect_nets_of(text, scoring, side, draw_number(engine, 0, last_block + 2), engine));
+    ASSERT_NO_FATAL_FAILURE(expect_nets_of(text, scoring, side,
+                                           draw_between_signed(engine, 0, last_block + 2), engine));
   }
 }
 

@@ -1,5 +1,4 @@
-// The one place where a mode is chosen. A controller lives for one record, whose bases it points
-// to.
+// A controller lives for one record, whose bases it points to.
 
 #include "driver/record_analysis.h"
 
@@ -11,25 +10,6 @@
 #include "settings/settings.h"
 
 namespace quorix {
-
-namespace {
-
-/// Runs the search of the mode. Returns the list that it fills.
-CsatContainer& search(CSearchController& controller, std::FILE* report) {
-  switch (global_search_mode) {
-    case kSearchExact:
-      controller.exact_search_2();
-      return controller.exact_sat_list;
-    case kSearchExtendExact:
-      controller.search_exact_and_extend_to_imperfect_repeats();
-      return controller.imperfect_sat_list;
-    default:
-      controller.complete_imperfect_search(report);
-      return controller.imperfect_sat_list;
-  }
-}
-
-}  // namespace
 
 void mask_repeats(const std::list<Csat*>& repeats, CSequence_Mol& record) {
   char* const text = record.sequence.data();
@@ -44,7 +24,7 @@ void analyse_record(std::uint64_t number, CSequence_Mol& record, std::FILE* repo
   update_report_time();
 
   CSearchController controller(number, record);
-  CsatContainer& repeats = search(controller, report);
+  CsatContainer& repeats = controller.search_in_mode_of_settings(report);
   CSearchController::remove_hidden(repeats);
   controller.report_SATList(report, repeats.sat_list);
   // Repeats point into the bases, so the bases change only after the report.

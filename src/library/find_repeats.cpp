@@ -130,21 +130,6 @@ void read_bases(std::string_view text, CSequence_Mol& record) {
   record.sequence.commit(count);
 }
 
-/// Runs the search of the mode. Returns the list that it fills.
-CsatContainer& search(CSearchController& controller) {
-  switch (global_search_mode) {
-    case kSearchExact:
-      controller.exact_search_2();
-      return controller.exact_sat_list;
-    case kSearchExtendExact:
-      controller.search_exact_and_extend_to_imperfect_repeats();
-      return controller.imperfect_sat_list;
-    default:
-      controller.complete_imperfect_search(nullptr);
-      return controller.imperfect_sat_list;
-  }
-}
-
 /// Returns a difference or a count, which is never negative.
 std::uint64_t count_of(std::int64_t number) {
   return static_cast<std::uint64_t>(number);
@@ -198,7 +183,7 @@ void find_repeats(std::string_view text, const SearchSettings& settings,
   CSequence_Mol record;
   read_bases(text, record);
   CSearchController controller(1, record);
-  CsatContainer& found = search(controller);
+  CsatContainer& found = controller.search_in_mode_of_settings(nullptr);
   CSearchController::remove_hidden(found);
 
   const char* const begin = record.sequence.data();

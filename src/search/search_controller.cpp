@@ -112,6 +112,20 @@ void CSearchController::complete_imperfect_search(std::FILE* /*stream*/) {
   search_imperfect_repeats(search_context(), imperfect_sat_list.sat_list);
 }
 
+CsatContainer& CSearchController::search_in_mode_of_settings(std::FILE* stream) {
+  switch (global_search_mode) {
+    case kSearchExact:
+      exact_search_2();
+      return exact_sat_list;
+    case kSearchExtendExact:
+      search_exact_and_extend_to_imperfect_repeats();
+      return imperfect_sat_list;
+    default:
+      complete_imperfect_search(stream);
+      return imperfect_sat_list;
+  }
+}
+
 void CSearchController::unit_len_1_complete_imperfect_search(CAnchorSeq& anchors,
                                                              std::list<Csat*>& accepted) {
   const SearchContext context = search_context();

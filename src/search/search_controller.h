@@ -94,6 +94,10 @@ class CSearchController {
   void one_unit_len_complete_imperfect_search(std::uint64_t unit_length, CAnchorSeq& anchors,
                                               std::list<Csat*>& accepted);
 
+  /// Runs the one of them that the settings ask for. Returns the list that it fills; the stream is
+  /// that of `complete_imperfect_search`. Throws: std::bad_alloc.
+  CsatContainer& search_in_mode_of_settings(std::FILE* stream);
+
   // Searches for callers of the library: no option of the program leads here.
 
   /// An older single pass over the sequence: at each base all unit lengths, skipping those whose

@@ -67,26 +67,23 @@ class CBlockSide {
       if (!add_part(BlockPath::kThrough, BlockPath::kInto, b)) return false;
     }
     if (!find_lags(kTailBlocks * kBlockCharacters)) return false;
-    std::int64_t gain = 0;  // up to the end of the unit, wherever that is
+    std::int64_t gain = 0;  // from block b up to the end of the unit, wherever that is
     for (std::int64_t b = tail + kTailBlocks - 1; b >= tail; --b) {
-      const std::int64_t beyond = b == tail + kTailBlocks - 1 ? 0 : through_ + gain;
-      gain = std::max<std::int64_t>(highest(BlockPath::kInto, b), beyond);
-      if (b > tail) through_ = highest(BlockPath::kThrough, b - 1);
+      gain = std::max<std::int64_t>(highest(BlockPath::kInto, b),
+                                    highest(BlockPath::kThrough, b) + gain);
     }
     return add(gain, gain);
   }
 
   bool read_copy_leftward(std::int64_t block, std::int64_t tail) {
     if (!find_lags(kTailBlocks * kBlockCharacters)) return false;
-    std::int64_t net = CBlockNets::kMinNet;  // after the block, from the end of the unit on
+    std::int64_t net = 0;  // from the end of the unit, wherever that is, down to below block b
     std::int64_t gain = 0;
     for (std::int64_t b = tail + kTailBlocks - 1; b >= tail; --b) {
-      const bool is_first = b == tail + kTailBlocks - 1;
-      gain = std::max<std::int64_t>(gain, highest(BlockPath::kWithin, b));
-      if (!is_first) gain = std::max<std::int64_t>(gain, net + highest(BlockPath::kInto, b));
-      const std::int64_t through = net + highest(BlockPath::kThrough, b);
-      net = highest(BlockPath::kOutOf, b);
-      if (!is_first) net = std::max(net, through);
+      gain = std::max<std::int64_t>(
+          {gain, highest(BlockPath::kWithin, b), net + highest(BlockPath::kInto, b)});
+      net = std::max<std::int64_t>(highest(BlockPath::kOutOf, b),
+                                   net + highest(BlockPath::kThrough, b));
     }
     if (!add(std::max<std::int64_t>(net, 0), gain)) return false;  // the tail may be empty
     for (std::int64_t b = tail - 1; b > block; --b) {
@@ -137,7 +134,6 @@ class CBlockSide {
   std::int64_t score_ = 0;       ///< the highest between two parts
   std::int64_t best_ = 0;        ///< the highest of all
   LagRange lags_ = {};
-  int through_ = 0;
   bool is_too_far_ = false;
 };
 

@@ -62,12 +62,13 @@ struct BlockWork {
 /// Clears in `seeds[i]` the bits of seeds of length `first_unit_length` + i that cannot extend into
 /// a repeat of their minimum score, see search/filter/sieve.h, in the whole text [text,
 /// text + length), for units of `kMinBlockUnit` and more. REQUIRES: last unit length < length.
-/// Throws: std::bad_alloc.
+/// Returns the work done. Throws: std::bad_alloc.
 BlockWork sift_text_by_blocks(const char* text, std::uint64_t length, const LagRule& rule,
                               std::vector<CBitSet>& seeds);
 
 /// The same for the seeds of one segment alone. Changes no word of bits that has none of them.
 /// REQUIRES: the segment begins at a multiple of 64 bases, and ends at one or with the text.
+/// Throws: std::bad_alloc.
 BlockWork sift_by_blocks(const char* text, std::uint64_t length, const LagRule& rule,
                          const Segment& segment, std::vector<CBitSet>& seeds);
 

@@ -16,9 +16,8 @@
 ///
 /// Why that is the plain search:
 ///
-/// - Whether a seed extends into an accepted repeat, and into which, depends on the text alone.
-/// Only
-///   whether a seed is tried depends on the marks. So what a scan has found out about a seed stays
+/// - Whether a seed extends into an accepted repeat, and into which, depends on the text alone; the
+///   marks only decide whether it is tried. So what a scan has found out about a seed stays
 ///   true: the bits of seeds that failed are cleared, as a sieve clears them, and an accepted
 ///   repeat is taken as it is if the second scan tries its seed.
 /// - Before the commit of a segment the marks of the whole text are those that the plain search has

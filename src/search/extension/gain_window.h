@@ -21,9 +21,6 @@
 /// takes at most one base, and each run has at most p matches that are no run starts. So over e
 /// edits a path gets no farther than e (p + 1) bases and all run starts. If that is still in the
 /// window, the window has shown all runs. It ends before the first N, so no path meets one.
-///
-/// Measured as user time of `quorix -U 28` on the first percent of each fly chromosome: about 5 s,
-/// 8 s if this bound drops no state, 11 s without a window.
 
 #include <algorithm>
 #include <bit>

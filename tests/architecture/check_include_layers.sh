@@ -60,6 +60,7 @@ hwy/    search/filter/chain_sieve.cpp
 hwy/    search/filter/dp_cell.h
 hwy/    search/filter/group_bound.cpp
 hwy/    search/filter/lag_sieve.cpp
+hwy/    search/filter/register_rows.h
 hwy/    search/filter/single_bound.cpp
 '
 

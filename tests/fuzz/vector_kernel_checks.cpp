@@ -253,7 +253,8 @@ void check_group_bound(CFuzzInput& input) {
   const std::int64_t unit_length = kMinGroupUnit + input.take_between(0, 100);
   const std::int64_t min_score = input.take_between(1, 250);
   const std::int64_t place = input.take_byte();
-  const std::uint64_t mask = std::uint64_t{input.take_word()} << 32U | input.take_word();
+  const std::uint64_t mask = (std::uint64_t{input.take_word()} << 32U | input.take_word()) >>
+                             (kGroupSeeds - group_bases(unit_length));
   static const std::string around = noise(2 * kGroupMargin);
   const std::string text = around.substr(0, kGroupMargin) + input.take_bases(kMaxGroupBases) +
                            around.substr(kGroupMargin);

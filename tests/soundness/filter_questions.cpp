@@ -263,8 +263,10 @@ class CQuestions {
 
   void ask_group(const ExtendedSeed& seed) {
     if (signed_length_ < kMinGroupUnit || seed.edited.score <= 0) return;
-    const std::uint64_t k = std::min<std::uint64_t>(seed.start, draw_between(engine_, 0, 63));
-    const std::uint64_t asked = draw_neighbours(seed, k, kGroupSeeds);
+    const auto bases = static_cast<std::uint64_t>(group_bases(signed_length_));
+    const std::uint64_t k =
+        std::min<std::uint64_t>(seed.start, draw_between(engine_, 0, bases - 1));
+    const std::uint64_t asked = draw_neighbours(seed, k, bases);
     const char* const first = attack_.text.data() + seed.start - k;
     const bool may_reach =
         group_bound(text_, {first, signed_length_, asked, seed.edited.score}, workspace_) != 0;

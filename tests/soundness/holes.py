@@ -11,6 +11,8 @@ NETS = "filter/block_nets.cpp"
 BATCH = "filter/batch_bound.cpp"
 SINGLE = "filter/single_bound.cpp"
 GROUP = "filter/group_bound.cpp"
+LETTERS = "filter/group_letters.cpp"
+ROWS = "filter/register_rows.h"
 CHAIN_STATES = "filter/chain_states.cpp"
 CHAIN = "filter/chain_sieve.cpp"
 RUNS = "filter/run_sieve.cpp"
@@ -62,7 +64,7 @@ HOLES = {
     "batch bound: one lane less in each row": [
         (BATCH, "std::max(last.high + 1, before.high)};", "std::max(last.high, before.high)};")],
     "single bound: paths may leave at the edge of the rows": [
-        (SINGLE, "if (lanes[0] != 0 || lanes[kLanes - 1] != 0) return std::nullopt;", "")],
+        (ROWS, "if (lanes[0] != 0 || lanes[kLanes - 1] != 0) return std::nullopt;", "")],
     "single bound: the left side begins without the score of the right": [
         (SINGLE, "table.start_value = *right;", "")],
     "single bound: a budget of 256 rows": [
@@ -73,12 +75,15 @@ HOLES = {
         (SINGLE, "table.skipped = unit_length - 1 - repeat.left_phase;",
          "table.skipped = (unit_length - repeat.left_phase) % unit_length;")],
     "group bound: fewer offsets wrap": [
-        (GROUP, "offset < kGroupSeeds - 1;", "offset < kGroupSeeds / 2;")],
+        (LETTERS, "std::min(span, part);", "std::min(span / 2, part);")],
     "group bound: what has no room is taken for dead": [
-        (GROUP, "if (!has_room_for(range, row)) return kUndecidedGroup;",
+        (GROUP, "if (!has_room_for(range, row)) return std::nullopt;",
          "if (!has_room_for(range, row)) return hn::GetLane(hn::MaxOfLanes(d, best_));")],
     "group bound: the left side is entered in the order of the right": [
-        (GROUP, "left.entering = reversed(asked);", "left.entering = asked;")],
+        (LETTERS, "is_rightward ? question.asked : mirrored(question.asked, span),",
+         "question.asked,")],
+    "group bound: rows in registers end before the last seed enters": [
+        (GROUP, "!is_alive && row / 2 > last_entry;", "!is_alive;")],
     "group bound: one lane less in each row": [
         (GROUP, "std::min(last_.low - odd, before_.low),", "std::min(last_.low, before_.low),")],
     "chain states: one match more is asked for": [
@@ -109,5 +114,5 @@ HOLES = {
         (PLAN, "min_two_runs = edited_run + scoring_.min_penalty();",
          "min_two_runs = edited_run + scoring_.min_penalty() + 1;")],
     "seed filter: a verdict of a group counts for seeds that were not asked about": [
-        (BOUNDS, "return {p, asked, 0};", "return {p, ~std::uint64_t{0}, 0};")],
+        (BOUNDS, "return {p, group, 0};", "return {p, ~std::uint64_t{0}, 0};")],
 }

@@ -62,7 +62,10 @@ BoundPlan CFilterPlan::bounds(std::int64_t unit_length, std::int64_t min_unit_sc
   if (unit_length >= kMinGroupUnit && unit_length + min_unit_score <= kMaxGroupTarget) {
     plan.min_group_seeds = kMinGroupSeeds;
   }
-  if (unit_length <= kMaxBatchUnit) plan.min_batch_seeds = kMinBatchSeeds;
+  if (unit_length <= kMaxBatchUnit) {
+    const bool is_wide = kMinWideUnit <= unit_length && unit_length <= kMaxSingleUnit;
+    plan.min_batch_seeds = is_wide ? kMinWideBatchSeeds : kMinBatchSeeds;
+  }
   if (unit_length <= kMaxSingleUnit) plan.min_single_seeds = 1;
   return plan;
 }

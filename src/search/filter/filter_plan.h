@@ -48,21 +48,29 @@ inline constexpr std::size_t kMinBlockUnitsAtOnce = 16;
 
 // Bound of groups.
 inline constexpr int kGroupSeeds = 64;
-inline constexpr int kMinGroupSeeds = 8;  ///< fewer are as fast in batches
-/// For shorter units the wraps blur too much: no more than half of the characters may.
-inline constexpr std::int64_t kMinGroupUnit = 128;
-static_assert(kMinGroupUnit >= kGroupSeeds - 1, "two seeds may be one wrap apart, not two");
+inline constexpr int kMinGroupSeeds = 2;
+inline constexpr std::int64_t kMinGroupUnit = 24;  ///< shorter ones are as fast in batches
 /// States of a row, whatever the width of a vector.
 inline constexpr std::ptrdiff_t kMaxGroupLanes = 512;
 /// Unit length and minimum score: values have 16 bits, and the target is looked for in every 16th
 /// row alone.
 inline constexpr std::int64_t kMaxGroupTarget = 60'000;
 /// Copies of a unit that are followed, to either side; what lives longer is for the other bounds.
-inline constexpr std::int64_t kMaxGroupCopies = 3;
+inline constexpr std::int64_t kMaxGroupCopies = 10;
+
+/// Returns how many neighbouring bases have their seeds bounded as one: the wraps of the unit blur
+/// no more than half of its characters then.
+[[nodiscard]] constexpr std::int64_t group_bases(std::int64_t unit_length) {
+  return std::min<std::int64_t>(kGroupSeeds, unit_length / 2);
+}
 
 // Bound of batches.
 inline constexpr int kBatchSeeds = 32;
 inline constexpr int kMinBatchSeeds = 3;  ///< fewer are as fast one by one
+/// The same for units of `kMinWideUnit` and more: a row of their tables is a vector for each of
+/// many diagonals in a batch, but a few vectors for a single seed.
+inline constexpr int kMinWideBatchSeeds = 20;
+inline constexpr std::int64_t kMinWideUnit = 64;
 /// Rows after which a batch is given up: what lives that long is worth an extension.
 inline constexpr std::ptrdiff_t kMaxBatchRows = 8192;
 /// The same for units up to `kMaxCachedUnit`, whose extension paths are cached: an extension

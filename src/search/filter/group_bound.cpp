@@ -1,6 +1,7 @@
-// One table for all seeds of a group and a direction. A lane is a diagonal, bases less characters,
-// as in search/filter/single_bound.cpp, but a row has as many lanes as its states need, in memory,
-// around a middle on diagonal 0:
+// One table for all seeds of a group and a direction. A lane is a diagonal, bases less characters.
+// Where a few lanes of one byte are enough, rows are in registers, see
+// search/filter/register_rows.h. Else a row has as many lanes as its states need, in memory, around
+// a middle on diagonal 0:
 //
 //     lane                    m - 2   m - 1     m     m + 1   m + 2      (m: the middle)
 //     row 2: diagonal          -4      -2       0       2       4
@@ -11,12 +12,17 @@
 //
 // Invariants:
 //
-// - All cells beside those written are 0, since each row clears what the third row before it wrote
+// - States with negative counts, and those before the first entry, are never alive, whatever
+// letters
+//   they are compared with: a match adds to living states alone.
+// - In memory, all cells beside those written are 0, since each row clears what the third row
+// before it wrote
 //   elsewhere. Whole vectors are written; a dead state in a spare lane stays dead, whatever letters
 //   it is compared with.
 // - The lanes that can be alive are those that the last two rows lead to, and that of a seed that
 //   enters. Row 2 r + 1 leads to lanes k and k + 1 of row 2 r + 2, row 2 r to k - 1 and k.
-// - Values do not saturate: the target is `kMaxGroupTarget` at most, is looked for in every 16th
+// - There, values do not saturate: the target is `kMaxGroupTarget` at most, is looked for in every
+// 16th
 //   row, and a value rises by one in two rows.
 //
 // Giving up leaves all seeds undecided: at the target, where the lanes or the letters end. The
@@ -34,36 +40,23 @@
 #include <cassert>
 #include <cstddef>
 #include <cstdint>
-#include <vector>
+#include <limits>
+#include <optional>
 
 #include <hwy/highway.h>
 
 #include "search/filter/dp_cell.h"
 #include "search/filter/group_bound.h"
+#include "search/filter/group_letters.h"
+#include "search/filter/register_rows.h"
 
 #ifndef QUORIX_GROUP_BOUND_SHARED
 #define QUORIX_GROUP_BOUND_SHARED
 
 namespace quorix {
 
-/// The extensions of a group in one direction.
-struct GroupTable {
-  const std::uint8_t* bases;  ///< in the order in which they are read
-  /// The characters with which bases are compared, the last one first, for seeds whose units have
-  /// wrapped the more and the less often.
-  const std::uint8_t* characters;
-  const std::uint8_t* other_characters;
-  std::ptrdiff_t letter_count;  ///< bases, and characters
-  std::uint64_t entering;       ///< bit k: a seed enters after k bases and characters
-  ScoringRules scoring;
-  std::int64_t start_value;   ///< the score above the floor
-  std::int64_t target_value;  ///< what answers the question when it is met
-};
-
-/// The value of a table that met the target, or that had to be given up.
-inline constexpr std::int64_t kUndecidedGroup = -1;
-/// Letters on both sides of those that states may use, for lanes without one.
-inline constexpr std::ptrdiff_t kSpareLetters = 128;
+/// The highest value met; none if the target was met, or the table had to be given up.
+using HighestGroupValue = std::optional<std::int64_t>;
 /// Lanes of the widest vector.
 inline constexpr std::ptrdiff_t kMaxGroupVector = 32;
 
@@ -78,8 +71,8 @@ namespace {
 #if HWY_TARGET == HWY_SCALAR
 
 /// Without vector instructions nothing is rejected.
-std::int64_t fill_group_table(const GroupTable& /*table*/, BoundWork& /*work*/) {
-  return kUndecidedGroup;
+HighestGroupValue fill_group_table(const GroupTable& /*table*/, BoundWork& /*work*/) {
+  return std::nullopt;
 }
 
 #else
@@ -102,8 +95,7 @@ class CGroupRows {
         neutral_letter_(hn::Set(Tag(), table.scoring.is_N_neutral ? Value{'N'} : kNoNeutralLetter)),
         best_(hn::Zero(Tag())) {}
 
-  /// The highest value of a state, or `kUndecidedGroup`.
-  std::int64_t highest_value() {
+  HighestGroupValue highest_value() {
     const Tag d;
     const Vector target = hn::Set(d, capped<Value>(table_.target_value));
     const std::ptrdiff_t last_entry = 63 - std::countl_zero(table_.entering);
@@ -112,11 +104,11 @@ class CGroupRows {
           row % 2 == 0 && row / 2 <= last_entry && (table_.entering >> (row / 2) & 1) != 0;
       const Range range = lanes_to_fill(row, is_entered);
       if (range.is_empty() && row / 2 > last_entry) return hn::GetLane(hn::MaxOfLanes(d, best_));
-      if (!has_room_for(range, row)) return kUndecidedGroup;
+      if (!has_room_for(range, row)) return std::nullopt;
       fill_row(row, range, is_entered);
       ++work_.rows;
       work_.cells += static_cast<std::uint64_t>(written_[row % 3].high + 1 - range.low);
-      if (row % 16 == 0 && !hn::AllTrue(d, hn::Lt(best_, target))) return kUndecidedGroup;
+      if (row % 16 == 0 && !hn::AllTrue(d, hn::Lt(best_, target))) return std::nullopt;
     }
   }
 
@@ -219,8 +211,40 @@ class CGroupRows {
   std::uint16_t values_[3][kMaxGroupLanes + 2 * kMaxGroupVector] = {};
 };
 
-std::int64_t fill_group_table(const GroupTable& table, BoundWork& work) {
+/// The same with rows in registers.
+template <int kBlocks>
+HighestGroupValue fill_narrow_table(const GroupTable& table, BoundWork& work) {
+  using Rows = CRegisterRows<std::uint8_t, kBlocks>;
+  constexpr std::ptrdiff_t kMiddle = Rows::kLanes / 2;
+  const auto target = hn::Set(typename Rows::Tag(), capped<std::uint8_t>(table.target_value));
+  Rows rows(table.scoring, table.start_value);
+  rows.enter();
+  const std::ptrdiff_t last_entry = 63 - std::countl_zero(table.entering);
+  for (std::ptrdiff_t row = 1; (row + 1) / 2 + kMiddle < table.letter_count; ++row) {
+    const std::ptrdiff_t odd = row % 2;
+    const std::ptrdiff_t first_character = table.letter_count - (row - odd) / 2 - kMiddle;
+    ++work.rows;
+    work.cells += Rows::kLanes;
+    const bool is_alive =
+        rows.advance(odd == 1, table.bases + (row + odd) / 2 - kMiddle - 1,
+                     table.characters + first_character, table.other_characters + first_character);
+    if (odd == 0 && row / 2 <= last_entry && (table.entering >> (row / 2) & 1) != 0) rows.enter();
+    const bool is_last = !is_alive && row / 2 > last_entry;
+    if (!is_last && row % 16 != 0) continue;
+    const HighestGroupValue highest = rows.highest_value(target);
+    if (is_last || !highest) return highest;
+  }
+  return std::nullopt;
+}
+
+HighestGroupValue fill_group_table(const GroupTable& table, BoundWork& work) {
   ++work.tables;
+  if (table.target_value <= std::numeric_limits<std::uint8_t>::max()) {
+    // A guess, as in search/filter/single_bound.cpp: what goes farther stays undecided.
+    const std::int64_t reach = table.start_value * 3 / (2 * table.scoring.indel_penalty) + 3;
+    if (reach <= CRegisterRows<std::uint8_t, 1>::kLanes) return fill_narrow_table<1>(table, work);
+    if (reach <= CRegisterRows<std::uint8_t, 2>::kLanes) return fill_narrow_table<2>(table, work);
+  }
   return CGroupRows(table, work).highest_value();
 }
 
@@ -238,85 +262,33 @@ namespace {
 
 HWY_EXPORT(fill_group_table);
 
-/// What stands for the letters outside the text: they match none, nor each other.
-constexpr std::uint8_t kOutsideBase = 1;
-constexpr std::uint8_t kOutsideCharacter = 2;
-
-/// Letters to follow paths through.
-std::ptrdiff_t letters_to_follow(std::int64_t unit_length) {
-  return kMaxGroupCopies * unit_length + kMinGroupUnit;
-}
-
-/// Reads bases and characters of the extensions in one direction into `letters`. Returns them as a
-/// table, with nothing else in it.
-GroupTable read_letters(const ScoredText& text, const SeedQuestion& question, bool is_rightward,
-                        std::vector<std::uint8_t>& letters) {
-  const std::ptrdiff_t unit_length = question.unit_length;
-  const std::ptrdiff_t count = letters_to_follow(unit_length);
-  const std::ptrdiff_t text_length = text.end - text.begin;
-  const std::ptrdiff_t first_seed = question.first - text.begin;
-  const std::ptrdiff_t last_seed = first_seed + kGroupSeeds - 1;
-  const std::ptrdiff_t stride = count + 2 * kSpareLetters;
-  letters.assign(static_cast<std::size_t>(3 * stride), 0);
-  std::uint8_t* const bases = letters.data() + kSpareLetters;
-  std::uint8_t* const characters = bases + stride;
-  std::uint8_t* const others = characters + stride;
-  const auto letter_at = [&](std::ptrdiff_t position, std::uint8_t outside) {
-    return position >= 0 && position < text_length ? static_cast<std::uint8_t>(text.begin[position])
-                                                   : outside;
-  };
-  // A character counted from the first seed to enter, in the direction.
-  const auto character_at = [&](std::ptrdiff_t offset) {
-    return letter_at(is_rightward ? first_seed + offset : last_seed + unit_length - 1 - offset,
-                     kOutsideCharacter);
-  };
-  for (std::ptrdiff_t i = 0; i < count; ++i) {
-    bases[i] =
-        letter_at(is_rightward ? first_seed + unit_length + i : last_seed - 1 - i, kOutsideBase);
-  }
-  std::ptrdiff_t offset = 0;  // into the unit of the first seed to enter
-  for (std::ptrdiff_t i = 0; i < count; ++i) {
-    characters[count - 1 - i] = character_at(offset);
-    // The seed that enters last, after `kGroupSeeds` - 1 characters, wraps that much later.
-    const bool is_wrapping = i >= unit_length && offset < kGroupSeeds - 1;
-    others[count - 1 - i] = character_at(is_wrapping ? offset + unit_length : offset);
-    if (++offset == unit_length) offset = 0;
-  }
-  return {bases, characters, others, count, 0, text.scoring, 0, 0};
-}
-
-/// The bits of `seeds` in the order in which the seeds enter to the left.
-std::uint64_t reversed(std::uint64_t seeds) {
-  std::uint64_t found = 0;
-  for (int k = 0; k < kGroupSeeds; ++k) found |= (seeds >> k & 1) << (kGroupSeeds - 1 - k);
-  return found;
-}
-
 }  // namespace
 
 std::uint64_t group_bound(const ScoredText& text, const SeedQuestion& question,
                           BoundWorkspace& workspace) {
-  const std::uint64_t asked = question.asked;
-  assert(question.unit_length >= kMinGroupUnit);
-  if (asked == 0) return 0;
-  assert(question.first + std::countr_zero(asked) >= text.begin);
-  assert(text.end - question.first >= 63 - std::countl_zero(asked) + question.unit_length);
+  const int first_bit = std::countr_zero(question.asked);
+  if (question.asked == 0) return 0;
   const std::int64_t target = question.unit_length + question.min_score;
-  if (question.min_score <= 0 || target > kMaxGroupTarget) return asked;
+  SeedQuestion seeds = question;  // from the first one on
+  seeds.first += first_bit;
+  seeds.asked >>= first_bit;
+  const std::int64_t span = kGroupSeeds - 1 - std::countl_zero(seeds.asked);
+  if (question.min_score <= 0 || target > kMaxGroupTarget || span >= question.unit_length) {
+    return question.asked;
+  }
+  assert(seeds.first >= text.begin);
+  assert(text.end - seeds.first >= span + question.unit_length);
 
-  GroupTable right = read_letters(text, question, true, workspace.letters);
-  right.entering = asked;
-  right.start_value = question.unit_length;
-  right.target_value = target;
-  const std::int64_t right_value = HWY_DYNAMIC_DISPATCH(fill_group_table)(right, workspace.work);
-  if (right_value == kUndecidedGroup || right_value >= target) return asked;
-
-  GroupTable left = read_letters(text, question, false, workspace.letters);
-  left.entering = reversed(asked);
-  left.start_value = right_value;
-  left.target_value = target;
-  const std::int64_t left_value = HWY_DYNAMIC_DISPATCH(fill_group_table)(left, workspace.work);
-  return left_value == kUndecidedGroup || left_value >= target ? asked : 0;
+  const auto highest_value = [&](bool is_rightward, std::int64_t start_value) {
+    GroupTable table = read_group_letters(text, seeds, is_rightward, workspace.letters);
+    table.start_value = start_value;
+    table.target_value = target;
+    return HWY_DYNAMIC_DISPATCH(fill_group_table)(table, workspace.work);
+  };
+  const HighestGroupValue right = highest_value(true, question.unit_length);
+  if (!right || *right >= target) return question.asked;
+  const HighestGroupValue left = highest_value(false, *right);
+  return left && *left < target ? 0 : question.asked;
 }
 
 }  // namespace quorix

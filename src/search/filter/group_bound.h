@@ -16,12 +16,10 @@
 /// - Counted from the first seed of the group to enter, character i of the seed that enters k later
 ///   is character (i - k) modulo the unit length of its unit. The units of both overlap: where i
 ///   modulo the unit length is k or more, that is the base that the first seed has there as well;
-///   otherwise it lies one unit length farther on, since the later seed has not wrapped yet. As k
-///   is below `kGroupSeeds`, the first `kGroupSeeds` - 1 characters of each copy after the first
-///   one are compared with both bases, which only raises scores. This asks for units of at least
-///   `kGroupSeeds` - 1 characters: in shorter ones a seed could wrap twice between two wraps of
-///   another. `kMinGroupUnit` is longer to keep the bound sharp: of a unit of 64, 63 characters
-///   would be compared with two bases.
+///   otherwise it lies one unit length farther on, since the later seed has not wrapped yet. So as
+///   many characters of each copy after the first one as the last seed enters later are compared
+///   with both bases, which only raises scores. In units no longer than that a seed could wrap
+///   twice between two wraps of another; such groups are undecided.
 /// - Only states that follow the entry of a seed are alive. So letters that no seed may read,
 ///   before its entry or outside the text, raise no score; those outside the text match none.
 /// - The extension to the left begins with the best score to the right of all seeds, which is no
@@ -36,7 +34,7 @@
 namespace quorix {
 
 /// Asks about all seeds as one, see search/filter/bound.h: returns all of them or none.
-/// REQUIRES: unit_length >= kMinGroupUnit. Throws: std::bad_alloc.
+/// Throws: std::bad_alloc.
 [[nodiscard]] SeedBound group_bound;
 
 }  // namespace quorix

@@ -15,6 +15,15 @@ namespace quorix {
 // Neighbours are the bits of a word.
 static_assert(kGroupSeeds == kWordBits && kBatchSeeds == 32);
 
+namespace {
+
+/// The word whose lowest `count` bits are set. REQUIRES: 1 <= count <= 64.
+std::uint64_t lowest_bits(std::int64_t count) {
+  return ~std::uint64_t{0} >> static_cast<unsigned>(64 - count);
+}
+
+}  // namespace
+
 bool CSeedBounds::is_group_rejected(std::uint64_t p, std::uint64_t asked) {
   if (undecided_group_.cover(p)) return false;
   ++work_.groups;
@@ -27,8 +36,9 @@ CSeedBounds::Verdicts CSeedBounds::bound_neighbours(std::uint64_t p, std::uint64
   const auto serves = [](std::uint64_t seeds, int min_seeds) {
     return min_seeds != 0 && std::popcount(seeds) >= min_seeds;
   };
-  if (serves(asked, unit_.bounds.min_group_seeds) && is_group_rejected(p, asked)) {
-    return {p, asked, 0};
+  const std::uint64_t group = asked & lowest_bits(group_bases(unit_.unit_length));
+  if (serves(group, unit_.bounds.min_group_seeds) && is_group_rejected(p, group)) {
+    return {p, group, 0};
   }
   const auto batch = static_cast<std::uint32_t>(asked);
   if (serves(batch, unit_.bounds.min_batch_seeds)) {

@@ -1,22 +1,10 @@
-// One table for one seed and direction. States with the same sum of bases and characters form a
-// row. Lane k of a row is the diagonal, bases less characters, of 2 * k less the number of lanes,
-// or one more in odd rows:
+// One table for one seed and direction, its rows in registers: see search/filter/register_rows.h.
+// To the right, lanes are ordered by ascending diagonals, to the left by descending ones: then
+// bases and characters of ascending lanes lie at ascending addresses, of the text and of the
+// reversed unit.
 //
-//     diagonal              -4  -3  -2  -1   0   1   2   3     (4 lanes)
-//     even row               0   .   1   .  [2]  .   3   .     the previous cell and
-//     odd row                .   0   .  (1)  .  (2)  .   3     the two neighbours
-//     even row               0   .   1   .  <2>  .   3   .     of this cell
-//
-// So a row needs only the two rows before it, in registers, and no cell is stored. The count of
-// lanes is fixed for a table. Invariants of the loop over the rows:
-//
-// - No value is cut off before it counts: the highest number stands for itself and all above it,
-//   and no target is higher, so a value that saturates has met its target.
-// - States with negative counts are never alive, whatever letters they are compared with: a match
-//   adds to living states alone, and only states with counts of 0 or more follow the first one.
-// - A path leaves the lanes only from the first or the last of them, since one indel changes the
-//   diagonal by one. `best` of these two lanes remembers all rows: if both are 0, no path has
-//   ever left, so none can have come back either. How many lanes there are is a matter of speed.
+// States with negative counts are never alive, whatever letters they are compared with: a match
+// adds to living states alone, and only states with counts of 0 or more follow the first one.
 //
 // Giving up answers true, which rejects nothing: at the target, at the edge lanes, at the ends of
 // the text and after `kMaxSingleRows`. The target and the edges are looked at in every 16th row and
@@ -39,6 +27,7 @@
 #include <hwy/highway.h>
 
 #include "search/filter/dp_cell.h"
+#include "search/filter/register_rows.h"
 #include "search/filter/single_bound.h"
 
 #ifndef QUORIX_SINGLE_BOUND_SHARED
@@ -83,91 +72,15 @@ HighestValue fill_table(const SingleTable& /*table*/, bool /*is_narrow*/,
 
 namespace hn = hwy::HWY_NAMESPACE;
 
-/// The last two rows of a table, and the highest value of each lane. A row is `kBlocks` vectors of
-/// 16 bytes. To the right, lanes are ordered by ascending diagonals, to the left by descending
-/// ones: then bases and characters of ascending lanes lie at ascending addresses, of the text and
-/// of the reversed unit.
-template <class Value, int kBlocks>
-struct SingleRows {
-  using Tag = hn::Full128<Value>;
-  using Vector = hn::Vec<Tag>;
-  static constexpr std::ptrdiff_t kBlockLanes = 16 / sizeof(Value);
-  static constexpr std::ptrdiff_t kLanes = kBlockLanes * kBlocks;
-
-  /// Row 0 has one state, of no base and no character, and the row before it has none.
-  explicit SingleRows(const SingleTable& table)
-      : weights(score_weights(Tag(), table.scoring.mismatch_penalty, table.scoring.indel_penalty)),
-        neutral_letter(hn::Set(Tag(), table.scoring.is_N_neutral ? Value{'N'} : kNoNeutralLetter)) {
-    assert(table.start_value > 0 && table.start_value == capped<Value>(table.start_value));
-    const Tag d;
-    HWY_ALIGN Value lanes[kLanes] = {};
-    lanes[kLanes / 2] = static_cast<Value>(table.start_value);
-    for (int i = 0; i < kBlocks; ++i) {
-      before[i] = hn::Zero(d);
-      last[i] = best[i] = hn::Load(d, lanes + kBlockLanes * i);
-    }
-  }
-
-  /// The lanes beside those of block i in the last row, towards the first lane or the last one.
-  [[nodiscard]] HWY_INLINE Vector beside(int i, bool is_odd) const {
-    const Tag d;
-    const Vector zero = hn::Zero(d);
-    return is_odd ? hn::CombineShiftRightBytes<sizeof(Value)>(
-                        d, i + 1 < kBlocks ? last[i + 1] : zero, last[i])
-                  : hn::CombineShiftRightBytes<16 - sizeof(Value)>(d, last[i],
-                                                                   i > 0 ? last[i - 1] : zero);
-  }
-
-  /// Computes the next row. `bases` and `characters` are those of lane 0. Returns true if a value
-  /// of it or of the row before is alive.
-  HWY_INLINE bool advance(const char* bases, const char* characters, bool is_odd) {
-    const Tag d;
-    Vector alive = hn::Zero(d);
-    Vector current[kBlocks];
-    for (int i = 0; i < kBlocks; ++i) {
-      const Vector base = load_letters(d, bases + kBlockLanes * i);
-      const Vector character = load_letters(d, characters + kBlockLanes * i);
-      const Vector equal = hn::VecFromMask(d, hn::Eq(base, character));
-      current[i] = living_cell(before[i], hn::Max(last[i], beside(i, is_odd)),
-                               compare_letters<true>(d, base, equal, neutral_letter), weights);
-      best[i] = hn::Max(best[i], current[i]);
-      alive = hn::Or(alive, hn::Or(current[i], last[i]));
-    }
-    for (int i = 0; i < kBlocks; ++i) {
-      before[i] = last[i];
-      last[i] = current[i];
-    }
-    return !hn::AllTrue(d, hn::Eq(alive, hn::Zero(d)));
-  }
-
-  /// The highest value so far; none if it is the target or more, or if a path may have left the
-  /// rows at their edge, in any row up to now.
-  [[nodiscard]] HWY_INLINE HighestValue highest_value(Vector target) const {
-    const Tag d;
-    HWY_ALIGN Value lanes[kLanes];
-    for (int i = 0; i < kBlocks; ++i) {
-      if (!hn::AllTrue(d, hn::Lt(best[i], target))) return std::nullopt;
-      hn::Store(best[i], d, lanes + kBlockLanes * i);
-    }
-    if (lanes[0] != 0 || lanes[kLanes - 1] != 0) return std::nullopt;
-    return *std::max_element(lanes, lanes + kLanes);
-  }
-
-  CellWeights<Vector> weights;
-  Vector neutral_letter;
-  Vector last[kBlocks];
-  Vector before[kBlocks];
-  Vector best[kBlocks];
-};
-
 template <class Value, int kBlocks>
 HighestValue fill_rows(const SingleTable& table, BoundWork& work) {
-  using Rows = SingleRows<Value, kBlocks>;
+  using Rows = CRegisterRows<Value, kBlocks>;
   constexpr std::ptrdiff_t kLanes = Rows::kLanes;
   if (table.bases_passed < kLanes / 2) return std::nullopt;
 
   const auto target = hn::Set(typename Rows::Tag(), capped<Value>(table.target_value));
-  Rows rows(table);
+  Rows rows(table.scoring, table.start_value);
+  rows.enter();
   for (std::ptrdiff_t row = 1; row < kMaxSingleRows; ++row) {
     const std::ptrdiff_t odd = row % 2;
     // The counts of lane 0: the smaller one, negative at first, and the greater one.
@@ -181,7 +94,7 @@ HighestValue fill_rows(const SingleTable& table, BoundWork& work) {
     if (offset < 0) offset += table.unit_length;
 
     ++work.rows;
-    const bool is_alive = rows.advance(bases, table.reversed_unit + offset, odd == 1);
+    const bool is_alive = rows.advance(odd == 1, bases, table.reversed_unit + offset);
     if (is_alive && row % 16 != 0) continue;
     const HighestValue highest = rows.highest_value(target);
     if (!is_alive || !highest) return highest;
@@ -194,7 +107,7 @@ HighestValue fill_table_of(const SingleTable& table, BoundWork& work) {
   const std::uint64_t rows_before = work.rows;
   const HighestValue highest = fill_rows<Value, kBlocks>(table, work);
   ++work.tables;
-  work.cells += (work.rows - rows_before) * SingleRows<Value, kBlocks>::kLanes;
+  work.cells += (work.rows - rows_before) * CRegisterRows<Value, kBlocks>::kLanes;
   return highest;
 }
 

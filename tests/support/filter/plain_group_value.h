@@ -5,6 +5,7 @@
 /// direction, without rows, lanes or vectors.
 
 #include <algorithm>
+#include <bit>
 #include <cstddef>
 #include <cstdint>
 #include <optional>
@@ -28,13 +29,13 @@ struct PlainGroup {
 /// first seed that enters.
 class CPlainGroupTable {
  public:
-  static constexpr std::int64_t kSeeds = 64;
-
+  /// REQUIRES: bit 0 is asked.
   CPlainGroupTable(const PlainGroup& group, bool is_rightward, std::int64_t start_value,
                    std::int64_t max_letters)
       : group_(group),
         is_rightward_(is_rightward),
         start_value_(start_value),
+        seeds_(64 - std::countl_zero(group.asked)),
         count_(max_letters + 1),
         values_(static_cast<std::size_t>(count_ * count_)) {}
 
@@ -65,18 +66,18 @@ class CPlainGroupTable {
   }
   [[nodiscard]] char base(std::int64_t i) const {
     return letter(
-        is_rightward_ ? group_.first + group_.unit_length + i : group_.first + kSeeds - 2 - i, 'b');
+        is_rightward_ ? group_.first + group_.unit_length + i : group_.first + seeds_ - 2 - i, 'b');
   }
   [[nodiscard]] char character(std::int64_t offset) const {
     return letter(is_rightward_ ? group_.first + offset
-                                : group_.first + kSeeds + group_.unit_length - 2 - offset,
+                                : group_.first + seeds_ + group_.unit_length - 2 - offset,
                   'c');
   }
 
   /// Units of seeds after the first one wrap later.
   [[nodiscard]] bool is_match(char read, std::int64_t i) const {
     const std::int64_t offset = i % group_.unit_length;
-    const bool is_wrapping = i >= group_.unit_length && offset < kSeeds - 1;
+    const bool is_wrapping = i >= group_.unit_length && offset < seeds_ - 1;
     return read == character(offset) ||
            (is_wrapping && read == character(offset + group_.unit_length));
   }
@@ -92,8 +93,8 @@ class CPlainGroupTable {
     }
     if (b > 0) value = std::max(value, at(b - 1, c) - group_.scoring.indel_penalty);
     if (c > 0) value = std::max(value, at(b, c - 1) - group_.scoring.indel_penalty);
-    const std::int64_t seed = is_rightward_ ? b : kSeeds - 1 - b;
-    if (b == c && b < kSeeds && (group_.asked >> seed & 1) != 0) {
+    const std::int64_t seed = is_rightward_ ? b : seeds_ - 1 - b;
+    if (b == c && b < seeds_ && (group_.asked >> seed & 1) != 0) {
       value = std::max(value, start_value_);
     }
     return std::max<std::int64_t>(value, 0);
@@ -102,14 +103,17 @@ class CPlainGroupTable {
   const PlainGroup& group_;
   bool is_rightward_;
   std::int64_t start_value_;
+  std::int64_t seeds_;  ///< bases from the first seed to the last one
   std::int64_t count_;
   std::vector<std::int64_t> values_;
 };
 
 /// Returns the highest score that the group bound leaves undecided; none if a chain lives for
-/// `max_letters`.
-inline std::optional<std::int64_t> plain_group_score(const PlainGroup& group,
-                                                     std::int64_t max_letters) {
+/// `max_letters`. REQUIRES: a seed is asked.
+inline std::optional<std::int64_t> plain_group_score(PlainGroup group, std::int64_t max_letters) {
+  const int first = std::countr_zero(group.asked);
+  group.first += first;
+  group.asked >>= first;
   const auto right = CPlainGroupTable(group, true, group.unit_length, max_letters).highest();
   if (!right) return std::nullopt;
   const auto left = CPlainGroupTable(group, false, *right, max_letters).highest();

@@ -44,18 +44,18 @@ class SearchWork : public CSearchSettings {
 TEST_F(SearchWork, of_short_units) {
   search_units_from_to(1, 30);
   expect_work(hard_text(), search_imperfect,
-              "search: seeds 23042, extended over edits 223\n"
-              "look-ahead: calls 2905, choices 2723, explored 65862, windows 2723, unwindowed runs "
-              "93892, runs of N's 35693\n"
+              "search: seeds 23042, extended over edits 222\n"
+              "look-ahead: calls 2883, choices 2702, explored 65500, windows 2702, unwindowed runs "
+              "93416, runs of N's 35690\n"
               "memo: hits 100, misses 2677, stored 2702, moved 1839\n"
               "paths: misses 1\n",
               "runs: lags 7, words 494, runs 1226\n"
               "lag sieve: tables 2, rows 23212, cells 742784\n"
               "block sieve:\n"
-              "asked: batches 612, singles 330\n"
-              "group bound:\n"
-              "batch bound: tables 1220, rows 36341, cells 158342\n"
-              "single bound: tables 629, rows 23928, cells 382848\n");
+              "asked: groups 190, batches 508, singles 250\n"
+              "group bound: tables 366, rows 16586\n"
+              "batch bound: tables 1012, rows 29124, cells 123483\n"
+              "single bound: tables 469, rows 18146, cells 290336\n");
 }
 
 TEST_F(SearchWork, of_short_units_with_mild_penalties) {
@@ -90,10 +90,10 @@ TEST_F(SearchWork, of_short_units_with_high_penalties) {
               "runs: lags 13, words 1005, runs 1288\n"
               "lag sieve: tables 2, rows 23212, cells 742784\n"
               "block sieve:\n"
-              "asked: batches 552, singles 108\n"
-              "group bound:\n"
-              "batch bound: tables 1104, rows 43191, cells 143630\n"
-              "single bound: tables 214, rows 7917, cells 126672\n");
+              "asked: groups 152, batches 454, singles 78\n"
+              "group bound: tables 292, rows 16798\n"
+              "batch bound: tables 908, rows 35055, cells 110987\n"
+              "single bound: tables 154, rows 4537, cells 72592\n");
 }
 
 TEST_F(SearchWork, of_long_units) {
@@ -106,9 +106,9 @@ TEST_F(SearchWork, of_long_units) {
               "runs:\n"
               "lag sieve: tables 6, rows 26358, cells 7591104\n"
               "block sieve: pieces 210, sides 4916\n"
-              "asked: groups 39, batches 40\n"
-              "group bound: tables 78, rows 32228\n"
-              "batch bound: tables 80, rows 28086, cells 754131\n"
+              "asked: groups 61, batches 23\n"
+              "group bound: tables 109, rows 43288\n"
+              "batch bound: tables 46, rows 15865, cells 419522\n"
               "single bound:\n");
 }
 
@@ -145,7 +145,7 @@ TEST_F(SearchWork, of_units_too_long_for_the_lag_sieve) {
               "lag sieve: tables 2, rows 11212, cells 3229056\n"
               "block sieve: pieces 149, sides 130\n"
               "asked: groups 1, singles 1\n"
-              "group bound: tables 2, rows 1220\n"
+              "group bound: tables 2, rows 1204\n"
               "batch bound:\n"
               "single bound: tables 1, rows 76, cells 19456\n");
 }
@@ -154,17 +154,17 @@ TEST_F(SearchWork, where_a_score_reduction_limits_extension) {
   global_maximum_scorereduction = 15;
   search_units_from_to(1, 30);
   expect_work(hard_text(), search_imperfect,
-              "search: seeds 23042, extended over edits 196\n"
-              "look-ahead: calls 1350, all paths 3378, states 115107, runs of N's 11907\n"
+              "search: seeds 23042, extended over edits 195\n"
+              "look-ahead: calls 1344, all paths 3363, states 114969, runs of N's 11904\n"
               "memo:\n"
               "paths:\n",
               "runs: lags 7, words 494, runs 1226\n"
               "lag sieve: tables 2, rows 23212, cells 742784\n"
               "block sieve:\n"
-              "asked: batches 593, singles 324\n"
-              "group bound:\n"
-              "batch bound: tables 1182, rows 32609, cells 135743\n"
-              "single bound: tables 622, rows 22295, cells 356720\n");
+              "asked: groups 188, batches 489, singles 244\n"
+              "group bound: tables 365, rows 16352\n"
+              "batch bound: tables 974, rows 25325, cells 100302\n"
+              "single bound: tables 462, rows 16513, cells 264208\n");
 }
 
 TEST_F(SearchWork, of_deep_look_aheads) {
@@ -189,18 +189,18 @@ TEST_F(SearchWork, of_shallow_look_aheads) {
   global_maximum_recursion_depth = 2;
   search_units_from_to(2, 30);
   expect_work(hard_text(), search_imperfect,
-              "search: seeds 22289, extended over edits 165\n"
-              "look-ahead: calls 2887, choices 2787, explored 7063, windows 2787, unwindowed runs "
-              "6316, runs of N's 5119\n"
+              "search: seeds 22289, extended over edits 164\n"
+              "look-ahead: calls 2872, choices 2773, explored 7022, windows 2773, unwindowed runs "
+              "6281, runs of N's 5116\n"
               "memo: hits 145, misses 2745, stored 2751, moved 1995\n"
               "paths:\n",
               "runs: lags 7, words 405, runs 1184\n"
               "lag sieve: tables 2, rows 23212, cells 742784\n"
               "block sieve:\n"
-              "asked: batches 633, singles 323\n"
-              "group bound:\n"
-              "batch bound: tables 1262, rows 40297, cells 191757\n"
-              "single bound: tables 620, rows 24600, cells 393600\n");
+              "asked: groups 194, batches 529, singles 243\n"
+              "group bound: tables 375, rows 17886\n"
+              "batch bound: tables 1054, rows 33124, cells 157139\n"
+              "single bound: tables 460, rows 18604, cells 297664\n");
 }
 
 TEST_F(SearchWork, along_a_long_array) {
@@ -237,10 +237,10 @@ TEST_F(SearchWork, among_gaps) {
               "runs: lags 7, words 366, runs 1214\n"
               "lag sieve: tables 2, rows 17792, cells 569344\n"
               "block sieve:\n"
-              "asked: batches 816, singles 551\n"
-              "group bound:\n"
-              "batch bound: tables 1604, rows 79990, cells 438857\n"
-              "single bound: tables 1027, rows 62285, cells 996560\n");
+              "asked: groups 252, batches 703, singles 380\n"
+              "group bound: tables 490, rows 40262\n"
+              "batch bound: tables 1378, rows 62468, cells 335877\n"
+              "single bound: tables 685, rows 38738, cells 619808\n");
 }
 
 TEST_F(SearchWork, of_exact_repeats) {

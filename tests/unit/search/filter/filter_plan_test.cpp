@@ -115,13 +115,14 @@ TEST(FilterPlan, has_the_table_of_the_documents) {
       "| `imperfect` | 7 to 10 | chains of 2 edits | batches of 3 or more, single seeds |\n"
       "| `imperfect` | 11 to 16 | chains of 3 edits | batches of 3 or more, single seeds |\n"
       "| `imperfect` | 17 to 22 | chains of 4 edits | batches of 3 or more, single seeds |\n"
-      "| `imperfect` | 23 to 127 | lags | batches of 3 or more, single seeds |\n"
-      "| `imperfect` | 128 to 750 | lags | groups of 8 or more, batches of 3 or more, single seeds "
+      "| `imperfect` | 23 | lags | batches of 3 or more, single seeds |\n"
+      "| `imperfect` | 24 to 63 | lags | groups of 2 or more, batches of 3 or more, single seeds "
       "|\n"
-      "| `imperfect` | 751 to 4096 | blocks | groups of 8 or more, batches of 3 or more, single "
-      "seeds "
+      "| `imperfect` | 64 to 750 | lags | groups of 2 or more, batches of 20 or more, single seeds "
       "|\n"
-      "| `imperfect` | 4097 to 30000 | - | groups of 8 or more, batches of 3 or more |\n"
+      "| `imperfect` | 751 to 4096 | blocks | groups of 2 or more, batches of 20 or more, single "
+      "seeds |\n"
+      "| `imperfect` | 4097 to 30000 | - | groups of 2 or more, batches of 3 or more |\n"
       "| `imperfect` | 30001 and more | - | - |\n";
   EXPECT_EQ(default_table(), table);
   std::ifstream document(QUORIX_ALGORITHM_DOCUMENT);
@@ -137,9 +138,10 @@ TEST(FilterPlan, follows_penalties) {
   };
   EXPECT_EQ(rows(2, 9),
             "|  | 1 to 2 | runs | batches of 3 or more, single seeds |\n"
-            "|  | 3 to 127 | - | batches of 3 or more, single seeds |\n"
-            "|  | 128 to 4096 | - | groups of 8 or more, batches of 3 or more, single seeds |\n"
-            "|  | 4097 to 30000 | - | groups of 8 or more, batches of 3 or more |\n"
+            "|  | 3 to 23 | - | batches of 3 or more, single seeds |\n"
+            "|  | 24 to 63 | - | groups of 2 or more, batches of 3 or more, single seeds |\n"
+            "|  | 64 to 4096 | - | groups of 2 or more, batches of 20 or more, single seeds |\n"
+            "|  | 4097 to 30000 | - | groups of 2 or more, batches of 3 or more |\n"
             "|  | 30001 and more | - | - |\n");
   EXPECT_EQ(
       rows(4, 7),
@@ -147,21 +149,25 @@ TEST(FilterPlan, follows_penalties) {
       "|  | 4 | runs, words near longer ones | batches of 3 or more, single seeds |\n"
       "|  | 5 to 8 | chains of 3 edits | batches of 3 or more, single seeds |\n"
       "|  | 9 to 12 | chains of 4 edits | batches of 3 or more, single seeds |\n"
-      "|  | 13 to 95 | - | batches of 3 or more, single seeds |\n"
-      "|  | 96 to 127 | blocks | batches of 3 or more, single seeds |\n"
-      "|  | 128 to 4096 | blocks | groups of 8 or more, batches of 3 or more, single seeds |\n"
-      "|  | 4097 to 30000 | - | groups of 8 or more, batches of 3 or more |\n"
+      "|  | 13 to 23 | - | batches of 3 or more, single seeds |\n"
+      "|  | 24 to 63 | - | groups of 2 or more, batches of 3 or more, single seeds |\n"
+      "|  | 64 to 95 | - | groups of 2 or more, batches of 20 or more, single seeds |\n"
+      "|  | 96 to 4096 | blocks | groups of 2 or more, batches of 20 or more, single seeds |\n"
+      "|  | 4097 to 30000 | - | groups of 2 or more, batches of 3 or more |\n"
       "|  | 30001 and more | - | - |\n");
   EXPECT_EQ(
       rows(14, 12),
       "|  | 1 to 10 | runs | batches of 3 or more, single seeds |\n"
       "|  | 11 to 12 | runs, words near longer ones | batches of 3 or more, single seeds |\n"
-      "|  | 13 to 28 | chains of 2 edits | batches of 3 or more, single seeds |\n"
-      "|  | 29 to 32 | chains of 3 edits | batches of 3 or more, single seeds |\n"
-      "|  | 33 to 127 | lags | batches of 3 or more, single seeds |\n"
-      "|  | 128 to 750 | lags | groups of 8 or more, batches of 3 or more, single seeds |\n"
-      "|  | 751 to 4096 | blocks | groups of 8 or more, batches of 3 or more, single seeds |\n"
-      "|  | 4097 to 30000 | - | groups of 8 or more, batches of 3 or more |\n"
+      "|  | 13 to 23 | chains of 2 edits | batches of 3 or more, single seeds |\n"
+      "|  | 24 to 28 | chains of 2 edits | groups of 2 or more, batches of 3 or more, single seeds "
+      "|\n"
+      "|  | 29 to 32 | chains of 3 edits | groups of 2 or more, batches of 3 or more, single seeds "
+      "|\n"
+      "|  | 33 to 63 | lags | groups of 2 or more, batches of 3 or more, single seeds |\n"
+      "|  | 64 to 750 | lags | groups of 2 or more, batches of 20 or more, single seeds |\n"
+      "|  | 751 to 4096 | blocks | groups of 2 or more, batches of 20 or more, single seeds |\n"
+      "|  | 4097 to 30000 | - | groups of 2 or more, batches of 3 or more |\n"
       "|  | 30001 and more | - | - |\n");
 }
 

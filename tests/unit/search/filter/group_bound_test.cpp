@@ -96,7 +96,7 @@ Group draw_group(RandomEngine& engine) {
       static_cast<std::int64_t>(margin_before) - draw_number(engine, 0, 250), 0);
   group.text += draw_letters(engine, draw_margin(engine), "ACGT");
   group.text += draw_letters(engine, static_cast<std::size_t>(group.unit_length) + 1, "ACGT");
-  for (std::int64_t k = 0; k < kSeeds; ++k) {
+  for (std::int64_t k = 0; k < group_bases(group.unit_length); ++k) {
     const auto seed_end = static_cast<std::size_t>(group.first + k + group.unit_length);
     if (draw_chance(engine, 8) && seed_end < group.text.size() &&
         group.unit(k).find('N') == std::string::npos) {
@@ -146,30 +146,36 @@ Group homopolymer_group(std::uint64_t asked) {
 TEST(GroupBound, is_the_highest_value_of_its_tables) {
   RandomEngine engine(43);
   int compared = 0;
+  int exact = 0;
+  int needlessly_undecided = 0;
   for (int round = 0; round < 120; ++round) {
     const Group group = draw_group(engine);
     if (group.asked == 0) continue;
     const PlainGroup plain{group.text, group.first, group.unit_length, group.asked, group.scoring};
     // Wide vectors look some letters ahead.
-    const std::optional<std::int64_t> highest =
-        plain_group_score(plain, 3 * group.unit_length + kMinGroupUnit - 70);
+    const std::optional<std::int64_t> highest = plain_group_score(plain, 3 * group.unit_length);
     if (!highest || *highest < 1) continue;
     ++compared;
+    // Values of one byte have few lanes. Paths that leave them are undecided.
+    const bool is_in_memory = group.unit_length + *highest + 1 > 255;
     for_each_vector_target([&](const char* target) {
       EXPECT_TRUE(may_reach(group, *highest)) << target << " round " << round;
-      EXPECT_FALSE(may_reach(group, *highest + 1)) << target << " round " << round;
+      const bool is_exact = !may_reach(group, *highest + 1);
+      EXPECT_TRUE(is_exact || !is_in_memory) << target << " round " << round;
+      ++(is_exact ? exact : needlessly_undecided);
     });
   }
   EXPECT_GT(compared, 60);
+  EXPECT_LT(needlessly_undecided, exact / 50);
 }
 
 // Rows are whole vectors, so each width of them has its count. It was read off the bound.
 TEST(GroupBound, fills_few_cells) {
-  const std::map<std::string, std::uint64_t> cells_by_target{{"AVX3", 1'258'784},
-                                                             {"AVX2", 941'824},
-                                                             {"SSE4", 771'904},
-                                                             {"SSSE3", 771'904},
-                                                             {"SSE2", 771'904}};
+  const std::map<std::string, std::uint64_t> cells_by_target{{"AVX3", 457'024},
+                                                             {"AVX2", 366'848},
+                                                             {"SSE4", 308'848},
+                                                             {"SSSE3", 308'848},
+                                                             {"SSE2", 308'848}};
   for_each_vector_target([&](const std::string& target) {
     RandomEngine engine(44);
     std::uint64_t cells = 0;
@@ -225,6 +231,37 @@ TEST(GroupBound, follows_each_seed_in_its_own_unit) {
       }
     }
   }
+}
+
+// A seed that enters when all those before it have died, with rows of any kind.
+TEST(GroupBound, waits_for_the_last_seed) {
+  RandomEngine engine(45);
+  int judged = 0;
+  for (const std::int64_t unit_length : {70, 127, 128, 200}) {
+    for (int round = 0; round < 12; ++round) {
+      const std::int64_t k = draw_number(engine, 20, group_bases(unit_length) - 1);
+      Group group = copies_of_one_seed(engine, unit_length, k, 0, 1);
+      group.asked |= 1;
+      const std::int64_t highest = highest_score(group);
+      EXPECT_GE(highest, unit_length);
+      for_each_vector_target([&](const char* target) {
+        EXPECT_TRUE(may_reach(group, highest)) << target << " seed " << k << " of " << group.text;
+        ++judged;
+      });
+    }
+  }
+  EXPECT_GE(judged, 48);
+}
+
+TEST(GroupBound, leaves_undecided_seeds_a_unit_apart) {
+  Group group = homopolymer_group(1);
+  group.text.insert(600, 100, 'A');
+  group.unit_length = 40;
+  EXPECT_FALSE(may_reach(group, 300));
+  group.asked |= bit(39);
+  EXPECT_FALSE(may_reach(group, 300));
+  group.asked |= bit(40);
+  EXPECT_TRUE(may_reach(group, 300));
 }
 
 TEST(GroupBound, rejects_what_nobody_asks_for) {

@@ -43,30 +43,23 @@ bool CEditChoice::may_exceed(const EditedState& state, const CRunFollower& runs)
          runs.may_gain_more_than(score_of(highest_ - state.score), state.offset, state.edits_left);
 }
 
-bool CEditChoice::is_dominated(const EditedState& state) const {
-  return std::any_of(dominating_.begin(), dominating_.end(), [&](const EditedState& other) {
-    return other.offset == state.offset && other.diagonal == state.diagonal &&
-           other.edits_left >= state.edits_left && other.score >= state.score;
-  });
-}
-
 template <class Direction>
 void CEditChoice::follow_greedy_path(EditedState state, CRunFollower& runs) {
   while (may_exceed(state, runs)) {
-    dominating_.push_back(state);
+    explored_.add(state);
     const ByEdit<EditedState> edited = edits_of<Direction>(state, runs);
     state = *std::max_element(
         edited.begin(), edited.end(),
         [](const EditedState& a, const EditedState& b) { return a.score < b.score; });
   }
-  if (state.score != kNoScore) dominating_.push_back(state);
+  if (state.score != kNoScore) explored_.add(state);
 }
 
 template <class Direction>
 bool CEditChoice::explore(const EditedState& state, CRunFollower& runs) {
-  if (!may_exceed(state, runs) || is_dominated(state)) return true;
+  if (!may_exceed(state, runs) || explored_.dominate(state)) return true;
   if (--states_left_ < 0) return false;
-  dominating_.push_back(state);
+  explored_.add(state);
   const ByEdit<EditedState> edited = edits_of<Direction>(state, runs);
   return std::all_of(edited.begin(), edited.end(),
                      [&](const EditedState& each) { return explore<Direction>(each, runs); });
@@ -76,7 +69,7 @@ template <class Direction>
 std::optional<std::size_t> CEditChoice::choose(const ByEdit<EditedState>& first_states,
                                                CRunFollower& runs) {
   ++work_.choices;
-  dominating_.clear();
+  explored_.clear();
   highest_ = kNoScore;
   min_score_ = (1 - runs.unit_length()) * kPoint;
   states_left_ = kMaxStates;
@@ -95,7 +88,7 @@ std::optional<std::size_t> CEditChoice::choose(const ByEdit<EditedState>& first_
     if (i != greedy_edit) is_decided = explore<Direction>(states[i], runs);
   }
   if (is_decided && first_edit_of(highest_) != greedy_edit) {
-    dominating_.clear();
+    explored_.clear();
     is_decided = explore<Direction>(states[greedy_edit], runs);
   }
   if (is_decided) return first_edit_of(highest_);

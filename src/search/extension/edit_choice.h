@@ -49,21 +49,13 @@
 #include <cstddef>
 #include <cstdint>
 #include <optional>
-#include <vector>
 
+#include "search/extension/explored_states.h"
 #include "search/extension/gain_window.h"
 #include "search/extension/ranked_score.h"
 #include "search/extension/run_follower.h"
 
 namespace quorix {
-
-/// A state after an edit, or at the end of the run that follows it.
-struct EditedState {
-  RankedScore score = kNoScore;  ///< `kNoScore` if the edit is not allowed
-  std::int64_t offset = 0;       ///< bases from where the look-ahead begins
-  std::int32_t diagonal = 0;     ///< insertions less deletions, the first edit included
-  std::int32_t edits_left = 0;   ///< edits that may still follow
-};
 
 /// The work of choices.
 struct EditChoiceWork {
@@ -81,6 +73,7 @@ class CEditChoice {
   static constexpr int kMaxEdits = 5;
   /// Paths of more could leave the diagonals of the window.
   static_assert(kMaxEdits <= CGainWindow::kMaxEdits);
+  static_assert(kMaxEdits <= CExploredStates::kMaxEditsLeft);
 
   /// States that are explored for one choice, not counting the greedy path. Wavefronts, which merge
   /// more states, are faster at the few choices that take more. Of 410,000 on the 300 kbp above,
@@ -125,12 +118,10 @@ class CEditChoice {
   /// True if an edit of `state` is to be tried: a path from there may exceed `highest_`.
   [[nodiscard]] bool may_exceed(const EditedState& state, const CRunFollower& runs) const;
 
-  [[nodiscard]] bool is_dominated(const EditedState& state) const;
-
-  std::vector<EditedState> dominating_;  ///< states whose edits were tried
-  RankedScore highest_ = kNoScore;       ///< met so far
-  RankedScore min_score_ = 0;            ///< that an edit may leave
-  int states_left_ = 0;                  ///< states that may still be explored
+  CExploredStates explored_;        ///< states whose edits were tried
+  RankedScore highest_ = kNoScore;  ///< met so far
+  RankedScore min_score_ = 0;       ///< that an edit may leave
+  int states_left_ = 0;             ///< states that may still be explored
   EditChoiceWork work_;
 };
 

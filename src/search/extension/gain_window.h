@@ -56,16 +56,16 @@ class CGainWindow {
   void read(const char* edge, const char* limit, const char* character, const char* unit_begin,
             const char* unit_end, int max_edits, std::int64_t min_penalty) {
     window_.read<Direction>(edge, limit, character, unit_begin, unit_end);
-    run_starts_ = 0;
     min_penalty_ = min_penalty;
-    if (min_penalty >= window_.size()) return;
+    std::uint64_t run_starts = 0;  // bases where an edit may begin to pay
     // The first edits lead to diagonals from -1 to 1, and each later one changes it by 1 at most.
     // Of diagonals that differ by whole units one is enough.
-    const std::ptrdiff_t last = max_edits + 1;
+    const std::ptrdiff_t last = min_penalty < window_.size() ? max_edits + 1 : -1;
     const std::ptrdiff_t first = std::max(-last, last - (unit_end - unit_begin) + 1);
     for (std::ptrdiff_t diagonal = first; diagonal <= last; ++diagonal) {
-      run_starts_ |= starts_of_runs(window_.row(diagonal), min_penalty + 1);
+      run_starts |= starts_of_runs(window_.row(diagonal), min_penalty + 1);
     }
+    run_starts_from_ = ones_from_each_bit(run_starts);
   }
 
   /// Returns the matches from base `offset` on along `diagonal`, or -1 if the window does not show
@@ -81,7 +81,7 @@ class CGainWindow {
   [[nodiscard]] bool may_gain_more_than(std::int64_t points, std::int64_t offset,
                                         int max_edits) const {
     if (offset >= window_.size()) return true;
-    const std::int64_t max_gain = count_ones(run_starts_ >> static_cast<unsigned>(offset));
+    const std::int64_t max_gain = run_starts_from_[static_cast<std::size_t>(offset)];
     if (max_gain > points) return true;
     const std::int64_t farthest = offset + max_edits * (min_penalty_ + 1) + max_gain;
     return farthest >= window_.size();
@@ -89,7 +89,7 @@ class CGainWindow {
 
  private:
   CMatchWindow window_;
-  std::uint64_t run_starts_ = 0;  ///< bases where an edit may begin to pay
+  OnesFromEachBit run_starts_from_ = {};  ///< from each base on
   std::int64_t min_penalty_ = 0;
 };
 

@@ -45,8 +45,8 @@ TEST_F(SearchWork, of_short_units) {
   search_units_from_to(1, 30);
   expect_work(hard_text(), search_imperfect,
               "search: seeds 23042, extended over edits 222\n"
-              "look-ahead: calls 2883, choices 2702, explored 65500, windows 2702, unwindowed runs "
-              "93416, runs of N's 35690\n"
+              "look-ahead: calls 2883, choices 2702, explored 68947, undecided 12, wavefronts 48, "
+              "states 818, windows 2702, unwindowed runs 101003, runs of N's 38303\n"
               "memo: hits 100, misses 2677, stored 2702, moved 1839\n"
               "paths: misses 1\n",
               "runs: lags 7, words 494, runs 1226\n"
@@ -64,8 +64,8 @@ TEST_F(SearchWork, of_short_units_with_mild_penalties) {
   search_units_from_to(1, 12);
   expect_work(hard_text().substr(1300, 1500), search_imperfect,
               "search: seeds 8267, extended over edits 179\n"
-              "look-ahead: calls 1957, choices 1674, explored 33204, windows 1674, unwindowed runs "
-              "35253, runs of N's 11410\n"
+              "look-ahead: calls 1957, choices 1674, explored 34900, windows 1674, unwindowed runs "
+              "37888, runs of N's 12065\n"
               "memo: hits 256, misses 1931, stored 1957, moved 368\n"
               "paths: misses 20, stored 18\n",
               "runs: lags 5, words 92, runs 365\n"
@@ -83,8 +83,8 @@ TEST_F(SearchWork, of_short_units_with_high_penalties) {
   search_units_from_to(1, 60);
   expect_work(hard_text(), search_imperfect,
               "search: seeds 25939, extended over edits 121\n"
-              "look-ahead: calls 423, choices 305, explored 4743, windows 305, unwindowed runs "
-              "6916, runs of N's 3431\n"
+              "look-ahead: calls 423, choices 305, explored 4853, windows 305, unwindowed runs "
+              "7100, runs of N's 3491\n"
               "memo: hits 79, misses 235, stored 283, moved 54\n"
               "paths:\n",
               "runs: lags 13, words 1005, runs 1288\n"
@@ -208,8 +208,8 @@ TEST_F(SearchWork, along_a_long_array) {
   search_units_from_to(1, 12);
   expect_work(draw_array(engine, 20'000, 6, 4), search_imperfect,
               "search: seeds 155168, extended over edits 595\n"
-              "look-ahead: calls 11687, choices 11439, explored 365166, undecided 294, wavefronts "
-              "1176, states 22718, windows 11439, unwindowed runs 365912, runs of N's 18254\n"
+              "look-ahead: calls 11687, choices 11439, explored 374364, undecided 428, wavefronts "
+              "1712, states 34037, windows 11439, unwindowed runs 386312, runs of N's 18817\n"
               "memo: hits 2762, misses 11682, stored 11687, moved 1725\n"
               "paths: hits 43, misses 2372, steps 99, stored 2322, placed 3072\n",
               "runs: lags 7, words 1567, runs 2536\n"
@@ -230,8 +230,8 @@ TEST_F(SearchWork, among_gaps) {
   search_units_from_to(1, 40);
   expect_work(text, search_imperfect,
               "search: seeds 60196, extended over edits 551\n"
-              "look-ahead: calls 6193, choices 5558, explored 73541, windows 5558, unwindowed runs "
-              "70590, runs of N's 6313\n"
+              "look-ahead: calls 6193, choices 5558, explored 74645, windows 5558, unwindowed runs "
+              "72292, runs of N's 6543\n"
               "memo: hits 543, misses 4894, stored 4985, moved 1532\n"
               "paths:\n",
               "runs: lags 7, words 366, runs 1214\n"
@@ -266,8 +266,8 @@ TEST_F(SearchWork, of_exact_repeats_that_are_extended) {
       hard_text(),
       [](CSearchController& search) { search.search_exact_and_extend_to_imperfect_repeats(); },
       "search: seeds 9281, extended exactly 893, bounded 219, extended over edits 82\n"
-      "look-ahead: calls 496, choices 420, explored 6261, windows 420, unwindowed runs 9530, runs "
-      "of N's 3585\n"
+      "look-ahead: calls 496, choices 420, explored 6642, windows 420, unwindowed runs 10188, runs "
+      "of N's 3831\n"
       "memo: hits 394, misses 450, stored 475, moved 113\n"
       "paths:\n",
       "runs: lags 60, words 5409, runs 617\n"

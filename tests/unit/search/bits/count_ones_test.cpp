@@ -29,5 +29,16 @@ TEST(CountOnes, agrees_with_the_standard_library) {
   }
 }
 
+TEST(CountOnes, counts_from_each_bit_on) {
+  RandomEngine engine(32);
+  for (int round = 0; round < 2000; ++round) {
+    const std::uint64_t word = round == 0 ? 0 : round == 1 ? ~std::uint64_t{0} : engine();
+    const OnesFromEachBit ones = ones_from_each_bit(word);
+    for (unsigned bit = 0; bit < 64; ++bit) {
+      ASSERT_EQ(ones[bit], std::popcount(word >> bit)) << word << " from " << bit;
+    }
+  }
+}
+
 }  // namespace
 }  // namespace quorix::testing

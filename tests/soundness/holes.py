@@ -18,6 +18,8 @@ CHAIN = "filter/chain_sieve.cpp"
 RUNS = "filter/run_sieve.cpp"
 BOUNDS = "filter/seed_bounds.cpp"
 PLAN = "filter/filter_plan.cpp"
+KEY = "extension/site_key.h"
+IMPERFECT = "extension/imperfect_extension.cpp"
 WALLS = "filter/walled_text.cpp"
 
 HOLES = {
@@ -113,6 +115,12 @@ HOLES = {
     "filter plan: the second edit needs one match more": [
         (PLAN, "min_two_runs = edited_run + scoring_.min_penalty();",
          "min_two_runs = edited_run + scoring_.min_penalty() + 1;")],
+    "edit cache: a place serves near the end of a unit": [
+        (KEY, "kWindowCharacters &&", "8 &&")],
+    "edit cache: a place serves at any score": [
+        (KEY, "sat.score >= min_safe_score(sat.unit_length()) &&", "")],
+    "edit cache: a place serves whatever the look-ahead has read": [
+        (IMPERFECT, "if (is_in_window || site->unit_code < kPlaceMark) tools", "tools")],
     "seed filter: a verdict of a group counts for seeds that were not asked about": [
         (BOUNDS, "return {p, group, 0};", "return {p, ~std::uint64_t{0}, 0};")],
 }

@@ -15,6 +15,7 @@
 #include <string_view>
 #include <vector>
 
+#include "search/extension/site_key.h"
 #include "search/rules/cache_limits.h"
 #include "soundness/attack_case.h"
 #include "soundness/cached_extension.h"
@@ -109,17 +110,28 @@ TEST_F(Soundness, no_filter_rejects_a_seed_for_the_score_that_it_reaches) {
 TEST_F(Soundness, caches_return_what_a_fresh_extension_returns) {
   const std::vector<std::int64_t> targets = attacked_targets();
   ASSERT_FALSE(targets.empty()) << "this machine cannot stand for " << only_target;
-  std::uint64_t compared = 0;
+  CachedExtensionWork of_units;
+  CachedExtensionWork of_places;
   for (std::uint64_t seed = arguments.first_seed;
        seed < arguments.first_seed + arguments.case_count; ++seed) {
     const AttackCase attack = draw_attack_case(seed, targets);
-    if (attack.unit_length > kMaxCachedUnit + 2) continue;  // none of these is cached
-    const std::string fault = compare_cached_extensions(attack, attack.unit_length, compared);
+    const std::uint64_t unit = attack.unit_length;
+    std::string fault;
+    if (unit <= kMaxCachedUnit + 2) {
+      fault = compare_cached_extensions(attack, {unit}, of_units);
+    } else if (unit > kWindowCharacters) {
+      fault = compare_cached_extensions(attack, {unit - 1, unit, unit + 1, 2 * unit}, of_places);
+    }
     ASSERT_TRUE(fault.empty()) << "case " << seed << ": " << fault;
   }
   use_vector_targets(0);
-  std::printf("%llu extensions compared\n", static_cast<unsigned long long>(compared));
-  EXPECT_GT(compared, arguments.case_count);
+  for (const CachedExtensionWork& work : {of_units, of_places}) {
+    std::printf("%llu extensions compared, %llu edits found in the cache\n",
+                static_cast<unsigned long long>(work.extensions),
+                static_cast<unsigned long long>(work.edits_found));
+    EXPECT_GT(work.extensions, arguments.case_count);
+    EXPECT_GT(work.edits_found, arguments.case_count);
+  }
 }
 
 }  // namespace

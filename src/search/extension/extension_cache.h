@@ -23,6 +23,16 @@
 /// and so are the next site and the points gained on the way to it. site_key.h defines the key and
 /// says when an extension may use it (`is_cacheable`).
 ///
+/// **Places for units without a code.** A look-ahead compares bases with the characters of its
+/// window. Where the unit does not end there, these are bases of the text as well, and the edit is
+/// a function of
+///
+///     key = (edge, place of the next character, direction)      from a safe score on
+///
+/// whichever seed the unit belongs to, and however long it is, as long as the look-ahead has read
+/// no letter beyond its window (`is_place_cacheable`). In an array, seeds of neighbouring bases and
+/// of similar unit lengths ask for the same places. Such edits go to the edit cache alone.
+///
 /// **Edit cache** (edit_cache.h): key -> edit. It saves look-aheads, but each extension still goes
 /// through all sites of the array.
 ///

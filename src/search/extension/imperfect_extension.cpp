@@ -16,6 +16,8 @@
 
 #include <algorithm>
 #include <array>
+#include <cstdint>
+#include <optional>
 
 #include "search/extension/direction.h"
 #include "search/extension/exact_extension.h"
@@ -41,24 +43,38 @@ char look_ahead_for_edit(const Csat& sat, const char* edge, const char* characte
       {sat.unit_begin, sat.unit_end, sat.unit_length(), limit})];
 }
 
-/// The same, from the cache if it is there.
+/// The key of the site at the edge, if it has one.
+template <class Direction>
+std::optional<SiteKey> key_of_site(Csat& sat, const char* limit, std::int64_t best_score) {
+  const char* const edge = Direction::edge(sat);
+  if (is_cacheable<Direction>(sat, limit, best_score)) {
+    return SiteKey{edge, unit_code_of<Direction>(sat),
+                   score_class_of(sat.score, min_safe_score(sat.unit_length()))};
+  }
+  if (is_place_cacheable<Direction>(sat, limit, best_score)) {
+    return SiteKey{edge, place_code_of<Direction>(sat), 0};
+  }
+  return std::nullopt;
+}
+
+/// The edit that is made at the edge, NUL if none is allowed: from the cache if it is there.
 template <class Direction>
 char choose_edit(Csat& sat, const char* limit, std::int64_t best_score,
                  const ExtensionTools& tools) {
-  const char* const edge = Direction::edge(sat);
-  const char* const character = Direction::unit_cursor(sat);
-  if (tools.edits == nullptr || !is_cacheable<Direction>(sat, limit, best_score)) {
-    return look_ahead_for_edit<Direction>(sat, edge, character, limit, best_score,
-                                          tools.look_ahead);
-  }
-  const SiteKey site{edge, unit_code_of<Direction>(sat),
-                     score_class_of(sat.score, min_safe_score(sat.unit_length()))};
-  char choice = tools.edits->find(site, limit);
-  if (choice == kNoKind) {
-    choice =
-        look_ahead_for_edit<Direction>(sat, edge, character, limit, best_score, tools.look_ahead);
-    tools.edits->store(site, limit, choice);
-  }
+  const auto look_ahead = [&] {
+    return look_ahead_for_edit<Direction>(sat, Direction::edge(sat), Direction::unit_cursor(sat),
+                                          limit, best_score, tools.look_ahead);
+  };
+  if (tools.edits == nullptr) return look_ahead();
+  const std::optional<SiteKey> site = key_of_site<Direction>(sat, limit, best_score);
+  if (!site) return look_ahead();
+  char choice = tools.edits->find(*site, limit);
+  if (choice != kNoKind) return choice;
+
+  const std::uint64_t runs_beyond = tools.look_ahead.run_work().unwindowed_runs;
+  choice = look_ahead();
+  const bool is_in_window = tools.look_ahead.run_work().unwindowed_runs == runs_beyond;
+  if (is_in_window || site->unit_code < kPlaceMark) tools.edits->store(*site, limit, choice);
   return choice;
 }
 

@@ -9,6 +9,7 @@
 #include <limits>
 
 #include "report/csat.h"
+#include "search/bits/match_window.h"
 #include "search/extension/direction.h"
 #include "search/rules/cache_limits.h"
 #include "search/rules/score.h"
@@ -19,7 +20,7 @@ namespace quorix {
 /// What the edit at a site depends on.
 struct SiteKey {
   const char* edge;          ///< see search/extension/direction.h
-  std::uint64_t unit_code;   ///< see `unit_code_of`
+  std::uint64_t unit_code;   ///< see `unit_code_of`, or `place_code_of`
   std::int64_t score_class;  ///< see `score_class_of`
 
   [[nodiscard]] bool operator==(const SiteKey& other) const = default;
@@ -66,17 +67,54 @@ template <class Direction>
   return (static_cast<std::uint64_t>(position) ^ unit_and_score * kMixer) * kMixer;
 }
 
-/// True if the edits of an extension depend on nothing but their keys from here on: the unit has a
-/// code, look-aheads make all their edits, and the score reduction limits none of them. The last
-/// holds for good once it holds: no later score is above the present or best one and a match at
-/// each base that is left, and that sum never rises.
+/// True if the edit at a site depends on nothing but bases, unit and score class, here and at all
+/// later sites of the extension: look-aheads make all their edits, and the score reduction limits
+/// none of them. The last holds for good once it holds: no later score is above the present or best
+/// one and a match at each base that is left, and that sum never rises.
 template <class Direction>
-[[nodiscard]] bool is_cacheable(Csat& sat, const char* limit, std::int64_t best_score) {
+[[nodiscard]] bool is_path_forgotten(Csat& sat, const char* limit, std::int64_t best_score) {
+  if (sat.recursion_depth != 0) return false;
   const std::int64_t unit_length = sat.unit_length();
-  if (unit_length > kMaxCachedUnit || sat.recursion_depth != 0) return false;
   const std::int64_t max_score = std::max<std::int64_t>(sat.score, best_score) +
                                  Direction::bases_beyond(Direction::edge(sat), limit);
   return drop_off_limit(max_score, unit_length) == -unit_length;
+}
+
+/// True if the edits of an extension depend on nothing but their keys from here on, and the unit
+/// has a code.
+template <class Direction>
+[[nodiscard]] bool is_cacheable(Csat& sat, const char* limit, std::int64_t best_score) {
+  return sat.unit_length() <= kMaxCachedUnit &&
+         is_path_forgotten<Direction>(sat, limit, best_score);
+}
+
+/// Unit characters that the window of a look-ahead compares with bases, from the next one on.
+inline constexpr std::int64_t kWindowCharacters =
+    CMatchWindow::kMaxBases + CMatchWindow::kMaxDiagonal;
+
+/// The mark of place codes, above those of units, which have twice the unit length there.
+inline constexpr std::uint64_t kPlaceMark = std::uint64_t{0xFF} << 56U;
+
+/// Returns the code of the place of the next unit character in the text, for units without a code.
+/// A look-ahead that sees no more than its window, and from a safe score on, chooses by the letters
+/// at the edge and at that place alone, whatever unit they belong to, if the unit does not end
+/// within the window. REQUIRES: the unit lies in the text.
+template <class Direction>
+[[nodiscard]] std::uint64_t place_code_of(Csat& sat) {
+  const std::ptrdiff_t distance = Direction::edge(sat) - Direction::unit_cursor(sat);
+  const std::uint64_t code = static_cast<std::uint64_t>(distance) << 1U |
+                             (Direction::kIndex == Rightward::kIndex ? 1U : 0U);
+  return kPlaceMark | (code & ~kPlaceMark);
+}
+
+/// True if the edit at the edge has a place code as its key, once a look-ahead has seen no more
+/// than its window.
+template <class Direction>
+[[nodiscard]] bool is_place_cacheable(Csat& sat, const char* limit, std::int64_t best_score) {
+  return sat.unit_length() > kMaxCachedUnit && sat.score >= min_safe_score(sat.unit_length()) &&
+         Direction::characters_left(Direction::unit_cursor(sat), sat.unit_begin, sat.unit_end) >=
+             kWindowCharacters &&
+         is_path_forgotten<Direction>(sat, limit, best_score);
 }
 
 }  // namespace quorix

@@ -139,7 +139,7 @@ TEST_F(SearchWork, of_units_too_long_for_the_lag_sieve) {
               "search: seeds 14, extended over edits 1\n"
               "look-ahead: calls 242, choices 241, explored 353, windows 241, unwindowed runs 110, "
               "runs of N's 1\n"
-              "memo:\n"
+              "memo: misses 236, stored 229, moved 125\n"
               "paths:\n",
               "runs:\n"
               "lag sieve: tables 2, rows 11212, cells 3229056\n"

@@ -95,13 +95,8 @@ void run_case(std::uint64_t seed) {
 }
 
 TEST(Random, program_and_plain_engine_agree) {
-  std::printf("%llu cases from seed %llu\n", static_cast<unsigned long long>(arguments.case_count),
-              static_cast<unsigned long long>(arguments.first_seed));
   silence_standard_error();
-  for (std::uint64_t seed = arguments.first_seed;
-       seed < arguments.first_seed + arguments.case_count; ++seed) {
-    ASSERT_NO_FATAL_FAILURE(run_case(seed)) << "seed " << seed;
-  }
+  ASSERT_NO_FATAL_FAILURE(run_cases(arguments, run_case));
   std::printf("%llu repeats, %llu mismatches, %llu insertions, %llu deletions, %llu masked bases\n",
               static_cast<unsigned long long>(tally.repeats),
               static_cast<unsigned long long>(tally.mismatches),

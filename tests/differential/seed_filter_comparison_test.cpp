@@ -244,13 +244,8 @@ void run_case_of_a_long_unit(std::uint64_t seed) {
 }
 
 TEST(SeedFilter, rejects_no_seed_that_the_plain_engine_accepts) {
-  std::printf("%llu cases from seed %llu\n", static_cast<unsigned long long>(arguments.case_count),
-              static_cast<unsigned long long>(arguments.first_seed));
   silence_standard_error();
-  for (std::uint64_t seed = arguments.first_seed;
-       seed < arguments.first_seed + arguments.case_count; ++seed) {
-    ASSERT_NO_FATAL_FAILURE(run_case(seed)) << "seed " << seed;
-  }
+  ASSERT_NO_FATAL_FAILURE(run_cases(arguments, run_case));
   std::printf(
       "%llu seeds, %llu accepted, rejected: %llu by runs, %llu by lags, %llu by single bounds, "
       "%llu more among their neighbours\n",

@@ -139,14 +139,9 @@ void run_case(std::uint64_t seed, const CRunFolder& folder) {
 }
 
 TEST(SpoiledInput, ends_as_the_plain_reader_says) {
-  std::printf("%llu cases from seed %llu\n", static_cast<unsigned long long>(arguments.case_count),
-              static_cast<unsigned long long>(arguments.first_seed));
   const CRunFolder folder;
-  for (std::uint64_t seed = arguments.first_seed;
-       seed < arguments.first_seed + arguments.case_count; ++seed) {
-    ASSERT_NO_FATAL_FAILURE(run_case(seed, folder)) << "seed " << seed;
-    ASSERT_FALSE(HasFailure()) << "seed " << seed;
-  }
+  ASSERT_NO_FATAL_FAILURE(
+      run_cases(arguments, [&](std::uint64_t seed) { run_case(seed, folder); }));
   std::printf("%llu with status 0, %llu with status 231, %llu records, %llu repeats\n",
               static_cast<unsigned long long>(tally.good),
               static_cast<unsigned long long>(tally.refused),

@@ -17,6 +17,19 @@ struct CaseArguments {
   std::uint64_t first_seed;  ///< of the first case; the others follow
 };
 
+/// Runs the cases one after the other, up to the first failure: `run_case` takes the seed of a
+/// case.
+template <class RunCase>
+void run_cases(const CaseArguments& arguments, RunCase run_case) {
+  std::printf("%llu cases from seed %llu\n", static_cast<unsigned long long>(arguments.case_count),
+              static_cast<unsigned long long>(arguments.first_seed));
+  for (std::uint64_t i = 0; i < arguments.case_count; ++i) {
+    const std::uint64_t seed = arguments.first_seed + i;
+    ASSERT_NO_FATAL_FAILURE(run_case(seed)) << "seed " << seed;
+    ASSERT_FALSE(::testing::Test::HasFailure()) << "seed " << seed;
+  }
+}
+
 /// Runs all tests of the program, after `--cases=N` and `--seed=N` have changed `arguments` and
 /// GoogleTest has taken what is its own. Returns the exit status: 2 for an argument that nobody
 /// knows.

@@ -80,13 +80,8 @@ TEST(SegmentedSearch, a_seed_right_after_a_repeat_that_is_dropped_is_judged_agai
 }
 
 TEST(SegmentedSearch, finds_what_the_plain_search_finds) {
-  std::printf("%llu cases from seed %llu\n", static_cast<unsigned long long>(arguments.case_count),
-              static_cast<unsigned long long>(arguments.first_seed));
   silence_standard_error();
-  for (std::uint64_t seed = arguments.first_seed;
-       seed < arguments.first_seed + arguments.case_count; ++seed) {
-    ASSERT_NO_FATAL_FAILURE(run_segmented_case(seed)) << "seed " << seed;
-  }
+  ASSERT_NO_FATAL_FAILURE(run_cases(arguments, run_segmented_case));
   std::printf("%llu repeats, %llu second scans, %llu dropped, %llu found again\n",
               static_cast<unsigned long long>(tally.repeats),
               static_cast<unsigned long long>(tally.second_scans),

@@ -8,6 +8,7 @@ LAG_GRID = "filter/lag_grid.cpp"
 LAGS = "filter/lag_sieve.cpp"
 BLOCKS = "filter/block_sieve.cpp"
 NETS = "filter/block_nets.cpp"
+DRIFT = "filter/block_drift.cpp"
 BATCH = "filter/batch_bound.cpp"
 SINGLE = "filter/single_bound.cpp"
 GROUP = "filter/group_bound.cpp"
@@ -46,7 +47,7 @@ HOLES = {
     "lag sieve: to the left each segment begins with its own rows": [
         (LAGS, "t = grid.row_before(first_row);", "t = first_row;")],
     "block sieve: the left side begins without the score of the right": [
-        (BLOCKS, "left_.follow(b, units, right.best_score);", "left_.follow(b, units, 0);")],
+        (BLOCKS, "sides.left.follow(b, units, right.best_score);", "sides.left.follow(b, units, 0);")],
     "block sieve: paths begin at the first character of a block": [
         (BLOCKS, "(begins_inside ? kBeginSpread : 0)", "0")],
     "block sieve: no indel changes the lag": [
@@ -63,6 +64,19 @@ HOLES = {
     "batch bound: neutral N's cost a mismatch": [
         (BATCH, "compare_letters<kMayHaveNs>(d, base, equal, neutral_letter), weights);",
          "compare_letters<false>(d, base, equal, neutral_letter), weights);")],
+    "block drift: paths stay in their bucket": [
+        (DRIFT, "std::int64_t to = i - 1; to <= i + 1; ++to", "std::int64_t to = i; to <= i; ++to")],
+    "block drift: far paths pay for one bucket more": [
+        (DRIFT, "kBlockCharacters - bucket_cost - indel_penalty_;",
+         "kBlockCharacters - 2 * bucket_cost - indel_penalty_;")],
+    "block drift: lags grow by the shortest unit alone": [
+        (DRIFT, "bucket_after(last_lag(i), units_.last)", "bucket_after(first_lag(i), units_.first)")],
+    "block drift: paths begin at the first character alone": [
+        (DRIFT, "first + kSpread + 1);", "first + 1);")],
+    "block drift: the tail is never empty": [
+        (DRIFT, "raise(paths_, begun);", "paths_ = begun;")],
+    "block drift: a unit ends in the last block of its tail": [
+        (DRIFT, "raise(ended, ending);", "ended = ending;")],
     "batch bound: one lane less in each row": [
         (BATCH, "std::max(last.high + 1, before.high)};", "std::max(last.high, before.high)};")],
     "single bound: paths may leave at the edge of the rows": [

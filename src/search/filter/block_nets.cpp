@@ -272,6 +272,21 @@ const CBlockNets::Chunk& CBlockNets::chunk_of(BlockSide side, std::int64_t block
   return *held;
 }
 
+void CBlockNets::read(BlockSide side, BlockPath path, std::int64_t block, std::int64_t first_bucket,
+                      std::int64_t count, BucketNets& nets) {
+  const std::int64_t end = first_bucket + count;
+  assert(first_bucket >= 0 && count <= kMaxBuckets && end <= chunks_ * kChunkBuckets);
+  std::size_t written = 0;
+  for (std::int64_t bucket = first_bucket; bucket < end;) {
+    const std::int64_t index = bucket / kChunkBuckets;
+    const Row& row = chunk_of(side, block, index).nets[static_cast<std::size_t>(path)][0];
+    const std::int64_t part_end = std::min(end, (index + 1) * kChunkBuckets);
+    for (; bucket < part_end; ++bucket) {
+      nets[written++] = row[static_cast<std::size_t>(bucket % kChunkBuckets)] - int{kZeroNet};
+    }
+  }
+}
+
 int CBlockNets::highest(BlockSide side, BlockPath path, std::int64_t block, const LagRange& lags) {
   assert(0 <= lags.low && lags.low <= lags.high && lags.high < chunks_ * kChunkLags);
   const std::int64_t last = lags.high / kBucketLags;

@@ -52,6 +52,10 @@ enum class BlockSide { kRight, kLeft };
 class CBlockNets {
  public:
   static constexpr int kMinNet = -127;
+  /// Lags in a bucket.
+  static constexpr std::int64_t kBucketLags = 16;
+  /// Buckets that are read at once, at most.
+  static constexpr std::int64_t kMaxBuckets = 384;
 
   /// For the text [text, text + length), which must outlive it, and lags up to `max_lag`. Nets of
   /// `held_blocks` neighbouring blocks are remembered. Throws: std::bad_alloc.
@@ -63,11 +67,19 @@ class CBlockNets {
   [[nodiscard]] int highest(BlockSide side, BlockPath path, std::int64_t block,
                             const LagRange& lags);
 
+  /// The nets of one bucket after the other.
+  using BucketNets = std::array<std::int32_t, kMaxBuckets>;
+
+  /// Writes the highest nets of the paths of this kind over `block` to `nets`: nets[i] is that of
+  /// those that enter or begin at a lag of bucket `first_bucket` + i.
+  /// REQUIRES: 0 <= count <= kMaxBuckets, the lags of all buckets are max_lag at most.
+  void read(BlockSide side, BlockPath path, std::int64_t block, std::int64_t first_bucket,
+            std::int64_t count, BucketNets& nets);
+
   /// Pieces of blocks filled so far.
   [[nodiscard]] std::uint64_t filled_count() const { return filled_count_; }
 
  private:
-  static constexpr std::int64_t kBucketLags = 16;
   static constexpr std::int64_t kChunkBuckets = 64;
   static constexpr std::int64_t kChunkLags = kBucketLags * kChunkBuckets;
   /// The highest of 1, 2, 4, ... 64 buckets from each one on.

@@ -43,15 +43,13 @@
 
 #include "search/bits/bit_set.h"
 #include "search/filter/block_nets.h"
+#include "search/filter/block_side.h"
 #include "search/filter/lag_sieve.h"
 #include "search/filter/sieve.h"
 
 namespace quorix {
 
 static_assert(kMinBlockUnit >= kBlockCharacters, "a unit reaches the end of its first block");
-
-/// Copies of a unit that are followed, to either side.
-inline constexpr std::int64_t kMaxBlockCopies = 16;
 
 /// What a sieve of blocks has done.
 struct BlockWork {

@@ -105,7 +105,7 @@ TEST_F(SearchWork, of_long_units) {
               "paths:\n",
               "runs:\n"
               "lag sieve: tables 6, rows 26358, cells 7591104\n"
-              "block sieve: pieces 210, sides 4916\n"
+              "block sieve: pieces 210, sides 4585\n"
               "asked: groups 61, batches 23\n"
               "group bound: tables 109, rows 43288\n"
               "batch bound: tables 46, rows 15865, cells 419522\n"
@@ -126,7 +126,7 @@ TEST_F(SearchWork, of_long_units_beside_an_array_of_short_ones) {
               "paths:\n",
               "runs:\n"
               "lag sieve: tables 4, rows 11365, cells 2909440\n"
-              "block sieve: pieces 227, sides 5521\n"
+              "block sieve: pieces 227, sides 2548\n"
               "asked:\n"
               "group bound:\n"
               "batch bound:\n"

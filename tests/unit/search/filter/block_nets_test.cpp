@@ -18,7 +18,7 @@
 namespace quorix::testing {
 namespace {
 
-constexpr std::int64_t kBucket = 16;
+constexpr std::int64_t kBucket = CBlockNets::kBucketLags;
 
 /// A number from `low` to `high`, neither of which is negative.
 std::int64_t draw_between_signed(RandomEngine& engine, std::int64_t low, std::int64_t high) {
@@ -80,6 +80,26 @@ TEST(BlockNets, are_the_highest_of_all_paths) {
     const BlockSide side = draw_chance(engine, 50) ? BlockSide::kRight : BlockSide::kLeft;
     ASSERT_NO_FATAL_FAILURE(expect_nets_of(text, scoring, side,
                                            draw_between_signed(engine, 0, last_block + 2), engine));
+  }
+}
+
+TEST(BlockNets, are_read_bucket_by_bucket) {
+  RandomEngine engine(63);
+  const std::string text = draw_text_of_arrays(engine, 4000);
+  const CBases bases(text);
+  CBlockNets nets(bases.begin(), text.size(), {6, 7, true}, 3000, 3);
+  CBlockNets::BucketNets read;
+  for (int round = 0; round < 50; ++round) {
+    const std::int64_t block = draw_number(engine, 0, 120);
+    const BlockPath path = kPaths[draw_between(engine, 0, 3)];
+    const std::int64_t first = draw_number(engine, 0, 100);
+    const std::int64_t count = draw_number(engine, 0, 80);
+    nets.read(BlockSide::kLeft, path, block, first, count, read);
+    for (std::int64_t i = 0; i < count; ++i) {
+      const std::int64_t lag = (first + i) * CBlockNets::kBucketLags;
+      EXPECT_EQ(read[static_cast<std::size_t>(i)],
+                nets.highest(BlockSide::kLeft, path, block, {lag, lag}));
+    }
   }
 }
 

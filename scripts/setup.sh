@@ -22,6 +22,8 @@ readonly test_packages=("${run_packages[@]}" "${reader_packages[@]}"
   python3-matplotlib
   # What makes and reads the package.
   dpkg-dev file lintian
+  # What runs the workflow.
+  snakemake
   # What reads the output.
   bedtools ca-certificates chromium genometools nodejs npm python3-jsonschema samtools tabix)
 readonly coverage_packages=("${run_packages[@]}" "${reader_packages[@]}"

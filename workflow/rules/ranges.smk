@@ -1,0 +1,34 @@
+# Which records each job searches.
+
+
+rule unpack:
+    input:
+        lambda wildcards: GENOMES[wildcards.genome],
+    output:
+        temp(os.path.join(WORK, "text.fa")),
+    log:
+        os.path.join(LOGS, "unpack.log"),
+    resources:
+        mem_mb=lambda wildcards, attempt: 200 * attempt,
+        runtime=reading_minutes,
+    shell:
+        "{PYTHON:q} {SCRIPTS:q}/unpack.py {input:q} {output:q} 2>{log:q}"
+
+
+# How many ranges there are is known only after the genome was read, so this is a checkpoint.
+checkpoint ranges:
+    input:
+        text_of,
+    output:
+        table=os.path.join(WORK, "ranges.tsv"),
+    log:
+        os.path.join(LOGS, "ranges.log"),
+    params:
+        max_ranges=config["ranges"],
+        min_bases=config["min_range_bases"],
+    resources:
+        mem_mb=lambda wildcards, attempt: 500 * attempt,
+        runtime=reading_minutes,
+    shell:
+        "{PYTHON:q} {SCRIPTS:q}/count_records.py --text {input:q} --max-ranges {params.max_ranges}"
+        " --min-bases {params.min_bases} --table {output.table:q} 2>{log:q}"

@@ -4,9 +4,9 @@
 #   scripts/check_slurm.sh GENOME [SETTING=VALUE]...
 #
 # The cluster is this machine: two nodes of one core, with their controller and munge in a temporary folder. The
-# genome is searched in ranges. One job is cancelled on the way, and the run is killed and started again; then the
-# report is compared with that of one run. Settings are those of the workflow. It needs root, a build in build/, and
-# the Debian packages munge, slurm-wlm and snakemake.
+# genome is searched in ranges. One job is cancelled on the way, and the run is killed and started again; then four
+# genomes are searched in bundles of two. Each report is compared with that of one run. Settings are those of the
+# workflow, options without quotes. It needs root, a build in build/, and the Debian packages munge, slurm-wlm and snakemake.
 set -euo pipefail
 
 source "$(dirname -- "$(readlink -f -- "${BASH_SOURCE[0]}")")/usage.sh"
@@ -99,22 +99,40 @@ END
   sinfo --Node --long
 }
 
+# workflow WORD...: a run, with the settings of the script and further words.
 workflow() {
   snakemake --snakefile "$project/workflow/Snakefile" --profile "$project/workflow/profiles/slurm" --nocolor \
-    --latency-wait 5 --configfile "$scratch/settings.yaml" --config "genomes={genome: ${genome@Q}}" threads=1 \
-    min_range_bases=1 "$@"
+    --latency-wait 5 --configfile "$scratch/settings.yaml" "$@"
 }
 
 is_searching() { squeue --noheader --states=RUNNING --format=%j | grep --quiet quorix-search; }
+waits_for() { ! squeue --noheader --format=%T | grep --quiet .; }
+
+# expect_one_run FILE FOLDER NAME: the report of a genome is that of one run.
+expect_one_run() {
+  local folder=$scratch/one_run
+  mkdir -- "$folder"
+  ln -s -- "$1" "$folder"
+  (cd -- "$folder" && "$project/build/quorix" "${options[@]}" "${1##*/}" "$3.report" 2>/dev/null)
+  cmp -- "$folder/$3.report" "$2/$3/$3.report"
+  echo "$3: the report is that of one run, $(stat --format=%s -- "$2/$3/$3.report") bytes"
+  rm -r -- "$folder"
+}
+
+options=()
+for setting in "$@"; do
+  if [[ $setting == options=* ]]; then read -r -a options <<<"${setting#options=}"; fi
+done
 
 start_slurm
-mkdir "$scratch/the run"
+mkdir "$scratch/the run" "$scratch/many"
 cd -- "$scratch/the run"
-echo '{}' >"$scratch/settings.yaml"
+printf '{"threads": 1, "min_range_bases": 1}\n' >"$scratch/settings.yaml"
+settings=("genomes={genome: ${genome@Q}}" "$@")
 
 echo "== A run that is killed, and a job that is cancelled"
-setsid --wait bash -c "$(declare -f workflow); $(declare -p project scratch genome); workflow \"\$@\"" workflow "$@" \
-  >"$scratch/first.out" 2>&1 &
+setsid bash -c "$(declare -f workflow); $(declare -p project scratch); workflow --config \"\$@\"" workflow \
+  "${settings[@]}" >"$scratch/first.out" 2>&1 &
 run=$!
 within 120 is_searching
 job=$(squeue --noheader --states=RUNNING --format='%i %j' | awk '/quorix-search/ { print $1; exit }')
@@ -122,27 +140,34 @@ squeue
 echo "scancel $job"
 scancel "$job"
 within 120 grep --quiet 'Trying to restart job' "$scratch/first.out"
-grep -e 'Trying to restart job' -e 'Submitted .* external jobid' "$scratch/first.out" | tail --lines=5
 within 120 is_searching
-kill -KILL -- "-$(ps --no-headers -o pgid --ppid "$run" | head --lines=1 | tr -d ' ')"
-wait "$run" || true
-echo "Killed with these jobs in the queue:"
+kill -KILL -- "-$run" # of a session of its own
+wait "$run" 2>/dev/null || true
+grep -e 'Trying to restart job' -e 'Submitted .* external jobid' "$scratch/first.out"
+echo "Killed with these jobs in the queue, and these parts:"
 squeue
-ls "results/genome/work"
+ls results/genome/work
 
 echo "== The same again"
-workflow --unlock "$@" 2>&1 | tail --lines=1
+scancel --user="$(id -un)"
+within 60 waits_for
+workflow --unlock --config "${settings[@]}" 2>&1 | tail --lines=1
 began=$SECONDS
-workflow "$@" >"$scratch/second.out" 2>&1 || { cat "$scratch/second.out" && exit 1; }
+workflow --config "${settings[@]}" >"$scratch/second.out" 2>&1 || { cat "$scratch/second.out" && exit 1; }
 grep -e 'steps (100%) done' "$scratch/second.out"
 echo "$((SECONDS - began)) s"
 
+echo "== Bundles of genomes"
+for name in one two three four; do ln -s -- "$genome" "$scratch/many/$name.${genome##*.}"; done
+workflow --cores 1 --groups ranges=bundle search=bundle merge=bundle --group-components bundle=2 \
+  --config "genomes=$scratch/many" results=many "$@" ranges=1 >"$scratch/third.out" 2>&1 ||
+  { cat "$scratch/third.out" && exit 1; }
+grep -e 'steps (100%) done' "$scratch/third.out"
+
 echo "== What Slurm has done"
-sed 's/WorkDir=.*ProcCnt/ProcCnt/; s/ UserId=[^ ]*//; s/ GroupId=[^ ]*//; s/ SubmitTime=.*//' "$scratch/jobs.txt"
+sed 's/ UserId=.*JobState=/ JobState=/; s/ UserId=[^ ]*//; s/ GroupId=[^ ]*//; s/ WorkDir=.*ReservationName=/ /
+  s/ Account=.*//' "$scratch/jobs.txt"
 
 echo "== One run"
-cp -- "$genome" "$scratch"
-cd -- "$scratch"
-"$project/build/quorix" "${genome##*/}" genome.report 2>/dev/null
-cmp -- genome.report "the run/results/genome/genome.report"
-echo "The report is the same, $(stat --format=%s genome.report) bytes"
+expect_one_run "$genome" results genome
+for name in one two three four; do expect_one_run "$scratch/many/$name.${genome##*.}" many "$name"; done

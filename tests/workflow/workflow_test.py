@@ -13,6 +13,7 @@ import sys
 import tempfile
 import time
 import unittest
+import unittest.mock
 
 import genomes
 
@@ -20,8 +21,7 @@ PROJECT = pathlib.Path(sys.argv.pop(1)).resolve()
 QUORIX = str(pathlib.Path(sys.argv.pop(1)).resolve())
 TOOLS = str(pathlib.Path(sys.argv.pop(1)).resolve())
 WORKFLOW = PROJECT / "workflow"
-SNAKEMAKE = ["snakemake", "--snakefile", str(WORKFLOW / "Snakefile"), "--profile", str(WORKFLOW / "profiles/local"),
-             "--cores", "2", "--nocolor"]
+PROFILE = WORKFLOW / "profiles/local"
 
 
 class WorkflowCase(unittest.TestCase):
@@ -35,7 +35,8 @@ class WorkflowCase(unittest.TestCase):
         """Returns the command of a run. Genomes have many small ranges unless the settings say something else."""
         settings = {"quorix_tools": TOOLS, "ranges": 7, "min_range_bases": 1, "threads": 1, **settings}
         (self.folder / "settings.json").write_text(json.dumps(settings))
-        return [*SNAKEMAKE, "--configfile", "settings.json", *words]
+        return ["snakemake", "--snakefile", str(WORKFLOW / "Snakefile"), "--profile", str(PROFILE), "--nocolor",
+                "--cores", "2", "--configfile", "settings.json", *words]
 
     def run_workflow(self, *words, status=0, **settings):
         """Runs the workflow and returns what it says."""
@@ -70,6 +71,9 @@ class WorkflowCase(unittest.TestCase):
     def stand_in(self, script):
         return str(genomes.stand_in(self.folder / "bin/tools", TOOLS, script))
 
+    def left_in_work(self, genome):
+        return sorted(file.name for file in (self.folder / "results" / genome / "work").iterdir())
+
     def ranges(self, genome="genome"):
         rows = (self.folder / f"results/{genome}/work/ranges.tsv").read_text().splitlines()[1:]
         return [[int(value) for value in row.split("\t")] for row in rows]
@@ -97,7 +101,7 @@ class BytesTest(WorkflowCase):
             with self.subTest(suffix=suffix):
                 expected = subprocess.run([TOOLS, *command, *filtered], check=True, stdout=subprocess.PIPE).stdout
                 self.assertTrue(self.result("the genome", suffix).read_bytes() == expected)
-        self.assertEqual([file.name for file in (self.folder / "results/the genome/work").iterdir()], ["ranges.tsv"])
+        self.assertEqual(self.left_in_work("the genome"), ["divided", "ranges.tsv"])
 
         self.assertIn("Nothing to be done", self.run_workflow(**settings))
 
@@ -199,7 +203,7 @@ class FailureTest(WorkflowCase):
         self.assertTrue(finished)
         again = self.searched()[len(before):]
         self.assertEqual(sorted(again + finished), firsts)
-        self.assertEqual([file.name for file in work.iterdir()], ["ranges.tsv"])
+        self.assertEqual(self.left_in_work("genome"), ["divided", "ranges.tsv"])
 
     def waits_in(self, work):
         return len([folder for folder in work.glob(".0*") if any(folder.iterdir())]) == 2 and \
@@ -212,7 +216,7 @@ class FailureTest(WorkflowCase):
         output = self.run_workflow(genomes=str(self.path), quorix_tools=program)
         self.assertIn("Trying to restart job", output)
         self.expect_one_run(self.path, "genome")
-        self.assertEqual(list((self.folder / "results/genome/work").glob(".*")), [])
+        self.assertEqual(self.left_in_work("genome"), ["divided", "ranges.tsv"])
 
     def test_a_search_that_is_killed_runs_again(self):
         program = self.stand_in('if [ ! -e "$here/$first" ]; then touch "$here/$first"; kill -KILL $$; fi')
@@ -270,6 +274,58 @@ class FailureTest(WorkflowCase):
         os.utime(self.path, ns=(status.st_atime_ns, status.st_mtime_ns))
         self.run_workflow("--retries", "0", status=1, **settings)
         self.assertIn("the genome is longer than it was", self.logs("search-0003"))
+
+
+class SlurmTest(WorkflowCase):
+    """The profile for Slurm, with programs that stand in for Slurm's."""
+
+    def setUp(self):
+        super().setUp()
+        self.slurm = self.folder / "slurm"
+        genomes.stand_in_slurm(self.slurm)
+
+    def run_workflow(self, *words, **settings):
+        # With CI Snakemake asks each second what has become of its jobs.
+        environment = {"PATH": f"{self.slurm}:{os.environ['PATH']}", "CI": "true"}
+        with unittest.mock.patch.dict(os.environ, environment), \
+                unittest.mock.patch(f"{__name__}.PROFILE", WORKFLOW / "profiles/slurm"):
+            return super().run_workflow(*words, **settings)
+
+    def submitted(self, rule):
+        """Returns the arguments of sbatch for jobs of a rule."""
+        return [line for line in (self.slurm / "submitted").read_text().splitlines() if f"quorix-{rule} " in line]
+
+    def test_a_job_that_slurm_ends_runs_again_with_more_memory_and_time(self):
+        path = genomes.write(self.folder / "the genome.fa", genomes.records(50, 9))
+        (self.slurm / "TIMEOUT").touch()  # what becomes of the first search
+        self.run_workflow(genomes=str(path), ranges=3, threads=2)
+        self.expect_one_run(path, "the genome")
+        searches = self.submitted("search")
+        self.assertEqual(len(searches), 4)
+        for figures, count in (("--cpus-per-task=2 --mem=181M --time=11", 3),
+                               ("--cpus-per-task=2 --mem=362M --time=22", 1)):
+            self.assertEqual(sum(figures in search for search in searches), count, searches)
+        self.assertEqual(len(self.submitted("ranges")), 1)
+
+    def test_small_genomes_of_one_range_are_jobs_in_groups(self):
+        folder = self.folder / "small"
+        paths = {name: genomes.write(folder / f"{name}.fa", genomes.records(seed, 3))
+                 for seed, name in enumerate(("one", "two", "three"), start=40)}
+        paths["four"] = genomes.write_gzip(folder / "four.fa.gz", genomes.records(43, 3))
+        self.run_workflow("--groups", *(f"{rule}=g" for rule in ("unpack", "ranges", "search", "merge")),
+                          "--group-components", "g=4", "--cores", "1", genomes=str(folder), ranges=1)
+        for name, path in paths.items():
+            self.expect_one_run(path, name)
+        self.assertEqual(len((self.slurm / "submitted").read_text().splitlines()), 1)
+
+    def test_status_of_a_job(self):
+        status = str(WORKFLOW / "profiles/slurm/job_status.py")
+        for state, expected in (("COMPLETED", "success"), ("RUNNING", "running"), ("PENDING", "running"),
+                                ("FAILED", "failed"), ("CANCELLED", "failed"), ("OUT_OF_MEMORY", "failed"),
+                                ("NODE_FAIL", "failed"), ("TIMEOUT", "failed")):
+            (self.slurm / "7.state").write_text(state)
+            self.assertEqual(subprocess.run([status, "7;cluster"], capture_output=True, text=True, check=True,
+                                            env={"PATH": f"{self.slurm}:/usr/bin:/bin"}).stdout, f"{expected}\n")
 
 
 class SettingsTest(WorkflowCase):

@@ -47,30 +47,44 @@ def text_of(wildcards):
     return os.path.join(WORK, "text.fa").format(genome=wildcards.genome) if fasta.is_gzip(path) else path
 
 
-def ranges_of(wildcards):
-    """The ranges of a genome, once they are known."""
-    return ranges.read_table(checkpoints.ranges.get(genome=wildcards.genome).output.table)
-
-
 def parts_of(suffix):
     """Returns a function for the parts of a genome, in the order of the records."""
 
     def parts(wildcards):
+        count = 1
+        if config["ranges"] > 1:
+            checkpoints.divided.get(genome=wildcards.genome)
+            count = len(ranges.read_table(table_of(wildcards)))
         pattern = os.path.join(WORK, f"{{number:04}}{suffix}")
-        return [pattern.format(genome=wildcards.genome, number=row.number) for row in ranges_of(wildcards)]
+        return [pattern.format(genome=wildcards.genome, number=number) for number in range(1, count + 1)]
 
     return parts
 
 
+def table_of(wildcards):
+    return os.path.join(WORK, "ranges.tsv").format(genome=wildcards.genome)
+
+
+def lengths_of(wildcards):
+    """The bases of a range, and of its longest record. As long as they are not known, they are as many as the genome
+    may have: DNA takes a third of its bytes or more when it is compressed."""
+    if os.path.exists(table_of(wildcards)):
+        row = ranges.read_table(table_of(wildcards))[int(wildcards.number) - 1]
+        return row.bases, row.longest
+    path = GENOMES[wildcards.genome]
+    size = os.path.getsize(path) * (4 if fasta.is_gzip(path) else 1)
+    return size, size
+
+
 def search_memory(wildcards, threads, attempt):
     """MB for a range: the longest record counts, and what is read ahead of it."""
-    row = ranges_of(wildcards)[int(wildcards.number) - 1]
-    return attempt * settings.memory_mb(row.longest, row.bases, threads, config["memory_bytes_per_base"])
+    bases, longest = lengths_of(wildcards)
+    return attempt * settings.memory_mb(longest, bases, threads, config["memory_bytes_per_base"])
 
 
 def search_minutes(wildcards, attempt):
-    row = ranges_of(wildcards)[int(wildcards.number) - 1]
-    return attempt * settings.minutes(row.bases, config["bases_per_second"])
+    bases, _ = lengths_of(wildcards)
+    return attempt * settings.minutes(bases, config["bases_per_second"])
 
 
 def reading_minutes(wildcards, attempt):

@@ -15,8 +15,7 @@ rule unpack:
         "{PYTHON:q} {SCRIPTS:q}/unpack.py {input:q} {output:q} 2>{log:q}"
 
 
-# How many ranges there are is known only after the genome was read, so this is a checkpoint.
-checkpoint ranges:
+rule ranges:
     input:
         text_of,
     output:
@@ -32,3 +31,17 @@ checkpoint ranges:
     shell:
         "{PYTHON:q} {SCRIPTS:q}/count_records.py --text {input:q} --max-ranges {params.max_ranges}"
         " --min-bases {params.min_bases} --table {output.table:q} 2>{log:q}"
+
+
+# Which jobs search is known once the ranges are. A genome that is one range needs no such check, and then Snakemake
+# can put its jobs into groups. An unpacked genome is an input, so that it stays until those jobs are known.
+checkpoint divided:
+    input:
+        os.path.join(WORK, "ranges.tsv"),
+        text_of,
+    output:
+        touch(os.path.join(WORK, "divided")),
+
+
+localrules:
+    divided,

@@ -27,7 +27,8 @@ rule search:
         " --options={params.options:q} --report {output.report:q} {params.masked:q} 2>{log:q}"
 
 
-# In the folder of the result, since the head of a report has the name of the output as it was given.
+# In the folder of the result, since the head of a report has the name of the output as it was given. What killed
+# jobs have left goes as well.
 rule merge:
     input:
         parts_of(".report"),
@@ -42,7 +43,8 @@ rule merge:
         mem_mb=lambda wildcards, attempt: 200 * attempt,
         runtime=reading_minutes,
     shell:
-        "(cd -- {params.folder:q} && {PROGRAM:q} merge -o {wildcards.genome:q}.report {params.parts:q}) 2>{log:q}"
+        "(cd -- {params.folder:q} && {PROGRAM:q} merge -o {wildcards.genome:q}.report {params.parts:q}"
+        " && rm -rf work/.[0-9]*) 2>{log:q}"
 
 
 rule merge_masked:

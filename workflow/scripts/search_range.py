@@ -7,13 +7,14 @@ of a run on the whole file. In the folder of the job the pipe has the name of th
 All is written into a folder of the job's own. Report and masked copy get their names when the search has succeeded,
 so that there is never a part of a report under the name of a whole one. If this program is killed, the search sees
 the end of the pipe and may take it for the end of the genome: its report then lies in that folder and is never used.
+The folders of killed jobs go with the merge. Until then they stay: a job that a killed run has left in the queue of a
+cluster may still work in its own.
 """
 
 import argparse
 import os
 import pathlib
 import shlex
-import shutil
 import signal
 import subprocess
 import sys
@@ -118,11 +119,8 @@ def main() -> None:
 
     signal.signal(signal.SIGTERM, lambda number, _: sys.exit(128 + number))
     row = ranges.read_table(arguments.table)[arguments.number - 1]
-    scratch = f".{arguments.number:04}."
-    for left_over in arguments.report.parent.glob(scratch + "*"):  # of a job that was killed
-        shutil.rmtree(left_over, ignore_errors=True)
     try:
-        with tempfile.TemporaryDirectory(prefix=scratch, dir=arguments.report.parent) as folder:
+        with tempfile.TemporaryDirectory(prefix=f".{arguments.number:04}.", dir=arguments.report.parent) as folder:
             search(arguments, row, pathlib.Path(folder))
     except (OSError, Failure, fasta.NotFasta) as error:
         sys.exit(f"{arguments.text}, records {row.first} to {row.last}: {error}")

@@ -17,6 +17,12 @@ function(quorix_install)
     DESTINATION ${CMAKE_INSTALL_DOCDIR})
   install(DIRECTORY docs examples DESTINATION ${CMAKE_INSTALL_DOCDIR})
   install(DIRECTORY bench/log DESTINATION ${CMAKE_INSTALL_DOCDIR}/bench)
+  if(TARGET quorix-tools)
+    install(DIRECTORY workflow DESTINATION ${CMAKE_INSTALL_DATADIR}/quorix USE_SOURCE_PERMISSIONS
+      PATTERN README.md EXCLUDE PATTERN __pycache__ EXCLUDE)
+    install(FILES workflow/README.md DESTINATION ${CMAKE_INSTALL_DOCDIR}/workflow)
+    install(FILES workflow/schemas/config.schema.yaml DESTINATION ${CMAKE_INSTALL_DOCDIR}/workflow/schemas)
+  endif()
   install(FILES tests/cli/README.md DESTINATION ${CMAKE_INSTALL_DOCDIR}/tests/cli)
 endfunction()
 
@@ -40,6 +46,8 @@ browsers, catalogues for genotypers, statistics, and pages for a web browser.")
   set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
   set(CPACK_DEBIAN_PACKAGE_SECTION science)
   set(CPACK_DEBIAN_PACKAGE_PRIORITY optional)
+  # What runs the workflow.
+  set(CPACK_DEBIAN_PACKAGE_SUGGESTS "snakemake (>= 7.19)")
   # The libraries that the programs are linked with, and from which version on.
   set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
   set(CPACK_PRE_BUILD_SCRIPTS ${PROJECT_BINARY_DIR}/stage_package.cmake)

@@ -81,8 +81,7 @@ def write_index(path: pathlib.Path) -> None:
 def stand_in(path: pathlib.Path, tools: str, script: str) -> pathlib.Path:
     """Writes a program that runs a shell script for each search of a range, and then quorix-tools. The script has the
     first record of the range in $first, the folder of the program in $here, and the name of the report in $report."""
-    write(path, textwrap.dedent("""\
-        #!/bin/bash
+    write_program(path, textwrap.dedent("""\
         tools='%s' here=$(dirname -- "$0") first='' report="${!#}"
         for word in "$@"; do
           if [ "$previous" = --firstSeq ]; then first=$word; fi
@@ -94,7 +93,6 @@ def stand_in(path: pathlib.Path, tools: str, script: str) -> pathlib.Path:
         fi
         exec "$tools" "$@"
         """) % (tools, script))
-    os.chmod(path, 0o755)
     return path
 
 
@@ -118,8 +116,12 @@ def stand_in_slurm(folder: pathlib.Path) -> None:
         "scontrol": """\
             echo "JobId=$4 JobName=quorix JobState=$(cat "$(dirname -- "$0")/$4.state") Reason=None"
             """,
-        "sacct": "exit 1\n",
+        "sacct": "exit 1",
     }
     for name, script in programs.items():
-        write(folder / name, "#!/bin/bash\n" + textwrap.dedent(script))
-        os.chmod(folder / name, 0o755)
+        write_program(folder / name, textwrap.dedent(script))
+
+
+def write_program(path: pathlib.Path, script: str) -> None:
+    write(path, f"#!/bin/bash\n{script}\n")
+    os.chmod(path, 0o755)

@@ -8,6 +8,7 @@ import random
 import sys
 import tempfile
 import unittest
+import unittest.mock
 
 import genomes
 
@@ -157,6 +158,21 @@ class SettingsTest(unittest.TestCase):
     def test_time_follows_the_bases(self):
         self.assertEqual(settings.minutes(0, 200_000), 10)
         self.assertEqual(settings.minutes(4_500_000_000, 200_000), 385)
+
+    def test_the_program_that_came_with_the_workflow_is_the_first(self):
+        with tempfile.TemporaryDirectory() as name:
+            folder = pathlib.Path(name).resolve()
+            for workflow, program in (("checkout/workflow", "checkout/build/quorix-tools"),
+                                      ("prefix/share/quorix/workflow", "prefix/bin/quorix-tools")):
+                (folder / workflow).mkdir(parents=True)
+                with unittest.mock.patch.dict("os.environ", PATH=str(folder)):
+                    with self.assertRaisesRegex(settings.BadSettings, "quorix-tools is no program"):
+                        settings.find_program("", str(folder / workflow))
+                    (folder / program).parent.mkdir()
+                    genomes.write_program(folder / program, ":")
+                    self.assertEqual(settings.find_program("", str(folder / workflow)), str(folder / program))
+                    genomes.write_program(folder / "another", ":")
+                    self.assertEqual(settings.find_program("another", str(folder / workflow)), str(folder / "another"))
 
     def test_names_of_genomes_are_those_of_their_files(self):
         for path, name in (("a/b.fa", "b"), ("b.fasta.gz", "b"), ("b.v1.fna", "b.v1"), ("b.txt", "b.txt"),

@@ -319,13 +319,29 @@ class SlurmTest(WorkflowCase):
         self.assertEqual(len((self.slurm / "submitted").read_text().splitlines()), 1)
 
     def test_status_of_a_job(self):
-        status = str(WORKFLOW / "profiles/slurm/job_status.py")
+        script = str(WORKFLOW / "profiles/slurm/job_status.sh")
+
+        def status():
+            return subprocess.run([script, "7;cluster"], capture_output=True, text=True, check=True,
+                                  env={"PATH": f"{self.slurm}:/usr/bin:/bin"}).stdout.strip()
+
         for state, expected in (("COMPLETED", "success"), ("RUNNING", "running"), ("PENDING", "running"),
                                 ("FAILED", "failed"), ("CANCELLED", "failed"), ("OUT_OF_MEMORY", "failed"),
                                 ("NODE_FAIL", "failed"), ("TIMEOUT", "failed")):
             (self.slurm / "7.state").write_text(state)
-            self.assertEqual(subprocess.run([status, "7;cluster"], capture_output=True, text=True, check=True,
-                                            env={"PATH": f"{self.slurm}:/usr/bin:/bin"}).stdout, f"{expected}\n")
+            self.assertEqual(status(), expected, state)
+        # The controller has forgotten the job, and the accounting knows it or does not.
+        genomes.write_program(self.slurm / "sleep", ":")
+        genomes.write_program(self.slurm / "scontrol",
+                              "echo 'slurm_load_jobs error: Invalid job id specified' >&2; exit 1")
+        self.assertEqual(status(), "failed")
+        for state, expected in (("COMPLETED", "success"), ("CANCELLED by 0", "failed"), ("RUNNING", "running")):
+            genomes.write_program(self.slurm / "sacct", f"echo '{state}'")
+            self.assertEqual(status(), expected, state)
+        # Neither answers.
+        genomes.write_program(self.slurm / "scontrol", "echo 'Unable to contact slurm controller' >&2; exit 1")
+        genomes.write_program(self.slurm / "sacct", "exit 1")
+        self.assertEqual(status(), "running")
 
 
 class SettingsTest(WorkflowCase):
@@ -356,6 +372,14 @@ class SettingsTest(WorkflowCase):
             with self.subTest(settings=settings):
                 self.assertIn(text, self.run_workflow(status=1, **settings))
         self.assertFalse((self.folder / "results").exists())
+
+    def test_settings_may_stand_on_the_command_line(self):
+        path = genomes.write(self.folder / "the genome.fa", genomes.records(33, 2))
+        self.run_workflow("--config", "page=true", "masked=True", "tracks=bed,gff3", "statistics=[table]", "options=",
+                          "genomes=the genome.fa", "filters=--min-copies 3", options="-U 9")
+        self.expect_one_run(path, "the genome", "--maskX")
+        for suffix in (".html", ".bed", ".gff3", ".stats.txt"):
+            self.assertTrue(self.result("the genome", suffix).exists(), suffix)
 
     def test_the_example_of_a_checkout_needs_no_settings(self):
         shutil.copytree(WORKFLOW, self.folder / "workflow", ignore=shutil.ignore_patterns("__pycache__"))

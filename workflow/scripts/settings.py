@@ -51,12 +51,26 @@ def complete(config: Dict[str, Any], schema: str) -> None:
 
     with open(schema, encoding="utf-8") as file:
         rules = yaml.safe_load(file)
+    read_command_line(config, rules["properties"])
     faults = sorted(jsonschema.Draft7Validator(rules).iter_errors(config), key=lambda fault: list(fault.path))
     if faults:
         raise BadSettings("".join(f"\n  {describe(fault)}" for fault in faults))
     for name, rule in rules["properties"].items():
         if "default" in rule:
             config.setdefault(name, rule["default"])
+
+
+def read_command_line(config: Dict[str, Any], rules: Dict[str, Any]) -> None:
+    """Turns texts as --config hands them over into the values that they stand for: `page=true`, `tracks=bed,gff3`,
+    and `options=` for no options."""
+    for name, value in list(config.items()):
+        kind = rules.get(name, {}).get("type")
+        if value is None:
+            del config[name]  # the default
+        elif kind == "boolean" and isinstance(value, str) and value.lower() in ("true", "false"):
+            config[name] = value.lower() == "true"
+        elif kind == "array" and isinstance(value, str):
+            config[name] = value.replace(",", " ").split()
 
 
 def describe(fault: Any) -> str:
@@ -104,11 +118,15 @@ def name_of(path: str) -> str:
 
 
 def find_program(name: str, workflow: str) -> str:
-    """Returns the full path of quorix-tools. Without a name it is that of the build beside the workflow, or else
-    the installed one."""
-    built = pathlib.Path(workflow).parent / "build" / "quorix-tools"
-    if not name and os.access(built, os.X_OK):
-        return str(built)
+    """Returns the full path of quorix-tools. Without a name it is the one that was built or installed together with
+    the workflow, or else the first one in PATH."""
+    folder = pathlib.Path(workflow).resolve()
+    together = [folder.parent / "build" / "quorix-tools"]
+    if folder.parent.parent.name == "share":
+        together.append(folder.parents[2] / "bin" / "quorix-tools")
+    for path in together if not name else []:
+        if os.access(path, os.X_OK):
+            return str(path)
     found = shutil.which(name or "quorix-tools")
     if found is None:
         raise BadSettings(f"quorix_tools: {name or 'quorix-tools'} is no program that can be run "

@@ -1,10 +1,11 @@
 #!/usr/bin/env bash
 # Walks the ways in as a new user, each on a bare Debian 12:
 #
-#   scripts/check_install.sh OUT [source | package | container]...
+#   scripts/check_install.sh OUT [source | package | workflow | container]...
 #
 # OUT has what scripts/package.sh made. Without further words it walks all ways: from the source archive by
-# the first command of the README, by the Debian package, and by the steps of packaging/docker/Dockerfile.
+# the first command of the README, by the Debian package, by the package and Snakemake with the workflow, and by the
+# steps of packaging/docker/Dockerfile.
 # It needs root and what `scripts/setup.sh package` installs. Each command is printed before it runs.
 set -euo pipefail
 
@@ -14,9 +15,9 @@ if [ $# -lt 1 ] || [ ! -d "$1" ] || [[ $1 == -* ]]; then refuse_arguments; fi
 out=$(readlink -f -- "$1")
 shift
 ways=("$@")
-[ $# -gt 0 ] || ways=(source package container)
+[ $# -gt 0 ] || ways=(source package workflow container)
 for way in "${ways[@]}"; do
-  [[ $way =~ ^(source|package|container)$ ]] || refuse_arguments
+  [[ $way =~ ^(source|package|workflow|container)$ ]] || refuse_arguments
 done
 cd -- "$(dirname -- "$(readlink -f -- "${BASH_SOURCE[0]}")")/.."
 source scripts/debian_root.sh
@@ -71,6 +72,9 @@ walk_source() {
   tar --extract --no-same-owner --file="$archive" --directory="$root/root"
   typed "cd ~/$name && ./scripts/run.sh >~/report.txt 2>~/messages.txt; tail -n 3 ~/messages.txt"
   expect_report root/report.txt
+  typed 'apt-get --quiet --quiet --yes --no-install-recommends install snakemake >/dev/null 2>&1'
+  typed "cd ~/$name && snakemake --profile workflow/profiles/local 2>&1 | tail -n 2"
+  expect_report "root/$name/results/example/example.report"
 
   echo "== From source, by hand"
   begin root
@@ -119,6 +123,23 @@ walk_package() {
   list_files >"$scratch/after"
   diff -- "$scratch/before" "$scratch/after"
   echo "== Nothing is left of the package"
+}
+
+walk_workflow() {
+  echo "== By the Debian package and Snakemake, with the workflow"
+  begin root
+  cp -- "$package" "$root/tmp"
+  typed 'apt-get --quiet --quiet update'
+  typed "apt-get --quiet --yes --no-install-recommends install /tmp/${package##*/} snakemake 2>&1 | tail -n 1"
+  in_root "$root" root useradd --create-home somebody
+  user=somebody
+  typed 'mkdir ~/genomes && gzip -c /usr/share/doc/quorix/examples/example.fa >~/genomes/example.fa.gz'
+  local workflow=/usr/share/quorix/workflow
+  typed "cd ~ && snakemake --snakefile $workflow/Snakefile --profile $workflow/profiles/local \
+  --config genomes=genomes ranges=3 min_range_bases=1 page=true tracks=bed,trgt 2>&1 | tail -n 2; ls results/example"
+  expect_report home/somebody/results/example/example.report
+  typed "snakemake --snakefile $workflow/Snakefile --profile $workflow/profiles/local \
+  --config genomes=~/genomes options='--maxUnit 9' 2>&1 | head -n 5 || true"
 }
 
 walk_container() {

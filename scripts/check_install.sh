@@ -130,7 +130,8 @@ walk_workflow() {
   begin root
   cp -- "$package" "$root/tmp"
   typed 'apt-get --quiet --quiet update'
-  typed "apt-get --quiet --yes --no-install-recommends install /tmp/${package##*/} snakemake 2>&1 | tail -n 1"
+  typed "apt-get --quiet --yes --no-install-recommends install /tmp/${package##*/} snakemake 2>&1 |
+  grep -e '^Need to get' -e '^After this'"
   in_root "$root" root useradd --create-home somebody
   user=somebody
   typed 'mkdir ~/genomes && gzip -c /usr/share/doc/quorix/examples/example.fa >~/genomes/example.fa.gz'
@@ -138,8 +139,9 @@ walk_workflow() {
   typed "cd ~ && snakemake --snakefile $workflow/Snakefile --profile $workflow/profiles/local \
   --config genomes=genomes ranges=3 min_range_bases=1 page=true tracks=bed,trgt 2>&1 | tail -n 2; ls results/example"
   expect_report home/somebody/results/example/example.report
-  typed "snakemake --snakefile $workflow/Snakefile --profile $workflow/profiles/local \
-  --config genomes=~/genomes options='--maxUnit 9' 2>&1 | head -n 5 || true"
+  echo "== A wrong option is told before the first job"
+  typed "cd ~ && ! snakemake --snakefile $workflow/Snakefile --profile $workflow/profiles/local \\
+  --config genomes=~/genomes options='--maxUnit 9' >messages.txt 2>&1 && grep -A 1 'PARSE ERROR' messages.txt"
 }
 
 walk_container() {

@@ -174,6 +174,12 @@ class SettingsTest(unittest.TestCase):
                     genomes.write_program(folder / "another", ":")
                     self.assertEqual(settings.find_program("another", str(folder / workflow)), str(folder / "another"))
 
+    def test_a_tilde_is_the_home(self):
+        with tempfile.TemporaryDirectory() as home, unittest.mock.patch.dict("os.environ", HOME=home):
+            path = str(genomes.write(pathlib.Path(home, "all/a.fa"), ">a\n"))
+            for given in ("~/all", "~/all/a.fa", ["~/all"], {"a": "~/all/a.fa"}):
+                self.assertEqual(settings.find_genomes(given), {"a": path})
+
     def test_names_of_genomes_are_those_of_their_files(self):
         for path, name in (("a/b.fa", "b"), ("b.fasta.gz", "b"), ("b.v1.fna", "b.v1"), ("b.txt", "b.txt"),
                            ("b.gz", "b.gz"), ("the genome.fas.bgz", "the genome")):

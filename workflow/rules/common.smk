@@ -8,6 +8,8 @@ from snakemake.exceptions import WorkflowError
 SCRIPTS = os.path.join(workflow.basedir, "scripts")
 if SCRIPTS not in sys.path:
     sys.path.insert(0, SCRIPTS)
+# An installed workflow belongs to a package, also where root runs it.
+sys.dont_write_bytecode = True
 
 import fasta
 import ranges

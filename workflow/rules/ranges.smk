@@ -12,7 +12,7 @@ rule unpack:
         mem_mb=lambda wildcards, attempt: 200 * attempt,
         runtime=reading_minutes,
     shell:
-        "{PYTHON:q} {SCRIPTS:q}/unpack.py {input:q} {output:q} 2>{log:q}"
+        "{PYTHON:q} -B {SCRIPTS:q}/unpack.py {input:q} {output:q} 2>{log:q}"
 
 
 rule ranges:
@@ -29,7 +29,7 @@ rule ranges:
         mem_mb=lambda wildcards, attempt: 500 * attempt,
         runtime=reading_minutes,
     shell:
-        "{PYTHON:q} {SCRIPTS:q}/count_records.py --text {input:q} --max-ranges {params.max_ranges}"
+        "{PYTHON:q} -B {SCRIPTS:q}/count_records.py --text {input:q} --max-ranges {params.max_ranges}"
         " --min-bases {params.min_bases} --table {output.table:q} 2>{log:q}"
 
 

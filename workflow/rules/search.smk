@@ -22,7 +22,7 @@ rule search:
         mem_mb=search_memory,
         runtime=search_minutes,
     shell:
-        "{PYTHON:q} {SCRIPTS:q}/search_range.py --program {PROGRAM:q} --text {input.text:q}"
+        "{PYTHON:q} -B {SCRIPTS:q}/search_range.py --program {PROGRAM:q} --text {input.text:q}"
         " --name={params.name:q} --table {input.table:q} --number {wildcards.number} --threads {threads}"
         " --options={params.options:q} --report {output.report:q} {params.masked:q} 2>{log:q}"
 

@@ -85,8 +85,10 @@ def find_genomes(genomes: Union[str, List[str], Dict[str, str]]) -> Dict[str, st
     """Returns the path of each genome by its name. What has no name is called after its file."""
     if isinstance(genomes, str):
         genomes = [genomes]
-    named = list(genomes.items()) if isinstance(genomes, dict) else [
-        (name_of(path), path) for given in genomes for path in files_of(given)]
+    if isinstance(genomes, dict):
+        named = [(name, os.path.expanduser(path)) for name, path in genomes.items()]
+    else:
+        named = [(name_of(path), path) for given in genomes for path in files_of(os.path.expanduser(given))]
     result: Dict[str, str] = {}
     for name, path in named:
         if not os.path.isfile(path) or not os.access(path, os.R_OK):
@@ -120,6 +122,7 @@ def name_of(path: str) -> str:
 def find_program(name: str, workflow: str) -> str:
     """Returns the full path of quorix-tools. Without a name it is the one that was built or installed together with
     the workflow, or else the first one in PATH."""
+    name = os.path.expanduser(name)
     folder = pathlib.Path(workflow).resolve()
     together = [folder.parent / "build" / "quorix-tools"]
     if folder.parent.parent.name == "share":

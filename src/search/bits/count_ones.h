@@ -22,8 +22,9 @@ namespace quorix {
 /// For each bit of a word, the ones from it on.
 using OnesFromEachBit = std::array<std::uint8_t, 64>;
 
-/// For each byte, the ones from each of its bits on, as the bytes of a word; the lowest is first.
-inline constexpr std::array<std::uint64_t, 256> kOnesOfByte = [] {
+/// Returns, for each byte, the ones from each of its bits on, as the bytes of a word; the lowest is
+/// first.
+[[nodiscard]] constexpr std::array<std::uint64_t, 256> make_ones_of_bytes() {
   std::array<std::uint64_t, 256> ones = {};
   for (std::size_t byte = 0; byte < ones.size(); ++byte) {
     for (unsigned bit = 0; bit < 8; ++bit) {
@@ -31,7 +32,8 @@ inline constexpr std::array<std::uint64_t, 256> kOnesOfByte = [] {
     }
   }
   return ones;
-}();
+}
+inline constexpr std::array<std::uint64_t, 256> kOnesOfByte = make_ones_of_bytes();
 
 /// Returns the number of ones in `word` from each bit on, from the lowest one to the highest.
 [[nodiscard]] constexpr OnesFromEachBit ones_from_each_bit(std::uint64_t word) {

@@ -12,6 +12,7 @@
 #include <cassert>
 #include <cstddef>
 #include <cstdint>
+#include <limits>
 
 #include "search/extension/ranked_score.h"
 
@@ -32,7 +33,10 @@ class CExploredStates {
 
   /// Forgets all states. Takes the time of one step, but for one call in 2^32.
   void clear() {
-    if (++generation_ != 0) return;
+    if (generation_ < std::numeric_limits<std::uint32_t>::max()) {
+      ++generation_;
+      return;
+    }
     slots_.fill({});
     generation_ = 1;
   }

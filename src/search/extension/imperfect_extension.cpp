@@ -71,9 +71,10 @@ char choose_edit(Csat& sat, const char* limit, std::int64_t best_score,
   char choice = tools.edits->find(*site, limit);
   if (choice != kNoKind) return choice;
 
-  const std::uint64_t runs_beyond = tools.look_ahead.run_work().unwindowed_runs;
+  const auto runs_beyond_window = [&] { return tools.look_ahead.run_work().unwindowed_runs; };
+  const std::uint64_t runs_before = runs_beyond_window();
   choice = look_ahead();
-  const bool is_in_window = tools.look_ahead.run_work().unwindowed_runs == runs_beyond;
+  const bool is_in_window = runs_beyond_window() == runs_before;
   if (is_in_window || site->unit_code < kPlaceMark) tools.edits->store(*site, limit, choice);
   return choice;
 }

@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdint>
 #include <string>
 
 #include "unit/search/work_in_words.h"
@@ -56,6 +57,24 @@ TEST(EditCache, finds_an_edit_for_its_own_site_alone) {
   EXPECT_EQ(cache.find(site(3, 8, 1), kSiteTextEnd), '\0');
   EXPECT_EQ(cache.find(site(3, 7, 2), kSiteTextEnd), '\0');
   EXPECT_EQ(cache.find(site(3, 7, 1), kSiteText + 15), '\0');
+}
+
+// Of as many other keys some have the slot of the stored one; of those that are shifted with their
+// limit all have it.
+TEST(EditCache, keeps_apart_what_shares_a_slot) {
+  const std::string text(5000, 'A');
+  const char* const edge = text.data();
+  const char* const limit = edge + 4500;
+  CEditCache cache;
+  cache.store({edge, 7, 1}, limit, 'I');
+  for (int i = 1; i <= 400; ++i) {
+    EXPECT_EQ(cache.find({edge + i, 7, 1}, limit), '\0') << i;
+    EXPECT_EQ(cache.find({edge, 7 + static_cast<std::uint64_t>(i), 1}, limit), '\0') << i;
+    EXPECT_EQ(cache.find({edge, 7, 1 + i}, limit), '\0') << i;
+    EXPECT_EQ(cache.find({edge, 7, 1}, limit + i), '\0') << i;
+    EXPECT_EQ(cache.find({edge + i, 7, 1}, limit + i), '\0') << i;
+  }
+  EXPECT_EQ(cache.find({edge, 7, 1}, limit), 'I');
 }
 
 TEST(EditCache, keeps_the_last_edit_of_a_site) {

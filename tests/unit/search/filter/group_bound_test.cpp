@@ -253,6 +253,57 @@ TEST(GroupBound, waits_for_the_last_seed) {
   EXPECT_GE(judged, 48);
 }
 
+/// A unit at the edge of copies of itself in which an indel follows every seven matches, and of
+/// copies without one beyond them: a path there crosses 40 diagonals.
+Group copies_with_indels(RandomEngine& engine, std::int64_t unit_length, bool are_deletions,
+                         bool are_to_the_left) {
+  Group group{};
+  const std::string unit = draw_letters(engine, static_cast<std::size_t>(unit_length), "ACGT");
+  std::string copies = unit;
+  std::size_t next = 0;
+  const auto copy = [&](std::size_t count) {
+    for (; count > 0; --count) copies += unit[next++ % unit.size()];
+  };
+  for (int i = 0; i < 40; ++i) {
+    copy(7);
+    if (are_deletions) {
+      ++next;
+    } else {
+      copies += draw_letters(engine, 1, "ACGT");
+    }
+  }
+  copy(40);
+  group.text = draw_letters(engine, 800, "ACGT") + copies + draw_letters(engine, 800, "ACGT");
+  group.first = 800;
+  if (are_to_the_left) {
+    std::reverse(group.text.begin(), group.text.end());
+    group.first = static_cast<std::int64_t>(group.text.size()) - 800 - unit_length;
+  }
+  group.unit_length = unit_length;
+  group.asked = 1;
+  group.scoring = {6, 6, true};
+  return group;
+}
+
+// Rows in registers have 16 diagonals to either side, or 32.
+TEST(GroupBound, loses_no_path_that_leaves_its_rows) {
+  RandomEngine engine(46);
+  for (const std::int64_t unit_length : {40, 90}) {
+    for (const bool are_deletions : {false, true}) {
+      for (const bool are_to_the_left : {false, true}) {
+        const Group group = copies_with_indels(engine, unit_length, are_deletions, are_to_the_left);
+        const std::int64_t highest = highest_score(group);
+        EXPECT_GE(highest, 75);
+        EXPECT_LE(unit_length + highest, 255);  // values of one byte
+        for_each_vector_target([&](const char* target) {
+          EXPECT_TRUE(may_reach(group, highest))
+              << target << " deletions " << are_deletions << " left " << are_to_the_left;
+        });
+      }
+    }
+  }
+}
+
 TEST(GroupBound, leaves_undecided_seeds_a_unit_apart) {
   Group group = homopolymer_group(1);
   group.text.insert(600, 100, 'A');

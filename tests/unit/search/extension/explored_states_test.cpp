@@ -18,9 +18,9 @@ bool dominates(const EditedState& a, const EditedState& b) {
          a.score >= b.score;
 }
 
-EditedState draw_state(RandomEngine& engine, std::int64_t max_offset) {
-  return {draw_number(engine, -40, 40), draw_number(engine, 0, max_offset),
-          static_cast<std::int32_t>(draw_number(engine, -6, 6)),
+EditedState draw_state(RandomEngine& engine, std::size_t max_offset) {
+  return {draw_number(engine, 0, 80) - 40, draw_number(engine, 0, max_offset),
+          static_cast<std::int32_t>(draw_number(engine, 0, 12) - 6),
           static_cast<std::int32_t>(draw_number(engine, 0, CExploredStates::kMaxEditsLeft))};
 }
 
@@ -33,7 +33,7 @@ TEST(ExploredStates, dominate_what_one_of_them_dominates) {
     explored.clear();
     std::vector<EditedState> all;
     // Up to 15 none needs the slot of another one.
-    const std::int64_t max_offset = round % 2 == 0 ? 15 : 60;
+    const std::size_t max_offset = round % 2 == 0 ? 15 : 60;
     for (int k = 0; k < 150; ++k) {
       const EditedState state = draw_state(engine, max_offset);
       const bool expected = std::any_of(

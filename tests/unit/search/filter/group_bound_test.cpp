@@ -239,7 +239,8 @@ TEST(GroupBound, waits_for_the_last_seed) {
   int judged = 0;
   for (const std::int64_t unit_length : {70, 127, 128, 200}) {
     for (int round = 0; round < 12; ++round) {
-      const std::int64_t k = draw_number(engine, 20, group_bases(unit_length) - 1);
+      const std::int64_t k =
+          draw_number(engine, 20, static_cast<std::size_t>(group_bases(unit_length)) - 1);
       Group group = copies_of_one_seed(engine, unit_length, k, 0, 1);
       group.asked |= 1;
       const std::int64_t highest = highest_score(group);

@@ -66,17 +66,8 @@ HOLES = {
          "compare_letters<false>(d, base, equal, neutral_letter), weights);")],
     "block drift: paths stay in their bucket": [
         (DRIFT, "std::int64_t to = i - 1; to <= i + 1; ++to", "std::int64_t to = i; to <= i; ++to")],
-    "block drift: far paths pay for one bucket more": [
-        (DRIFT, "kBlockCharacters - bucket_cost - indel_penalty_;",
-         "kBlockCharacters - 2 * bucket_cost - indel_penalty_;")],
-    "block drift: lags grow by the shortest unit alone": [
-        (DRIFT, "bucket_after(last_lag(i), units_.last)", "bucket_after(first_lag(i), units_.first)")],
     "block drift: paths begin at the first character alone": [
         (DRIFT, "first + kSpread + 1);", "first + 1);")],
-    "block drift: the tail is never empty": [
-        (DRIFT, "raise(paths_, begun);", "paths_ = begun;")],
-    "block drift: a unit ends in the last block of its tail": [
-        (DRIFT, "raise(ended, ending);", "ended = ending;")],
     "batch bound: one lane less in each row": [
         (BATCH, "std::max(last.high + 1, before.high)};", "std::max(last.high, before.high)};")],
     "single bound: paths may leave at the edge of the rows": [

@@ -134,6 +134,50 @@ TEST(BlockDrift, pays_for_lags) {
   }
 }
 
+// The copy begins at the last lag of a bucket, and goes on 17 lags later: two buckets, in one
+// block.
+TEST(BlockDrift, lets_a_path_drift_by_two_buckets_in_a_block) {
+  for (const BlockSide side : {BlockSide::kRight, BlockSide::kLeft}) {
+    RandomEngine engine(84);
+    const std::string unit = draw_letters(engine, 303, "ACGT");
+    const std::string drift = draw_letters(engine, 17, "ACGT");
+    const bool is_right = side == BlockSide::kRight;
+    const std::string copy = is_right ? unit.substr(0, 64) + drift + unit.substr(64)
+                                      : unit.substr(0, 239) + drift + unit.substr(239);
+    const std::string around = draw_letters(engine, 656, "ACGT");
+    const DriftCase drawn{around + (is_right ? unit + copy : copy + unit) + around,
+                          is_right ? 656 : 656 + 320,
+                          303,
+                          {303, 303, kNoMinimumScore},
+                          {4, 4, false}};
+    const SideReach reach = reach_of(drawn, side, 0);
+    const std::int64_t best = outcome_of(drawn, side, 0).best;
+    EXPECT_GE(best, 303 - 17 * 4);
+    EXPECT_FALSE(reach.is_open);
+    EXPECT_GE(reach.best_score, best);
+  }
+}
+
+// 15 lags more in each copy than those of the shortest unit.
+TEST(BlockDrift, lets_the_lags_of_the_longest_unit_grow) {
+  RandomEngine engine(85);
+  const std::string unit = draw_letters(engine, 303, "ACGT");
+  const std::string around = draw_letters(engine, 640, "ACGT");
+  DriftCase drawn{around + unit + unit + unit + unit + around,
+                  640,
+                  303,
+                  {288, 303, kNoMinimumScore},
+                  {30, 30, false}};
+  for (const BlockSide side : {BlockSide::kRight, BlockSide::kLeft}) {
+    drawn.base = side == BlockSide::kRight ? 640 : 640 + 3 * 303;
+    const SideReach reach = reach_of(drawn, side, 0);
+    const std::int64_t best = outcome_of(drawn, side, 0).best;
+    EXPECT_GE(best, 3 * 303);
+    EXPECT_FALSE(reach.is_open);
+    EXPECT_GE(reach.best_score, best);
+  }
+}
+
 TEST(BlockDrift, ends_at_the_minimum_score) {
   RandomEngine engine(83);
   DriftCase drawn = two_copies(engine, 0);

@@ -17,7 +17,7 @@ static_assert(kGroupSeeds == kWordBits && kBatchSeeds == 32);
 
 namespace {
 
-/// The word whose lowest `count` bits are set. REQUIRES: 1 <= count <= 64.
+/// The word whose lowest `count` bits are set. REQUIRES: 1 <= count <= kWordBits.
 std::uint64_t lowest_bits(std::int64_t count) {
   return ~std::uint64_t{0} >> static_cast<unsigned>(64 - count);
 }
@@ -36,7 +36,8 @@ CSeedBounds::Verdicts CSeedBounds::bound_neighbours(std::uint64_t p, std::uint64
   const auto serves = [](std::uint64_t seeds, int min_seeds) {
     return min_seeds != 0 && std::popcount(seeds) >= min_seeds;
   };
-  const std::uint64_t group = asked & lowest_bits(group_bases(unit_.unit_length));
+  const std::uint64_t group =
+      unit_.bounds.min_group_seeds == 0 ? 0 : asked & lowest_bits(group_bases(unit_.unit_length));
   if (serves(group, unit_.bounds.min_group_seeds) && is_group_rejected(p, group)) {
     return {p, group, 0};
   }

@@ -102,7 +102,7 @@ class RangesTest(unittest.TestCase):
             self.assertEqual(largest(begins[1:]), least, (lengths, count))
 
     def test_ranges_cover_the_text_and_survive_their_table(self):
-        text = genomes.records(2, 20)
+        text = "# a comment\n" + genomes.records(2, 20)
         scanner = fasta.Scanner()
         scanner.feed(text.encode())
         records = scanner.finish()

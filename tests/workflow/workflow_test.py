@@ -183,14 +183,16 @@ class FailureTest(WorkflowCase):
         settings = {"genomes": str(self.path), "quorix_tools": program, "masked": True}
         with subprocess.Popen(self.command(**settings), cwd=self.folder, start_new_session=True,
                               stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL) as run:
-            work = self.folder / "results/genome/work"
-            deadline = time.monotonic() + 60
-            # Two jobs run at a time, and the first ranges are done when two of the later ones wait.
-            while time.monotonic() < deadline and not self.waits_in(work):
-                time.sleep(0.05)
-            done = sorted(part.name for part in work.glob("[0-9]*.report"))
-            self.assertTrue(self.waits_in(work))
-            os.killpg(run.pid, signal.SIGKILL)
+            try:
+                # Two jobs run at a time, and the first ranges are done when two of the later ones wait.
+                work = self.folder / "results/genome/work"
+                deadline = time.monotonic() + 120
+                while time.monotonic() < deadline and not self.waits_in(work):
+                    time.sleep(0.05)
+                self.assertTrue(self.waits_in(work))
+                done = sorted(part.name for part in work.glob("[0-9]*.report"))
+            finally:
+                os.killpg(run.pid, signal.SIGKILL)
         before = self.searched()
 
         (self.folder / "bin/go").touch()
@@ -377,6 +379,8 @@ class SettingsTest(WorkflowCase):
         path = genomes.write(self.folder / "the genome.fa", genomes.records(33, 2))
         self.run_workflow("--config", "page=true", "masked=True", "tracks=bed,gff3", "statistics=[table]", "options=",
                           "genomes=the genome.fa", "filters=--min-copies 3", options="-U 9")
+        self.assertNotIn("page", self.run_workflow("--config", "page=false", "masked=False", "--forceall",
+                                                   genomes="the genome.fa"))
         self.expect_one_run(path, "the genome", "--maskX")
         for suffix in (".html", ".bed", ".gff3", ".stats.txt"):
             self.assertTrue(self.result("the genome", suffix).exists(), suffix)

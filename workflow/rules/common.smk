@@ -1,6 +1,7 @@
 # Settings, genomes and names of files, for the other rules.
 
 import os
+import re
 import sys
 
 from snakemake.exceptions import WorkflowError

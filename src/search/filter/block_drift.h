@@ -24,6 +24,7 @@
 /// A part in which the unit may end or begin is as for `CBlockSide` in
 /// search/filter/block_sieve.cpp: a path may end or begin at any character of it.
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
 
@@ -36,7 +37,10 @@ class CBlockDrift {
  public:
   /// `nets` must outlive it and know lags up to `max_lag`; at longer ones paths are not followed.
   CBlockDrift(CBlockNets& nets, BlockSide side, std::int64_t max_lag, std::int64_t indel_penalty)
-      : nets_(nets), side_(side), max_lag_(max_lag), indel_penalty_(indel_penalty) {}
+      : nets_(nets),
+        side_(side),
+        max_lag_(max_lag),
+        indel_penalty_(std::min(indel_penalty, kMaxIndelPenalty)) {}
 
   /// Follows seeds of `block` whose score on entry is `entry`, up to their end or the minimum
   /// score. REQUIRES: units.last <= kMaxBlockUnit, entry < 2^24.
@@ -47,6 +51,10 @@ class CBlockDrift {
   /// `kMaxBlockUnit` bases at the default penalties, and for those that begin in a block.
   static constexpr std::int64_t kMaxBuckets =
       CBlockNets::kMaxBuckets - kBeginSpread / CBlockNets::kBucketLags;
+
+  /// Dearer indels count as this much. No score on entry pays for one, and the scores have room for
+  /// the price of two buckets.
+  static constexpr std::int64_t kMaxIndelPenalty = 1 << 24;
 
   /// The highest scores by bucket, of the buckets from `first` on.
   struct LagScores {

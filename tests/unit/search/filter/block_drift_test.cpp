@@ -178,6 +178,20 @@ TEST(BlockDrift, lets_the_lags_of_the_longest_unit_grow) {
   }
 }
 
+TEST(BlockDrift, takes_indel_penalties_of_any_size) {
+  RandomEngine engine(86);
+  DriftCase drawn = two_copies(engine, 48);
+  for (const std::int64_t penalty : {200'000'000LL, 1'000'000'000LL, 2'147'483'648LL}) {
+    drawn.scoring.indel_penalty = penalty;
+    for (const BlockSide side : {BlockSide::kRight, BlockSide::kLeft}) {
+      const SideReach reach = reach_of(drawn, side, 0);
+      EXPECT_FALSE(reach.is_open);
+      EXPECT_GE(reach.best_score, outcome_of(drawn, side, 0).best);
+      EXPECT_LT(reach.best_score, 100) << penalty;
+    }
+  }
+}
+
 TEST(BlockDrift, ends_at_the_minimum_score) {
   RandomEngine engine(83);
   DriftCase drawn = two_copies(engine, 0);

@@ -110,6 +110,62 @@ TEST(BlockDrift, is_no_lower_than_any_path) {
   EXPECT_GT(far, 100);
 }
 
+/// A few copies without a match beside them: flanks and what is inserted have letters of their own.
+/// So little is left between what a path collects and its bound.
+DriftCase draw_case_among_strangers(RandomEngine& engine) {
+  DriftCase drawn{};
+  const std::size_t of_array = draw_between(engine, 96, draw_chance(engine, 60) ? 160 : 400);
+  const std::string unit = draw_letters(engine, of_array, "ACGT");
+  const std::size_t array = draw_between(engine, 0, 250);
+  drawn.text = std::string(array, 'R');
+  for (std::size_t copy = draw_between(engine, 2, 3); copy > 0; --copy) {
+    std::string bases = unit;
+    while (draw_chance(engine, 40)) {
+      const std::size_t place = draw_between(engine, 0, bases.size());
+      const std::size_t drift = draw_between(engine, 1, draw_chance(engine, 70) ? 20 : 66);
+      if (draw_chance(engine, 50)) {
+        bases.insert(place, drift, 'K');
+      } else {
+        bases.erase(place, drift);
+      }
+    }
+    drawn.text += bases;
+  }
+  drawn.text.append(std::max(of_array + 2, draw_between(engine, 0, 400)), 'Y');
+  drawn.unit_length = static_cast<std::int64_t>(of_array);
+  drawn.base = draw_number(engine, array, array + of_array);
+  const std::int64_t shorter = draw_number(engine, 0, kUnitsAtOnce - 1);
+  drawn.units.first = std::max<std::int64_t>(kMinBlockUnit, drawn.unit_length - shorter);
+  drawn.units.last = drawn.units.first + kUnitsAtOnce - 1;
+  if (draw_chance(engine, 40)) drawn.units = {drawn.unit_length, drawn.unit_length, 0};
+  drawn.units.min_score = kNoMinimumScore;
+  drawn.scoring = {draw_number(engine, 4, 12), draw_number(engine, 4, 8), false};
+  return drawn;
+}
+
+TEST(BlockDrift, is_no_lower_than_paths_among_strangers) {
+  RandomEngine engine(85);
+  int compared = 0;
+  int close = 0;
+  for (int round = 0; round < 2500; ++round) {
+    const DriftCase drawn = draw_case_among_strangers(engine);
+    for (const BlockSide side : {BlockSide::kRight, BlockSide::kLeft}) {
+      const Outcome outcome = outcome_of(drawn, side, 0);
+      const SideReach reach = reach_of(drawn, side, 0);
+      if (!outcome.is_complete || reach.is_open) continue;
+      ++compared;
+      close += outcome.best > 30 && reach.best_score < outcome.best + 4 ? 1 : 0;
+      ASSERT_GE(reach.best_score, outcome.best)
+          << "base " << drawn.base << " unit length " << drawn.unit_length << " of "
+          << drawn.units.first << " to " << drawn.units.last << " penalties "
+          << drawn.scoring.mismatch_penalty << "," << drawn.scoring.indel_penalty << " of "
+          << drawn.text;
+    }
+  }
+  EXPECT_GT(compared, 2000);
+  EXPECT_GT(close, 50);
+}
+
 /// A unit of 208 bases from base 320 on, and its only copy 208 + `more` bases later.
 DriftCase two_copies(RandomEngine& engine, std::size_t more) {
   const std::string unit = draw_letters(engine, 208, "ACGT");

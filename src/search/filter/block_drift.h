@@ -43,7 +43,8 @@ class CBlockDrift {
         indel_penalty_(std::min(indel_penalty, kMaxIndelPenalty)) {}
 
   /// Follows seeds of `block` whose score on entry is `entry`, up to their end or the minimum
-  /// score. REQUIRES: units.last <= kMaxBlockUnit, entry < 2^24.
+  /// score. REQUIRES: units.last <= kMaxBlockUnit, units.last - units.first < kUnitsAtOnce,
+  /// entry < 2^24.
   SideReach follow(std::int64_t block, const UnitLengths& units, std::int64_t entry);
 
  private:
